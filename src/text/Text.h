@@ -1,0 +1,47 @@
+// Text.h: the program's text type and the few operations on it that everything above uses.
+// Text is UTF-16, one unit per char16_t, on every system, so that lengths, cuts and lone surrogates are
+// those of Windows. None of these functions can fail.
+#pragma once
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using Text = std::u16string;
+using TextView = std::u16string_view;
+
+Text FromAscii(std::string_view ascii);
+Text DecimalText(std::int64_t number);
+
+// UTF-8 for files and streams outside Windows. Lone surrogates and bad bytes become U+FFFD, one for each
+// maximal bad part (Unicode, "substitution of maximal subparts").
+std::string ToUtf8(TextView text);
+Text FromUtf8(std::string_view bytes);
+
+// Number of non-overlapping occurrences, case-sensitive; 0 when none or when delimiter is empty.
+std::size_t CountOf(TextView text, TextView delimiter);
+
+// The index-th field, counting from 1, of text split at delimiter; empty when text holds fewer than
+// index - 1 delimiters. Field 1 of a text without the delimiter is the whole text.
+TextView FieldOf(TextView text, TextView delimiter, std::size_t index);
+
+// Each run of two or more spaces becomes one space. Kept: a single character behind the last run is lost
+// (stored keys were made so); a run at the very end becomes one space.
+Text CollapseSpaces(TextView text);
+
+// The text before its first NUL; the whole text when it has none.
+TextView CutAtNul(TextView text);
+
+// Without leading and trailing spaces (U+0020 only).
+TextView TrimSpaces(TextView text);
+
+Text ReplaceAll(TextView text, TextView sought, TextView replacement);
+std::vector<Text> SplitAt(TextView text, TextView delimiter);
+
+// Letter case is folded unit by unit for Latin, Greek and Cyrillic, the scripts of the ANSI code pages.
+char16_t FoldCase(char16_t unit);
+Text FoldCase(TextView text);
+bool EqualNoCase(TextView a, TextView b);
+// Position of the first occurrence at or after from; npos when none. An empty sought text is found at from.
+std::size_t FindNoCase(TextView text, TextView sought, std::size_t from = 0);
+bool StartsWithNoCase(TextView text, TextView start);
