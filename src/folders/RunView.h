@@ -1,0 +1,40 @@
+// RunView.h: the window as the folder operations see it: what they read from it and what they show on it.
+// The main window implements it with real controls; no folder operation ever names a control.
+#pragma once
+#include "oe/Reporter.h"
+
+enum class Statistic { count, perSecond, time, left, totalCount, totalLeft, totalTime };
+enum class Bar { currentFolder, allFolders };
+enum class Tab { actions, store, progress, summary };
+enum class StopButtons { hidden, shown };
+
+// The choices that a run reads, each at the moment it needs it: the user may change them in between.
+struct RunOptions {
+    bool idOnly = false;      // chkIDonly
+    bool sendKeys = false;    // chkSendKeys
+    bool skipFiles = false;   // chkSkipFiles
+    bool jumpRemain = false;  // chkJumpRemain
+    Text firstFolderToIgnore; // txtIgnore
+    Text storeFolder;         // Dir1's folder, without a trailing separator unless it is a drive's root
+};
+
+// One folder for the window's tree, in depth-first order.
+struct FolderNode {
+    Text name;
+    int level = 1; // 1 for the root
+};
+
+struct RunView : Reporter {
+    virtual RunOptions Options() = 0;
+    virtual void ShowStatistic(Statistic which, const Text& text) = 0;
+    virtual void ShowPercentage(Bar bar, int percent) = 0; // clamped to 0..100
+    virtual void ShowTab(Tab tab) = 0;
+    virtual void ShowStopButtons(StopButtons state) = 0;
+    virtual void ShowCurrentFolder(const Text& fullName) = 0; // lblOEFolder
+    virtual void SetSummary(const Text& text) = 0;            // txtSummary, lines parted by CR LF
+    // Replaces the tree. Images: "root" at level 1, "other" at level 2, "envelope" deeper; level 2 and
+    // deeper are made visible.
+    virtual void ShowFolderTree(const std::vector<FolderNode>& nodes) = 0;
+    // After the first synchronisation: hint hidden, commands shown, comparison choice available.
+    virtual void UnlockCommands() = 0;
+};

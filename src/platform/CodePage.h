@@ -1,0 +1,11 @@
+// CodePage.h: the system's ANSI code page, through which every text passes that leaves the program.
+#pragma once
+#include "text/Text.h"
+
+struct CodePage {
+    virtual ~CodePage() = default;
+    virtual std::string ToAnsi(TextView text) = 0; // what does not fit becomes the default character ("?")
+    virtual Text FromAnsi(std::string_view bytes) = 0;
+    // Code page 65001. Bad bytes: on Windows the system decides; natively U+FFFD for each maximal bad part.
+    virtual Text FromUtf8Bytes(std::string_view bytes) = 0;
+};

@@ -1,0 +1,47 @@
+// Files.h: the file system as the program needs it. Paths are full paths in the system's own form.
+// Fails by: the answer; nothing here throws.
+#pragma once
+#include "text/Text.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+enum class FileError { none, notFound, exists, inUse, denied, readFailed, writeFailed, full };
+Text Describe(FileError error); // plain words for a message, without a full stop; empty for none
+
+// One open file that is read and written at any place: the database file.
+struct RandomFile {
+    virtual ~RandomFile() = default; // closes
+    virtual std::uint64_t Size() = 0;
+    // Both are all or nothing as far as the answer goes: a short read or write is false.
+    virtual bool ReadAt(std::uint64_t offset, char* bytes, std::size_t count) = 0;
+    virtual bool WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) = 0; // past the end: extends
+    virtual bool Resize(std::uint64_t size) = 0;
+    virtual bool Flush() = 0; // down to the disk
+};
+
+enum class OpenMode {
+    read,      // others may read meanwhile
+    exclusive, // read and write, nobody else may have it open; inUse otherwise
+    createNew, // exclusive, and the file must not exist yet
+};
+
+struct Files {
+    virtual ~Files() = default;
+    virtual bool FileExists(const Text& path) = 0;      // false for a directory
+    virtual bool DirectoryExists(const Text& path) = 0; // with or without a trailing separator
+    virtual bool MakeDirectory(const Text& path) = 0;   // one level; true when it exists afterwards
+    // Names (no paths) of the files that the pattern "*.*eml" matches (a "." somewhere, "eml" at the end, in
+    // any letter case), sorted by name without regard to case; empty when the directory cannot be read.
+    virtual std::vector<Text> ListEmlFiles(const Text& directory) = 0;
+    // Names of the sub-directories without "." and "..", sorted likewise.
+    virtual std::vector<Text> ListDirectories(const Text& directory) = 0;
+    virtual FileError ReadWhole(const Text& path, std::string& bytes) = 0; // bytes are empty on failure
+    // Opens for appending (made when missing), writes, closes.
+    virtual FileError Append(const Text& path, std::string_view bytes) = 0;
+    virtual std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) = 0; // null: error
+    virtual FileError Rename(const Text& from, const Text& to) = 0; // never replaces
+    virtual bool Delete(const Text& path) = 0;
+};
