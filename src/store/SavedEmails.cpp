@@ -1,0 +1,60 @@
+#include "store/SavedEmails.h"
+
+namespace {
+
+std::unique_ptr<Database> OpenChecked(const DatabaseMaker& maker, const Text& path)
+{
+    std::unique_ptr<Database> database = maker.open(path);
+    // A database of another program, or without the table, is found out now and not by the first e-mail.
+    database->OpenRecordset(u"SELECT efolder, esubject, ecrc FROM saved");
+    return database;
+}
+
+} // namespace
+
+Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path, const std::vector<DatabaseMaker>& makers)
+{
+    if (saved.IsOpen()) return {};
+    Text reasons;
+    for (const DatabaseMaker& maker : makers) {
+        try {
+            if (!files.FileExists(path)) maker.create(path);
+            saved.database = OpenChecked(maker, path);
+            return {};
+        } catch (const DatabaseError& error) {
+            if (!reasons.empty()) reasons += u"\r\n";
+            reasons += error.Words();
+        }
+    }
+    return reasons;
+}
+
+void CloseSavedEmails(SavedEmails& saved) noexcept
+{
+    if (saved.database) saved.database->Close();
+    saved.database.reset();
+}
+
+bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder)
+{
+    const Text sql = folder.empty() ? u"SELECT * FROM saved WHERE ecrc='" + crc + u"'"
+                                    : u"SELECT * FROM saved WHERE (ecrc='" + crc + u"') AND (efolder='" +
+                                          SqlQuote(folder) + u"')";
+    const std::unique_ptr<Recordset> rows = saved.database->OpenRecordset(sql);
+    return !rows->AtEnd() && !rows->AtBeginning();
+}
+
+void AddSavedEmail(SavedEmails& saved, const Text& folder, const EmailEntry& entry)
+{
+    const std::unique_ptr<Recordset> rows = saved.database->OpenRecordset(u"SELECT * FROM saved");
+    rows->AddNew();
+    rows->SetField(u"efolder", folder);
+    rows->SetField(u"esubject", entry.Subject);
+    rows->SetField(u"ecrc", entry.Crc);
+    rows->Update();
+}
+
+Text SqlQuote(TextView value)
+{
+    return ReplaceAll(value, u"'", u"''");
+}

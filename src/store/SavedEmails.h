@@ -1,0 +1,36 @@
+// SavedEmails.h: the database of exported e-mails, saved.mdb: one row of table `saved` for each e-mail and
+// folder, with the columns efolder, esubject and ecrc.
+// Fails by: DatabaseError from every operation but opening and closing, which say it in words or not at all.
+#pragma once
+#include "platform/Database.h"
+#include "platform/Files.h"
+#include "store/EmailEntry.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+// One engine that can make and open the file. Both throw DatabaseError; create never replaces a file.
+struct DatabaseMaker {
+    std::function<void(const Text& path)> create; // with an empty table `saved`
+    std::function<std::unique_ptr<Database>(const Text& path)> open;
+};
+
+struct SavedEmails {
+    std::unique_ptr<Database> database; // null while closed
+
+    bool IsOpen() const { return database != nullptr; }
+};
+
+// Opens the file with the first engine that can, having created it when it is missing. Empty when open
+// afterwards (also when it was open before); otherwise the reasons, a line for each engine.
+Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path, const std::vector<DatabaseMaker>& makers);
+void CloseSavedEmails(SavedEmails& saved) noexcept;
+
+// Whether the CRC is recorded under the folder, or, with an empty folder, under any.
+bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder);
+// Adds a row; whether there is one already is the caller's to ask. On disk when this returns.
+void AddSavedEmail(SavedEmails& saved, const Text& folder, const EmailEntry& entry);
+
+// For a value between apostrophes in SQL: every apostrophe doubled.
+Text SqlQuote(TextView value);
