@@ -1,0 +1,102 @@
+// NumbersTest.cpp: numbers from text and text from numbers.
+#include "text/Numbers.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace {
+
+std::string FaultOf(const Text& text)
+{
+    try {
+        return std::to_string(Int16OfText(text));
+    } catch (const ValueFault& fault) {
+        return fault.what();
+    }
+}
+
+} // namespace
+
+TEST(Numbers, LeadingNumberAndNumericText)
+{
+    const double inf = HUGE_VAL;
+    struct Case {
+        const char* why;
+        Text text;
+        double number;
+        bool numeric;
+    };
+    const Case cases[] = {
+        {"plain", u"42", 42, true},
+        {"white space at both ends, the CR of a header block included", u" \t-1.5 \r", -1.5, true},
+        {"exponent", u"2.5e2", 250, true},
+        {"no digits in the exponent: it is no part of the number", u"7e+", 7, false},
+        {"point first, point last", u".5", 0.5, true},
+        {"point last", u"3.", 3, true},
+        {"a point alone", u".", 0, false},
+        {"a sign alone", u"-", 0, false},
+        {"sign and blank", u"- 5", 0, false},
+        {"leading number", u"12:30", 12, false},
+        {"a month name", u"Apr", 0, false},
+        {"empty", u"", 0, false},
+        {"only blanks", u"  ", 0, false},
+        {"thousands comma", u"1,000", 1, false},
+        {"other base", u"&H1F", 0, false},
+        {"no words of the C library", u"inf", 0, false},
+        {"no hexadecimal of the C library", u"0x1F", 0, false},
+        {"400 digits", Text(400, u'9'), inf, true},
+        {"an exponent of 400 digits", u"1e" + Text(400, u'9'), inf, true},
+        {"zero stays zero under any exponent", u"0e999", 0, true},
+        {"many zeros after the point", u"0." + Text(400, u'0') + u"1", 0, true},
+        {"zeros that an exponent takes back", u"0." + Text(400, u'0') + u"25e401", 2.5, true},
+        {"the digit behind 900 others decides", u"2.5" + Text(900, u'0') + u"1e0", 2.5, true},
+        {"a NUL ends the number",
+         Text(u"5\0"
+              u"6",
+              3),
+         5, false},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(LeadingNumber(c.text), c.number) << c.why;
+        EXPECT_EQ(IsNumericText(c.text), c.numeric) << c.why;
+    }
+}
+
+TEST(Numbers, SixteenBitConversions)
+{
+    const std::pair<Text, const char*> cases[] = {
+        {u"2.5", "2"},
+        {u"3.5", "4"},
+        {u"-0.5", "0"},
+        {u"32767.4", "32767"},
+        {u"32767.5", "Overflow"},
+        {u"-32768.5", "-32768"},
+        {u"-32769", "Overflow"},
+        {u"1e9", "Overflow"},
+        {Text(500, u'1'), "Overflow"},
+        {u"Apr", "Type mismatch"},
+        {u"", "Type mismatch"},
+        {u"07\r", "7"},
+    };
+    for (const auto& [text, want] : cases) EXPECT_EQ(FaultOf(text), want) << ToUtf8(text);
+    EXPECT_THROW(ToInt16(std::nan("")), ValueFault);
+}
+
+TEST(Numbers, ShortestText)
+{
+    const std::pair<float, const char16_t*> cases[] = {
+        {0.0f, u"0"},
+        {1.5f, u"1.5"},
+        {-0.25f, u"-0.25"},
+        {0.1f, u"0.1"},
+        {16777216.0f, u"16777216"},
+        {3.4028235e38f, u"3.4028235e+38"},
+        {100000.0f, u"100000"},
+        {1e20f, u"1e+20"},
+        {0.0001f, u"0.0001"},
+    };
+    for (const auto& [number, want] : cases) {
+        EXPECT_EQ(ShortestText(number), want);
+        EXPECT_EQ(static_cast<float>(LeadingNumber(want)), number);
+    }
+}
