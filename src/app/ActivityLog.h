@@ -1,0 +1,36 @@
+// ActivityLog.h: every message that the program gives about its work: on the display, in the progress list
+// and in log.txt.
+// Fails by: nothing. A log file that is locked or read-only never stops an export.
+#pragma once
+#include "oe/Reporter.h"
+#include "platform/Clock.h"
+#include "platform/CodePage.h"
+#include "platform/Files.h"
+
+// The two places of the window where a message shows.
+struct LogView {
+    virtual ~LogView() = default;
+    virtual void ShowText(const Text& text) = 0;    // on the vacuum-tube display, in place of the last one
+    virtual void AddProgress(const Text& text) = 0; // at the end of the progress list
+};
+
+class ActivityLog {
+public:
+    ActivityLog(Files& files, Clock& clock, CodePage& codePage, LogView& view)
+        : files_(files), clock_(clock), codePage_(codePage), view_(view)
+    {
+    }
+
+    void SetPath(const Text& path) { path_ = path; }
+
+    // Record::no goes to the display alone. While no path is set, nothing happens at all. The file is opened
+    // and closed for each line, so that it is complete however the program ends.
+    void LogLine(const Text& message, Record record) noexcept;
+
+private:
+    Files& files_;
+    Clock& clock_;
+    CodePage& codePage_;
+    LogView& view_;
+    Text path_;
+};

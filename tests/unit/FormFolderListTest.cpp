@@ -1,0 +1,52 @@
+// FormFolderListTest.cpp: the lines of the folder list in which the store folder is chosen.
+#include "app/FolderList.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+std::vector<Text> Written(const std::vector<FolderLine>& lines)
+{
+    std::vector<Text> written;
+    for (const FolderLine& line : lines) written.push_back(line.label + u"=" + line.path);
+    return written;
+}
+
+TEST(FormFolderListTest, PathIsWrittenInOneForm)
+{
+    const struct {
+        const char* why;
+        Text given, normal;
+    } cases[] = {
+        {"a drive's root keeps its separator", u"C:\\", u"C:\\"},
+        {"a bare drive is its root", u"c:", u"c:\\"},
+        {"trailing separators go", u"C:\\Mail\\\\", u"C:\\Mail"},
+        {"slashes of another system", u"Z:/tmp/out/", u"Z:\\tmp\\out"},
+        {"a share", u"\\\\server\\share\\", u"\\\\server\\share"},
+        {"below a share", u"\\\\server\\share\\a\\", u"\\\\server\\share\\a"},
+        {"nothing", u"", u""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(NormalFolderPath(c.given), c.normal) << c.why;
+}
+
+TEST(FormFolderListTest, LinesLeadFromTheRootToTheSubdirectories)
+{
+    const std::vector<FolderLine> lines = FolderLines(u"C:\\Mail\\Old", {u"2001", u"2002"});
+    EXPECT_EQ(Written(lines),
+              (std::vector<Text>{u"C:\\=C:\\", u"  Mail=C:\\Mail", u"    Old=C:\\Mail\\Old",
+                                 u"      2001=C:\\Mail\\Old\\2001", u"      2002=C:\\Mail\\Old\\2002"}));
+    EXPECT_EQ(OwnLine(lines, 2), 2u);
+    EXPECT_EQ(Written(FolderLines(u"D:\\", {u"a"})), (std::vector<Text>{u"D:\\=D:\\", u"  a=D:\\a"}));
+    EXPECT_EQ(Written(FolderLines(u"\\\\server\\share\\a", {})),
+              (std::vector<Text>{u"\\\\server\\share=\\\\server\\share", u"  a=\\\\server\\share\\a"}));
+    EXPECT_TRUE(FolderLines(u"", {}).empty());
+}
+
+TEST(FormFolderListTest, DriveIsTheLetter)
+{
+    EXPECT_EQ(DriveOf(u"C:\\Mail"), u"C:");
+    EXPECT_EQ(DriveOf(u"\\\\server\\share"), u"");
+    EXPECT_EQ(DriveOf(u"1:"), u"");
+}
+
+} // namespace
