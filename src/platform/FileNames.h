@@ -1,0 +1,10 @@
+// FileNames.h: what the file systems of all systems agree on: which names are e-mails, and their order.
+#pragma once
+#include "text/Text.h"
+
+// What the pattern "*.*eml" matches, short 8.3 names left out: a "." somewhere before a final "eml", in any
+// letter case. "a.EML", "b.xeml" and ".eml" do, "eml" and "aeml" do not.
+bool IsEmlName(TextView name);
+
+// By name without regard to case; names that differ in case only stand in the order of their units.
+void SortNames(std::vector<Text>& names);

@@ -1,0 +1,48 @@
+#include "platform/Files.h"
+
+#include "platform/FileNames.h"
+
+#include <algorithm>
+
+Text Describe(FileError error)
+{
+    switch (error) {
+    case FileError::none:
+        return {};
+    case FileError::notFound:
+        return u"The file was not found";
+    case FileError::exists:
+        return u"A file of this name exists already";
+    case FileError::inUse:
+        return u"The file is in use by another program";
+    case FileError::denied:
+        return u"Access to the file was denied";
+    case FileError::readFailed:
+        return u"The file could not be read";
+    case FileError::writeFailed:
+        return u"The file could not be written";
+    case FileError::full:
+        return u"The disk is full";
+    }
+    return {};
+}
+
+bool IsEmlName(TextView name)
+{
+    constexpr TextView kEnd = u"eml";
+    if (name.size() <= kEnd.size()) return false;
+    const TextView before = name.substr(0, name.size() - kEnd.size());
+    return EqualNoCase(name.substr(before.size()), kEnd) && before.find(u'.') != TextView::npos;
+}
+
+void SortNames(std::vector<Text>& names)
+{
+    std::sort(names.begin(), names.end(), [](TextView a, TextView b) {
+        const auto [atA, atB] =
+            std::mismatch(a.begin(), a.end(), b.begin(), b.end(),
+                          [](char16_t x, char16_t y) { return x == y || FoldCase(x) == FoldCase(y); });
+        if (atA != a.end() && atB != b.end()) return FoldCase(*atA) < FoldCase(*atB);
+        if ((atA == a.end()) != (atB == b.end())) return atA == a.end();
+        return a < b;
+    });
+}

@@ -1,0 +1,51 @@
+#include "platform/posix/CodePage1252.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+// Bytes 80 to 9F; all others have the number of their character.
+constexpr std::array<char16_t, 32> kHigh = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+constexpr unsigned kFirstHigh = 0x80, kBehindHigh = 0xA0;
+
+// Whole header blocks are converted, so a byte costs one look-up and no question.
+constexpr std::array<char16_t, 256> kCharacters = [] {
+    std::array<char16_t, 256> characters{};
+    for (unsigned byte = 0; byte < 256; ++byte) characters[byte] = static_cast<char16_t>(byte);
+    std::copy(kHigh.begin(), kHigh.end(), characters.begin() + kFirstHigh);
+    return characters;
+}();
+
+char ByteOf(char16_t unit)
+{
+    if (unit < kFirstHigh || (unit >= kBehindHigh && unit < 0x100)) return static_cast<char>(unit);
+    const auto at = std::find(kHigh.begin(), kHigh.end(), unit);
+    return at == kHigh.end() ? '?' : static_cast<char>(kFirstHigh + (at - kHigh.begin()));
+}
+
+} // namespace
+
+std::string CodePage1252::ToAnsi(TextView text)
+{
+    std::string bytes(text.size(), '\0');
+    std::transform(text.begin(), text.end(), bytes.begin(), ByteOf);
+    return bytes;
+}
+
+Text CodePage1252::FromAnsi(std::string_view bytes)
+{
+    Text text(bytes.size(), u'\0');
+    std::transform(bytes.begin(), bytes.end(), text.begin(),
+                   [](char byte) { return kCharacters[static_cast<unsigned char>(byte)]; });
+    return text;
+}
+
+Text CodePage1252::FromUtf8Bytes(std::string_view bytes)
+{
+    return FromUtf8(bytes);
+}

@@ -1,0 +1,27 @@
+#include "platform/posix/PosixClock.h"
+
+#include <ctime>
+
+namespace {
+
+constexpr double kUnixEpoch = 25569; // 1 January 1970 as a day count
+
+std::tm LocalTime(std::time_t now)
+{
+    std::tm fields{};
+    localtime_r(&now, &fields);
+    return fields;
+}
+
+} // namespace
+
+double PosixClock::LocalNow()
+{
+    std::tm fields = LocalTime(std::time(nullptr));
+    return kUnixEpoch + static_cast<double>(timegm(&fields)) / 86400;
+}
+
+bool PosixClock::IsDaylightSavingNow()
+{
+    return LocalTime(std::time(nullptr)).tm_isdst > 0;
+}
