@@ -1,0 +1,144 @@
+#include "oe/MessageDetails.h"
+
+#include "mail/Addresses.h"
+#include "mail/EncodedWords.h"
+#include "mail/HeaderDates.h"
+#include "mail/modUTF8.h"
+#include "oe/RemoteControls.h"
+#include "oe/RemoteListView.h"
+#include "store/Identity.h"
+#include "text/Numbers.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::int32_t kSweepEvery = 64; // rows
+
+// The cell of the titled column; nothing without such a column, empty when the row lacks it.
+const Text* CellOf(const OeClient& client, const MessageDetails& details, TextView title)
+{
+    static const Text kEmpty;
+    const int column = ColumnIndexByTitle(client, title);
+    if (column < 0) return nullptr;
+    const auto index = static_cast<std::size_t>(column);
+    return index < details.cells.size() ? &details.cells[index] : &kEmpty;
+}
+
+std::vector<Text> AddressesOf(const Text* cell)
+{
+    if (!cell) return {Text()};
+    const Text separator = AddressSeparator(*cell);
+    if (separator.empty()) return {BareAddressOf(*cell)};
+    std::vector<Text> addresses = SplitAt(*cell, separator);
+    for (Text& address : addresses) address = BareAddressOf(address);
+    return addresses;
+}
+
+Text SubjectFrom(OeClient& client, const Text* cell)
+{
+    if (!cell) return {};
+    const Text subject(TrimSpaces(CleanSubject(ReplaceAll(*cell, u"\t", u" "))));
+    return IsUtf8Text(subject, client.codePage) ? Utf8ToText(subject, client.codePage) : subject;
+}
+
+double DateFrom(OeClient& client, const Text* cell)
+{
+    if (!cell) return kNoListDate;
+    const double date = ParseListDate(*cell, client.locale);
+    // A missing date is no date to be moved.
+    if (date == kNoListDate) return date;
+    try {
+        return AdjustListDate(date, client.settings.applyDst, client.settings.timeOffset, client.clock);
+    } catch (const ValueFault&) {
+        return date; // moved out of the calendar
+    }
+}
+
+// What stops a reading before the row itself; empty when nothing does.
+Text WhyNoDetails(OeClient& client)
+{
+    if (ListItemCount(client) == 0) return u"ERROR: No items in message list.";
+    const std::int32_t selected = SelectedCount(client);
+    if (client.desktop.Send(client.handles.listView, message::kListHeader, 0, 0) == 0)
+        return u"ERROR: Could not find message list header.";
+    if (ListColumnCount(client) == 0) return u"ERROR: No columns in message list header.";
+    if (selected < 1) return u"ERROR: No email selected from message list.";
+    return {};
+}
+
+} // namespace
+
+MessageDetails GetMessageDetails(OeClient& client)
+{
+    MessageDetails details;
+    client.detailsFound = false;
+    client.currentEmailId = -1;
+    if (!client.handles.oeFound || !client.handles.listViewFound) return details;
+    const auto show = [&client](const Text& words) { client.reporter.LogLine(words, Record::no); };
+
+    ReadListColumns(client);
+    client.subjectPosition = ColumnIndexByTitle(client, u"Subject") + 1;
+    show(u"Getting message details");
+    if (const Text error = WhyNoDetails(client); !error.empty()) {
+        show(error);
+        return details;
+    }
+    const std::int32_t id = SelectedIndex(client);
+    show(u"Email ID: " + DecimalText(id));
+    if (id >= 0) {
+        details.id = client.currentEmailId = id;
+        details.cells = ReadItemTexts(client, id);
+    }
+    client.detailsFound = !details.cells.empty();
+    if (client.detailsFound) {
+        show(u"Subject: " + SubjectOf(client, details));
+        show(u"Message details found");
+    } else {
+        show(u"No message details found");
+    }
+    return details;
+}
+
+EmailEntry BuildEmailEntry(OeClient& client, const MessageDetails& details)
+{
+    EmailEntry entry;
+    entry.row = details.id;
+    entry.From = AddressesOf(CellOf(client, details, u"From"));
+    entry.Subject = SubjectFrom(client, CellOf(client, details, u"Subject"));
+    entry.Received = DateFrom(client, CellOf(client, details, u"Received"));
+    entry.Sent = DateFrom(client, CellOf(client, details, u"Sent"));
+    entry.To = AddressesOf(CellOf(client, details, u"To"));
+    entry.Crc = EmailCrc(entry, client.locale, client.crc);
+    return entry;
+}
+
+Text SubjectOf(const OeClient& client, const MessageDetails& details)
+{
+    const Text* cell = CellOf(client, details, u"Subject");
+    return cell ? *cell : Text();
+}
+
+double EntryDateKey(const EmailEntry& entry)
+{
+    return std::max({kNoListDate, entry.Received, entry.Sent});
+}
+
+void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress)
+{
+    if (!client.handles.oeFound || !client.handles.listViewFound) return;
+    ReadListColumns(client);
+    const std::int32_t count = ListItemCount(client);
+    if (count < 1) return;
+    client.folderEntries.assign(static_cast<std::size_t>(count), EmailEntry());
+    for (std::int32_t row = 0; row < count; ++row) {
+        client.folderEntries[static_cast<std::size_t>(row)] =
+            BuildEmailEntry(client, {row, ReadItemTexts(client, row)});
+        if ((row + 1) % kSweepEvery == 0) SweepRemoteMemory(client.memory);
+        progress(count == 1 ? 100 : static_cast<int>(RoundHalfEven(row * 100.0 / (count - 1))));
+        client.reporter.ProcessEvents();
+    }
+    SweepRemoteMemory(client.memory);
+    std::stable_sort(client.folderEntries.begin(), client.folderEntries.end(),
+                     [](const EmailEntry& a, const EmailEntry& b) { return EntryDateKey(a) < EntryDateKey(b); });
+}

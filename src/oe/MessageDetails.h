@@ -1,0 +1,24 @@
+// MessageDetails.h: reads rows of the client's message list and turns their cells into e-mail entries.
+#pragma once
+#include "oe/OeClient.h"
+
+struct MessageDetails {
+    std::int32_t id = -1;    // row in the list, the e-mail's ID; -1 when none was read
+    std::vector<Text> cells; // by column index
+};
+
+// The selected row. Says on the display what it found or why not; client.detailsFound tells which, and
+// client.currentEmailId is the row or -1.
+MessageDetails GetMessageDetails(OeClient& client);
+
+// Cells are found by the titles of their columns: "From", "Subject", "Received", "Sent", "To". A column that
+// the list lacks leaves its field empty, or kNoListDate.
+EmailEntry BuildEmailEntry(OeClient& client, const MessageDetails& details);
+Text SubjectOf(const OeClient& client, const MessageDetails& details); // the cell as it stands
+
+// The later of the two dates, counting only those after 1 January 1900; that date when neither counts.
+double EntryDateKey(const EmailEntry& entry);
+
+// Reads every row of the folder shown into client.folderEntries, oldest first. progress is given the
+// percentage after each row; the window lives meanwhile.
+void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress);

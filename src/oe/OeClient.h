@@ -1,0 +1,68 @@
+// OeClient.h: the running mail client as the program knows it: the way to reach it, and what was last read
+// out of it. Every operation of this folder takes it first.
+#pragma once
+#include "oe/RemoteMemory.h"
+#include "oe/Reporter.h"
+#include "oe/RunFlags.h"
+#include "platform/Clock.h"
+#include "platform/CodePage.h"
+#include "platform/Desktop.h"
+#include "platform/Files.h"
+#include "platform/Locale.h"
+#include "store/clsCRC.h"
+#include "store/EmailEntry.h"
+
+struct OeHandles {
+    WindowHandle mainWindow = 0;  // "Outlook Express Browser Class"
+    WindowHandle messageView = 0; // its child "Outlook Express Message View"
+    WindowHandle messageList = 0; // its child "Outlook Express Message List"
+    WindowHandle listView = 0;    // its child "ATL:SysListView32"
+    bool oeFound = false;
+    bool listViewFound = false;
+};
+
+struct ListColumn {
+    Text title;
+    std::int16_t index = 0; // sub-item number
+};
+
+// One line of lstTree: a folder of the client's tree.
+struct FolderLine {
+    Text text;             // one "-" for each level below the root, then the name
+    std::int32_t item = 0; // HTREEITEM, of the client's process, until the client is restarted
+    int level = 0;         // 0 for the root; a name may begin with "-" itself
+    TextView Name() const { return TextView(text).substr(static_cast<std::size_t>(level)); }
+};
+
+// From the settings file.
+struct OeSettings {
+    float settleTime = 0; // seconds to wait after a folder change
+    std::int16_t applyDst = 0;
+    float timeOffset = 0; // months
+};
+
+struct OeClient {
+    Desktop& desktop;
+    RemoteMemory memory;
+    Files& files;
+    CodePage& codePage;
+    Locale& locale;
+    Clock& clock;
+    clsCRC& crc;
+    Reporter& reporter;
+    OeSettings& settings;
+    RunFlags& flags;
+
+    OeHandles handles;
+    std::vector<ListColumn> columns; // in the order the user sees them
+    bool columnsKnown = false;
+    std::vector<FolderLine> lstTree; // depth first
+    std::int32_t currentEmailId = -1; // row that GetMessageDetails read last; -1: none
+    bool detailsFound = false;
+    int subjectPosition = 0; // column index of "Subject", plus 1
+    std::vector<EmailEntry> folderEntries;
+};
+
+// The one way to wait: asks the condition, then up to `tries` times sleeps, lets the window live, and asks
+// again. Whether the condition came true.
+bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition);

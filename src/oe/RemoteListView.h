@@ -1,0 +1,30 @@
+// RemoteListView.h: reads and drives the client's message list, a list view of another process.
+// Fails by: a list that has gone, or has no header, gives zero counts and empty texts.
+#pragma once
+#include "oe/OeClient.h"
+
+std::int32_t ListItemCount(OeClient& client);
+std::int32_t ListColumnCount(OeClient& client);
+std::int32_t SelectedIndex(OeClient& client); // first selected row, -1 when none
+std::int32_t SelectedCount(OeClient& client);
+
+// Fills client.columns and columnsKnown. Kept: a list of a single column yields no titles.
+void ReadListColumns(OeClient& client);
+// Column index by title in any letter case, the leftmost of several; -1 when there is none. Kept: 0 for every
+// title while no columns are known.
+int ColumnIndexByTitle(const OeClient& client, TextView title);
+
+// The row's texts by column index, each at most 128 characters, and one more that is empty as a rule. Empty
+// when there is no header; empty texts for a negative row.
+std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item);
+
+enum class OtherItems { keep, clear };
+// Selects and focuses a row. Kept: does nothing when as many rows are selected as the row's number says.
+void SelectListItem(OeClient& client, std::int32_t item, OtherItems others);
+// LVIS_FOCUSED (1) and LVIS_SELECTED (2) of one row, or of all with item -1; then scrolls the row into view.
+void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state);
+
+enum class WithCharacter { no, yes };
+void SendKey(OeClient& client, WindowHandle window, std::int32_t virtualKey, WithCharacter character);
+enum class MouseButton { left, right };
+void SendClick(OeClient& client, WindowHandle window, MouseButton button = MouseButton::left); // at its (0, 0)

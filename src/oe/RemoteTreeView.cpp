@@ -1,0 +1,169 @@
+#include "oe/RemoteTreeView.h"
+
+#include "oe/RemoteControls.h"
+#include "oe/RemoteListView.h"
+#include "oe/WindowDiscovery.h"
+#include "text/Numbers.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::int32_t kRoot = 0, kNext = 1, kChild = 4, kFirstVisible = 5, kCaret = 9; // TVGN_...
+constexpr std::uint32_t kTreeItemText = 1, kTreeItemChildren = 0x40;                    // mask bits
+constexpr int kRefreshTries = 31, kRefreshInterval = 100, kSettleInterval = 100;        // milliseconds
+constexpr std::int32_t kHomeKey = 0x24;
+constexpr int kDeepest = 500; // a tree deeper than this is damaged or malicious
+
+std::int32_t NextItem(OeClient& client, WindowHandle tree, std::int32_t relation, std::int32_t item)
+{
+    return client.desktop.Send(tree, message::kTreeNextItem, relation, item);
+}
+
+void Visit(OeClient& client, WindowHandle tree, std::int32_t item, int depth)
+{
+    const TreeItemReading reading = ReadTreeItem(client, tree, item);
+    if (!reading.text.empty())
+        client.lstTree.push_back({Text(static_cast<std::size_t>(depth), u'-') + reading.text, item, depth});
+    if (reading.children < 1 || depth >= kDeepest) return;
+    // A folder without a text takes no line, so what lies below it goes one level up.
+    const int below = reading.text.empty() ? depth : depth + 1;
+    for (std::int32_t child = NextItem(client, tree, kChild, item); child > 0;
+         child = NextItem(client, tree, kNext, child))
+        Visit(client, tree, child, below);
+}
+
+std::int32_t CaretItem(OeClient& client)
+{
+    return NextItem(client, FindFolderTree(client), kCaret, 0);
+}
+
+const FolderLine* LineOf(const OeClient& client, std::int32_t item)
+{
+    const auto line = std::find_if(client.lstTree.begin(), client.lstTree.end(),
+                                   [item](const FolderLine& each) { return each.item == item; });
+    return item < 1 || line == client.lstTree.end() ? nullptr : &*line;
+}
+
+// Whether the list on the screen has become the new folder's.
+class FolderRefresh {
+public:
+    FolderRefresh(OeClient& client, const Text& folderName, std::int32_t before)
+        : client_(client), folderName_(folderName), before_(before)
+    {
+    }
+
+    // Count and caption must both have changed. Kept: so two folders with the same count never pass.
+    bool Arrived()
+    {
+        const std::int32_t now = ListItemCount(client_);
+        const std::size_t hit = FindNoCase(GetWindowCaption(client_.desktop, client_.handles.mainWindow), folderName_);
+        // An empty folder after an empty folder cannot change the count: a caption that begins with its name
+        // is enough, from the first wait on.
+        if (waits_ > 0 && hit == 0 && before_ == 0 && now == 0) before_ = -1;
+        const bool lastTry = waits_++ >= kRefreshTries;
+        return !lastTry && now != before_ && hit != Text::npos;
+    }
+
+private:
+    OeClient& client_;
+    const Text& folderName_;
+    std::int32_t before_;
+    int waits_ = 0;
+};
+
+void Settle(OeClient& client)
+{
+    const double milliseconds = RoundHalfEven(static_cast<double>(client.settings.settleTime) * 1000.0);
+    int left = static_cast<int>(std::clamp(milliseconds, 0.0, 3600.0 * 1000.0));
+    // In slices, so that the stop buttons are seen to react.
+    for (; left > 0; left -= kSettleInterval)
+        WaitUntil(client, 1, std::min(left, kSettleInterval), [] { return false; });
+}
+
+void AbortRun(OeClient& client)
+{
+    client.flags.stopAfterFolder = true;
+    client.flags.stopAfterEmail = true;
+}
+
+void ReportFailure(OeClient& client)
+{
+    client.reporter.LogLine(u"Outlook Express failed to change folders.", Record::yes);
+    AbortRun(client);
+}
+
+} // namespace
+
+TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t item)
+{
+    RemoteMemory& memory = client.memory;
+    const RemoteAddress itemBlock = RemoteAlloc(memory, tree, sizeof(RemoteTreeItem));
+    const RemoteAddress textBlock = RemoteAlloc(memory, tree, kTextBytes);
+    RemoteTreeItem request{};
+    request.mask = kTreeItemText | kTreeItemChildren;
+    request.item = item;
+    request.text = textBlock;
+    request.textMax = kTextBytes;
+    RemoteWrite(memory, itemBlock, &request, sizeof request);
+    client.desktop.Send(tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock));
+    RemoteRead(memory, itemBlock, &request, sizeof request);
+    TextBuffer buffer;
+    TreeItemReading reading{buffer.Receive(memory, textBlock), request.children};
+    RemoteFree(memory, textBlock);
+    RemoteFree(memory, itemBlock);
+    return reading;
+}
+
+void WalkFolderTree(OeClient& client)
+{
+    const WindowHandle tree = FindFolderTree(client);
+    if (tree < 1) return;
+    const std::int32_t root = NextItem(client, tree, kRoot, 0);
+    if (root >= 1) Visit(client, tree, root, 0);
+}
+
+int CurrentFolderIndex(OeClient& client)
+{
+    const FolderLine* line = LineOf(client, CaretItem(client));
+    return line ? static_cast<int>(line - client.lstTree.data()) : 0;
+}
+
+bool IsCurrentFolderKnown(OeClient& client)
+{
+    return LineOf(client, CaretItem(client)) != nullptr;
+}
+
+bool ChangeFolder(OeClient& client, int index, const Text& folderName)
+{
+    if (index < 0 || index >= static_cast<int>(client.lstTree.size())) return false;
+    const FolderLine& line = client.lstTree[static_cast<std::size_t>(index)];
+    if (LineOf(client, CaretItem(client)) == &line) return true;
+    const std::int32_t item = line.item;
+    const WindowHandle tree = FindFolderTree(client);
+    if (tree < 1) {
+        ReportFailure(client);
+        return false;
+    }
+    FolderRefresh refresh(client, folderName, ListItemCount(client));
+    client.reporter.LogLine(u"Sending message to Outlook Express", Record::no);
+    client.desktop.Send(tree, message::kTreeSelectItem, kFirstVisible, item);
+    client.reporter.ProcessEvents();
+    client.desktop.Send(tree, message::kTreeSelectItem, kCaret, item);
+    client.reporter.LogLine(u"Allowing OE to settle", Record::no);
+    client.reporter.ProcessEvents();
+    Settle(client);
+    client.reporter.LogLine(u"Waiting for folder to refresh", Record::no);
+    bool arrived = WaitUntil(client, kRefreshTries, kRefreshInterval, [&refresh] { return refresh.Arrived(); });
+    if (!arrived) ReportFailure(client);
+    FindOeHandles(client);
+    if (ListColumnCount(client) == 0) {
+        const Text words = u"Outlook Express has stopped responding - please restart Outlook Express.";
+        client.reporter.LogLine(words, Record::yes);
+        AbortRun(client);
+        client.reporter.ShowBox(BoxIcon::warning, words);
+        arrived = false;
+    }
+    if (arrived) SendKey(client, client.handles.listView, kHomeKey, WithCharacter::no);
+    return arrived;
+}

@@ -1,0 +1,23 @@
+// RemoteTreeView.h: reads the client's folder tree and makes the client change to another folder.
+#pragma once
+#include "oe/OeClient.h"
+
+struct TreeItemReading {
+    Text text;
+    std::int32_t children = 0; // as the client says it; the walk goes by the items themselves
+};
+TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t item);
+
+// Appends the first root and everything below it to client.lstTree, depth first. Without a tree: nothing.
+void WalkFolderTree(OeClient& client);
+
+// Line of lstTree that the client shows; 0 also when it is none of them.
+int CurrentFolderIndex(OeClient& client);
+// Whether the client shows a folder that lstTree knows. False after a restart of the client, say, when
+// CurrentFolderIndex can only answer 0.
+bool IsCurrentFolderKnown(OeClient& client);
+
+// Makes the client show the folder and waits until its list is that folder's: settle time, then up to about
+// three seconds. On failure the log says so, stopAfterEmail and stopAfterFolder are set and the answer is
+// false: the list on the screen belongs to another folder then.
+bool ChangeFolder(OeClient& client, int index, const Text& folderName);

@@ -1,0 +1,175 @@
+#include "oe/SaveDialog.h"
+
+#include "oe/RemoteControls.h"
+#include "oe/RemoteListView.h"
+#include "oe/WindowDiscovery.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t kLongestPath = 259; // MAX_PATH without its NUL
+constexpr TextView kExtension = u".eml";
+constexpr std::int32_t kSaveAsCommand = 40101; // the client's menu command
+constexpr int kDialogTries = 20, kFileTries = 20, kLeftoverTries = 10, kInterval = 100; // milliseconds
+
+WindowHandle FindDialog(OeClient& client)
+{
+    return FindTopWindowEx(client.desktop, u"Save Message As", u"#32770");
+}
+
+void ClickButton(OeClient& client, WindowHandle dialog, const Text& caption)
+{
+    SendClick(client, FindChildWindowEx(client.desktop, dialog, caption, u"Button"));
+}
+
+// A dialog that is still open belongs to an earlier e-mail, whose message it would save under this one's
+// name. It may be just closing; otherwise it is cancelled.
+bool NoDialogIsLeft(OeClient& client)
+{
+    const auto gone = [&client] { return FindDialog(client) == 0; };
+    if (WaitUntil(client, kLeftoverTries, kInterval, gone)) return true;
+    ClickButton(client, FindDialog(client), u"Cancel");
+    return WaitUntil(client, kLeftoverTries, kInterval, gone);
+}
+
+bool CanBeTyped(TextView path, CodePage& codePage)
+{
+    return codePage.FromAnsi(codePage.ToAnsi(path)) == path;
+}
+
+Text IdText(std::int32_t id)
+{
+    Text digits = DecimalText(id);
+    if (digits.size() < 4) digits.insert(0, 4 - digits.size(), u'0');
+    return digits;
+}
+
+// How much of a path must not be cut: folder, ID and the "_" behind it.
+std::size_t FixedLength(const SaveRequest& request)
+{
+    return request.exportFolder.size() + IdText(request.id).size() + (request.idOnly ? 0 : 1);
+}
+
+// The path to save to; when there is none, result says what becomes of the e-mail.
+Text ChoosePath(OeClient& client, const SaveRequest& request, SaveResult& result)
+{
+    result = SaveResult::failed;
+    const Text name = MakeFileName(request, client.codePage);
+    if (name.empty()) return {};
+    const Text path = request.exportFolder + name;
+    if (!client.files.FileExists(path)) return path;
+    const Text words = DecimalText(request.id) + u' ' + name + u" - file already exists";
+    if (request.skipFiles) {
+        client.reporter.LogLine(u"SKIP: " + words, Record::yes);
+        result = SaveResult::skipped;
+        return {};
+    }
+    client.reporter.LogLine(u"RENAME: " + words, Record::yes);
+    return NextFreeFileName(client.files, path, FixedLength(request));
+}
+
+// The edit box for the name in the dialog; 0, with a line in the log, when the dialog lacks it.
+WindowHandle FindNameBox(OeClient& client, WindowHandle dialog)
+{
+    const WindowHandle outer = FindChildWindow(client.desktop, dialog, u"ComboBoxEx32");
+    const WindowHandle combo = outer > 0 ? FindChildWindow(client.desktop, outer, u"ComboBox") : 0;
+    if (combo <= 0) {
+        client.reporter.LogLine(u"No combo found", Record::yes);
+        return 0;
+    }
+    const WindowHandle edit = FindChildWindow(client.desktop, combo, u"Edit");
+    if (edit <= 0) client.reporter.LogLine(u"No edit found", Record::yes);
+    return std::max(edit, 0);
+}
+
+WindowHandle OpenDialog(OeClient& client, bool sendKeys)
+{
+    client.desktop.BringToForeground(client.handles.mainWindow);
+    if (sendKeys) client.desktop.TypeSaveAsKeys();
+    else client.desktop.Post(client.handles.mainWindow, message::kCommand, kSaveAsCommand, 0);
+    return WaitForTopWindow(client, u"Save Message As", u"#32770", kDialogTries);
+}
+
+} // namespace
+
+SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
+{
+    const auto log = [&client](const Text& words) { client.reporter.LogLine(words, Record::yes); };
+    const Text failure = u"FAIL: " + DecimalText(request.id) + u' ' + request.subject;
+    SaveResult result;
+    const Text path = ChoosePath(client, request, result);
+    if (path.empty() && result == SaveResult::skipped) return result;
+    if (path.empty() || !CanBeTyped(path, client.codePage) || !NoDialogIsLeft(client)) {
+        log(failure);
+        return SaveResult::failed;
+    }
+
+    const WindowHandle dialog = OpenDialog(client, request.sendKeys);
+    if (dialog <= 0) {
+        log(u"No dialog found");
+        return SaveResult::failed;
+    }
+    const WindowHandle nameBox = FindNameBox(client, dialog);
+    if (nameBox == 0) return SaveResult::failed; // the dialog stays open
+    client.desktop.SendSetText(nameBox, client.codePage.ToAnsi(path));
+    ClickButton(client, dialog, u"&Save");
+    // By name only: a file that is still being written counts as saved.
+    if (WaitUntil(client, kFileTries, kInterval, [&] { return client.files.FileExists(path); }))
+        return SaveResult::saved;
+    log(failure);
+    ClickButton(client, dialog, u"Cancel");
+    client.reporter.ProcessEvents();
+    return SaveResult::failed;
+}
+
+Text MakeFileName(const SaveRequest& request, CodePage& codePage)
+{
+    Text name = IdText(request.id);
+    if (!request.idOnly) name += u'_';
+    const std::size_t room = kLongestPath - kExtension.size();
+    const std::size_t used = request.exportFolder.size() + name.size();
+    if (used > room) return {};
+    if (!request.idOnly) {
+        Text subject = SanitiseFileText(request.subject);
+        // The pound sign is not in every code page.
+        std::erase_if(subject, [&](char16_t unit) { return !CanBeTyped({&unit, 1}, codePage); });
+        name.append(subject, 0, room - used);
+    }
+    return name.append(kExtension);
+}
+
+Text SanitiseFileText(TextView text)
+{
+    constexpr TextView kAllowed = u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_\u00A3%$&!#~@'";
+    Text kept;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(kept),
+                 [&](char16_t unit) { return kAllowed.find(unit) != TextView::npos; });
+    return kept;
+}
+
+Text NextFreeFileName(Files& files, const Text& path, std::size_t fixed)
+{
+    const std::size_t dot = std::min(path.rfind(u'.'), path.size());
+    const Text base = path.substr(0, dot), extension = path.substr(dot);
+    Text candidate = path, suffix;
+    while (files.FileExists(candidate)) {
+        suffix = NextLetterSuffix(suffix);
+        const std::size_t ending = suffix.size() + extension.size();
+        if (fixed + ending > kLongestPath) return {};
+        candidate = base.substr(0, kLongestPath - ending) + suffix + extension;
+    }
+    return candidate;
+}
+
+Text NextLetterSuffix(const Text& suffix)
+{
+    if (suffix.empty()) return u"a";
+    Text rest = suffix.substr(0, suffix.size() - 1);
+    auto last = static_cast<char16_t>(suffix.back() + 1);
+    if (last == u'z' || last == u'Z') {
+        rest = NextLetterSuffix(rest);
+        last = u'a';
+    }
+    return rest + last;
+}

@@ -1,0 +1,126 @@
+#include "oe/WindowDiscovery.h"
+
+namespace {
+
+constexpr int kClassBuffer = 100;
+constexpr int kCaptionBuffer = 256;
+constexpr int kDialogInterval = 100; // milliseconds between two searches
+constexpr TextView kMainClass = u"Outlook Express Browser Class";
+
+// The shared state of a search. Searches do not overlap, so each call has its own.
+struct WindowSearch {
+    Desktop& desktop;
+    const Text* caption; // null: the caption is not read at all
+    const Text& className;
+    WindowHandle parent;
+    WindowHandle found = 0;
+
+    bool Matches(WindowHandle window) const
+    {
+        if (parent > 0 && desktop.ParentOf(window) != parent) return false;
+        if (FindNoCase(desktop.ClassOf(window, kClassBuffer), className) == Text::npos) return false;
+        return !caption || FindNoCase(desktop.CaptionOf(window, kCaptionBuffer), *caption) != Text::npos;
+    }
+    WindowHandle Run()
+    {
+        const auto visit = [this](WindowHandle window) {
+            if (!Matches(window)) return true;
+            found = window;
+            return false;
+        };
+        if (parent != 0) desktop.EnumDescendants(parent, visit);
+        else desktop.EnumTopWindows(visit);
+        return found;
+    }
+};
+
+} // namespace
+
+bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition)
+{
+    bool met = condition();
+    for (; !met && tries >= 1; --tries) {
+        client.desktop.Sleep(intervalMilliseconds);
+        client.reporter.ProcessEvents();
+        met = condition();
+    }
+    return met;
+}
+
+WindowHandle FindTopWindow(Desktop& desktop, const Text& className)
+{
+    return WindowSearch{desktop, nullptr, className, 0}.Run();
+}
+
+WindowHandle FindTopWindowEx(Desktop& desktop, const Text& caption, const Text& className)
+{
+    return WindowSearch{desktop, &caption, className, 0}.Run();
+}
+
+WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, const Text& className)
+{
+    return WindowSearch{desktop, nullptr, className, parent}.Run();
+}
+
+WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption, const Text& className)
+{
+    return WindowSearch{desktop, &caption, className, parent}.Run();
+}
+
+WindowHandle WaitForTopWindow(OeClient& client, const Text& caption, const Text& className, int tries)
+{
+    WindowHandle found = 0;
+    WaitUntil(client, tries, kDialogInterval, [&] {
+        found = FindTopWindowEx(client.desktop, caption, className);
+        return found != 0;
+    });
+    return found;
+}
+
+Text GetWindowCaption(Desktop& desktop, WindowHandle window)
+{
+    return desktop.CaptionOf(window, kCaptionBuffer);
+}
+
+bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow)
+{
+    mainWindow = FindTopWindow(desktop, Text(kMainClass));
+    return mainWindow >= 1;
+}
+
+void FindOeHandles(OeClient& client)
+{
+    const auto show = [&client](const Text& words) { client.reporter.LogLine(words, Record::no); };
+    show(u"Getting Outlook Express handles");
+    OeHandles& handles = client.handles;
+    Text missing; // each failure overwrites the one before: only the last is told
+    handles.mainWindow = FindTopWindow(client.desktop, Text(kMainClass));
+    handles.messageView = FindChildWindow(client.desktop, handles.mainWindow, u"Outlook Express Message View");
+    if (handles.messageView == 0) missing = u"Message View could not be found.";
+    handles.messageList = FindChildWindow(client.desktop, handles.messageView, u"Outlook Express Message List");
+    if (handles.messageList == 0) missing = u"Message List could not be found.";
+    handles.listView = FindChildWindow(client.desktop, handles.messageList, u"ATL:SysListView32");
+    handles.listViewFound = handles.listView >= 1;
+    if (!handles.listViewFound) missing = u"List View could not be found.";
+
+    handles.oeFound = handles.mainWindow > 0;
+    if (!handles.oeFound) {
+        show(u"Could not find Outlook Express window");
+    } else if (!missing.empty()) {
+        show(missing);
+        show(u"Outlook Express found, but could not access message list.");
+    } else {
+        show(u"Outlook Express found");
+    }
+}
+
+WindowHandle FindFolderTree(OeClient& client)
+{
+    if (client.handles.mainWindow < 1) return 0;
+    Desktop& desktop = client.desktop;
+    const WindowHandle pane =
+        FindChildWindowEx(desktop, client.handles.mainWindow, u"", u"Outlook Express Navigation Pane");
+    const WindowHandle frame = FindChildWindowEx(desktop, pane, u"Folders", u"Outlook Express Pane Frame");
+    const WindowHandle holder = FindChildWindowEx(desktop, frame, u"", u"ThorTreeViewWndClass");
+    return FindChildWindowEx(desktop, holder, u"Folder List", u"SysTreeView32");
+}

@@ -1,0 +1,21 @@
+// WindowDiscovery.h: finds windows by fragments of class name and caption, and the mail client's by theirs.
+// Fragments match anywhere and in any letter case; an empty one matches everything. The first match in the
+// system's order wins. "Not found" is 0.
+#pragma once
+#include "oe/OeClient.h"
+
+WindowHandle FindTopWindow(Desktop& desktop, const Text& className);
+WindowHandle FindTopWindowEx(Desktop& desktop, const Text& caption, const Text& className); // caption first
+// Direct children only. With parent 0 top-level windows are searched instead, which finds none of the
+// classes that are sought below a window.
+WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, const Text& className);
+WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption, const Text& className);
+// FindTopWindowEx, tries + 1 times at the most, 100 ms apart.
+WindowHandle WaitForTopWindow(OeClient& client, const Text& caption, const Text& className, int tries);
+Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 characters
+
+bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow);
+// Fills client.handles and says on the display what was found.
+void FindOeHandles(OeClient& client);
+// The folder tree's control below client.handles.mainWindow.
+WindowHandle FindFolderTree(OeClient& client);
