@@ -35,6 +35,11 @@ struct RunView : Reporter {
     // Replaces the tree. Images: "root" at level 1, "other" at level 2, "envelope" deeper; level 2 and
     // deeper are made visible.
     virtual void ShowFolderTree(const std::vector<FolderNode>& nodes) = 0;
+    // Status text and image of the tree's selected node; an empty one leaves its part alone (MarkedNodeText).
+    virtual void MarkFolderNode(const Text& status, const Text& image) = 0;
+    // The hidden lists: lstTree with its selection (-1: none) and lstLines.
+    virtual void ShowFolderLists(const std::vector<Text>& lines, const std::vector<Text>& paths) = 0;
+    virtual void SelectFolderLine(int index) = 0;
     // After the first synchronisation: hint hidden, commands shown, comparison choice available.
     virtual void UnlockCommands() = 0;
 };

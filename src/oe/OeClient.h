@@ -27,7 +27,7 @@ struct ListColumn {
 };
 
 // One line of lstTree: a folder of the client's tree.
-struct FolderLine {
+struct OeFolder {
     Text text;             // one "-" for each level below the root, then the name
     std::int32_t item = 0; // HTREEITEM, of the client's process, until the client is restarted
     int level = 0;         // 0 for the root; a name may begin with "-" itself
@@ -56,7 +56,7 @@ struct OeClient {
     OeHandles handles;
     std::vector<ListColumn> columns; // in the order the user sees them
     bool columnsKnown = false;
-    std::vector<FolderLine> lstTree; // depth first
+    std::vector<OeFolder> lstTree; // depth first
     std::int32_t currentEmailId = -1; // row that GetMessageDetails read last; -1: none
     bool detailsFound = false;
     int subjectPosition = 0; // column index of "Subject", plus 1

@@ -38,10 +38,10 @@ std::int32_t CaretItem(OeClient& client)
     return NextItem(client, FindFolderTree(client), kCaret, 0);
 }
 
-const FolderLine* LineOf(const OeClient& client, std::int32_t item)
+const OeFolder* LineOf(const OeClient& client, std::int32_t item)
 {
     const auto line = std::find_if(client.lstTree.begin(), client.lstTree.end(),
-                                   [item](const FolderLine& each) { return each.item == item; });
+                                   [item](const OeFolder& each) { return each.item == item; });
     return item < 1 || line == client.lstTree.end() ? nullptr : &*line;
 }
 
@@ -125,7 +125,7 @@ void WalkFolderTree(OeClient& client)
 
 int CurrentFolderIndex(OeClient& client)
 {
-    const FolderLine* line = LineOf(client, CaretItem(client));
+    const OeFolder* line = LineOf(client, CaretItem(client));
     return line ? static_cast<int>(line - client.lstTree.data()) : 0;
 }
 
@@ -137,7 +137,7 @@ bool IsCurrentFolderKnown(OeClient& client)
 bool ChangeFolder(OeClient& client, int index, const Text& folderName)
 {
     if (index < 0 || index >= static_cast<int>(client.lstTree.size())) return false;
-    const FolderLine& line = client.lstTree[static_cast<std::size_t>(index)];
+    const OeFolder& line = client.lstTree[static_cast<std::size_t>(index)];
     if (LineOf(client, CaretItem(client)) == &line) return true;
     const std::int32_t item = line.item;
     const WindowHandle tree = FindFolderTree(client);

@@ -1,0 +1,31 @@
+#include "folders/FolderRun.h"
+
+#include "folders/StoreFolders.h"
+#include "oe/RemoteTreeView.h"
+#include "oe/WindowDiscovery.h"
+
+bool SelectShownFolder(FolderRun& run)
+{
+    WindowHandle mainWindow = 0;
+    if (!IsOeRunning(run.client.desktop, mainWindow)) {
+        FindOeHandles(run.client); // says so
+        return false;
+    }
+    // "Not found" is line 0, the root. Taking that for the folder would file e-mails under a wrong name.
+    const bool known = !run.client.lstTree.empty() && IsCurrentFolderKnown(run.client);
+    if (known) {
+        run.selectedFolder = CurrentFolderIndex(run.client);
+        run.view.SelectFolderLine(run.selectedFolder);
+        return true;
+    }
+    run.view.ShowBox(BoxIcon::warning, u"Please ensure a folder has been selected in Outlook Express");
+    return false;
+}
+
+void UseSelectedFolder(FolderRun& run)
+{
+    const auto index = static_cast<std::size_t>(run.selectedFolder);
+    run.currentFolder = run.folderPaths[index];
+    run.exportFolder = ExportFolderOf(run.view.Options().storeFolder, run.storeDirectories[index]);
+    run.view.ShowCurrentFolder(run.currentFolder);
+}

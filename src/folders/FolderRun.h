@@ -1,0 +1,32 @@
+// FolderRun.h: what the folder operations work with and share.
+#pragma once
+#include "folders/RunView.h"
+#include "oe/OeClient.h"
+#include "store/SavedEmails.h"
+
+struct FolderRun {
+    OeClient& client;
+    SavedEmails& saved;
+    RunView& view;
+
+    // Parallel to client.lstTree; folderPaths has an empty one more.
+    std::vector<FolderNode> nodes;
+    std::vector<Text> folderPaths;      // full names: in the log, on the window, in the database
+    std::vector<Text> storeDirectories; // below the store folder
+    int selectedFolder = -1;            // lstTree's selected line; -1: none
+
+    Text currentFolder; // full name under which saved e-mails are recorded
+    Text exportFolder;  // full path, ends in a backslash
+    std::int32_t runTotalSaved = 0;  // since the export pass of an all-folders run began
+    std::int32_t runTotalToSave = 0; // as its check pass found it
+
+    RunFlags& Flags() { return client.flags; }
+};
+
+// Selects in lstTree the folder that the client shows. False without a client, which the log says; and, with
+// a warning box, without any folders and when the client shows one that is not in the list (it was restarted,
+// say).
+bool SelectShownFolder(FolderRun& run);
+
+// Export folder and full name of the selected folder, the latter also on the window.
+void UseSelectedFolder(FolderRun& run);
