@@ -1,0 +1,44 @@
+// pack.cpp: demo-pack DIRECTORY FILE: puts a mailbox directory into one file.
+#include "demo/mailbox/Pack.h"
+
+#include <fstream>
+#include <iostream>
+
+namespace {
+
+std::size_t CountMessages(const MailFolder& folder)
+{
+    std::size_t count = folder.messages.size();
+    for (const MailFolder& child : folder.folders) count += CountMessages(child);
+    return count;
+}
+
+std::size_t CountFolders(const MailFolder& folder)
+{
+    std::size_t count = folder.folders.size();
+    for (const MailFolder& child : folder.folders) count += CountFolders(child);
+    return count;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 3) {
+        std::cerr << "usage: demo-pack DIRECTORY FILE\n";
+        return 2;
+    }
+    try {
+        const MailFolder root = LoadMailbox(argv[1]);
+        const std::string pack = WritePack(root);
+        std::ofstream file(argv[2], std::ios::binary);
+        file.write(pack.data(), static_cast<std::streamsize>(pack.size()));
+        file.close();
+        if (!file) throw MailboxError(std::string(argv[2]) + ": cannot be written");
+        std::cout << CountMessages(root) << " messages in " << CountFolders(root) << " folders\n";
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "demo-pack: " << error.what() << "\n";
+        return 1;
+    }
+}
