@@ -1,0 +1,223 @@
+// Client.cpp: the main window: folders on the left, messages on the right, "Save As" in the File menu.
+#include "demo/client/Client.h"
+
+#include "demo/client/FolderTree.h"
+#include "demo/client/Pane.h"
+#include "demo/client/SaveDialog.h"
+#include "demo/mailbox/Names.h"
+
+namespace {
+
+constexpr wchar_t kMainClass[] = L"Outlook Express Browser Class";
+constexpr wchar_t kProgramName[] = L"Outlook Express";
+constexpr int kSaveAsCommand = 40101, kExitCommand = 40102;
+constexpr WPARAM kOpenDialogTimer = 1, kLateFileTimer = 2;
+constexpr UINT kHang = WM_APP + 1;
+constexpr int kNavigationWidth = 200;
+
+HMENU CreateMainMenu()
+{
+    const HMENU bar = CreateMenu(), file = CreatePopupMenu();
+    AppendMenuW(file, MF_STRING, kSaveAsCommand, L"Save &As...");
+    AppendMenuW(file, MF_SEPARATOR, 0, nullptr);
+    AppendMenuW(file, MF_STRING, kExitCommand, L"E&xit");
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(file), L"&File");
+    return bar;
+}
+
+std::wstring Wide(std::u16string_view text)
+{
+    return std::wstring(text.begin(), text.end());
+}
+
+const MailFolder* FirstWithMessages(const MailFolder& folder)
+{
+    if (!folder.messages.empty()) return &folder;
+    for (const MailFolder& child : folder.folders)
+        if (const MailFolder* found = FirstWithMessages(child)) return found;
+    return nullptr;
+}
+
+const MailFolder* FirstShown(const MailFolder& root, const std::wstring& select)
+{
+    if (!select.empty()) return FindFolder(root, std::u16string(select.begin(), select.end()));
+    for (const MailFolder& folder : root.folders)
+        if (FoldAscii(folder.name) == u"inbox") return &folder;
+    const MailFolder* first = FirstWithMessages(root);
+    return first ? first : &root;
+}
+
+} // namespace
+
+bool Client::Show(int showCommand)
+{
+    const MailFolder* first = FirstShown(root_, options_.select);
+    if (!first) return false;
+
+    WNDCLASSEXW main{};
+    main.cbSize = sizeof main;
+    main.lpfnWndProc = WndProc;
+    main.hInstance = GetModuleHandleW(nullptr);
+    main.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    main.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+    main.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    main.lpszClassName = kMainClass;
+    RegisterClassExW(&main);
+    CreateWindowExW(0, kMainClass, kProgramName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
+                    CW_USEDEFAULT, 960, 600, nullptr, CreateMainMenu(), main.hInstance, this);
+    if (options_.noTree)
+        ShowFolder(first);
+    else
+        SelectFolder(navigation_, first);
+    list_->SelectFirst();
+    ShowWindow(window_, showCommand);
+    list_->SetFocusToList();
+    return true;
+}
+
+int Client::Run()
+{
+    MSG message{};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+void Client::OnCreate(HWND window)
+{
+    window_ = window;
+    status_ = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0,
+                              window, nullptr, nullptr, nullptr);
+    navigation_ = CreateFolderPane(window, root_, !options_.noTree);
+    messageView_ = CreatePane(window, L"Outlook Express Message View", L"", PaneHeading::none);
+    list_ = std::make_unique<MessageList>(nullptr);
+}
+
+void Client::Layout() const
+{
+    SendMessageW(status_, WM_SIZE, 0, 0);
+    RECT client, status;
+    GetClientRect(window_, &client);
+    GetWindowRect(status_, &status);
+    const int height = client.bottom - (status.bottom - status.top);
+    MoveWindow(navigation_, 0, 0, kNavigationWidth, height, TRUE);
+    MoveWindow(messageView_, kNavigationWidth + 4, 0, client.right - kNavigationWidth - 4, height, TRUE);
+}
+
+void Client::ShowFolder(const MailFolder* folder)
+{
+    // A new list for every folder: handles of the old one are dead from here on.
+    const bool hadFocus = listHost_ && IsChild(listHost_, GetFocus());
+    if (listHost_) DestroyWindow(listHost_);
+    listHost_ = nullptr;
+    list_ = std::make_unique<MessageList>(folder);
+    if (!options_.noList) listHost_ = list_->Create(messageView_, options_);
+    RECT place;
+    GetClientRect(messageView_, &place);
+    SendMessageW(messageView_, WM_SIZE, SIZE_RESTORED, MAKELPARAM(place.right, place.bottom));
+    if (hadFocus) list_->SetFocusToList();
+
+    const std::wstring count = std::to_wstring(list_->Count()) + L" message(s), 0 unread";
+    SetWindowTextW(status_, count.c_str());
+    const std::wstring caption = folder ? Wide(folder->name) + L" - " + kProgramName : kProgramName;
+    SetWindowTextW(window_, caption.c_str());
+}
+
+void Client::AskForSave()
+{
+    if (options_.noDialog || dialogOpen_) return;
+    if (options_.slow > 0)
+        SetTimer(window_, kOpenDialogTimer, static_cast<UINT>(options_.slow), nullptr);
+    else
+        Save();
+}
+
+void Client::Save()
+{
+    const MailMessage* message = list_->SelectedMessage();
+    if (!message || dialogOpen_) return;
+    dialogOpen_ = true;
+    const SaveAnswer answer = RunSaveDialog(window_, options_, {message->bytes, L"Message.eml"});
+    dialogOpen_ = false;
+    if (!answer.writeLater.empty()) {
+        lateFiles_.push_back({answer.writeLater, message->bytes});
+        SetTimer(window_, kLateFileTimer, static_cast<UINT>(options_.slow), nullptr);
+    }
+    if (answer.accepted) CountSave();
+}
+
+void Client::WriteDueFiles()
+{
+    KillTimer(window_, kLateFileTimer);
+    for (const LateFile& file : lateFiles_)
+        if (!WriteNewFile(file.path, file.bytes)) MessageBeep(MB_ICONEXCLAMATION);
+    lateFiles_.clear();
+}
+
+void Client::CountSave()
+{
+    ++saves_;
+    if (saves_ == options_.closeAfter) PostMessageW(window_, WM_CLOSE, 0, 0);
+    if (saves_ == options_.hangAfter) PostMessageW(window_, kHang, 0, 0);
+}
+
+void Client::OnTimer(WPARAM timer)
+{
+    if (timer == kLateFileTimer) WriteDueFiles();
+    if (timer != kOpenDialogTimer) return;
+    KillTimer(window_, kOpenDialogTimer);
+    Save();
+}
+
+LRESULT Client::OnNotify(NMHDR* notification)
+{
+    if (notification->code == TVN_SELCHANGEDW) ShowFolder(FolderOfNotification(notification));
+    const bool ofList = list_ && notification->hwndFrom == list_->ListView();
+    if (ofList && notification->code == LVN_GETDISPINFOW)
+        list_->OnGetDispInfo(*reinterpret_cast<NMLVDISPINFOW*>(notification));
+    return 0;
+}
+
+LRESULT Client::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_CREATE:
+        OnCreate(window);
+        return 0;
+    case WM_SIZE:
+        Layout();
+        return 0;
+    case WM_SETFOCUS:
+        list_->SetFocusToList();
+        return 0;
+    case WM_NOTIFY:
+        return OnNotify(reinterpret_cast<NMHDR*>(lParam));
+    case WM_TIMER:
+        OnTimer(wParam);
+        return 0;
+    case WM_COMMAND:
+        if (LOWORD(wParam) == kSaveAsCommand) AskForSave();
+        if (LOWORD(wParam) == kExitCommand) PostMessageW(window, WM_CLOSE, 0, 0);
+        return 0;
+    case kHang:
+        Sleep(INFINITE);
+        return 0;
+    case WM_DESTROY:
+        PostQuitMessage(0);
+        return 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK Client::WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_NCCREATE) // the first message that carries our object
+        SetWindowLongPtrW(
+            window, GWLP_USERDATA,
+            reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams));
+    auto* client = reinterpret_cast<Client*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (!client) return DefWindowProcW(window, message, wParam, lParam);
+    return client->OnMessage(window, message, wParam, lParam);
+}

@@ -1,0 +1,131 @@
+// SaveDialog.cpp: a dialog with the controls of the system's own, as far as a driver looks at them.
+#include "demo/client/SaveDialog.h"
+
+#include <commctrl.h>
+
+namespace {
+
+constexpr wchar_t kCaption[] = L"Save Message As";
+constexpr int kFileNameId = 1148, kFileTypeId = 1136; // as in the system's file dialogs
+
+struct Dialog {
+    const Options& options;
+    const SaveRequest& request;
+    SaveAnswer answer;
+};
+
+struct Template { // an empty dialog: its controls are made by AddControls
+    DLGTEMPLATE head;
+    WORD menu, windowClass, caption;
+};
+
+// x, y, width, height in dialog units.
+HWND AddControl(HWND dialog, const wchar_t* windowClass, const wchar_t* caption, DWORD style, RECT place,
+                int id)
+{
+    MapDialogRect(dialog, &place);
+    const HWND control =
+        CreateWindowExW(0, windowClass, caption, style | WS_CHILD | WS_VISIBLE, place.left, place.top,
+                        place.right - place.left, place.bottom - place.top, dialog,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+    SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+    return control;
+}
+
+void AddControls(HWND dialog, const Dialog& state)
+{
+    AddControl(dialog, L"Static", L"File &name:", SS_LEFT, {7, 10, 62, 20}, -1);
+    if (!state.options.noCombo) {
+        const DWORD kind = state.options.noEdit ? CBS_DROPDOWNLIST : CBS_DROPDOWN;
+        const HWND name =
+            AddControl(dialog, WC_COMBOBOXEXW, L"", kind | WS_TABSTOP, {64, 8, 204, 88}, kFileNameId);
+        SetWindowTextW(name, state.request.suggestedName.c_str());
+        SetFocus(name);
+    }
+    AddControl(dialog, L"Static", L"Save as &type:", SS_LEFT, {7, 28, 62, 38}, -1);
+    const HWND type =
+        AddControl(dialog, L"ComboBox", L"", CBS_DROPDOWNLIST | WS_TABSTOP, {64, 26, 204, 66}, kFileTypeId);
+    SendMessageW(type, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"Mail (*.eml)"));
+    SendMessageW(type, CB_SETCURSEL, 0, 0);
+    AddControl(dialog, L"Button", L"&Save", BS_DEFPUSHBUTTON | WS_TABSTOP, {212, 8, 262, 22}, IDOK);
+    AddControl(dialog, L"Button", L"Cancel", BS_PUSHBUTTON | WS_TABSTOP, {212, 26, 262, 40}, IDCANCEL);
+}
+
+std::wstring TypedPath(HWND dialog)
+{
+    const HWND edit =
+        reinterpret_cast<HWND>(SendDlgItemMessageW(dialog, kFileNameId, CBEM_GETEDITCONTROL, 0, 0));
+    std::wstring path(static_cast<std::size_t>(edit ? GetWindowTextLengthW(edit) : 0), L'\0');
+    if (!path.empty()) GetWindowTextW(edit, path.data(), static_cast<int>(path.size()) + 1);
+    return path;
+}
+
+bool Store(const Options& options, std::string_view message, const std::wstring& path, SaveAnswer& answer)
+{
+    if (path.empty() || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
+    if (options.saveNothing) return true;
+    if (options.slow == 0) return WriteNewFile(path, message);
+    answer.writeLater = path;
+    return true;
+}
+
+void OnSave(HWND dialog, Dialog& state)
+{
+    // Without its caption the dialog cannot be mistaken for the next message's while it closes.
+    if (!state.options.carelessDialog) SetWindowTextW(dialog, L"");
+    if (Store(state.options, state.request.message, TypedPath(dialog), state.answer)) {
+        state.answer.accepted = true;
+        EndDialog(dialog, IDOK);
+        return;
+    }
+    MessageBeep(MB_ICONEXCLAMATION);
+    SetWindowTextW(dialog, kCaption);
+}
+
+INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto* state = reinterpret_cast<Dialog*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    if (message == WM_INITDIALOG) {
+        state = reinterpret_cast<Dialog*>(lParam);
+        SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+        if (state->options.carelessDialog) SetWindowTextW(dialog, kCaption);
+        AddControls(dialog, *state);
+        // Last: who finds the dialog by its caption finds its controls as well.
+        SetWindowTextW(dialog, kCaption);
+        return FALSE; // the focus is set
+    }
+    if (message != WM_COMMAND || !state) return FALSE;
+    if (LOWORD(wParam) == IDOK) OnSave(dialog, *state);
+    if (LOWORD(wParam) == IDCANCEL) {
+        if (!state->options.carelessDialog) SetWindowTextW(dialog, L"");
+        EndDialog(dialog, IDCANCEL);
+    }
+    return TRUE;
+}
+
+} // namespace
+
+bool WriteNewFile(const std::wstring& path, std::string_view bytes)
+{
+    const HANDLE file =
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return false;
+    DWORD written = 0;
+    const bool whole = WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+                       written == bytes.size();
+    const bool closed = CloseHandle(file);
+    if (whole && closed) return true;
+    DeleteFileW(path.c_str());
+    return false;
+}
+
+SaveAnswer RunSaveDialog(HWND owner, const Options& options, const SaveRequest& request)
+{
+    Dialog state{options, request, {}};
+    Template empty{};
+    empty.head.style = DS_MODALFRAME | DS_CENTER | WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU;
+    empty.head.cx = 269;
+    empty.head.cy = 48;
+    DialogBoxIndirectParamW(nullptr, &empty.head, owner, DialogProc, reinterpret_cast<LPARAM>(&state));
+    return state.answer;
+}
