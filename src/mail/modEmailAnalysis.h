@@ -50,15 +50,15 @@ Text FolderOf(TextView path, TextView firstFolder);
 struct HeaderQuery {
     std::string_view name;  // with its colon
     bool firstOnly = false; // only the first line counts, even when its value is empty
-    std::string value;
+    std::string value{};
     bool closed = false;
 };
 void CollectHeaders(std::string_view block, std::span<HeaderQuery> queries);
 std::string HeaderValue(std::string_view block, std::string_view name, bool firstOnly);
 
-// The header block of a message, cut off its start and brought into one line per header: up to the first
-// empty line, or all of it when there is none.
-void KeepHeaderBlock(std::string& message, CodePage& codePage);
+// Cuts a message down to its header block, which ends before the first empty line (without one it is the
+// whole message), and joins continued lines, so that each header is one line.
+void KeepHeaderBlock(std::string& message);
 
 // Whether a part of the message is marked as attachment.
 bool HasAttachmentMark(std::string_view message);

@@ -132,21 +132,8 @@ TextView FieldOf(TextView text, TextView delimiter, std::size_t index)
 
 Text CollapseSpaces(TextView text)
 {
-    constexpr TextView kTwo = u"  ";
-    std::size_t run = text.find(kTwo);
-    if (run == TextView::npos) return Text(text);
-    Text out;
-    out.reserve(text.size());
-    std::size_t start = 0;
-    while (run != TextView::npos) {
-        out.append(text, start, run - start);
-        out += u' ';
-        start = text.find_first_not_of(u' ', run);
-        if (start == TextView::npos) return out;
-        run = text.find(kTwo, start);
-    }
-    // Kept: one character left over is dropped, two or more are not.
-    if (text.size() - start >= 2) out.append(text, start);
+    Text out(text);
+    CollapseSpacesIn(out);
     return out;
 }
 

@@ -29,6 +29,30 @@ TextView FieldOf(TextView text, TextView delimiter, std::size_t index);
 // (stored keys were made so); a run at the very end becomes one space.
 Text CollapseSpaces(TextView text);
 
+// The same in place, for bytes too.
+template <class Char>
+void CollapseSpacesIn(std::basic_string<Char>& text)
+{
+    constexpr Char kTwo[] = {' ', ' ', 0};
+    std::size_t run = text.find(kTwo, 0, 2);
+    if (run == text.npos) return;
+    std::size_t out = run;
+    for (;;) {
+        text[out++] = ' ';
+        const std::size_t start = text.find_first_not_of(' ', run);
+        if (start == text.npos) break;
+        run = text.find(kTwo, start, 2);
+        const bool last = run == text.npos;
+        const std::size_t end = last ? text.size() : run;
+        // Kept: one character left over is dropped, two or more are not.
+        if (last && end - start < 2) break;
+        std::char_traits<Char>::move(&text[out], &text[start], end - start);
+        out += end - start;
+        if (last) break;
+    }
+    text.resize(out);
+}
+
 // The text before its first NUL; the whole text when it has none.
 TextView CutAtNul(TextView text);
 

@@ -1,0 +1,227 @@
+#include "mail/Addresses.h"
+
+#include <algorithm>
+
+namespace {
+
+// Escaped characters stand as control characters while a list is taken apart. Kept: such a control character
+// in the list itself comes out as the escape.
+constexpr char16_t kEscapable[] = {u'\'', u'"', u'<', u'>'};
+
+// Escapes become placeholders 1 to 4, line breaks one space each.
+Text ProtectEscapes(TextView value)
+{
+    Text out;
+    out.reserve(value.size());
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        const char16_t next = i + 1 < value.size() ? value[i + 1] : u'\0';
+        const char16_t* escapable = std::find(std::begin(kEscapable), std::end(kEscapable), next);
+        if (value[i] == u'\\' && escapable != std::end(kEscapable)) {
+            out += static_cast<char16_t>(escapable - kEscapable + 1);
+            ++i;
+        } else if (value[i] == u'\r' || value[i] == u'\n') {
+            out += u' ';
+            if (value[i] == u'\r' && next == u'\n') ++i;
+        } else {
+            out += value[i];
+        }
+    }
+    return out;
+}
+
+Text RestoreEscapes(TextView value)
+{
+    Text out;
+    out.reserve(value.size());
+    for (const char16_t unit : value) {
+        if (unit >= 1 && unit <= 4)
+            out.append({u'\\', kEscapable[unit - 1]});
+        else
+            out += unit;
+    }
+    return out;
+}
+
+struct Separators {
+    std::vector<std::size_t> positions; // ascending, outside quotes
+    bool commas = false, semicolons = false;
+    bool quotedCommas = false, quotedSemicolons = false;
+};
+
+// The quote character is the one of ' and " that comes first; a separator inside a quoted name is none.
+Separators FindSeparators(TextView value)
+{
+    const char16_t quote = value.find(u'\'') < value.find(u'"') ? u'\'' : u'"';
+    const auto total = static_cast<std::size_t>(std::count(value.begin(), value.end(), quote));
+    Separators found;
+    std::size_t before = 0;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        if (value[i] == quote) ++before;
+        const bool comma = value[i] == u',';
+        if (!comma && value.substr(i, 2) != u"; ") continue;
+        const bool quoted = before % 2 == 1 && (total - before) % 2 == 1;
+        if (!quoted) found.positions.push_back(i);
+        (quoted ? (comma ? found.quotedCommas : found.quotedSemicolons)
+                : (comma ? found.commas : found.semicolons)) = true;
+    }
+    return found;
+}
+
+// A piece of an address list that is eaten from the front. A mark found ahead is remembered, so that the
+// whole piece is searched once for each of them.
+class PieceReader {
+public:
+    explicit PieceReader(TextView piece)
+        : piece_(piece), open_(piece.find(u'<')), close_(piece.find(u'>')), at_(piece.find(u'@'))
+    {
+    }
+    bool AtEnd() const { return start_ == piece_.size(); }
+    std::size_t Start() const { return start_; }
+
+    // Positions in the whole piece; npos when there is none in what is left.
+    std::size_t Open() { return Next(open_, u'<'); }
+    std::size_t Close() { return Next(close_, u'>'); }
+    std::size_t At() { return Next(at_, u'@'); }
+
+    TextView TakeUntil(std::size_t end)
+    {
+        const TextView taken = piece_.substr(start_, end - start_);
+        start_ = end;
+        return taken;
+    }
+
+private:
+    std::size_t Next(std::size_t& known, char16_t mark)
+    {
+        if (known != TextView::npos && known < start_) known = piece_.find(mark, start_);
+        return known;
+    }
+
+    TextView piece_;
+    std::size_t start_ = 0;
+    std::size_t open_, close_, at_;
+};
+
+} // namespace
+
+Text DetagAddressList(TextView value, bool listMode)
+{
+    if (listMode) return AddressSeparator(value);
+    if (value.empty()) return {};
+    const Text whole = ProtectEscapes(value);
+    std::vector<std::size_t> ends = FindSeparators(whole).positions;
+    ends.push_back(whole.size());
+
+    Text joined;
+    std::size_t start = 0;
+    for (const std::size_t end : ends) {
+        const TextView piece = TrimSpaces(TextView(whole).substr(start, end - start));
+        start = end + 1; // the space of "; " goes with the next piece
+        const Text name = CleanGroupName(NameOrAddress(piece));
+        if (!name.empty()) joined.append(joined.empty() ? u"" : u"; ").append(EscapeParens(name));
+    }
+    return RestoreEscapes(joined);
+}
+
+Text AddressSeparator(TextView value)
+{
+    const Separators found = FindSeparators(ProtectEscapes(value));
+    if (found.semicolons) return u"; ";
+    if (found.commas) return u",";
+    if (found.quotedSemicolons) return u"; ";
+    return found.quotedCommas ? u"," : u"";
+}
+
+Text BareAddressOf(TextView value)
+{
+    const std::size_t at = value.find(u'@');
+    if (at != TextView::npos) {
+        const std::size_t before = FindAnyOf(value, u"\" <,;'", at + 1, false, true);
+        const std::size_t behind = FindAnyOf(value, u"\" >,;'", at + 1, true, false);
+        return Text(value.substr(before, behind - 1 - before));
+    }
+    const TextView bare = StripEdges(StripEdges(TrimSpaces(value), u"'"), u"\"");
+    Text out = ReplaceAll(ReplaceAll(StripTrailing(bare, u";"), u"(", u"\\("), u")", u"\\)");
+    CollapseSpacesIn(out);
+    return Text(TrimSpaces(out));
+}
+
+Text NameOrAddress(TextView piece)
+{
+    Text outside;
+    TextView address;
+    PieceReader reader(piece);
+    const bool tagged = reader.Open() != TextView::npos && reader.Close() != TextView::npos;
+    if (!tagged) outside = piece;
+    while (tagged && !reader.AtEnd()) {
+        const std::size_t open = reader.Open(), close = reader.Close();
+        if (close == TextView::npos)
+            outside += reader.TakeUntil(piece.size());
+        else if (open != TextView::npos && open > reader.Start())
+            outside += reader.TakeUntil(open);
+        else if (reader.At() < close)
+            address = reader.TakeUntil(close + 1); // the last one wins
+        else
+            outside += reader.TakeUntil(close + 1); // brackets without "@" hold no address
+    }
+    CollapseSpacesIn(outside);
+    const TextView name = TrimSpaces(outside);
+    if (!name.empty()) return Text(name);
+    return address.size() >= 3 ? Text(address.substr(1, address.size() - 2)) : Text();
+}
+
+Text CleanGroupName(TextView piece)
+{
+    Text out(piece);
+    if (piece.find(u": ") == TextView::npos) return out;
+    std::replace(out.begin(), out.end(), u'"', u' ');
+    std::replace(out.begin(), out.end(), u'\'', u' ');
+    return Text(TrimSpaces(out));
+}
+
+Text EscapeParens(TextView text)
+{
+    Text out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t next = i + 1 < text.size() ? text[i + 1] : u'\0';
+        if (text[i] == u'\\' && (next == u'(' || next == u')')) {
+            out.append({u'\\', next});
+            ++i;
+        } else if (text[i] == u'(' || text[i] == u')') {
+            out.append({u'\\', text[i]});
+        } else if (text[i] == 5 || text[i] == 6) {
+            out.append({u'\\', text[i] == 5 ? u'(' : u')'}); // Kept: the placeholders of escaped parentheses
+        } else {
+            out += text[i];
+        }
+    }
+    return out;
+}
+
+TextView StripTrailing(TextView text, TextView what)
+{
+    while (!what.empty() && text.ends_with(what)) text.remove_suffix(what.size());
+    return text;
+}
+
+TextView StripEdges(TextView text, TextView what)
+{
+    while (!what.empty() && text.starts_with(what)) text.remove_prefix(what.size());
+    return StripTrailing(text, what);
+}
+
+std::size_t FindAnyOf(TextView text, TextView characters, std::size_t start, bool endIfNone, bool backwards)
+{
+    const auto isOneOf = [characters](char16_t unit) {
+        return FindNoCase(characters, {&unit, 1}) != TextView::npos;
+    };
+    if (backwards) {
+        for (std::size_t i = std::min(start, text.size()); i > 0; --i)
+            if (isOneOf(text[i - 1])) return i;
+        return 0;
+    }
+    for (std::size_t i = std::max<std::size_t>(start, 1); i <= text.size(); ++i)
+        if (isOneOf(text[i - 1])) return i;
+    return endIfNone ? text.size() + 1 : 0;
+}

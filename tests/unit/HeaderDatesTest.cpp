@@ -1,0 +1,209 @@
+// HeaderDatesTest.cpp: dates of headers and list cells.
+#include "mail/HeaderDates.h"
+#include "platform/posix/EnglishLocale.h"
+#include "text/Numbers.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The text that ParseHeaderDate leaves, or the fault's words.
+std::string Parsed(Text text)
+{
+    EnglishLocale locale;
+    try {
+        const double date = ParseHeaderDate(text, locale);
+        EXPECT_TRUE(text.empty() || text == FormatDate(date, kSortableFormat));
+    } catch (const ValueFault& fault) {
+        return fault.what();
+    }
+    return ToUtf8(text);
+}
+
+struct GermanLocale final : Locale {
+    Text MonthName(int month, bool abbreviated) override
+    {
+        return month == 3 && !abbreviated ? u"M\u00E4rz" : u"-";
+    }
+    Text ShortWeekdayName(int weekday) override { return weekday == 2 ? u"Di" : u"-"; }
+    Text DateText(double) override { return {}; }
+    std::optional<double> ParseDateText(const Text&) override { return std::nullopt; }
+};
+
+struct FixedClock final : Clock {
+    bool daylightSaving;
+    explicit FixedClock(bool inForce) : daylightSaving(inForce) {}
+    double LocalNow() override { return 0; }
+    bool IsDaylightSavingNow() override { return daylightSaving; }
+};
+
+} // namespace
+
+TEST(HeaderDates, Shapes)
+{
+    struct Case {
+        const char* why;
+        Text text;
+        const char* want;
+    };
+    const Case cases[] = {
+        {"the usual one", u"Tue, 3 Apr 2007 10:15:00 +0100", "2007/04/03 09:15:00"},
+        {"no weekday", u"3 Apr 2007 10:15:00 -0500", "2007/04/03 15:15:00"},
+        {"year last", u"Tue Apr  3 10:15:00 2007", "2007/04/03 10:15:00"},
+        {"year last with a zone", u"Tue Apr 3 10:15:00 2007 +0200", "2007/04/03 08:15:00"},
+        {"year last, day from 12 on", u"Tue Apr 13 10:15:00 2007", "2007/04/13 10:15:00"},
+        {"month before day", u"Fri, Apr 13 2007 10:15:00 EST", "2007/04/13 15:15:00"},
+        {"month before a day below 12: the slots are taken afresh", u"Tue, Apr 3 2007 10:15:00 +0000",
+         "2007/04/03 10:15:00"},
+        {"no month: from the weekday", u"Tue, 3 2007 10:15:00 +0000", "2007/04/03 10:15:00"},
+        {"no month fits the weekday", u"Tues, 3 2007 10:15:00 +0000", "Type mismatch"},
+        {"weekday first, month as a number", u"Tue, 3 04 2007 10:15:00 +0100", "2007/04/03 09:15:00"},
+        {"slashes: month first, letters of pm in any case", u"04/03/2007 10:15:00 PM", "2007/04/03 22:15:00"},
+        {"half past noon is the next day", u"04/03/2007 12:30:00 pm -0200", "2007/04/04 02:30:00"},
+        {"am adds nothing, nor does a zone in its place", u"04/03/2007 10:15:00 +0100",
+         "2007/04/03 10:15:00"},
+        {"pm counts with slashes only", u"3 Apr 2007 10:15:00 pm", "2007/04/03 10:15:00"},
+        {"date literal", u"{ts '2007-04-03 10:15:00'}", "2007/04/03 10:15:00"},
+        {"date literal with a zone: it has none", u"{TS '2007-04-03 10:15:00 +0100'}", "2007/04/03 10:15:00"},
+        {"date literal without closing quote", u"{ts '2007-04-03 10:15:00}", "Type mismatch"},
+        {"two dates joined: the first is read", u"3 Apr 2007 10:15:00 +0100; 4 Apr 2007 11:00:00 +0100",
+         "2007/04/03 09:15:00"},
+        {"day 0 takes the slots afresh: the 2007th of April", u"0 Apr 2007 10:15:00", "2012/09/27 10:15:00"},
+        {"month name in full", u"3 april 2007 10:15:00", "2007/04/03 10:15:00"},
+        {"a short name that is no abbreviation", u"3 Sept 2007 10:15:00", "Type mismatch"},
+        {"May is both", u"3 may 2007 10:15:00", "2007/05/03 10:15:00"},
+        {"only spaces", u"   ", "Type mismatch"},
+        {"the CR of the header block", u"\r", "Type mismatch"},
+        {"a CR behind the year", u"3 Apr 2007\r", "2007/04/03 00:00:00"},
+        {"a CR behind a month name makes it another name", u"Tue 2007 Apr\r", "Type mismatch"},
+        {"empty stays empty", u"", ""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
+}
+
+TEST(HeaderDates, Numbers)
+{
+    struct Case {
+        const char* why;
+        Text text;
+        const char* want;
+    };
+    const Text digits(400, u'9');
+    const Case cases[] = {
+        {"years in two digits", u"3 Apr 29 10:15:00", "2029/04/03 10:15:00"},
+        {"from 30 on the last century", u"3 Apr 30 10:15:00", "1930/04/03 10:15:00"},
+        {"the window looks at the number", u"3 Apr 007 10:15:00", "2007/04/03 10:15:00"},
+        {"before 1900 the time still counts forward", u"3 Apr 1850 10:15:00 +0100", "1850/04/03 09:15:00"},
+        {"days carry over", u"31 Apr 2007 10:15:00", "2007/05/01 10:15:00"},
+        {"months too", u"3 14 2007 10:15:00", "2008/02/03 10:15:00"},
+        {"halves go to the even number", u"2.5 Apr 2007.5 10:15:00", "2008/04/02 10:15:00"},
+        {"year 99 is in the window, 100 is not", u"1 Jan 100 00:00:00", "0100/01/01 00:00:00"},
+        {"too early", u"1 Jan 100 00:00:00 +0100", "Invalid procedure call or argument"},
+        {"too late, though the zone would bring it back", u"31 Dec 9999 24:00:00 +0100",
+         "Invalid procedure call or argument"},
+        {"year 10000", u"1 Jan 10000 00:00:00", "Invalid procedure call or argument"},
+        {"hours carry over", u"3 Apr 2007 25:61:61", "2007/04/04 02:02:01"},
+        {"times below zero go back", u"3 Apr 2007 -1:00:00", "2007/04/02 23:00:00"},
+        {"time parts are the numbers they start with", u"3 Apr 2007 10h:15m:30.5s", "2007/04/03 10:15:30"},
+        {"no seconds: midnight", u"3 Apr 2007 10:15 +0100", "2007/04/02 23:00:00"},
+        {"an hour beyond 16 bits", u"3 Apr 2007 32768:00:00", "Overflow"},
+        {"400 digits as day", digits + u" Apr 2007", "Overflow"},
+        {"as year", u"3 Apr " + digits, "Overflow"},
+        {"as month", u"3 " + digits + u" 2007", "Overflow"},
+        {"as hour", u"3 Apr 2007 " + digits + u":0:0", "Overflow"},
+        {"as zone: its last four", u"3 Apr 2007 10:15:00 " + digits, "2007/03/30 05:15:00"},
+        {"the year is looked at first", u"x foo 99999", "Type mismatch"},
+        {"the time before the year", u"3 Apr x 99999:0:0", "Overflow"},
+        {"and the zone before the time", u"3 Apr 2007 10:15:00 9e9", "Overflow"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
+}
+
+TEST(HeaderDates, Zones)
+{
+    const std::pair<const char16_t*, const char*> cases[] = {
+        {u"EST", "17:00"},     {u"EDT", "16:00"},   {u"CST", "18:00"},   {u"CDT", "17:00"},
+        {u"MST", "19:00"},     {u"MDT", "18:00"},   {u"PST", "20:00"},   {u"PDT", "19:00"},
+        {u"A", "13:00"},       {u"M", "00:00"},     {u"N", "11:00"},     {u"Y", "00:00"},
+        {u"est", "12:00"},     {u"GMT", "12:00"},   {u"Z", "12:00"},     {u"+0000", "12:00"},
+        {u"+0100", "11:00"},   {u"-0500", "17:00"}, {u"+0530", "06:00"}, // 5.5 goes to 6
+        {u"-0530", "18:00"},   {u"+0430", "08:00"},                      // 4.5 goes to 4
+        {u"+0545", "06:00"},   {u"-0330", "16:00"}, {u"+0090", "10:00"}, // 1.5 goes to 2
+        {u"-500", "07:00"},    // the last four characters are "-500", and the sign turns that round
+        {u"+1030\r", "12:00"}, // the last four are "030" and the CR
+        {u"+12ab", "12:00"},   // "12ab" is 12, which is minutes
+        {u"+1.5", "12:00"},
+    };
+    for (const auto& [zone, want] : cases) {
+        const std::string got = Parsed(u"3 Apr 2007 12:00:00 " + Text(zone));
+        EXPECT_EQ(got.substr(got.find(' ') + 1), std::string(want) + ":00") << ToUtf8(zone);
+    }
+}
+
+TEST(HeaderDates, NamesAreTheLocales)
+{
+    GermanLocale german;
+    Text text = u"Di, 3 M\u00C4RZ 2007 10:15:00";
+    EXPECT_EQ(FormatDate(ParseHeaderDate(text, german), kMinuteFormat), u"03/03/2007 10:15");
+    EXPECT_EQ(MonthFromWeekday(u"di, 3 2007", german), u"4");
+    text = u"3 Apr 2007";
+    EXPECT_THROW(ParseHeaderDate(text, german), ValueFault);
+    Text month = u"Mrz";
+    MonthNumber(month, german);
+    EXPECT_EQ(month, u"Mrz") << "no match leaves the text";
+}
+
+TEST(HeaderDates, MonthFromWeekdayFindsTheFirst)
+{
+    EnglishLocale english;
+    EXPECT_EQ(MonthFromWeekday(u"Tue, 3 2007", english), u"4");
+    EXPECT_EQ(MonthFromWeekday(u"Tue,, 3 2007", english), u"") << "one comma is taken off";
+    EXPECT_EQ(MonthFromWeekday(u"sat 31 2007", english), u"2") << "31 February is 3 March, a Saturday";
+    EXPECT_THROW(MonthFromWeekday(u"Tue 3 2007x", english), ValueFault);
+}
+
+TEST(HeaderDates, TimesAndMinutes)
+{
+    EXPECT_EQ(TimeOfText(u"18:00:00"), 0.75);
+    EXPECT_EQ(TimeOfText(u"18:00"), 0);
+    EXPECT_EQ(TimeOfText(u""), 0);
+    EXPECT_EQ(TimeOfText(u"::"), 0);
+    EXPECT_EQ(FormatDate(TimeOfText(u"-1:00:00"), kMinuteFormat), u"29/12/1899 23:00");
+    const double date = DateFromYmd(2007, 4, 3);
+    const double almost = DateFromSeconds(SecondsOf(date) + 86399);
+    EXPECT_EQ(FormatListDate(almost, false), u"03/04/2007 23:59");
+    EXPECT_EQ(FormatListDate(almost, true), u"04/04/2007 00:00");
+    EXPECT_EQ(FormatListDate(DateFromSeconds(SecondsOf(date) + 29), true), u"03/04/2007 00:00");
+    EXPECT_EQ(FormatListDate(DateFromSeconds(SecondsOf(date) + 30), true), u"03/04/2007 00:01");
+}
+
+TEST(HeaderDates, ListCells)
+{
+    EnglishLocale english;
+    struct Case {
+        const char* why;
+        const char16_t* cell;
+        const char16_t* want;
+    };
+    const Case cases[] = {
+        {"as the locale writes it, without seconds", u"03/04/2007 10:15", u"03/04/2007 10:15"},
+        {"as a header writes it", u"Tue, 3 Apr 2007 10:15:00 +0100", u"03/04/2007 09:15"},
+        {"empty", u"", u"01/01/1900 00:00"},
+        {"neither can read it", u"yesterday", u"01/01/1900 00:00"},
+        {"nor a number too large", u"99999 1 2007", u"01/01/1900 00:00"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(FormatListDate(ParseListDate(c.cell, english), false), c.want) << c.why;
+
+    FixedClock summer(true), winter(false);
+    const double date = DateFromYmd(2007, 4, 3);
+    const auto adjusted = [date](int applyDst, float timeOffset, Clock& clock) {
+        return FormatListDate(AdjustListDate(date, applyDst, timeOffset, clock), false);
+    };
+    EXPECT_EQ(adjusted(1, 0, summer), u"02/04/2007 23:00");
+    EXPECT_EQ(adjusted(1, 0, winter), u"03/04/2007 00:00");
+    EXPECT_EQ(adjusted(2, 0, summer), u"03/04/2007 00:00") << "only 1 switches it on";
+    EXPECT_EQ(adjusted(0, 2, summer), u"03/06/2007 00:00") << "months";
+    EXPECT_EQ(adjusted(0, -1, summer), u"03/04/2007 00:00");
+    EXPECT_EQ(adjusted(1, 1, summer), u"02/05/2007 23:00") << "the hour first";
+}
