@@ -2,34 +2,12 @@
 #include "mail/modEmailAnalysis.h"
 #include "platform/posix/CodePage1252.h"
 #include "platform/posix/EnglishLocale.h"
+#include "tests/support/OneFile.h"
 #include "text/DayCount.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-// A file system that holds one file, or fails with an error.
-struct OneFile final : Files {
-    std::string content;
-    FileError error = FileError::none;
-    int reads = 0;
-
-    FileError ReadWhole(const Text&, std::string& bytes) override
-    {
-        ++reads;
-        bytes = error == FileError::none ? content : "";
-        return error;
-    }
-    bool FileExists(const Text&) override { return true; }
-    bool DirectoryExists(const Text&) override { return true; }
-    bool MakeDirectory(const Text&) override { return false; }
-    std::vector<Text> ListEmlFiles(const Text&) override { return {}; }
-    std::vector<Text> ListDirectories(const Text&) override { return {}; }
-    FileError Append(const Text&, std::string_view) override { return FileError::denied; }
-    std::unique_ptr<RandomFile> Open(const Text&, OpenMode, FileError&) override { return nullptr; }
-    FileError Rename(const Text&, const Text&) override { return FileError::denied; }
-    bool Delete(const Text&) override { return false; }
-};
 
 struct Read {
     EmlSummary summary;
