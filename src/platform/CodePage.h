@@ -4,7 +4,9 @@
 
 struct CodePage {
     virtual ~CodePage() = default;
-    virtual std::string ToAnsi(TextView text) = 0; // what does not fit becomes the default character ("?")
+    // What does not fit becomes the default character ("?"), or on Windows a look-alike (L for L with
+    // stroke): a text survives when FromAnsi gives it back.
+    virtual std::string ToAnsi(TextView text) = 0;
     virtual Text FromAnsi(std::string_view bytes) = 0;
     // Code page 65001. Bad bytes: on Windows the system decides; natively U+FFFD for each maximal bad part.
     virtual Text FromUtf8Bytes(std::string_view bytes) = 0;

@@ -22,11 +22,14 @@ struct Desktop {
     virtual WindowHandle ParentOf(WindowHandle window) = 0;
 
     // Waits for the answer, 60 seconds at the most; then, and when the window has gone, the answer is 0.
-    virtual std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) = 0;
+    virtual std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                              std::int32_t lParam) = 0;
     virtual std::int32_t SendSetText(WindowHandle window, const std::string& ansi) = 0; // WM_SETTEXT
-    virtual void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) = 0;
+    virtual void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                      std::int32_t lParam) = 0;
     virtual void BringToForeground(WindowHandle window) = 0;
-    // Alt+F, then A, as a user types them, to whichever window has the focus; returns when they are processed.
+    // Alt+F, then A, as a user types them, to whichever window has the focus; returns when they are
+    // processed.
     virtual void TypeSaveAsKeys() = 0;
     virtual void Sleep(int milliseconds) = 0;
 };

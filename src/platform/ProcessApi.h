@@ -10,7 +10,8 @@ struct ProcessApi {
     virtual bool GetPlatformId(std::uint32_t& platformId) = 0; // GetVersionExA; 2 is the NT family
     virtual std::uint32_t ProcessIdOf(WindowHandle window) = 0;
     virtual std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId) = 0; // 0: refused
-    virtual RemoteAddress AllocateIn(std::int32_t process, std::uint32_t size) = 0; // VirtualAllocEx, read and write
+    virtual RemoteAddress AllocateIn(std::int32_t process,
+                                     std::uint32_t size) = 0; // VirtualAllocEx, read and write
     virtual bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) = 0;
     virtual bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) = 0;
     virtual bool FreeIn(std::int32_t process, RemoteAddress address) = 0; // VirtualFreeEx, MEM_RELEASE
