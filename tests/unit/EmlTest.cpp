@@ -228,7 +228,7 @@ TEST(Eml, AttachmentMarkAtEveryPlace)
 
 TEST(Eml, HostileFilesAreReadInTheirTime)
 {
-    constexpr std::size_t kSize = 4 << 20;
+    constexpr std::size_t kSize = 1 << 20;
     const auto repeated = [](const char* part) {
         std::string out;
         while (out.size() < kSize) out += part;
