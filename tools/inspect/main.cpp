@@ -1,8 +1,44 @@
 // main.cpp: quillbox-inspect, what the portable core sees, for support, scripts and checks.
-#include <cstdio>
+#include "platform/CommandLine.h"
+#include "tools/inspect/EmlCommand.h"
 
-int main()
+#include <cstdio>
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace {
+
+struct Command {
+    const char* name;
+    const char* arguments;
+    int (*run)(const std::vector<std::string>& args); // the arguments behind the name, as UTF-8
+};
+
+constexpr Command kCommands[] = {
+    {"eml", "[--first-folder NAME] FILE...", EmlCommand},
+};
+
+int Usage()
 {
-    std::fputs("usage: quillbox-inspect COMMAND ...\n", stderr);
+    for (const Command& command : kCommands)
+        std::fprintf(stderr, "usage: quillbox-inspect %s %s\n", command.name, command.arguments);
     return 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY); // the same bytes on every system
+#endif
+    std::vector<std::string> args = CommandLineArguments(argc, argv);
+    if (args.empty()) return Usage();
+    const std::string name = args.front();
+    args.erase(args.begin());
+    for (const Command& command : kCommands)
+        if (name == command.name) return command.run(args);
+    return Usage();
 }
