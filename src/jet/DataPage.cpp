@@ -1,0 +1,121 @@
+#include "jet/DataPage.h"
+
+namespace jet {
+
+namespace {
+
+constexpr std::size_t kFreeAt = 2, kOwnerAt = 4, kCountAt = 12, kDirectory = 14;
+constexpr std::uint16_t kStartBits = 0x1FFF;
+
+constexpr std::size_t SlotOffset(std::size_t slot)
+{
+    return kDirectory + 2 * slot;
+}
+std::size_t LowestStart(ByteView page)
+{
+    const std::size_t count = SlotCount(page);
+    return count == 0 ? kPageSize : SlotAt(page, count - 1).start;
+}
+
+} // namespace
+
+bool IsDataPage(ByteView page)
+{
+    return page.U8(0) == 1;
+}
+std::uint32_t OwnerOf(ByteView page)
+{
+    return page.U32(kOwnerAt);
+}
+
+void NeedDataPage(ByteView page, std::uint32_t owner)
+{
+    if (!IsDataPage(page)) ThrowDamaged(page.Page(), u"a page with rows was expected here");
+    if (OwnerOf(page) != owner) ThrowDamaged(page.Page(), u"its rows belong to something else");
+}
+
+std::size_t SlotCount(ByteView page)
+{
+    const std::size_t count = page.U16(kCountAt);
+    if (SlotOffset(count) > kPageSize) ThrowDamaged(page.Page(), u"it claims more rows than it can hold");
+    return count;
+}
+
+Slot SlotAt(ByteView page, std::size_t slot)
+{
+    const std::size_t count = SlotCount(page);
+    if (slot >= count) ThrowDamaged(page.Page(), u"it has no row " + DecimalText(static_cast<int>(slot)));
+    const std::uint16_t value = page.U16(SlotOffset(slot));
+    Slot found;
+    found.flags = static_cast<std::uint16_t>(value & ~kStartBits);
+    found.start = value & kStartBits;
+    found.end = slot == 0 ? kPageSize : page.U16(SlotOffset(slot - 1)) & kStartBits;
+    if (found.start > found.end || found.end > kPageSize || found.start < SlotOffset(count))
+        ThrowDamaged(page.Page(), u"row " + DecimalText(static_cast<int>(slot)) + u" lies outside its place");
+    return found;
+}
+
+ByteView RowAt(ByteView page, std::size_t slot)
+{
+    const Slot found = SlotAt(page, slot);
+    return page.Sub(found.start, found.end - found.start);
+}
+
+void CheckDirectory(ByteView page)
+{
+    const std::size_t count = SlotCount(page);
+    for (std::size_t slot = 0; slot < count; ++slot) (void)SlotAt(page, slot);
+    if (page.U16(kFreeAt) != LowestStart(page) - SlotOffset(count))
+        ThrowDamaged(page.Page(), u"its figure of free bytes is wrong");
+}
+
+std::string NewDataPage(std::uint32_t owner)
+{
+    std::string page(kPageSize, '\0');
+    page[0] = page[1] = 1;
+    Put16(page, kFreeAt, kPageSize - kDirectory);
+    Put32(page, kOwnerAt, owner);
+    return page;
+}
+
+std::optional<std::size_t> RoomIn(ByteView page)
+{
+    const std::size_t count = SlotCount(page), free = page.U16(kFreeAt);
+    if (count >= kMostSlots || free < 2) return std::nullopt;
+    return free - 2;
+}
+
+std::uint8_t AddRow(std::string& page, std::string_view row)
+{
+    const ByteView view(page, 0);
+    const std::size_t slot = SlotCount(view), start = LowestStart(view) - row.size();
+    page.replace(start, row.size(), row);
+    Put16(page, SlotOffset(slot), start);
+    Put16(page, kCountAt, slot + 1);
+    Put16(page, kFreeAt, start - SlotOffset(slot + 1));
+    return static_cast<std::uint8_t>(slot);
+}
+
+void ReplaceRow(std::string& page, std::size_t slot, std::string_view row, std::uint16_t flags)
+{
+    const ByteView view(page, 0);
+    const std::size_t count = SlotCount(view), lowest = LowestStart(view);
+    const Slot old = SlotAt(view, slot);
+    const std::size_t oldSize = old.end - old.start;
+    const std::string behind = page.substr(lowest, old.start - lowest); // rows slot+1 and up, last one first
+    const std::size_t start = old.end - row.size();
+
+    // What the rows leave free is cleared: no text of a deleted row stays in the page.
+    const std::size_t newLowest = lowest + oldSize - row.size();
+    if (newLowest > lowest) page.replace(lowest, newLowest - lowest, newLowest - lowest, '\0');
+    page.replace(newLowest, behind.size(), behind);
+    page.replace(start, row.size(), row);
+    Put16(page, SlotOffset(slot), start | flags);
+    for (std::size_t later = slot + 1; later < count; ++later) {
+        const std::size_t value = ByteView(page, 0).U16(SlotOffset(later));
+        Put16(page, SlotOffset(later), value + oldSize - row.size());
+    }
+    Put16(page, kFreeAt, newLowest - SlotOffset(count));
+}
+
+} // namespace jet

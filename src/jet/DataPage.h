@@ -1,0 +1,58 @@
+// DataPage.h: pages that hold rows: of tables, of long values, of usage maps.
+// Fails by: DatabaseError for a page that is not what it should be.
+#pragma once
+#include "jet/PageFile.h"
+
+#include <optional>
+
+namespace jet {
+
+inline constexpr std::size_t kMostSlots = 255;               // a row number is one byte
+inline constexpr std::uint32_t kLongValueOwner = 0x4C41564C; // "LVAL" in the place of the table's page number
+
+// Where a row is: its page and its slot in that page's directory.
+struct RowId {
+    PageNumber page = 0;
+    std::uint8_t slot = 0;
+    bool operator==(const RowId&) const = default;
+};
+// As the file writes it: page << 8 | slot. 0 stands for nothing.
+inline RowId FromPointer(std::uint32_t pointer)
+{
+    return {pointer >> 8, static_cast<std::uint8_t>(pointer)};
+}
+inline std::uint32_t ToPointer(RowId row)
+{
+    return row.page << 8 | row.slot;
+}
+
+inline constexpr std::uint16_t kLookup = 0x4000; // the row has moved: its first 4 bytes point to it
+inline constexpr std::uint16_t kTarget = 0x8000; // where a moved row is; no row of its own
+inline constexpr std::uint16_t kDeleted = kLookup | kTarget;
+
+struct Slot {
+    std::uint16_t flags = 0;
+    std::size_t start = 0, end = 0; // in the page
+};
+
+bool IsDataPage(ByteView page);
+std::uint32_t OwnerOf(ByteView page);
+void NeedDataPage(ByteView page, std::uint32_t owner); // throws unless it is one of this owner
+std::size_t SlotCount(ByteView page);
+Slot SlotAt(ByteView page, std::size_t slot);
+ByteView RowAt(ByteView page, std::size_t slot); // whatever its flags
+// Throws unless all slots are in order and the free figure is right: a page to which a row may be added.
+void CheckDirectory(ByteView page);
+
+std::string NewDataPage(std::uint32_t owner);
+// Bytes the longest row may have that can still be added; nothing when none can, not even an empty one.
+std::optional<std::size_t> RoomIn(ByteView page);
+std::uint8_t AddRow(std::string& page, std::string_view row); // its slot; the room was looked at before
+// The row's bytes give way to others; the rows behind it move. Growth must fit the free bytes.
+void ReplaceRow(std::string& page, std::size_t slot, std::string_view row, std::uint16_t flags);
+inline void DeleteRow(std::string& page, std::size_t slot)
+{
+    ReplaceRow(page, slot, {}, kDeleted);
+}
+
+} // namespace jet

@@ -1,0 +1,246 @@
+#include "jet/JetDatabase.h"
+
+#include "jet/Catalog.h"
+#include "jet/Header.h"
+#include "jet/Lookup.h"
+#include "jet/Sql.h"
+#include "jet/TableWriter.h"
+
+#include <algorithm>
+
+namespace {
+
+using namespace jet;
+
+// One table of the open database, shared by its recordsets.
+class OpenTable {
+public:
+    OpenTable(std::shared_ptr<PageFile> file, PageNumber definition)
+        : file_(std::move(file)), definition_(definition)
+    {
+        Renew();
+    }
+
+    const Table& Rows() const { return *table_; }
+    Lookup& Index() { return lookup_; }
+
+    void Append(const std::vector<std::optional<Text>>& values)
+    {
+        Refresh();
+        lookup_.Added(*table_, writer_->Append(values));
+    }
+    void Delete(RowId row)
+    {
+        Refresh();
+        writer_->Delete(row); // the lookup keeps it: a place is never used again
+    }
+    // After a failed write nothing that is remembered need be true.
+    void Refresh()
+    {
+        if (seenFailures_ != file_->WriteFailures()) Renew();
+    }
+
+private:
+    void Renew()
+    {
+        auto table = std::make_unique<Table>(*file_, definition_);
+        auto writer = std::make_unique<TableWriter>(*table);
+        lookup_.Clear();
+        writer_ = std::move(writer);
+        table_ = std::move(table);
+        seenFailures_ = file_->WriteFailures();
+    }
+
+    std::shared_ptr<PageFile> file_;
+    PageNumber definition_;
+    unsigned seenFailures_ = 0;
+    std::unique_ptr<Table> table_;
+    std::unique_ptr<TableWriter> writer_; // refers to *table_
+    Lookup lookup_;
+};
+
+const Column& NeedColumn(const TableDefinition& table, const Text& name)
+{
+    if (const Column* column = table.Find(name)) return *column;
+    throw DatabaseError(u"The table has no column " + name);
+}
+
+const Column& NeedTextColumn(const TableDefinition& table, const Text& name)
+{
+    const Column& column = NeedColumn(table, name);
+    if (column.type == ColumnType::text || column.type == ColumnType::memo) return column;
+    throw DatabaseError(u"The column " + name + u" is not a text column and cannot be compared with text");
+}
+
+// Rows are sought when they are first asked for: a recordset that only adds reads none.
+class JetRecordset final : public Recordset {
+public:
+    JetRecordset(std::shared_ptr<OpenTable> table, Select select)
+        : table_(std::move(table)), select_(std::move(select))
+    {
+        const TableDefinition& definition = table_->Rows().Definition();
+        for (const Text& name : select_.columns) (void)NeedColumn(definition, name);
+        for (const Condition& condition : select_.where) (void)NeedTextColumn(definition, condition.column);
+        for (const Text& name : select_.orderBy) (void)NeedTextColumn(definition, name);
+    }
+
+    bool AtBeginning() override { return Found().empty(); }
+    bool AtEnd() override { return current_ >= Found().size(); }
+
+    void MoveNext() override
+    {
+        (void)Current();
+        ++current_;
+    }
+
+    Text Field(const Text& name) override
+    {
+        const Table& table = table_->Rows();
+        const std::optional<StoredRow> stored = table.Fetch(Current());
+        if (!stored) throw DatabaseError(u"The current row was deleted");
+        return table.ColumnText(Row(table.Definition(), stored->bytes), Selected(name));
+    }
+
+    void Delete() override { table_->Delete(Current()); }
+
+    void AddNew() override { newRow_.emplace(table_->Rows().Definition().columns.size()); }
+
+    void SetField(const Text& name, const Text& value) override
+    {
+        if (!newRow_) throw DatabaseError(u"A field was set without a new row");
+        const Column& column = Selected(name);
+        (*newRow_)[static_cast<std::size_t>(&column - table_->Rows().Definition().columns.data())] = value;
+    }
+
+    void Update() override
+    {
+        if (!newRow_) throw DatabaseError(u"There is no new row to be stored");
+        const auto row = std::move(*newRow_);
+        newRow_.reset();
+        table_->Append(row);
+    }
+
+private:
+    const Column& Selected(const Text& name) const
+    {
+        const auto same = [&](const Text& selected) { return EqualNoCase(selected, name); };
+        if (!select_.columns.empty() && std::none_of(select_.columns.begin(), select_.columns.end(), same))
+            throw DatabaseError(u"The column " + name + u" was not selected");
+        return NeedColumn(table_->Rows().Definition(), name);
+    }
+
+    RowId Current()
+    {
+        if (AtEnd()) throw DatabaseError(u"There is no current row");
+        return Found()[current_];
+    }
+
+    const std::vector<RowId>& Found()
+    {
+        if (found_) return *found_;
+        table_->Refresh();
+        std::vector<RowId> rows = select_.where.empty() ? table_->Rows().Rows() : Matching();
+        if (!select_.orderBy.empty()) Sort(rows);
+        return found_.emplace(std::move(rows));
+    }
+
+    std::vector<RowId> Matching()
+    {
+        const Table& table = table_->Rows();
+        const std::vector<RowId>* fewest = nullptr;
+        for (const Condition& condition : select_.where) {
+            const Column& column = NeedColumn(table.Definition(), condition.column);
+            const std::vector<RowId>& rows = table_->Index().Candidates(table, column, condition.value);
+            if (!fewest || rows.size() < fewest->size()) fewest = &rows;
+        }
+        std::vector<RowId> matching;
+        std::copy_if(fewest->begin(), fewest->end(), std::back_inserter(matching),
+                     [this](RowId row) { return Matches(row); });
+        return matching;
+    }
+
+    bool Matches(RowId id) const
+    {
+        const Table& table = table_->Rows();
+        const std::optional<StoredRow> stored = table.Fetch(id);
+        if (!stored) return false;
+        const Row row(table.Definition(), stored->bytes);
+        return std::all_of(select_.where.begin(), select_.where.end(), [&](const Condition& condition) {
+            const Column& column = *table.Definition().Find(condition.column);
+            return EqualNoCase(table.ColumnText(row, column), condition.value);
+        });
+    }
+
+    // By the texts without regard to case, equal ones in the order of the file: as in Jet, texts that differ
+    // in case only are one group, in which binary-equal ones need not stand together.
+    void Sort(std::vector<RowId>& rows) const
+    {
+        const Table& table = table_->Rows();
+        std::vector<std::pair<std::vector<Text>, RowId>> keyed;
+        for (RowId id : rows) {
+            const std::optional<StoredRow> stored = table.Fetch(id);
+            if (!stored) continue;
+            const Row row(table.Definition(), stored->bytes);
+            std::vector<Text> key;
+            for (const Text& name : select_.orderBy)
+                key.push_back(FoldCase(table.ColumnText(row, NeedColumn(table.Definition(), name))));
+            keyed.emplace_back(std::move(key), id);
+        }
+        std::stable_sort(keyed.begin(), keyed.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        rows.clear();
+        for (const auto& [key, id] : keyed) rows.push_back(id);
+    }
+
+    std::shared_ptr<OpenTable> table_;
+    Select select_;
+    std::optional<std::vector<RowId>> found_;
+    std::size_t current_ = 0;
+    std::optional<std::vector<std::optional<Text>>> newRow_; // by position in the definition's columns
+};
+
+class OpenFile final : public JetDatabase {
+public:
+    explicit OpenFile(std::shared_ptr<PageFile> file) : file_(std::move(file)) {}
+    ~OpenFile() override { file_->Close(); }
+
+    std::unique_ptr<Recordset> OpenRecordset(const Text& sql) override
+    {
+        Select select = ParseSelect(sql);
+        std::shared_ptr<OpenTable> table = Find(select.table);
+        return std::make_unique<JetRecordset>(std::move(table), std::move(select));
+    }
+
+    std::vector<Text> ColumnNames(const Text& table) override
+    {
+        std::vector<Text> names;
+        for (const Column& column : Find(table)->Rows().Definition().columns) names.push_back(column.name);
+        return names;
+    }
+
+    void Close() noexcept override { file_->Close(); }
+
+private:
+    std::shared_ptr<OpenTable> Find(const Text& name)
+    {
+        std::shared_ptr<OpenTable>& table = tables_[FoldCase(name)];
+        if (!table) table = std::make_shared<OpenTable>(file_, FindTable(*file_, name));
+        table->Refresh();
+        return table;
+    }
+
+    std::shared_ptr<PageFile> file_;
+    std::map<Text, std::shared_ptr<OpenTable>> tables_; // by folded name
+};
+
+} // namespace
+
+std::unique_ptr<JetDatabase> OpenJetDatabase(Files& files, const Text& path, OpenMode mode)
+{
+    FileError error = FileError::none;
+    std::unique_ptr<RandomFile> opened = files.Open(path, mode, error);
+    if (!opened) throw DatabaseError(u"The database " + path + u" cannot be opened: " + Describe(error));
+    auto file = std::make_shared<PageFile>(std::move(opened), mode);
+    CheckHeader(*file);
+    return std::make_unique<OpenFile>(std::move(file));
+}

@@ -1,0 +1,134 @@
+#include "jet/LongValue.h"
+
+#include "jet/UsageMap.h"
+#include "platform/Database.h"
+
+#include <algorithm>
+
+namespace jet {
+
+namespace {
+
+constexpr std::size_t kHeader = 12;
+constexpr std::uint32_t kInRow = 2, kOneRow = 1; // the two bits above the length
+constexpr std::size_t kMostInRow = 64, kMostInOneRow = 4076, kPointer = 4;
+constexpr std::uint32_t kMostBytes = 0x3FFFFFFF;
+
+std::string Header(std::size_t size, std::uint32_t kind, std::uint32_t pointer)
+{
+    std::string header;
+    Append32(header, static_cast<std::uint32_t>(size) | kind << 30);
+    Append32(header, pointer);
+    Append32(header, 0);
+    return header;
+}
+
+RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, std::vector<Room>& rooms)
+{
+    if (Room* room = FindRoom(rooms, row.size())) {
+        std::string& page = writes.Edit(room->page, Phase::prepare);
+        const RowId id{room->page, AddRow(page, row)};
+        room->bytes = RoomIn(ByteView(page, id.page)).value_or(0);
+        return id;
+    }
+    std::string page = NewDataPage(kLongValueOwner);
+    const std::uint8_t slot = AddRow(page, row);
+    const std::size_t left = RoomIn(ByteView(page, 0)).value_or(0);
+    const PageNumber number = writes.Add(std::move(page));
+    EnterPage(writes, column.ownedMap, column.freeMap, Phase::prepare, Phase::prepare, rooms, {number, left});
+    return {number, slot};
+}
+
+} // namespace
+
+LongValue ReadLongValue(PageFile& file, ByteView header)
+{
+    LongValue value;
+    const std::uint32_t word = header.U32(0), kind = word >> 30;
+    const std::size_t size = word & kMostBytes;
+    if (kind & kInRow) {
+        value.bytes = header.Sub(kHeader, size).Bytes();
+        return value;
+    }
+    PageRef hold;
+    RowId place = FromPointer(header.U32(4));
+    while (place.page != 0) {
+        if (value.places.size() > file.Count() || value.bytes.size() > size)
+            ThrowDamaged(place.page, u"a long value runs in a circle");
+        const ByteView page = file.View(place.page, hold);
+        NeedDataPage(page, kLongValueOwner);
+        if (SlotAt(page, place.slot).flags != 0)
+            ThrowDamaged(place.page, u"part of a long value was deleted");
+        const ByteView row = RowAt(page, place.slot);
+        value.places.push_back(place);
+        value.bytes += kind & kOneRow
+                           ? row.Bytes()
+                           : row.Sub(kPointer, row.Size() - std::min(row.Size(), kPointer)).Bytes();
+        place = kind & kOneRow ? RowId{} : FromPointer(row.U32(0));
+    }
+    if (value.bytes.size() < size) ThrowDamaged(header.Page(), u"a long value is cut short");
+    value.bytes.resize(size);
+    return value;
+}
+
+std::vector<Room> RoomsOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
+                          std::uint32_t owner)
+{
+    std::vector<Room> rooms;
+    if (freeMap.page == 0) return rooms;
+    PageRef hold;
+    for (PageNumber number : PagesOf(file, freeMap)) {
+        if (!std::binary_search(owned.begin(), owned.end(), number)) continue; // left by a stop: only a hint
+        const ByteView page = file.View(number, hold);
+        NeedDataPage(page, owner);
+        CheckDirectory(page);
+        if (const std::optional<std::size_t> bytes = RoomIn(page)) rooms.push_back({number, *bytes});
+    }
+    return rooms;
+}
+
+Room* FindRoom(std::vector<Room>& rooms, std::size_t bytes)
+{
+    // The newest page is the likeliest.
+    const auto found =
+        std::find_if(rooms.rbegin(), rooms.rend(), [&](const Room& room) { return room.bytes >= bytes; });
+    return found == rooms.rend() ? nullptr : &*found;
+}
+
+void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, Phase own, Phase offer,
+               std::vector<Room>& rooms, Room added)
+{
+    AddToMap(writes, ownedMap, added.page, own);
+    // A map page that is written before the page is owned must not offer it.
+    const bool mayOffer = freeMap.page != 0 && !writes.IsPlannedBefore(freeMap.page, own);
+    const auto full = [](const Room& room) { return room.bytes < kWorthOffering; };
+    if (mayOffer) {
+        for (const Room& room : rooms)
+            if (full(room)) TakeFromMap(writes, freeMap, room.page, offer);
+        if (!full(added)) AddToMap(writes, freeMap, added.page, offer);
+    }
+    rooms.erase(std::remove_if(rooms.begin(), rooms.end(), full), rooms.end());
+    if (!full(added)) rooms.push_back(added);
+}
+
+std::string StoreLongValue(WriteSet& writes, const Column& column, const std::string& bytes,
+                           std::vector<Room>& rooms)
+{
+    if (bytes.size() <= kMostInRow) return Header(bytes.size(), kInRow, 0) + bytes;
+    if (bytes.size() > kMostBytes) throw DatabaseError(u"The text is too long for the column " + column.name);
+    if (bytes.size() <= kMostInOneRow)
+        return Header(bytes.size(), kOneRow, ToPointer(StoreRow(writes, column, bytes, rooms)));
+    // Last part first, so that each can point to the next.
+    constexpr std::size_t kPart = kMostInOneRow - kPointer;
+    std::uint32_t next = 0;
+    for (std::size_t start = (bytes.size() - 1) / kPart * kPart;; start -= kPart) {
+        std::string row;
+        Append32(row, next);
+        row += bytes.substr(start, kPart);
+        next = ToPointer(StoreRow(writes, column, row, rooms));
+        if (start == 0) break;
+    }
+    return Header(bytes.size(), 0, next);
+}
+
+} // namespace jet

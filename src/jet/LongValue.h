@@ -1,0 +1,36 @@
+// LongValue.h: values too long for their row, kept on pages of their own. In the row stands a header: the
+// length, what follows or where it is.
+// Fails by: DatabaseError for a value that cannot be followed.
+#pragma once
+#include "jet/TableDefinition.h"
+
+namespace jet {
+
+struct LongValue {
+    std::string bytes;
+    std::vector<RowId> places; // the rows that hold it; none when it stands behind its header
+};
+LongValue ReadLongValue(PageFile& file, ByteView header);
+
+// A page of a free map and the bytes that a new row on it may have.
+struct Room {
+    PageNumber page;
+    std::size_t bytes;
+};
+inline constexpr std::size_t kWorthOffering = 256; // a page with less room leaves the free map
+
+// The rooms of the owned pages that the free map names; a row's page must have this owner. Nothing without
+// a free map.
+std::vector<Room> RoomsOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
+                          std::uint32_t owner);
+Room* FindRoom(std::vector<Room>& rooms, std::size_t bytes); // null: none is large enough
+// Writes of a new page into the maps, and of those it replaces out of the free map. offer: the phase of the
+// free map.
+void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, Phase own, Phase offer,
+               std::vector<Room>& rooms, Room added);
+
+// Places the value and answers the header for the row. rooms are those of the column.
+std::string StoreLongValue(WriteSet& writes, const Column& column, const std::string& bytes,
+                           std::vector<Room>& rooms);
+
+} // namespace jet

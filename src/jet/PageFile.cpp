@@ -1,0 +1,164 @@
+#include "jet/PageFile.h"
+
+#include "platform/Database.h"
+
+#include <array>
+#include <vector>
+
+namespace jet {
+
+namespace {
+
+constexpr std::size_t kGeneration = 1024;  // pages: the cache holds 4 to 8 MB
+constexpr PageNumber kMostPages = 0x7FFFF; // 2 GB less one page, the limit of the format
+
+constexpr std::uint64_t Offset(PageNumber page)
+{
+    return std::uint64_t{page} * kPageSize;
+}
+
+} // namespace
+
+void ThrowDamaged(PageNumber page, TextView what)
+{
+    throw DatabaseError(u"The database is damaged (page " + DecimalText(page) + u"): " + Text(what));
+}
+
+PageFile::PageFile(std::unique_ptr<RandomFile> file, OpenMode mode)
+    : file_(std::move(file)), writable_(mode != OpenMode::read)
+{
+    const std::uint64_t size = file_->Size();
+    const std::uint64_t pages = size / kPageSize;
+    if (pages > kMostPages + 1) throw DatabaseError(u"The file is larger than a database can be (2 GB)");
+    count_ = static_cast<PageNumber>(pages);
+    if (writable_ && count_ > 0 && size % kPageSize != 0 && !file_->Resize(Offset(count_)))
+        throw DatabaseError(u"The partial page at the end of the database cannot be cut off");
+}
+
+RandomFile& PageFile::File()
+{
+    if (!file_) throw DatabaseError(u"The database is closed");
+    return *file_;
+}
+
+void PageFile::Remember(PageNumber page, PageRef bytes)
+{
+    if (young_.size() >= kGeneration) {
+        old_ = std::move(young_);
+        young_.clear();
+    }
+    young_[page] = std::move(bytes);
+}
+
+PageRef PageFile::Read(PageNumber page)
+{
+    if (const auto found = young_.find(page); found != young_.end()) return found->second;
+    PageRef bytes;
+    if (const auto found = old_.find(page); found != old_.end()) {
+        bytes = found->second;
+    } else {
+        if (page >= count_) ThrowDamaged(page, u"the file ends before this page, which it refers to");
+        std::string read(kPageSize, '\0');
+        if (!File().ReadAt(Offset(page), read.data(), kPageSize))
+            throw DatabaseError(u"Page " + DecimalText(page) + u" of the database cannot be read");
+        bytes = std::make_shared<const std::string>(std::move(read));
+    }
+    Remember(page, bytes);
+    return bytes;
+}
+
+ByteView PageFile::View(PageNumber page, PageRef& hold)
+{
+    hold = Read(page);
+    return {*hold, page};
+}
+
+void PageFile::Write(PageNumber page, std::string bytes)
+{
+    RandomFile& file = File();
+    if (!writable_) throw DatabaseError(u"The database is open for reading only");
+    if (page > kMostPages) throw DatabaseError(u"The database is full (2 GB)");
+    const bool extends = page == count_;
+    const PageRef before = extends ? nullptr : Read(page);
+    if (!file.WriteAt(Offset(page), bytes.data(), kPageSize)) {
+        // The write may have got half way.
+        if (extends)
+            (void)file.Resize(Offset(count_));
+        else
+            (void)file.WriteAt(Offset(page), before->data(), kPageSize);
+        FailWrite(u"Page " + DecimalText(page) + u" of the database cannot be written");
+    }
+    if (extends) ++count_;
+    old_.erase(page);
+    Remember(page, std::make_shared<const std::string>(std::move(bytes)));
+}
+
+void PageFile::Flush()
+{
+    if (!File().Flush()) FailWrite(u"The database cannot be written to the disk");
+}
+
+void PageFile::FailWrite(Text words)
+{
+    ++writeFailures_;
+    young_.clear(); // what the disk holds now is to be read again
+    old_.clear();
+    throw DatabaseError(std::move(words));
+}
+
+void PageFile::Close() noexcept
+{
+    if (file_ && writable_) (void)file_->Flush(); // closing has no one to tell
+    file_.reset();
+    young_.clear();
+    old_.clear();
+}
+
+ByteView WriteSet::View(PageNumber page)
+{
+    if (const auto found = pages_.find(page); found != pages_.end()) return {found->second.bytes, page};
+    return file_.View(page, hold_);
+}
+
+std::string& WriteSet::Edit(PageNumber page, Phase phase)
+{
+    const auto found = pages_.find(page);
+    if (found == pages_.end())
+        return pages_.emplace(page, Pending{*file_.Read(page), phase}).first->second.bytes;
+    Phase& planned = found->second.phase;
+    if (planned != Phase::fresh && planned != Phase::commit) {
+        if (phase == Phase::commit || phase < planned) planned = phase;
+    }
+    return found->second.bytes;
+}
+
+PageNumber WriteSet::Add(std::string bytes)
+{
+    pages_.emplace(next_, Pending{std::move(bytes), Phase::fresh});
+    return next_++;
+}
+
+bool WriteSet::IsPlannedBefore(PageNumber page, Phase phase) const
+{
+    const auto found = pages_.find(page);
+    return found != pages_.end() && found->second.phase < phase;
+}
+
+void WriteSet::Commit()
+{
+    if (next_ > kMostPages + 1) throw DatabaseError(u"The database is full (2 GB)");
+    bool unflushed = false;
+    for (Phase phase :
+         {Phase::fresh, Phase::global, Phase::prepare, Phase::commit, Phase::tidy, Phase::count}) {
+        if (phase == Phase::commit && unflushed) file_.Flush();
+        for (auto& [page, pending] : pages_) {
+            if (pending.phase != phase) continue;
+            file_.Write(page, std::move(pending.bytes));
+            unflushed = true;
+        }
+        if (phase == Phase::commit && unflushed) file_.Flush();
+    }
+    pages_.clear();
+}
+
+} // namespace jet

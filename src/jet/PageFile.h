@@ -1,0 +1,87 @@
+// PageFile.h: the database file as an array of pages, with a cache, and the ordered writing of them.
+// Fails by: DatabaseError for a page that is not there, a read or a write that failed, a closed file.
+#pragma once
+#include "jet/Bytes.h"
+#include "platform/Files.h"
+
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+namespace jet {
+
+using PageRef = std::shared_ptr<const std::string>; // kPageSize bytes; stays good when the cache moves on
+
+class PageFile {
+public:
+    // A partial last page, left by a stop while the file grew, is cut off when writing is allowed and
+    // ignored otherwise.
+    PageFile(std::unique_ptr<RandomFile> file, OpenMode mode);
+
+    bool Writable() const { return writable_; }
+    PageNumber Count() const { return count_; }
+    PageRef Read(PageNumber page);
+    ByteView View(PageNumber page, PageRef& hold); // hold keeps the bytes alive
+
+    // Writes through. page == Count() makes the file one page longer. When the write fails, what stood
+    // there before is put back as far as the disk allows.
+    void Write(PageNumber page, std::string bytes);
+    void Flush();
+    unsigned WriteFailures() const { return writeFailures_; } // so far, those of Flush included
+    void Close() noexcept;
+
+private:
+    using Cache = std::unordered_map<PageNumber, PageRef>;
+    RandomFile& File();
+    void Remember(PageNumber page, PageRef bytes);
+    [[noreturn]] void FailWrite(Text words);
+
+    std::unique_ptr<RandomFile> file_;
+    bool writable_;
+    PageNumber count_ = 0;
+    unsigned writeFailures_ = 0;
+    // Two generations: what is used while the young one fills survives, the rest goes with the old one.
+    Cache young_, old_;
+};
+
+// When a page of an operation is written. A stop between any two writes must leave a file in which every
+// row added so far is there, and nothing refers to a page that is not complete:
+enum class Phase {
+    fresh,   // new pages at the end of the file; nothing refers to them
+    global,  // they are taken out of the map of free pages
+    prepare, // long values get their maps and rows; no row refers to them
+    commit,  // one page: the row is there, or gone
+    tidy,    // hints and leftovers
+    count,   // the row count of the table
+};
+
+// The page writes of one operation: collected first, written in order by Commit.
+class WriteSet {
+public:
+    explicit WriteSet(PageFile& file) : file_(file), firstFresh_(file.Count()), next_(firstFresh_) {}
+
+    // The page as it will be. The view is good until the next Edit or Add.
+    ByteView View(PageNumber page);
+    // The page to be changed. A page edited for several phases is written once: with the commit if it is
+    // part of it (all or nothing is then kept by the single write), else in the earliest.
+    std::string& Edit(PageNumber page, Phase phase);
+    PageNumber Add(std::string bytes); // a new page at the end of the file
+    bool IsPlannedBefore(PageNumber page, Phase phase) const;
+    PageNumber FirstFresh() const { return firstFresh_; }
+    PageNumber Next() const { return next_; } // what Add will answer
+
+    void Commit();
+
+private:
+    struct Pending {
+        std::string bytes;
+        Phase phase;
+    };
+    PageFile& file_;
+    PageNumber firstFresh_, next_;
+    std::map<PageNumber, Pending> pages_;
+    PageRef hold_;
+};
+
+} // namespace jet

@@ -1,0 +1,150 @@
+#include "jet/RowCodec.h"
+
+#include "platform/Database.h"
+
+#include <algorithm>
+
+namespace jet {
+
+namespace {
+
+constexpr std::size_t kColumnCount = 2; // bytes before the fixed columns
+
+bool BitIn(std::string_view mask, std::size_t number)
+{
+    return static_cast<unsigned char>(mask[number / 8]) >> (number % 8) & 1;
+}
+
+// One byte a character is possible: no NUL, which ends such a stretch, and nothing beyond Latin-1.
+bool FitsNarrow(TextView text)
+{
+    return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit >= 1 && unit <= 0xFF; });
+}
+
+} // namespace
+
+Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_(bytes.U16(0))
+{
+    if (columns_ == 0 || columns_ > table.mostColumns)
+        ThrowDamaged(bytes.Page(), u"a row has too many columns");
+    const std::size_t maskSize = (columns_ + 7) / 8;
+    if (bytes.Size() < kColumnCount + maskSize) ThrowDamaged(bytes.Page(), u"a row is cut short");
+    mask_ = fixedEnd_ = bytes.Size() - maskSize;
+    if (table.variableColumns == 0) return;
+
+    if (mask_ < kColumnCount + 4) ThrowDamaged(bytes.Page(), u"a row is cut short");
+    variableCount_ = bytes.U16(mask_ - 2);
+    const std::size_t tableSize = 2 * (variableCount_ + 1);
+    if (variableCount_ > table.variableColumns || mask_ - 2 < kColumnCount + tableSize)
+        ThrowDamaged(bytes.Page(), u"a row has too many columns of varying length");
+    offsetTable_ = mask_ - 2 - tableSize;
+    for (std::size_t i = 0; i < variableCount_; ++i)
+        if (VariableOffset(i) > VariableOffset(i + 1))
+            ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
+    if (VariableOffset(0) < kColumnCount || VariableOffset(variableCount_) > offsetTable_)
+        ThrowDamaged(bytes.Page(), u"a column lies outside its row");
+    fixedEnd_ = VariableOffset(0);
+}
+
+std::size_t Row::VariableOffset(std::size_t index) const
+{
+    return bytes_.U16(offsetTable_ + 2 * (variableCount_ - index)); // stored last first
+}
+
+std::optional<std::string_view> Row::Cell(const Column& column) const
+{
+    static constexpr char kFalseTrue[] = {0, 1};
+    if (column.number >= columns_) return std::nullopt; // the row is older than the column
+    const bool bit = BitIn(bytes_.Bytes().substr(mask_), column.number);
+    if (column.type == ColumnType::boolean) return std::string_view(kFalseTrue + (bit ? 1 : 0), 1);
+    if (!bit) return std::nullopt;
+    if (column.fixed) {
+        const std::size_t start = kColumnCount + column.fixedOffset;
+        if (start + column.length > fixedEnd_) ThrowDamaged(Page(), u"a column lies outside its row");
+        return bytes_.Bytes().substr(start, column.length);
+    }
+    if (column.variableIndex >= variableCount_) return std::nullopt;
+    const std::size_t start = VariableOffset(column.variableIndex);
+    return bytes_.Bytes().substr(start, VariableOffset(column.variableIndex + std::size_t{1}) - start);
+}
+
+std::string EncodeRow(const TableDefinition& table, const std::vector<std::optional<std::string>>& cells)
+{
+    std::size_t fixedEnd = kColumnCount;
+    for (const Column& column : table.columns) // a boolean has no place but the mask
+        if (column.fixed && column.type != ColumnType::boolean)
+            fixedEnd = std::max(fixedEnd, kColumnCount + column.fixedOffset + std::size_t{column.length});
+    std::string row(fixedEnd, '\0');
+    Put16(row, 0, table.mostColumns);
+
+    std::string mask((table.mostColumns + std::size_t{7}) / 8, '\0');
+    std::vector<const std::string*> variable(table.variableColumns, nullptr);
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+        const Column& column = table.columns[i];
+        if (!cells[i]) continue;
+        const bool set = column.type != ColumnType::boolean || *cells[i] != std::string(1, '\0');
+        if (set)
+            mask[column.number / 8] = static_cast<char>(mask[column.number / 8] | 1 << (column.number % 8));
+        if (column.type == ColumnType::boolean) continue;
+        if (column.fixed) {
+            if (cells[i]->size() != column.length) throw DatabaseError(u"A value does not fill its column");
+            row.replace(kColumnCount + column.fixedOffset, column.length, *cells[i]);
+        } else {
+            variable.at(column.variableIndex) = &*cells[i];
+        }
+    }
+    if (!variable.empty()) {
+        std::vector<std::size_t> offsets;
+        for (const std::string* value : variable) {
+            offsets.push_back(row.size());
+            if (value) row += *value;
+        }
+        offsets.push_back(row.size());
+        for (auto offset = offsets.rbegin(); offset != offsets.rend(); ++offset) Append16(row, *offset);
+        Append16(row, variable.size());
+    }
+    row += mask;
+    if (row.size() > kMostRowBytes) throw DatabaseError(u"The row is too long for the database");
+    return row;
+}
+
+std::string EncodeText(TextView text, Compression compression)
+{
+    while (!text.empty() && text.front() == u'\xFEFF') text.remove_prefix(1);
+    std::string bytes;
+    if (compression == Compression::compressed && text.size() >= 3 && FitsNarrow(text)) {
+        bytes = "\xFF\xFE";
+        for (char16_t unit : text) bytes += static_cast<char>(unit);
+        return bytes;
+    }
+    bytes.reserve(text.size() * 2);
+    for (char16_t unit : text) Append16(bytes, unit);
+    return bytes;
+}
+
+Text DecodeText(ByteView bytes)
+{
+    Text text;
+    const std::size_t size = bytes.Size();
+    if (size < 2 || bytes.U16(0) != 0xFEFF) {
+        text.reserve(size / 2);
+        for (std::size_t at = 0; at < size; at += 2) text += static_cast<char16_t>(bytes.U16(at));
+        return text;
+    }
+    // Runs of one byte a character and of two take turns; a zero byte in the place of a character ends one.
+    bool narrow = true;
+    for (std::size_t at = 2; at < size;) {
+        if (bytes.U8(at) == 0) {
+            narrow = !narrow;
+            ++at;
+        } else if (narrow) {
+            text += static_cast<char16_t>(bytes.U8(at++));
+        } else {
+            text += static_cast<char16_t>(bytes.U16(at));
+            at += 2;
+        }
+    }
+    return text;
+}
+
+} // namespace jet

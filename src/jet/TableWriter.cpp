@@ -1,0 +1,197 @@
+#include "jet/TableWriter.h"
+
+#include "jet/UsageMap.h"
+#include "platform/Database.h"
+
+#include <algorithm>
+
+namespace jet {
+
+namespace {
+
+bool IsKnown(ColumnType type)
+{
+    const int number = static_cast<int>(type);
+    return (number >= 1 && number <= 12) || type == ColumnType::guid || type == ColumnType::decimal;
+}
+
+// What cannot be kept consistent, whatever the table's pages hold.
+Text RefusalOf(const TableDefinition& table)
+{
+    if (table.system) return u"Tables of the database system are not written";
+    if (table.indexes > 0) return u"The table has an index or a key, which would not be kept up to date";
+    for (const Column& column : table.columns) {
+        if (column.autoNumber)
+            return u"The column " + column.name + u" numbers its rows itself, which is not supported";
+        if (!IsKnown(column.type)) return u"The column " + column.name + u" is of an unknown type";
+        if (column.IsLong() && column.ownedMap.page == 0)
+            return u"The column " + column.name + u" has no map of its pages";
+        if (!column.fixed && column.variableIndex >= table.variableColumns)
+            return u"The column " + column.name + u" has no place in a row";
+    }
+    return {};
+}
+
+std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
+                                      const std::optional<Text>& value, TableRooms& rooms)
+{
+    if (!value || value->empty()) {
+        if (!column.mayBeNull && column.type != ColumnType::boolean)
+            throw DatabaseError(u"The column " + column.name + u" needs a value");
+        return std::nullopt;
+    }
+    const Compression wanted = column.compressed ? Compression::compressed : Compression::plain;
+    if (column.type == ColumnType::memo) {
+        constexpr std::size_t kMostCompressed = 1024; // characters; longer ones stay plain, as Jet does it
+        const std::string bytes =
+            EncodeText(*value, value->size() > kMostCompressed ? Compression::plain : wanted);
+        return StoreLongValue(writes, column, bytes, rooms.longValues[column.number]);
+    }
+    if (column.type != ColumnType::text || column.fixed)
+        throw DatabaseError(u"The column " + column.name + u" does not take text");
+    if (value->size() * 2 > column.length)
+        throw DatabaseError(u"The text is too long for the column " + column.name + u" (" +
+                            DecimalText(column.length / 2) + u" characters at most): " + *value);
+    if (value->front() == u'\xFEFF') // would be lost, and the row not found again
+        throw DatabaseError(u"The text for the column " + column.name + u" begins with a byte order mark");
+    return EncodeText(*value, wanted);
+}
+
+// A page that has room again is offered for new rows.
+void OfferAgain(WriteSet& writes, RowId freeMap, std::vector<Room>& rooms, PageNumber page)
+{
+    const std::size_t bytes = RoomIn(writes.View(page)).value_or(0);
+    const auto known =
+        std::find_if(rooms.begin(), rooms.end(), [&](const Room& room) { return room.page == page; });
+    if (known != rooms.end()) {
+        known->bytes = bytes;
+    } else if (bytes >= kWorthOffering && freeMap.page != 0) {
+        AddToMap(writes, freeMap, page, Phase::tidy);
+        rooms.push_back({page, bytes});
+    }
+}
+
+} // namespace
+
+TableWriter::TableWriter(Table& table) : table_(table), refusal_(RefusalOf(table.Definition()))
+{
+    if (!table.File().Writable()) refusal_ = u"The database is open for reading only";
+    if (!refusal_.empty()) return;
+    try {
+        Inspect();
+    } catch (const DatabaseError& error) {
+        refusal_ = error.Words();
+    }
+    if (!refusal_.empty() || rowCount_ == table.Definition().rowCount) return;
+    WriteSet writes(table.File());
+    WriteRowCount(writes, table.Definition().page, rowCount_);
+    writes.Commit();
+}
+
+void TableWriter::Inspect()
+{
+    PageFile& file = table_.File();
+    const TableDefinition& table = table_.Definition();
+    const std::vector<PageNumber> pages = table_.Pages();
+    std::vector<std::uint32_t> referred; // places outside their row, each of which only one row may use
+    PageRef hold;
+    for (PageNumber page : pages) {
+        CheckDirectory(file.View(page, hold));
+        for (RowId row : table_.RowsOn(page)) {
+            InspectRow(*table_.Fetch(row), referred);
+            ++rowCount_;
+        }
+    }
+    std::sort(referred.begin(), referred.end());
+    const auto twice = std::adjacent_find(referred.begin(), referred.end());
+    if (twice != referred.end()) ThrowDamaged(*twice >> 8, u"two rows share the same bytes");
+
+    rooms_.rows = RoomsOf(file, table.freeMap, pages, table.page);
+    for (const Column& column : table.columns) {
+        if (!column.IsLong()) continue;
+        rooms_.longValues[column.number] =
+            RoomsOf(file, column.freeMap, PagesOf(file, column.ownedMap), kLongValueOwner);
+    }
+}
+
+void TableWriter::InspectRow(const StoredRow& stored, std::vector<std::uint32_t>& referred) const
+{
+    for (std::size_t i = 1; i < stored.places.size(); ++i) referred.push_back(ToPointer(stored.places[i]));
+    const Row row(table_.Definition(), stored.bytes);
+    for (const Column& column : table_.Definition().columns) {
+        const std::optional<std::string_view> cell = row.Cell(column);
+        if (!cell || cell->empty() || !column.IsLong()) continue;
+        const ByteView header(*cell, row.Page());
+        if (header.U32(0) >> 31 == 0 && header.U32(4) != 0) referred.push_back(header.U32(4));
+    }
+}
+
+void TableWriter::NeedWritable() const
+{
+    if (!refusal_.empty()) throw DatabaseError(refusal_);
+}
+
+RowId TableWriter::Append(const std::vector<std::optional<Text>>& values)
+{
+    NeedWritable();
+    const TableDefinition& table = table_.Definition();
+    WriteSet writes(table_.File());
+    TableRooms rooms = rooms_;
+    std::vector<std::optional<std::string>> cells;
+    for (std::size_t i = 0; i < table.columns.size(); ++i)
+        cells.push_back(EncodeCell(writes, table.columns[i], values.at(i), rooms));
+    const std::string row = EncodeRow(table, cells);
+
+    RowId id;
+    if (Room* room = FindRoom(rooms.rows, row.size())) {
+        std::string& page = writes.Edit(room->page, Phase::commit);
+        id = {room->page, AddRow(page, row)};
+        room->bytes = RoomIn(ByteView(page, id.page)).value_or(0);
+    } else {
+        std::string page = NewDataPage(table.page);
+        id.slot = AddRow(page, row);
+        const std::size_t left = RoomIn(ByteView(page, 0)).value_or(0);
+        id.page = writes.Add(std::move(page));
+        EnterPage(writes, table.ownedMap, table.freeMap, Phase::commit, Phase::tidy, rooms.rows,
+                  {id.page, left});
+    }
+    MarkFreshPagesUsed(writes);
+    WriteRowCount(writes, table.page, rowCount_ + 1);
+    writes.Commit();
+    rooms_ = std::move(rooms);
+    ++rowCount_;
+    return id;
+}
+
+void TableWriter::Delete(RowId id)
+{
+    NeedWritable();
+    const std::optional<StoredRow> stored = table_.Fetch(id);
+    if (!stored) throw DatabaseError(u"The row was deleted before");
+    const TableDefinition& table = table_.Definition();
+    const Row row(table, stored->bytes);
+    WriteSet writes(table_.File());
+    TableRooms rooms = rooms_;
+    Phase phase = Phase::commit; // only the row itself; its target, if it has moved, is a leftover then
+    for (RowId place : stored->places) {
+        DeleteRow(writes.Edit(place.page, phase), place.slot);
+        phase = Phase::tidy;
+    }
+    for (const Column& column : table.columns) {
+        const std::optional<std::string_view> cell = row.Cell(column);
+        if (!cell || cell->empty() || !column.IsLong()) continue;
+        for (RowId place : ReadLongValue(table_.File(), ByteView(*cell, row.Page())).places) {
+            CheckDirectory(writes.View(place.page));
+            DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
+            OfferAgain(writes, column.freeMap, rooms.longValues[column.number], place.page);
+        }
+    }
+    for (RowId place : stored->places) OfferAgain(writes, table.freeMap, rooms.rows, place.page);
+    MarkFreshPagesUsed(writes); // of a free map that had to grow
+    WriteRowCount(writes, table.page, rowCount_ - 1);
+    writes.Commit();
+    rooms_ = std::move(rooms);
+    --rowCount_;
+}
+
+} // namespace jet
