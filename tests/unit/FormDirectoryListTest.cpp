@@ -1,18 +1,18 @@
-// FormFolderListTest.cpp: the lines of the folder list in which the store folder is chosen.
-#include "app/FolderList.h"
+// FormDirectoryListTest.cpp: the lines of the folder list in which the store folder is chosen.
+#include "app/DirectoryList.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-std::vector<Text> Written(const std::vector<FolderLine>& lines)
+std::vector<Text> Written(const std::vector<DirectoryLine>& lines)
 {
     std::vector<Text> written;
-    for (const FolderLine& line : lines) written.push_back(line.label + u"=" + line.path);
+    for (const DirectoryLine& line : lines) written.push_back(line.label + u"=" + line.path);
     return written;
 }
 
-TEST(FormFolderListTest, PathIsWrittenInOneForm)
+TEST(FormDirectoryListTest, PathIsWrittenInOneForm)
 {
     const struct {
         const char* why;
@@ -26,23 +26,23 @@ TEST(FormFolderListTest, PathIsWrittenInOneForm)
         {"below a share", u"\\\\server\\share\\a\\", u"\\\\server\\share\\a"},
         {"nothing", u"", u""},
     };
-    for (const auto& c : cases) EXPECT_EQ(NormalFolderPath(c.given), c.normal) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(NormalDirectoryPath(c.given), c.normal) << c.why;
 }
 
-TEST(FormFolderListTest, LinesLeadFromTheRootToTheSubdirectories)
+TEST(FormDirectoryListTest, LinesLeadFromTheRootToTheSubdirectories)
 {
-    const std::vector<FolderLine> lines = FolderLines(u"C:\\Mail\\Old", {u"2001", u"2002"});
+    const std::vector<DirectoryLine> lines = DirectoryLines(u"C:\\Mail\\Old", {u"2001", u"2002"});
     EXPECT_EQ(Written(lines),
               (std::vector<Text>{u"C:\\=C:\\", u"  Mail=C:\\Mail", u"    Old=C:\\Mail\\Old",
                                  u"      2001=C:\\Mail\\Old\\2001", u"      2002=C:\\Mail\\Old\\2002"}));
     EXPECT_EQ(OwnLine(lines, 2), 2u);
-    EXPECT_EQ(Written(FolderLines(u"D:\\", {u"a"})), (std::vector<Text>{u"D:\\=D:\\", u"  a=D:\\a"}));
-    EXPECT_EQ(Written(FolderLines(u"\\\\server\\share\\a", {})),
+    EXPECT_EQ(Written(DirectoryLines(u"D:\\", {u"a"})), (std::vector<Text>{u"D:\\=D:\\", u"  a=D:\\a"}));
+    EXPECT_EQ(Written(DirectoryLines(u"\\\\server\\share\\a", {})),
               (std::vector<Text>{u"\\\\server\\share=\\\\server\\share", u"  a=\\\\server\\share\\a"}));
-    EXPECT_TRUE(FolderLines(u"", {}).empty());
+    EXPECT_TRUE(DirectoryLines(u"", {}).empty());
 }
 
-TEST(FormFolderListTest, DriveIsTheLetter)
+TEST(FormDirectoryListTest, DriveIsTheLetter)
 {
     EXPECT_EQ(DriveOf(u"C:\\Mail"), u"C:");
     EXPECT_EQ(DriveOf(u"\\\\server\\share"), u"");

@@ -1,4 +1,4 @@
-#include "app/FolderList.h"
+#include "app/DirectoryList.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ Text DriveOf(TextView path)
     return letter >= u'a' && letter <= u'z' ? Text(path.substr(0, 2)) : Text();
 }
 
-Text NormalFolderPath(TextView path)
+Text NormalDirectoryPath(TextView path)
 {
     Text normal = ReplaceAll(path, u"/", u"\\");
     if (normal.size() == 2 && !DriveOf(normal).empty()) normal += u'\\';
@@ -35,11 +35,11 @@ Text NormalFolderPath(TextView path)
     return normal;
 }
 
-std::vector<FolderLine> FolderLines(TextView path, const std::vector<Text>& subdirectories)
+std::vector<DirectoryLine> DirectoryLines(TextView path, const std::vector<Text>& subdirectories)
 {
-    const Text whole = NormalFolderPath(path);
+    const Text whole = NormalDirectoryPath(path);
     if (whole.empty()) return {};
-    std::vector<FolderLine> lines;
+    std::vector<DirectoryLine> lines;
     const auto add = [&lines](TextView name, const Text& full) {
         lines.push_back({Text(2 * lines.size(), u' ') + Text(name), full});
     };
@@ -53,7 +53,7 @@ std::vector<FolderLine> FolderLines(TextView path, const std::vector<Text>& subd
     return lines;
 }
 
-std::size_t OwnLine(const std::vector<FolderLine>& lines, std::size_t subdirectoryCount)
+std::size_t OwnLine(const std::vector<DirectoryLine>& lines, std::size_t subdirectoryCount)
 {
     return lines.size() - subdirectoryCount - 1;
 }

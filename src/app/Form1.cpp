@@ -1,0 +1,286 @@
+#include "app/Form1.h"
+
+#include "app/Form1Images.h"
+#include "app/Version.h"
+#include "platform/win32/WideText.h"
+
+namespace {
+
+constexpr wchar_t kFormClass[] = L"Form1";
+constexpr DWORD kFormStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+const Text kSeparatorLine(61, u'-');
+
+const Text kImportant =
+    u"Please be aware that the exporting of emails from Outlook Express relies on\r\n"
+    u"automating Outlook Express, which cannot be a background task. Therefore,\r\n"
+    u"during the email export process you must not move the mouse or press any keys.\r\n"
+    u"\r\n"
+    u"If you plan on exporting many emails, you may wish to leave this software running and\r\n"
+    u"do something else; like have a cup of coffee or read a newspaper...";
+
+Text FolderOfProgram()
+{
+    Text path(MAX_PATH, u'\0');
+    DWORD length = GetModuleFileNameW(nullptr, WideBuffer(path), static_cast<DWORD>(path.size()));
+    while (length == path.size()) { // longer than most programs' paths
+        path.resize(path.size() * 2);
+        length = GetModuleFileNameW(nullptr, WideBuffer(path), static_cast<DWORD>(path.size()));
+    }
+    path.resize(length);
+    path.resize(path.rfind(u'\\') + 1);
+    return path;
+}
+
+Text TextOfWindow(HWND window)
+{
+    Text text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, u'\0');
+    text.resize(
+        static_cast<std::size_t>(GetWindowTextW(window, WideBuffer(text), static_cast<int>(text.size()))));
+    return text;
+}
+
+} // namespace
+
+const wchar_t* ProgramTitle()
+{
+    return L"" QUILLBOX_TITLE;
+}
+
+Text ProgramVersion()
+{
+    return FromAscii(QUILLBOX_VERSION);
+}
+
+Form1::Form1(Surroundings& outside)
+    : outside_(outside), store_(outside.files), log_(outside.files, outside.clock, outside.codePage, *this)
+{
+}
+
+bool Form1::Create(HINSTANCE instance)
+{
+    InitCommonControls();
+    WNDCLASSW description = {};
+    description.lpfnWndProc = WndProc;
+    description.hInstance = instance;
+    description.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
+    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    description.lpszClassName = kFormClass;
+    RegisterClassW(&description);
+    window_ = CreateWindowExW(WS_EX_CONTROLPARENT, kFormClass, ProgramTitle(), kFormStyle, CW_USEDEFAULT,
+                              CW_USEDEFAULT, 100, 100, nullptr, nullptr, instance, this);
+    if (!window_) return false;
+    controls_.Create(window_);
+    store_.Attach(controls_.Drive1, controls_.Dir1, controls_.fileCheck);
+    const SIZE client = controls_.ClientSize();
+    RECT frame = {0, 0, client.cx, client.cy};
+    AdjustWindowRectEx(&frame, kFormStyle, FALSE, WS_EX_CONTROLPARENT);
+    SetWindowPos(window_, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return true;
+}
+
+void Form1::StartUp()
+{
+    const Text caption =
+        FromWide(ProgramTitle()) + u" v" + ProgramVersion() + u" - " + FromAscii(QUILLBOX_PUBLISHER);
+    SetWindowTextW(window_, Wide(caption));
+    SetUpPaths();
+    store_.SetFolder(state_.programFolder);
+    controls_.FitToFrames();
+    LoadSettings(state_.settings, outside_.profile, outside_.files, state_.settingsPath);
+    ShowSettings();
+    UpdateCommands();
+    ShowWindow(window_, SW_SHOWDEFAULT);
+    UpdateWindow(window_);
+    SetFocus(controls_.cmdSync.Window());
+    Run([this] {
+        log_.SetPath(state_.logPath);
+        OpenDatabase();
+        SendMessageW(controls_.cboComparison, CB_SETCURSEL, 1, 0); // "Database (medium speed)"
+        ImgLstTree_ = MakeTreeImages(GetSystemMetrics(SM_CXSMICON));
+        SendMessageW(controls_.tvOETree, TVM_SETIMAGELIST, TVSIL_NORMAL,
+                     reinterpret_cast<LPARAM>(ImgLstTree_));
+        CreateEngines();
+        BoxWithTitle(L"IMPORTANT! Please Read", BoxIcon::information, kImportant);
+        LogLine(kSeparatorLine, Record::yes);
+        LogLine(u"Started " + FromWide(ProgramTitle()) + u" - " + ProgramVersion(), Record::yes);
+        WarnIfFolderIsReadOnly();
+        if (!closeAsked_) cmdSync();
+    });
+}
+
+void Form1::SetUpPaths()
+{
+    state_.programFolder = FolderOfProgram();
+    state_.databasePath = state_.programFolder + u"saved.mdb";
+    state_.settingsPath = state_.programFolder + u"settings.ini";
+    state_.logPath = state_.programFolder + u"log.txt";
+}
+
+void Form1::OpenDatabase()
+{
+    const Text reasons =
+        OpenSavedEmails(state_.saved, outside_.files, state_.databasePath, outside_.databaseMakers);
+    if (state_.saved.IsOpen()) return;
+    ShowBox(BoxIcon::warning, u"The database of saved emails cannot be opened, so exporting stays off:\r\n" +
+                                  state_.databasePath + u"\r\n\r\n" + reasons);
+}
+
+void Form1::CreateEngines()
+{
+    state_.crc.emplace(outside_.codePage);
+    state_.client.emplace(outside_.desktop, RemoteMemory(outside_.processApi), outside_.files,
+                          outside_.codePage, outside_.locale, outside_.clock, *state_.crc, *this,
+                          state_.oeSettings, state_.flags);
+    state_.run.emplace(*state_.client, state_.saved, *this);
+}
+
+// A log.txt that alone is read-only is the user's choice and no matter for a message.
+void Form1::WarnIfFolderIsReadOnly()
+{
+    const Text probe = state_.programFolder + u"settings.tmp";
+    FileError error = FileError::none;
+    if (outside_.files.Open(probe, OpenMode::createNew, error)) {
+        (void)outside_.files.Delete(probe);
+    } else if (error != FileError::exists) {
+        LogLine(u"The program's folder cannot be written: settings and log are not kept.", Record::yes);
+    }
+}
+
+void Form1::ShowSettings()
+{
+    const Settings& settings = state_.settings;
+    const auto tick = [](HWND box, int state) {
+        SendMessageW(box, BM_SETCHECK, static_cast<WPARAM>(state), 0);
+    };
+    state_.oeSettings = {settings.settleTime, settings.applyDst, settings.timeOffset};
+    store_.SetFolder(settings.store); // a folder that is gone is not applied
+    tick(controls_.chkIDonly, settings.idOnly);
+    tick(controls_.chkSendKeys, settings.sendKeys);
+    tick(controls_.chkSkipFiles, settings.skipFiles);
+    tick(controls_.chkJumpRemain, settings.jumpRemain);
+    SetWindowTextW(controls_.txtIgnore, Wide(settings.firstFolderToIgnore));
+}
+
+void Form1::ReadCheckBoxesAndLists()
+{
+    Settings& settings = state_.settings;
+    const auto ticked = [](HWND box) { return static_cast<int>(SendMessageW(box, BM_GETCHECK, 0, 0)); };
+    settings.store = store_.Folder();
+    settings.idOnly = ticked(controls_.chkIDonly);
+    settings.sendKeys = ticked(controls_.chkSendKeys);
+    settings.skipFiles = ticked(controls_.chkSkipFiles);
+    settings.jumpRemain = ticked(controls_.chkJumpRemain);
+    settings.firstFolderToIgnore = TextOfWindow(controls_.txtIgnore);
+}
+
+void Form1::HandleMessages()
+{
+    MSG message = {};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) Dispatch(message);
+}
+
+// Ctrl+Tab turns the tabs, Enter opens the folder that is marked; the rest of moving about is the system's.
+void Form1::Dispatch(MSG& message)
+{
+    if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) < 0) {
+        const int count = static_cast<int>(controls_.fraTabs.size());
+        const int step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
+        ShowTab(static_cast<Tab>((controls_.nTab.Selected() + step) % count));
+        return;
+    }
+    if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && message.hwnd == controls_.Dir1) {
+        OnCommand(idDir, LBN_DBLCLK);
+        return;
+    }
+    if (window_ && IsDialogMessageW(window_, &message)) return;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+}
+
+LRESULT CALLBACK Form1::WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto* self = reinterpret_cast<Form1*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message == WM_NCCREATE) { // the first message that carries our object
+        self = static_cast<Form1*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
+        self->window_ = window;
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+    }
+    return self ? self->Handle(message, wParam, lParam) : DefWindowProcW(window, message, wParam, lParam);
+}
+
+LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_COMMAND:
+        OnCommand(LOWORD(wParam), HIWORD(wParam));
+        return 0;
+    case WM_NOTIFY:
+        OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
+        return 0;
+    case WM_ACTIVATE: // the keyboard comes back to where it was
+        if (LOWORD(wParam) == WA_INACTIVE)
+            lastFocus_ = GetFocus();
+        else if (lastFocus_ && IsChild(window_, lastFocus_))
+            SetFocus(lastFocus_);
+        return 0;
+    case WM_CLOSE:
+        AskToClose();
+        return 0;
+    case WM_QUERYENDSESSION:
+        return TRUE; // closing is never refused
+    case WM_ENDSESSION:
+        if (wParam) { // the process may be ended as soon as this returns
+            WriteLastRecords();
+            AskToClose();
+        }
+        return 0;
+    case WM_DESTROY:
+        SendMessageW(controls_.tvOETree, TVM_SETIMAGELIST, TVSIL_NORMAL, 0);
+        ImageList_Destroy(ImgLstTree_);
+        PostQuitMessage(0);
+        return 0;
+    case WM_NCDESTROY:
+        SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+        controls_.DeleteFonts();
+        window_ = nullptr;
+        return 0;
+    }
+    return DefWindowProcW(window_, message, wParam, lParam);
+}
+
+void Form1::AskToClose()
+{
+    closeAsked_ = true;
+    if (!running_) {
+        Close();
+        return;
+    }
+    state_.flags.stopAfterEmail = true;
+    state_.flags.stopAfterFolder = true;
+    state_.flags.stopRequested = true;
+    // The run may be waiting for its own message box.
+    const HWND box = GetLastActivePopup(window_);
+    if (box && box != window_) PostMessageW(box, WM_CLOSE, 0, 0);
+}
+
+void Form1::WriteLastRecords()
+{
+    if (lastRecordsWritten_) return;
+    lastRecordsWritten_ = true;
+    LogLine(u"Closing " + FromWide(ProgramTitle()), Record::yes);
+    ReadCheckBoxesAndLists();
+    SaveSettings(state_.settings, outside_.profile, state_.settingsPath);
+}
+
+void Form1::Close()
+{
+    if (!window_) return;
+    WriteLastRecords();
+    state_.run.reset();
+    state_.client.reset();
+    state_.crc.reset();
+    CloseSavedEmails(state_.saved);
+    DestroyWindow(window_);
+}

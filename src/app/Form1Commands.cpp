@@ -1,0 +1,166 @@
+// What the controls of the window start.
+#include "app/Form1.h"
+
+#include "folders/ExportFolder.h"
+#include "folders/StoreFolders.h"
+#include "folders/Synchronise.h"
+#include "platform/win32/WideText.h"
+
+void Form1::OnCommand(int id, int code)
+{
+    if (code == BN_CLICKED) {
+        if (id == idStopAfterEmail) return cmdStopAfterEmail();
+        if (id == idStopAfterFolder) return cmdStopAfterFolder();
+    }
+    if (running_) return; // only the stop buttons, the tabs and closing work
+    switch (id) {
+    case idSync:
+        if (code == BN_CLICKED) Run([this] { cmdSync(); });
+        break;
+    case idGetID:
+        if (code == BN_CLICKED) Run([this] { cmdGetID(); });
+        break;
+    case idExport:
+        if (code == BN_CLICKED) Run([this] { cmdExport(); });
+        break;
+    case idUseSelection:
+        if (code == BN_CLICKED) cmdUseSelection();
+        break;
+    case idOEFolder:
+        if (code == STN_DBLCLK) OpenExportFolder();
+        break;
+    case idDrive:
+        if (code == CBN_SELCHANGE) store_.DriveChosen();
+        break;
+    case idDir:
+        if (code == LBN_DBLCLK) store_.FolderOpened();
+        break;
+    case idProgressList:
+        if (code == LBN_DBLCLK) ShowWindow(controls_.lvResults, SW_SHOW);
+        break;
+    }
+}
+
+void Form1::OnNotify(const NMHDR& notice)
+{
+    if (notice.idFrom == idTab && notice.code == static_cast<UINT>(TCN_SELCHANGE))
+        controls_.ShowFrame(controls_.nTab.Selected());
+}
+
+// Nothing may leave a window procedure, so every failure ends here, as a message.
+void Form1::Run(const std::function<void()>& command)
+{
+    if (running_) return;
+    const HWND focus = GetFocus();
+    running_ = true;
+    state_.flags = {};
+    UpdateCommands();
+    try {
+        command();
+    } catch (const DatabaseError& error) {
+        ShowError(u"Database error: " + error.Words());
+    } catch (const std::exception& error) {
+        ShowError(u"Error: " + FromUtf8(error.what()));
+    }
+    ShowStopButtons(StopButtons::hidden);
+    controls_.LeaveBusyLayout();
+    running_ = false;
+    UpdateCommands();
+    if (closeAsked_) {
+        Close();
+        return;
+    }
+    // A button that is disabled loses the keyboard; it gets it back.
+    if (GetActiveWindow() == window_ && IsWindowVisible(focus) && IsChild(window_, focus))
+        SetFocus(focus);
+    else
+        lastFocus_ = focus;
+}
+
+void Form1::ShowError(const Text& words)
+{
+    state_.flags.runCompleted = false;
+    LogLine(words, Record::yes);
+    ShowBox(BoxIcon::warning, words);
+}
+
+void Form1::UpdateCommands()
+{
+    controls_.cmdSync.Enable(!running_);
+    controls_.cmdGetID.Enable(!running_);
+    controls_.cmdUseSelection.Enable(!running_);
+    controls_.cmdExport.Enable(!running_ && state_.saved.IsOpen()); // no export without a record of it
+    // Checks and runs over all folders are to come.
+    controls_.cmdCheckFolder.Enable(false);
+    controls_.cmdCheckAllFolders.Enable(false);
+    controls_.cmdSaveAll.Enable(false);
+    UpdateWindow(window_);
+}
+
+void Form1::cmdSync()
+{
+    Synchronise(*state_.run);
+}
+
+void Form1::cmdGetID()
+{
+    ShowSelectedEmail(*state_.run);
+}
+
+void Form1::cmdExport()
+{
+    if (!SelectShownFolder(*state_.run)) return;
+    ShowStopButtons(StopButtons::shown);
+    controls_.EnterBusyLayout();
+    state_.flags.runCompleted = true;
+    ExportFolder(*state_.run, false);
+    if (state_.flags.runCompleted)
+        ShowBox(BoxIcon::information, u"All emails for the selected folder have been exported.");
+}
+
+void Form1::cmdStopAfterEmail()
+{
+    state_.flags.stopAfterEmail = true;
+    state_.flags.stopRequested = true;
+    controls_.cmdStopAfterEmail.Show(false);
+}
+
+void Form1::cmdStopAfterFolder()
+{
+    state_.flags.stopAfterFolder = true;
+    state_.flags.stopRequested = true;
+    controls_.cmdStopAfterFolder.Show(false);
+}
+
+void Form1::cmdUseSelection()
+{
+    TVITEMW node = {};
+    node.mask = TVIF_PARAM;
+    node.hItem =
+        reinterpret_cast<HTREEITEM>(SendMessageW(controls_.tvOETree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    if (!node.hItem || !SendMessageW(controls_.tvOETree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&node)))
+        return;
+    const auto line = static_cast<std::size_t>(node.lParam);
+    if (line < state_.run->folderPaths.size())
+        SetWindowTextW(controls_.txtIgnore, Wide(state_.run->folderPaths[line]));
+}
+
+void Form1::OpenExportFolder()
+{
+    const FolderRun& run = *state_.run;
+    const auto line = static_cast<std::size_t>(run.selectedFolder);
+    if (run.selectedFolder < 0 || line >= run.storeDirectories.size()) return;
+    const Text folder = ExportFolderOf(store_.Folder(), run.storeDirectories[line]);
+    if (!outside_.files.DirectoryExists(folder)) return;
+    std::wstring command = L"Explorer /n," + std::wstring(Wide(folder));
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = SW_SHOWNORMAL;
+    PROCESS_INFORMATION process = {};
+    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                       &process)) {
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+    }
+}

@@ -1,0 +1,26 @@
+// The program's entry: the real surroundings, and the window on top of them.
+#include "app/Form1.h"
+#include "platform/win32/WinClock.h"
+#include "platform/win32/WinCodePage.h"
+#include "platform/win32/WinDesktop.h"
+#include "platform/win32/WinFiles.h"
+#include "platform/win32/WinLocale.h"
+#include "platform/win32/WinProcessApi.h"
+#include "platform/win32/WinProfileFile.h"
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
+{
+    WinFiles files;
+    WinClock clock;
+    WinLocale locale;
+    WinCodePage codePage;
+    WinProfileFile profile;
+    WinDesktop desktop(codePage);
+    WinProcessApi processApi;
+    Surroundings outside{files, clock, locale, codePage, profile, desktop, processApi, {}};
+    Form1 form(outside);
+    if (!form.Create(instance)) return 1;
+    form.StartUp();
+    form.HandleMessages();
+    return 0;
+}
