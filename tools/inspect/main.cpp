@@ -1,5 +1,6 @@
 // main.cpp: quillbox-inspect, what the portable core sees, for support, scripts and checks.
 #include "platform/CommandLine.h"
+#include "tools/inspect/DbCommand.h"
 #include "tools/inspect/EmlCommand.h"
 
 #include <cstdio>
@@ -17,6 +18,7 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
+    {"db", "FILE list [TABLE] | has CRC [FOLDER] | add FOLDER SUBJECT CRC | create", DbCommand},
     {"eml", "[--first-folder NAME] FILE...", EmlCommand},
 };
 

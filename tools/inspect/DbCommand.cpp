@@ -1,0 +1,90 @@
+#include "tools/inspect/DbCommand.h"
+
+#include "jet/JetDatabase.h"
+#include "platform/System.h"
+#include "store/SavedEmails.h"
+#include "store/SavedTable.h"
+#include "tools/inspect/Json.h"
+
+#include <cstdio>
+
+namespace {
+
+enum ExitCode { kYes = 0, kNo = 1, kFailed = 2 };
+
+int Usage()
+{
+    std::fputs(
+        "usage: quillbox-inspect db FILE list [TABLE]              rows as JSON lines, values as texts\n"
+        "       quillbox-inspect db FILE has CRC [FOLDER]          prints true or false\n"
+        "       quillbox-inspect db FILE add FOLDER SUBJECT CRC    adds a row to the table saved\n"
+        "       quillbox-inspect db FILE create                    makes the file with an empty table saved\n"
+        "exit code: 0 done or true, 1 false or wrong arguments, 2 failed\n",
+        stderr);
+    return kNo;
+}
+
+int List(Files& files, const Text& path, const Text& table)
+{
+    const auto database = OpenJetDatabase(files, path, OpenMode::read);
+    const std::vector<Text> columns = database->ColumnNames(table);
+    const auto rows = database->OpenRecordset(u"SELECT * FROM [" + table + u"]");
+    for (; !rows->AtEnd(); rows->MoveNext()) {
+        JsonObject object;
+        for (const Text& column : columns) {
+            const std::string quoted = JsonText(column);
+            object.Add(std::string_view(quoted).substr(1, quoted.size() - 2), rows->Field(column));
+        }
+        object.Print();
+    }
+    return kYes;
+}
+
+int Has(Files& files, const Text& path, const Text& crc, const Text& folder)
+{
+    SavedEmails saved;
+    saved.database = OpenJetDatabase(files, path, OpenMode::read);
+    const bool found = IsSaved(saved, SqlQuote(crc), folder);
+    std::puts(found ? "true" : "false");
+    return found ? kYes : kNo;
+}
+
+int Add(Files& files, const Text& path, const Text& folder, const Text& subject, const Text& crc)
+{
+    SavedEmails saved;
+    saved.database = OpenJetDatabase(files, path);
+    EmailEntry entry;
+    entry.Subject = subject;
+    entry.Crc = crc;
+    AddSavedEmail(saved, folder, entry);
+    return kYes;
+}
+
+int Create(Files& files, const Text& path)
+{
+    SystemClock clock;
+    CreateJetDatabase(files, path, SavedTable(), clock.LocalNow());
+    return kYes;
+}
+
+} // namespace
+
+int DbCommand(const std::vector<std::string>& args)
+{
+    SystemFiles files;
+    std::vector<Text> texts;
+    for (const std::string& arg : args) texts.push_back(FromUtf8(arg));
+    const std::size_t count = texts.size();
+    const std::string action = count >= 2 ? args[1] : "";
+    try {
+        if (action == "list" && count <= 3) return List(files, texts[0], count == 3 ? texts[2] : u"saved");
+        if (action == "has" && (count == 3 || count == 4))
+            return Has(files, texts[0], texts[2], count == 4 ? texts[3] : u"");
+        if (action == "add" && count == 5) return Add(files, texts[0], texts[2], texts[3], texts[4]);
+        if (action == "create" && count == 2) return Create(files, texts[0]);
+    } catch (const DatabaseError& error) {
+        std::fprintf(stderr, "quillbox-inspect: %s\n", error.what());
+        return kFailed;
+    }
+    return Usage();
+}
