@@ -1,7 +1,7 @@
 // Addresses.cpp: takes address lists apart.
 #include "demo/client/Addresses.h"
 
-#include "demo/client/Headers.h"
+#include "demo/mailbox/Headers.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Dates.cpp: reads the dates of header fields and shows them as the user's locale wants it.
 #include "demo/client/Dates.h"
 
-#include "demo/client/Headers.h"
+#include "demo/mailbox/Headers.h"
 
 #include <windows.h>
 

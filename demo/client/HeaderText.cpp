@@ -1,7 +1,7 @@
 // HeaderText.cpp: decodes header text.
 #include "demo/client/HeaderText.h"
 
-#include "demo/client/Headers.h"
+#include "demo/mailbox/Headers.h"
 
 #include <windows.h>
 

@@ -3,7 +3,7 @@
 
 #include "demo/client/Addresses.h"
 #include "demo/client/Dates.h"
-#include "demo/client/Headers.h"
+#include "demo/mailbox/Headers.h"
 
 namespace {
 

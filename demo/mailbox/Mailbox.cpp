@@ -52,14 +52,6 @@ FileKind KindOf(std::u16string_view name)
     return extension == u".mbox" || extension == u".mbx" ? FileKind::mbox : FileKind::other;
 }
 
-std::string ReadWhole(const fs::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (!file.is_open() || file.bad()) Fail(path, "cannot be read");
-    return bytes;
-}
-
 bool BeginsWithFrom(const fs::path& path)
 {
     char start[5] = {};
@@ -73,9 +65,9 @@ void AddFile(MailFolder& folder, const Entry& file)
 {
     FileKind kind = KindOf(file.name);
     if (kind == FileKind::unmarked && BeginsWithFrom(file.path)) kind = FileKind::mbox;
-    if (kind == FileKind::message) folder.messages.push_back({file.name, ReadWhole(file.path)});
+    if (kind == FileKind::message) folder.messages.push_back({file.name, ReadFileBytes(file.path)});
     if (kind != FileKind::mbox) return;
-    const std::string bytes = ReadWhole(file.path);
+    const std::string bytes = ReadFileBytes(file.path);
     std::size_t number = 0;
     for (const std::string_view message : SplitMbox(bytes)) {
         const std::u16string source = file.name + u"#" + NameFromUtf8(std::to_string(++number));
@@ -129,6 +121,14 @@ std::size_t FindSeparator(std::string_view file, std::size_t from)
 
 } // namespace
 
+std::string ReadFileBytes(const fs::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file.is_open() || file.bad()) Fail(path, "cannot be read");
+    return bytes;
+}
+
 std::vector<std::string_view> SplitMbox(std::string_view file)
 {
     std::vector<std::string_view> messages;
@@ -157,6 +157,13 @@ const MailFolder* FindFolder(const MailFolder& root, std::u16string_view path)
     return first == kRootFolderName && root.name == kRootFolderName ? FindFolder(root, rest) : nullptr;
 }
 
+std::size_t CountMessages(const MailFolder& folder)
+{
+    std::size_t count = folder.messages.size();
+    for (const MailFolder& child : folder.folders) count += CountMessages(child);
+    return count;
+}
+
 MailFolder LoadMailbox(const fs::path& path)
 {
     std::error_code error;
@@ -165,7 +172,7 @@ MailFolder LoadMailbox(const fs::path& path)
     if (fs::is_directory(status)) return LoadDirectory(path, std::u16string(kRootFolderName));
     if (!fs::is_regular_file(status)) Fail(path, "no such mail directory or pack");
     try {
-        return ReadPack(ReadWhole(path));
+        return ReadPack(ReadFileBytes(path));
     } catch (const MailboxError& damage) {
         Fail(path, damage.what());
     }

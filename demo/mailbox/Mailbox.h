@@ -38,3 +38,8 @@ std::vector<std::string_view> SplitMbox(std::string_view file);
 // The folder at a path of names joined by "/", with or without "Local Folders/" before it; letter case
 // counts. An empty path and "Local Folders" alone are the root. Null when there is none.
 const MailFolder* FindFolder(const MailFolder& root, std::u16string_view path);
+
+std::size_t CountMessages(const MailFolder& folder); // with those of all folders below
+
+// The bytes of any file; throws MailboxError when it cannot be read.
+std::string ReadFileBytes(const std::filesystem::path& path);

@@ -152,6 +152,6 @@ std::u16string DirectoryNameOf(std::u16string_view folder)
     }
     for (std::size_t i = name.size(); i > 0 && (name[i - 1] == u'.' || name[i - 1] == u' '); --i)
         name[i - 1] = u'_';
-    if (IsDeviceName(name)) name += u'_';
+    if (IsDeviceName(name)) name.insert(std::min(name.find(u'.'), name.size()), 1, u'_');
     return name;
 }

@@ -6,13 +6,6 @@
 
 namespace {
 
-std::size_t CountMessages(const MailFolder& folder)
-{
-    std::size_t count = folder.messages.size();
-    for (const MailFolder& child : folder.folders) count += CountMessages(child);
-    return count;
-}
-
 std::size_t CountFolders(const MailFolder& folder)
 {
     std::size_t count = folder.folders.size();

@@ -1,5 +1,5 @@
 // Headers.cpp: finds and unfolds header fields.
-#include "demo/client/Headers.h"
+#include "demo/mailbox/Headers.h"
 
 #include <algorithm>
 
