@@ -1,5 +1,6 @@
 // The program's entry: the real surroundings, and the window on top of them.
 #include "app/Form1.h"
+#include "jet/JetDatabase.h"
 #include "platform/win32/WinClock.h"
 #include "platform/win32/WinCodePage.h"
 #include "platform/win32/WinDesktop.h"
@@ -7,6 +8,19 @@
 #include "platform/win32/WinLocale.h"
 #include "platform/win32/WinProcessApi.h"
 #include "platform/win32/WinProfileFile.h"
+#include "store/SavedTable.h"
+
+namespace {
+
+DatabaseMaker EmbeddedEngine(Files& files, Clock& clock)
+{
+    return {[&files, &clock](const Text& path) {
+                CreateJetDatabase(files, path, SavedTable(), clock.LocalNow());
+            },
+            [&files](const Text& path) { return OpenJetDatabase(files, path); }};
+}
+
+} // namespace
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
 {
@@ -17,7 +31,8 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
     WinProfileFile profile;
     WinDesktop desktop(codePage);
     WinProcessApi processApi;
-    Surroundings outside{files, clock, locale, codePage, profile, desktop, processApi, {}};
+    Surroundings outside{files,   clock,   locale,     codePage,
+                         profile, desktop, processApi, {EmbeddedEngine(files, clock)}};
     Form1 form(outside);
     if (!form.Create(instance)) return 1;
     form.StartUp();
