@@ -25,8 +25,11 @@ inline Text FromWide(const wchar_t* characters) // up to its NUL
     return Text(reinterpret_cast<const char16_t*>(characters));
 }
 
-// Empty, which no call accepts, for a text that would be cut at a NUL and so name another file.
+inline constexpr std::size_t kLongestPath = 259; // the room of old Windows calls, without the NUL
+
+// Empty, which no call accepts, for a text that would be cut at a NUL and so name another file, and for one
+// that only some systems take, which other programs on them could not open again.
 inline const wchar_t* WidePath(const Text& path)
 {
-    return path.find(u'\0') == Text::npos ? Wide(path) : L"";
+    return path.size() <= kLongestPath && path.find(u'\0') == Text::npos ? Wide(path) : L"";
 }

@@ -1,0 +1,162 @@
+#include "platform/win32/Dao.h"
+
+#include "platform/win32/Automation.h"
+#include "platform/win32/WideText.h"
+
+#include <array>
+
+namespace {
+
+// The numbers of the engine's type library.
+constexpr std::int32_t kUseJet = 2;                                         // dbUseJet, a type of workspace
+constexpr std::int32_t kOpenOptions = 2;                                    // not exclusive
+constexpr std::int32_t kVersion40 = 64;                                     // dbVersion40
+constexpr std::int32_t kFailOnError = 128;                                  // dbFailOnError
+constexpr std::int32_t kImplicitCommitSync = 59;                            // dbImplicitCommitSync
+constexpr TextView kGeneralSortOrder = u";LANGID=0x0409;CP=1252;COUNTRY=0"; // dbLangGeneral
+
+// Nothing when it is not installed.
+AutomationObject StartEngine()
+{
+    // 3.6 comes with Windows and writes Jet 4 files; 12.0 comes with later versions of Office and serves
+    // where 3.6 is missing or broken. Older ones cannot read Jet 4.
+    for (const wchar_t* const name : {L"DAO.DBEngine.36", L"DAO.DBEngine.120"}) {
+        CLSID type;
+        IDispatch* engine = nullptr;
+        if (SUCCEEDED(CLSIDFromProgID(name, &type)) &&
+            SUCCEEDED(CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                                       reinterpret_cast<void**>(&engine))))
+            return AutomationObject{engine};
+    }
+    return {};
+}
+
+AutomationObject StartedEngine()
+{
+    AutomationObject engine = StartEngine();
+    if (!engine) throw DatabaseError(u"Data Access Objects (DAO) are not installed");
+    return engine;
+}
+
+void CloseQuietly(AutomationObject& object) noexcept
+try {
+    if (object) object.Call(u"Close");
+} catch (const std::exception&) { // nobody can do anything about it any more
+}
+
+class DaoRecordset final : public Recordset {
+public:
+    explicit DaoRecordset(AutomationObject rows) : rows_(std::move(rows)) {}
+    ~DaoRecordset() override
+    {
+        columns_.clear();
+        CloseQuietly(rows_);
+    }
+
+    bool AtBeginning() override { return rows_.Get(u"BOF").ToBool(); }
+    bool AtEnd() override { return rows_.Get(u"EOF").ToBool(); }
+    void MoveNext() override { rows_.Call(u"MoveNext"); }
+    Text Field(const Text& name) override { return Column(name).Get(u"Value").ToText(); }
+    void Delete() override { rows_.Call(u"Delete"); }
+    void AddNew() override { rows_.Call(u"AddNew"); }
+    void SetField(const Text& name, const Text& value) override
+    {
+        // Jet refuses empty texts in a column that does not allow zero lengths, which it does not by default;
+        // null reads back as empty everywhere, and the embedded engine stores the same.
+        Column(name).Put(u"Value", value.empty() ? Variant::Null() : Variant{TextView(value)});
+    }
+    void Update() override { rows_.Call(u"Update"); }
+
+private:
+    // A column's object always tells of the current row, so it is fetched once.
+    AutomationObject& Column(const Text& name)
+    {
+        for (auto& [known, column] : columns_)
+            if (known == name) return column;
+        AutomationObject fields{rows_.Get(u"Fields"), u"Fields"};
+        return columns_.emplace_back(name, AutomationObject{fields.Item(name), name}).second;
+    }
+
+    AutomationObject rows_;
+    std::vector<std::pair<Text, AutomationObject>> columns_;
+};
+
+class DaoDatabase final : public Database {
+public:
+    explicit DaoDatabase(const Text& path) : engine_(StartedEngine())
+    {
+        CommitAtOnce();
+        std::array<Variant, 4> user = {Variant{u"VBDemoWorkspace"}, Variant{u"admin"}, Variant{u""},
+                                       Variant{kUseJet}};
+        workspace_ = AutomationObject{engine_.Call(u"CreateWorkspace", user), u"CreateWorkspace"};
+        try {
+            std::array<Variant, 4> file = {Variant{TextView(path)}, Variant{kOpenOptions}, Variant::Missing(),
+                                           Variant::Missing()};
+            database_ = AutomationObject{engine_.Call(u"OpenDatabase", file), u"OpenDatabase"};
+        } catch (...) {
+            CloseQuietly(workspace_);
+            throw;
+        }
+    }
+    ~DaoDatabase() override { Close(); }
+
+    std::unique_ptr<Recordset> OpenRecordset(const Text& sql) override
+    {
+        if (!database_) throw DatabaseError(u"The database is closed");
+        Variant statement{TextView(sql)};
+        return std::make_unique<DaoRecordset>(
+            AutomationObject{database_.Call(u"OpenRecordset", {&statement, 1}), u"OpenRecordset"});
+    }
+
+    void Close() noexcept override
+    {
+        CloseQuietly(database_);
+        database_.Release();
+        CloseQuietly(workspace_);
+        workspace_.Release();
+    }
+
+private:
+    // Jet writes single updates some time later, unless it is told to write them before it answers.
+    void CommitAtOnce()
+    try {
+        std::array<Variant, 2> option = {Variant{kImplicitCommitSync}, Variant{u"Yes"}};
+        engine_.Call(u"SetOption", option);
+    } catch (const DatabaseError&) { // an engine without this option still saves
+    }
+
+    ComApartment com_; // first: outlives the objects below
+    AutomationObject engine_, workspace_, database_;
+};
+
+} // namespace
+
+bool IsDaoInstalled()
+{
+    const ComApartment com;
+    return static_cast<bool>(StartEngine());
+}
+
+std::unique_ptr<Database> OpenDaoDatabase(const Text& path)
+{
+    return std::make_unique<DaoDatabase>(path);
+}
+
+void CreateDaoDatabase(const Text& path, const Text& createTable)
+{
+    const ComApartment com;
+    AutomationObject engine = StartedEngine();
+    std::array<Variant, 3> file = {Variant{TextView(path)}, Variant{kGeneralSortOrder}, Variant{kVersion40}};
+    AutomationObject database{engine.Call(u"CreateDatabase", file), u"CreateDatabase"};
+    try {
+        std::array<Variant, 2> statement = {Variant{TextView(createTable)}, Variant{kFailOnError}};
+        database.Call(u"Execute", statement);
+        database.Call(u"Close");
+    } catch (...) {
+        // A file without the table would be taken for a damaged database at every later start.
+        CloseQuietly(database);
+        database.Release();
+        (void)DeleteFileW(WidePath(path)); // the failure that is reported came first
+        throw;
+    }
+}

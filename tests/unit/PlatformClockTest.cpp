@@ -1,0 +1,40 @@
+#include "platform/System.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <string>
+
+TEST(PlatformClock, CountsDays)
+{
+    SystemClock clock;
+    const double utc = 25569 + static_cast<double>(std::time(nullptr)) / 86400; // 1 January 1970
+    EXPECT_NEAR(clock.LocalNow(), utc, 15.0 / 24);                              // no zone is farther away
+}
+
+#ifndef _WIN32
+TEST(PlatformClock, KnowsTheZoneAndItsSummerTime)
+{
+    const char* const before = std::getenv("TZ");
+    const std::string restored = before ? before : "";
+    const struct {
+        const char* zone;
+        double hours; // east of Universal Time
+        bool summer;
+    } cases[] = {
+        {"AAA-5:30", 5.5, false},
+        {"EST5", -5, false},
+        {"EST5EDT,0/0,J365/25", -4, true}, // summer time all year
+    };
+    SystemClock clock;
+    for (const auto& c : cases) {
+        ::setenv("TZ", c.zone, 1);
+        ::tzset();
+        const double utc = 25569 + static_cast<double>(std::time(nullptr)) / 86400;
+        EXPECT_NEAR((clock.LocalNow() - utc) * 24, c.hours, 3.0 / 3600) << c.zone;
+        EXPECT_EQ(clock.IsDaylightSavingNow(), c.summer) << c.zone;
+    }
+    before ? ::setenv("TZ", restored.c_str(), 1) : ::unsetenv("TZ");
+    ::tzset();
+}
+#endif

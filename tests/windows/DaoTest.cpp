@@ -1,0 +1,249 @@
+#include "platform/win32/Dao.h"
+#include "store/SavedEmails.h"
+#include "tests/support/ScratchDirectory.h"
+#include "tests/windows/FakeDao.h"
+
+#include <algorithm>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr wchar_t kClass36[] = L"{6B5A2E01-52C5-4F0B-9D63-0C1D5B7A9E36}";
+constexpr wchar_t kClass120[] = L"{6B5A2E01-52C5-4F0B-9D63-0C1D5B7A9120}";
+constexpr char16_t kPath[] = u"C:\\Quill\\saved.mdb";
+using Calls = std::vector<std::string>;
+
+class Dao : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (FakeRegistry::DaoIsInstalled()) GTEST_SKIP() << "a real engine is installed here";
+        registry_.emplace();
+    }
+    void Install()
+    {
+        registry_->Name(L"DAO.DBEngine.36", kClass36);
+        registry_->Serve(kClass36, dao);
+    }
+    // The class object itself lives until COM lets go of it.
+    void TearDown() override
+    {
+        registry_.reset();
+        EXPECT_EQ(dao.liveObjects, 0);
+    }
+
+    FakeDao dao;
+    std::optional<FakeRegistry> registry_;
+};
+
+const Calls kOpening = {
+    "engine.SetOption(59, 'Yes')",
+    "engine.CreateWorkspace('VBDemoWorkspace', 'admin', '', 2)",
+    "engine.OpenDatabase('C:\\Quill\\saved.mdb', 2, missing, missing)",
+};
+
+Text WordsOf(const std::function<void()>& operation)
+{
+    try {
+        operation();
+    } catch (const DatabaseError& error) {
+        return error.Words();
+    }
+    return u"(no error)";
+}
+
+EmailEntry Entry(const Text& subject, const Text& crc)
+{
+    EmailEntry entry{};
+    entry.Subject = subject;
+    entry.Crc = crc;
+    return entry;
+}
+
+} // namespace
+
+TEST_F(Dao, OpensThroughAWorkspaceAndClosesBoth)
+{
+    Install();
+    EXPECT_TRUE(IsDaoInstalled());
+    EXPECT_EQ(dao.TakeCalls(), Calls{}); // looking starts nothing
+    const auto database = OpenDaoDatabase(kPath);
+    EXPECT_EQ(dao.TakeCalls(), kOpening);
+    database->Close();
+    EXPECT_EQ(dao.TakeCalls(), (Calls{"database.Close()", "workspace.Close()"}));
+    database->Close(); // a second time is nothing
+    EXPECT_EQ(dao.TakeCalls(), Calls{});
+    EXPECT_EQ(WordsOf([&] { database->OpenRecordset(u"SELECT * FROM saved"); }), u"The database is closed");
+}
+
+TEST_F(Dao, AnswersWhetherAnEmailIsSaved)
+{
+    Install();
+    dao.rows = {{u"O'Brien", u"Hi", u"A1"}};
+    SavedEmails saved{OpenDaoDatabase(kPath)};
+    dao.calls.clear();
+    EXPECT_TRUE(IsSaved(saved, u"A1", u"O'Brien"));
+    EXPECT_EQ(
+        dao.TakeCalls(),
+        (Calls{"database.OpenRecordset('SELECT * FROM saved WHERE (ecrc='A1') AND (efolder='O''Brien')')",
+               "recordset.EOF", "recordset.BOF", "recordset.Close()"}));
+    dao.rows.clear();
+    EXPECT_FALSE(IsSaved(saved, u"A1", u""));
+}
+
+TEST_F(Dao, AddsARow)
+{
+    Install();
+    SavedEmails saved{OpenDaoDatabase(kPath)};
+    dao.calls.clear();
+    AddSavedEmail(saved, u"Inbox\\O'Brien", Entry(u"\u00A3 \u65E5", u"A1"));
+    EXPECT_EQ(
+        dao.TakeCalls(),
+        (Calls{"database.OpenRecordset('SELECT * FROM saved')", "recordset.AddNew()", "recordset.Fields",
+               "fields.Item('efolder')", "field.Value = 'Inbox\\O'Brien'", "recordset.Fields",
+               "fields.Item('esubject')", "field.Value = '\u00A3 \u65E5'", "recordset.Fields",
+               "fields.Item('ecrc')", "field.Value = 'A1'", "recordset.Update()", "recordset.Close()"}));
+    // Columns that refuse zero lengths take a null, which reads back as empty.
+    AddSavedEmail(saved, u"Inbox", Entry(u"", u"B2"));
+    EXPECT_EQ(dao.rows[1], (FakeDao::Row{u"Inbox", std::nullopt, u"B2"}));
+}
+
+TEST_F(Dao, WalksRowsAndFetchesEachColumnOnce)
+{
+    Install();
+    Text withNul = u"a.b";
+    withNul[1] = u'\0';
+    dao.rows = {{u"Inbox", std::nullopt, u"A1"}, {u"Inbox", withNul, u"B2"}, {u"", u"x", u"C3"}};
+    const auto database = OpenDaoDatabase(kPath);
+    const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
+    dao.calls.clear();
+    Text seen;
+    for (; !rows->AtEnd(); rows->MoveNext())
+        seen +=
+            rows->Field(u"efolder") + u"/" + rows->Field(u"esubject") + u"/" + rows->Field(u"ecrc") + u";";
+    EXPECT_EQ(seen, u"Inbox//A1;Inbox/" + withNul + u"/B2;/x/C3;");
+    EXPECT_EQ(std::count(dao.calls.begin(), dao.calls.end(), "recordset.Fields"), 3);
+    EXPECT_EQ(std::count(dao.calls.begin(), dao.calls.end(), "field.Value"), 9);
+    dao.calls.clear();
+    rows->Delete();
+    EXPECT_EQ(dao.calls, Calls{"recordset.Delete()"});
+    EXPECT_EQ(WordsOf([&] { rows->Field(u"nosuch"); }),
+              u"The database engine failed at Item (error 8002000B)");
+}
+
+TEST_F(Dao, IsNotThereWithoutNameOrClass)
+{
+    EXPECT_FALSE(IsDaoInstalled());
+    EXPECT_EQ(WordsOf([] { OpenDaoDatabase(kPath); }), u"Data Access Objects (DAO) are not installed");
+    EXPECT_EQ(WordsOf([] { CreateDaoDatabase(kPath, u""); }), u"Data Access Objects (DAO) are not installed");
+    registry_->Name(L"DAO.DBEngine.36", kClass36); // a name whose class is gone
+    EXPECT_FALSE(IsDaoInstalled());
+    registry_->Name(L"DAO.DBEngine.120", kClass120);
+    registry_->Serve(kClass120, dao); // the later engine serves instead
+    EXPECT_TRUE(IsDaoInstalled());
+    OpenDaoDatabase(kPath);
+    EXPECT_EQ(dao.calls.size(), kOpening.size() + 2);
+}
+
+TEST_F(Dao, PrefersTheEngineThatComesWithWindows)
+{
+    FakeDao later;
+    Install();
+    registry_->Name(L"DAO.DBEngine.120", kClass120);
+    registry_->Serve(kClass120, later);
+    OpenDaoDatabase(kPath);
+    EXPECT_EQ(later.calls, Calls{});
+    EXPECT_FALSE(dao.calls.empty());
+    registry_.reset();
+}
+
+TEST_F(Dao, FailuresCarryTheEnginesWords)
+{
+    Install();
+    const struct {
+        FailWith how;
+        const char16_t* words;
+    } cases[] = {
+        {FailWith::description, u"The engine cannot do this"},
+        {FailWith::deferredDescription, u"Filled in later"},
+        {FailWith::noDescription, u"The database engine failed at OpenDatabase (error 00000BEB)"},
+        {FailWith::plainResult, u"The database engine failed at OpenDatabase (error 80020003)"},
+    };
+    for (const auto& c : cases) {
+        dao.calls.clear();
+        dao.failAt = 3;
+        dao.failWith = c.how;
+        EXPECT_EQ(WordsOf([] { OpenDaoDatabase(kPath); }), c.words);
+        ASSERT_FALSE(dao.calls.empty());
+        EXPECT_EQ(dao.calls.back(), "workspace.Close()"); // not left open
+    }
+}
+
+// Every call of a session fails once: the failure is told, everything opened is closed and given back.
+TEST_F(Dao, SurvivesTheFailureOfAnyCall)
+{
+    Install();
+    const int resting = dao.liveObjects;
+    for (std::size_t call = 1;; ++call) {
+        dao.rows = {{u"Inbox", u"Hi", u"A1"}};
+        dao.calls.clear();
+        dao.failAt = call;
+        const Text words = WordsOf([] {
+            SavedEmails saved{OpenDaoDatabase(kPath)};
+            IsSaved(saved, u"A1", u"Inbox");
+            AddSavedEmail(saved, u"Inbox", Entry(u"Again", u"B2"));
+            {
+                const auto rows = saved.database->OpenRecordset(u"SELECT ecrc FROM saved");
+                rows->Field(u"ecrc");
+                rows->MoveNext();
+                rows->Delete();
+            }
+            CloseSavedEmails(saved);
+        });
+        EXPECT_EQ(dao.liveObjects, resting) << "call " << call;
+        if (dao.calls.size() < call) break; // no call left to fail
+        const std::string& failed = dao.calls[call - 1];
+        const bool ignored = failed.ends_with("Close()") || failed.starts_with("engine.SetOption");
+        EXPECT_EQ(words, ignored ? u"(no error)" : u"The engine cannot do this") << failed;
+        // What was opened is closed again, once.
+        const bool workspaceOpened = call != 2, databaseOpened = call != 2 && call != 3;
+        EXPECT_EQ(std::count(dao.calls.begin(), dao.calls.end(), "workspace.Close()"), workspaceOpened)
+            << failed;
+        EXPECT_EQ(std::count(dao.calls.begin(), dao.calls.end(), "database.Close()"), databaseOpened)
+            << failed;
+        ASSERT_LT(call, 100u);
+    }
+}
+
+TEST_F(Dao, CreatesAFileWithItsTable)
+{
+    Install();
+    CreateDaoDatabase(kPath, u"CREATE TABLE saved (efolder TEXT(255), esubject MEMO, ecrc TEXT(8))");
+    EXPECT_EQ(
+        dao.calls,
+        (Calls{"engine.CreateDatabase('C:\\Quill\\saved.mdb', ';LANGID=0x0409;CP=1252;COUNTRY=0', 64)",
+               "database.Execute('CREATE TABLE saved (efolder TEXT(255), esubject MEMO, ecrc TEXT(8))', 128)",
+               "database.Close()"}));
+}
+
+TEST_F(Dao, LeavesNoFileWithoutItsTableAndTouchesNoOther)
+{
+    Install();
+    const ScratchDirectory scratch;
+    const Text path = scratch / u"saved.mdb";
+    dao.makesFiles = true;
+    for (const std::size_t failAt : {2, 3}) {
+        dao.calls.clear();
+        dao.failAt = failAt;
+        EXPECT_EQ(WordsOf([&] { CreateDaoDatabase(path, u"CREATE TABLE saved"); }),
+                  u"The engine cannot do this");
+        EXPECT_FALSE(std::filesystem::exists(scratch.Path() / "saved.mdb")) << failAt;
+    }
+    std::ofstream(scratch.Path() / "saved.mdb") << "another's";
+    dao.calls.clear();
+    dao.failAt = 1; // the engine never replaces a file
+    EXPECT_NE(WordsOf([&] { CreateDaoDatabase(path, u"CREATE TABLE saved"); }), u"(no error)");
+    EXPECT_TRUE(std::filesystem::exists(scratch.Path() / "saved.mdb"));
+}

@@ -1,0 +1,109 @@
+#include "platform/win32/WideText.h"
+#include "platform/win32/WinFiles.h"
+#include "tests/support/ScratchDirectory.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace {
+
+class WinFilesTest : public testing::Test {
+protected:
+    void TearDown() override { SetFileAttributesW(Wide(path), FILE_ATTRIBUTE_NORMAL); } // so that it can go
+    // A handle of another program.
+    HANDLE OpenElsewhere(DWORD access, DWORD share)
+    {
+        return CreateFileW(Wide(path), access, share, nullptr, OPEN_ALWAYS, 0, nullptr);
+    }
+
+    ScratchDirectory scratch;
+    Text path = scratch / u"file";
+    WinFiles files;
+    std::string bytes;
+    FileError error = FileError::none;
+};
+
+} // namespace
+
+TEST_F(WinFilesTest, AFileInUseIsTold)
+{
+    const HANDLE other = OpenElsewhere(GENERIC_READ | GENERIC_WRITE, 0);
+    ASSERT_NE(other, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(files.ReadWhole(path, bytes), FileError::inUse);
+    EXPECT_EQ(files.Append(path, "x"), FileError::inUse);
+    EXPECT_FALSE(files.Open(path, OpenMode::read, error));
+    EXPECT_EQ(error, FileError::inUse);
+    EXPECT_FALSE(files.Delete(path));
+    EXPECT_TRUE(files.FileExists(path));
+    CloseHandle(other);
+}
+
+// The mail client may still hold the message it has just saved, an editor the log.
+TEST_F(WinFilesTest, AFileThatIsSharedIsReadAndAppendedTo)
+{
+    const HANDLE other = OpenElsewhere(GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    ASSERT_NE(other, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(files.Append(path, "x"), FileError::none);
+    EXPECT_EQ(files.ReadWhole(path, bytes), FileError::none);
+    EXPECT_EQ(bytes, "x");
+    EXPECT_FALSE(files.Open(path, OpenMode::exclusive, error));
+    EXPECT_EQ(error, FileError::inUse);
+    CloseHandle(other);
+}
+
+TEST_F(WinFilesTest, AReadOnlyFileIsReadAndNotWritten)
+{
+    ASSERT_EQ(files.Append(path, "x"), FileError::none);
+    ASSERT_TRUE(SetFileAttributesW(Wide(path), FILE_ATTRIBUTE_READONLY));
+    const HANDLE allowed = OpenElsewhere(GENERIC_WRITE, 0);
+    if (allowed != INVALID_HANDLE_VALUE) {
+        CloseHandle(allowed);
+        GTEST_SKIP() << "this user may write read-only files";
+    }
+    EXPECT_EQ(files.Append(path, "y"), FileError::denied);
+    EXPECT_FALSE(files.Open(path, OpenMode::exclusive, error));
+    EXPECT_EQ(error, FileError::denied);
+    EXPECT_EQ(files.ReadWhole(path, bytes), FileError::none);
+    EXPECT_EQ(bytes, "x");
+}
+
+// A longer path is refused: cut, it would be another e-mail's.
+TEST_F(WinFilesTest, PathsOf259CharactersAndNoMore)
+{
+    Text directory = scratch / u"";
+    while (directory.size() < 180) {
+        directory += u"\\" + Text(40, u'd');
+        ASSERT_TRUE(files.MakeDirectory(directory));
+    }
+    const Text longest = directory + u"\\" + Text(259 - directory.size() - 1, u'n');
+    EXPECT_EQ(files.Append(longest, "x"), FileError::none);
+    EXPECT_TRUE(files.FileExists(longest));
+    EXPECT_EQ(files.Append(longest + u"n", "y"), FileError::notFound);
+    EXPECT_EQ(files.ReadWhole(longest, bytes), FileError::none);
+    EXPECT_EQ(bytes, "x");
+    EXPECT_EQ(files.Rename(longest, longest + u"n"), FileError::notFound);
+    EXPECT_TRUE(files.FileExists(longest));
+    const Text tooLong = directory + u"\\" + Text(300, u'd');
+    EXPECT_FALSE(files.MakeDirectory(tooLong));
+    EXPECT_TRUE(files.ListEmlFiles(tooLong).empty());
+}
+
+TEST_F(WinFilesTest, NamesThatWindowsCannotHoldAreRefused)
+{
+    for (const Text name : {u"a?b", u"a*b", u"a<b", u"a|b"}) {
+        EXPECT_EQ(files.Append(scratch / name, "x"), FileError::notFound) << ToUtf8(name);
+        EXPECT_FALSE(files.FileExists(scratch / name));
+        EXPECT_FALSE(files.MakeDirectory(scratch / name));
+    }
+    EXPECT_EQ(files.Append(u"Q:\\no\\drive", "x"), FileError::notFound);
+}
+
+// Asked for "*.*eml", Windows gives this file for the sake of its short name.
+TEST_F(WinFilesTest, ShortNamesDoNotMakeAnEmail)
+{
+    std::ofstream(scratch.Path() / "message number one.eml_old") << "x";
+    std::ofstream(scratch.Path() / "message number one.emlx") << "x";
+    EXPECT_TRUE(files.ListEmlFiles(scratch / u"").empty());
+    EXPECT_TRUE(files.ListEmlFiles(u"").empty()); // and not the root of the drive
+}

@@ -1,0 +1,115 @@
+#include "platform/posix/CodePage1252.h"
+#include "platform/posix/EnglishLocale.h"
+#include "platform/win32/WideText.h"
+#include "platform/win32/WinClock.h"
+#include "platform/win32/WinCodePage.h"
+#include "platform/win32/WinLocale.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <oleauto.h>
+
+namespace {
+
+constexpr double kMorning = 39175 + 10.25 / 24; // 3 April 2007 10:15
+
+Text UserSetting(LCTYPE type)
+{
+    wchar_t value[80] = L"";
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, type, value, 80);
+    return FromWide(value);
+}
+
+} // namespace
+
+TEST(WinLocale, DatesAreThoseOfTheUser)
+{
+    const struct {
+        const char16_t *shortDate, *time;
+        const char16_t *morning, *midnight;
+        double readBack; // of 03/04/2007
+    } cases[] = {
+        {u"dd/MM/yyyy", u"HH:mm:ss", u"03/04/2007 10:15:00", u"03/04/2007", 39175},
+        {u"M/d/yyyy", u"h:mm:ss tt", u"4/3/2007 10:15:00 AM", u"4/3/2007", 39145},
+    };
+    WinLocale locale;
+    bool known = false;
+    for (const auto& c : cases) {
+        if (UserSetting(LOCALE_SSHORTDATE) != c.shortDate || UserSetting(LOCALE_STIMEFORMAT) != c.time)
+            continue;
+        known = true;
+        EXPECT_EQ(locale.DateText(kMorning), c.morning);
+        EXPECT_EQ(locale.DateText(39175), c.midnight); // no time at midnight
+        EXPECT_NEAR(locale.ParseDateText(u"03/04/2007 10:15").value_or(0), c.readBack + 10.25 / 24, 1e-9);
+        EXPECT_NEAR(locale.ParseDateText(u"03/04/2007").value_or(0), c.readBack, 1e-9);
+        EXPECT_NEAR(locale.ParseDateText(c.morning).value_or(0), kMorning, 1e-9);
+    }
+    if (!known) GTEST_SKIP() << "dates of another kind: " << ToUtf8(UserSetting(LOCALE_SSHORTDATE));
+}
+
+TEST(WinLocale, RefusesWhatIsNoDate)
+{
+    WinLocale locale;
+    for (const Text& text : {Text(u""), Text(u"hello"), Text(u"32/13/2007"), Text(u"2007-04-03\0", 11)})
+        EXPECT_FALSE(locale.ParseDateText(text).has_value()) << ToUtf8(text);
+    EXPECT_NEAR(locale.ParseDateText(u"2007-04-03 10:15").value_or(0), kMorning, 1e-9); // in every locale
+    EXPECT_EQ(locale.DateText(1e9), u"");
+}
+
+TEST(WinLocale, NamesOfAnEnglishUserAreThoseOfTheFixedLocale)
+{
+    if (PRIMARYLANGID(GetUserDefaultLangID()) != LANG_ENGLISH) GTEST_SKIP() << "not English";
+    WinLocale locale;
+    EnglishLocale english;
+    for (int month = 0; month <= 13; ++month) {
+        EXPECT_EQ(locale.MonthName(month, false), english.MonthName(month, false));
+        EXPECT_EQ(locale.MonthName(month, true), english.MonthName(month, true));
+    }
+    for (int day = -1; day <= 7; ++day)
+        EXPECT_EQ(locale.ShortWeekdayName(day), english.ShortWeekdayName(day));
+}
+
+TEST(WinCodePage, AgreesWithTheFixedTable)
+{
+    if (GetACP() != 1252) GTEST_SKIP() << "code page " << GetACP();
+    WinCodePage page;
+    CodePage1252 fixed;
+    std::string all;
+    for (int number = 0; number < 256; ++number) all += static_cast<char>(number);
+    EXPECT_EQ(page.FromAnsi(all), fixed.FromAnsi(all));
+    EXPECT_EQ(page.ToAnsi(fixed.FromAnsi(all)), all);
+    // The fixed table gives "?" for whatever the system only fits a look-alike to.
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+        const Text text(1, static_cast<char16_t>(unit));
+        const std::string ansi = page.ToAnsi(text);
+        const bool survives = page.FromAnsi(ansi) == text;
+        EXPECT_EQ(fixed.ToAnsi(text), survives ? ansi : "?") << unit;
+    }
+    EXPECT_EQ(page.ToAnsi(u"a\U0001F600b"), "a??b");
+}
+
+TEST(WinCodePage, ConvertsUtf8AndTextsOfAnyLength)
+{
+    WinCodePage page;
+    EXPECT_EQ(page.FromUtf8Bytes("a \xC2\xA3 \xE6\x97\xA5 \xF0\x9F\x98\x80"), u"a \u00A3 \u65E5 \U0001F600");
+    EXPECT_EQ(page.FromUtf8Bytes(""), u"");
+    EXPECT_EQ(page.FromAnsi("") + FromUtf8(page.ToAnsi(u"")), u"");
+    const std::string large(3 << 20, 'x');
+    EXPECT_TRUE(page.ToAnsi(page.FromAnsi(large)) == large);
+    EXPECT_EQ(page.FromAnsi(std::string("a\0b", 3)), Text(u"a\0b", 3));
+}
+
+TEST(WinClock, IsLocalTime)
+{
+    SYSTEMTIME utc;
+    double now = 0;
+    GetSystemTime(&utc);
+    SystemTimeToVariantTime(&utc, &now);
+    TIME_ZONE_INFORMATION zone;
+    const bool summer = GetTimeZoneInformation(&zone) == TIME_ZONE_ID_DAYLIGHT;
+    const LONG bias = zone.Bias + (summer ? zone.DaylightBias : zone.StandardBias);
+    WinClock clock;
+    EXPECT_NEAR(clock.LocalNow(), now - bias / 1440.0, 5.0 / 86400);
+    EXPECT_EQ(clock.IsDaylightSavingNow(), summer);
+}
