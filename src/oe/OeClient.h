@@ -53,14 +53,14 @@ struct OeClient {
     OeSettings& settings;
     RunFlags& flags;
 
-    OeHandles handles;
-    std::vector<ListColumn> columns; // in the order the user sees them
+    OeHandles handles{};
+    std::vector<ListColumn> columns{}; // in the order the user sees them
     bool columnsKnown = false;
-    std::vector<OeFolder> lstTree; // depth first
+    std::vector<OeFolder> lstTree{}; // depth first
     std::int32_t currentEmailId = -1; // row that GetMessageDetails read last; -1: none
     bool detailsFound = false;
     int subjectPosition = 0; // column index of "Subject", plus 1
-    std::vector<EmailEntry> folderEntries;
+    std::vector<EmailEntry> folderEntries{};
 };
 
 // The one way to wait: asks the condition, then up to `tries` times sleeps, lets the window live, and asks

@@ -30,7 +30,7 @@ std::vector<std::int32_t> ReadColumnOrder(OeClient& client, std::int32_t count)
     std::vector<std::int32_t> order(static_cast<std::size_t>(count));
     const auto bytes = static_cast<std::uint32_t>(order.size() * sizeof order[0]);
     const RemoteAddress block = RemoteAlloc(client.memory, client.handles.listView, bytes);
-    RemoteWrite(client.memory, block, order.data(), bytes);
+    (void)RemoteWrite(client.memory, block, order.data(), bytes); // zeros either way
     client.desktop.Send(client.handles.listView, message::kListColumnOrder, count, Param(block));
     RemoteRead(client.memory, block, order.data(), bytes);
     RemoteFree(client.memory, block);
@@ -80,8 +80,9 @@ void ReadListColumns(OeClient& client)
         item.mask = kHeaderItemText;
         item.text = textBlock;
         item.textMax = kHeaderTextBytes;
-        RemoteWrite(memory, itemBlock, &item, sizeof item);
-        const bool answered = client.desktop.Send(header, message::kHeaderItemA, order[place], Param(itemBlock)) != 0;
+        const bool answered =
+            RemoteWrite(memory, itemBlock, &item, sizeof item) &&
+            client.desktop.Send(header, message::kHeaderItemA, order[place], Param(itemBlock)) != 0;
         std::array<char, kHeaderTextBytes> title{};
         if (answered) RemoteRead(memory, textBlock, title.data(), kHeaderTextBytes);
         ListColumn& column = client.columns[place];
@@ -121,10 +122,10 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
         request.subItem = static_cast<std::uint32_t>(column);
         request.text = textBlock;
         request.textMax = kTextBytes;
-        RemoteWrite(memory, itemBlock, &request, sizeof request);
-        // The text block needs no clearing: it is zero when fresh, and later a list that answers fills it.
-        // One that does not answer left the cell before in it, which must not pass for this one.
-        if (client.desktop.Send(list, message::kListItemW, 0, Param(itemBlock)) != 0)
+        // The text block needs no clearing: it is zero when fresh, and later a list that answers fills it. If
+        // it is not asked or does not answer, the block holds the cell before, which must not pass for this.
+        if (RemoteWrite(memory, itemBlock, &request, sizeof request) &&
+            client.desktop.Send(list, message::kListItemW, 0, Param(itemBlock)) != 0)
             texts[column] = buffer.Receive(memory, textBlock);
     }
     RemoteFree(memory, textBlock);
@@ -149,8 +150,8 @@ void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state)
     request.mask = kListItemState;
     request.state = state;
     request.stateMask = kFocused | kSelected;
-    RemoteWrite(client.memory, block, &request, sizeof request);
-    const bool done = client.desktop.Send(list, message::kListSetItemState, item, Param(block)) != 0;
+    const bool done = RemoteWrite(client.memory, block, &request, sizeof request) &&
+                      client.desktop.Send(list, message::kListSetItemState, item, Param(block)) != 0;
     RemoteFree(client.memory, block);
     client.desktop.Send(list, message::kListEnsureVisible, item, 0);
     if (!done) client.reporter.LogLine(u"Listview select failed", Record::no);

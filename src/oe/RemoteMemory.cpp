@@ -1,6 +1,5 @@
 #include "oe/RemoteMemory.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -24,19 +23,19 @@ RemoteAddress RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32
         memory.sharedHandle = memory.api.CreateSharedMapping(size);
         return memory.api.MapView(memory.sharedHandle);
     }
-    memory.sharedHandle = memory.api.OpenProcessHandle(kAccess, memory.api.ProcessIdOf(window));
+    const std::uint32_t processId = memory.api.ProcessIdOf(window);
+    memory.sharedHandle = memory.api.OpenProcessHandle(kAccess, processId);
     const RemoteAddress address = memory.api.AllocateIn(memory.sharedHandle, size);
-    if (memory.sharedHandle != 0) memory.blocks.push_back({address, memory.sharedHandle});
+    if (memory.sharedHandle != 0) memory.blocks.push_back({address, memory.sharedHandle, processId});
     return address;
 }
 
-void RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source, std::uint32_t size)
+bool RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source, std::uint32_t size)
 {
-    if (IsNtPlatform(memory)) {
-        (void)memory.api.Write(memory.sharedHandle, address, source, size);
-    } else if (address != RemoteAddress::none) {
-        memory.api.MoveIn(address, source, size);
-    }
+    if (IsNtPlatform(memory)) return memory.api.Write(memory.sharedHandle, address, source, size);
+    if (address == RemoteAddress::none) return false;
+    memory.api.MoveIn(address, source, size);
+    return true;
 }
 
 void RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size)
@@ -61,17 +60,30 @@ void RemoteFree(RemoteMemory& memory, RemoteAddress address)
     }
     const bool freed = memory.api.FreeIn(memory.sharedHandle, address);
     const bool closed = memory.api.Close(memory.sharedHandle);
-    const auto done = [&](const RemoteMemory::Block& block) {
-        return block.process == memory.sharedHandle && block.address == address && freed && closed;
-    };
-    memory.blocks.erase(std::remove_if(memory.blocks.begin(), memory.blocks.end(), done), memory.blocks.end());
+    for (RemoteMemory::Block& block : memory.blocks) {
+        if (freed && block.address == address) block.address = RemoteAddress::none;
+        if (closed && block.process == memory.sharedHandle) block.process = 0;
+    }
+    std::erase_if(memory.blocks, [](const RemoteMemory::Block& block) {
+        return block.address == RemoteAddress::none && block.process == 0;
+    });
 }
 
 void SweepRemoteMemory(RemoteMemory& memory)
 {
+    std::uint32_t processId = 0; // that `own` belongs to; as a rule all blocks lie in one process
+    std::int32_t own = 0;
     for (const RemoteMemory::Block& block : memory.blocks) {
-        if (block.address != RemoteAddress::none) (void)memory.api.FreeIn(block.process, block.address);
-        (void)memory.api.Close(block.process);
+        if (block.address != RemoteAddress::none) {
+            if (own == 0 || block.processId != processId) {
+                if (own != 0) (void)memory.api.Close(own);
+                processId = block.processId;
+                own = memory.api.OpenProcessHandle(kAccess, processId);
+            }
+            (void)memory.api.FreeIn(own, block.address);
+        }
+        if (block.process != 0) (void)memory.api.Close(block.process);
     }
+    if (own != 0) (void)memory.api.Close(own);
     memory.blocks.clear();
 }

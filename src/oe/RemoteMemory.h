@@ -14,23 +14,25 @@ struct RemoteMemory {
     explicit RemoteMemory(ProcessApi& processApi) : api(processApi) {}
 
     struct Block {
-        RemoteAddress address;
-        std::int32_t process; // handle it was allocated with
+        RemoteAddress address; // none: released, or never had
+        std::int32_t process;  // handle it was allocated with; 0: closed
+        std::uint32_t processId;
     };
 
     ProcessApi& api;
     bool platformChecked = false;
     bool platformIsNt = false;
     std::int32_t sharedHandle = 0;
-    std::vector<Block> blocks; // allocated on the NT path and not released yet
+    std::vector<Block> blocks; // on the NT path: what is not released or not closed yet
 };
 
 bool IsNtPlatform(RemoteMemory& memory);
 RemoteAddress RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32_t size);
-void RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source, std::uint32_t size);
+// False when nothing was written: the block then still holds the structure of the request before.
+bool RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source, std::uint32_t size);
 void RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size);
 void RemoteFree(RemoteMemory& memory, RemoteAddress address);
 
-// Releases what stayed behind, each block with its own handle. To be called between operations: a left block
+// Releases what stayed behind, with a handle of its own. To be called between operations: a left block
 // takes 64 KB of the client's address space, so that some 30,000 of them would bring it down.
 void SweepRemoteMemory(RemoteMemory& memory);

@@ -105,7 +105,7 @@ TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t i
     request.item = item;
     request.text = textBlock;
     request.textMax = kTextBytes;
-    RemoteWrite(memory, itemBlock, &request, sizeof request);
+    (void)RemoteWrite(memory, itemBlock, &request, sizeof request); // both blocks are zero until it succeeds
     client.desktop.Send(tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock));
     RemoteRead(memory, itemBlock, &request, sizeof request);
     TextBuffer buffer;

@@ -1,0 +1,352 @@
+#include "tests/support/FakeClient.h"
+
+#include "oe/RemoteControls.h"
+#include "platform/posix/CodePage1252.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+constexpr std::uint32_t kPage = 4096; // allocations take whole pages, as Windows has it
+constexpr std::int32_t kFirstItem = 0x00350000;
+} // namespace
+
+FakeClient::FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree)
+    : folders(std::move(folderTree)), saveTo_(saveTo)
+{
+    for (std::size_t i = 0; i < folders.size(); ++i)
+        folders[i].item = kFirstItem + static_cast<std::int32_t>(i) * 0x40;
+    main_ = AddWindow(u"Outlook Express Browser Class", u"", 0);
+    const WindowHandle pane = AddWindow(u"Outlook Express Navigation Pane", u"", main_);
+    const WindowHandle frame = AddWindow(u"Outlook Express Pane Frame", u"Folders", pane);
+    const WindowHandle holder = AddWindow(u"ThorTreeViewWndClass", u"", frame);
+    tree_ = AddWindow(u"SysTreeView32", u"Folder List", holder);
+    view_ = AddWindow(u"Outlook Express Message View", u"", main_);
+    if (!folders.empty()) ShowFolder(0);
+}
+
+WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, WindowHandle parent)
+{
+    const WindowHandle window = nextWindow_;
+    nextWindow_ += 2;
+    windows_[window] = {className, caption, parent};
+    order_.push_back(window);
+    return window;
+}
+
+void FakeClient::RemoveWindow(WindowHandle window)
+{
+    for (const WindowHandle each : std::vector<WindowHandle>(order_))
+        if (windows_.count(each) && windows_[each].parent == window && window != 0) RemoveWindow(each);
+    windows_.erase(window);
+    order_.erase(std::remove(order_.begin(), order_.end(), window), order_.end());
+}
+
+void FakeClient::ShowFolder(int index)
+{
+    if (!keepsList || list_ == 0) {
+        for (const WindowHandle each : std::vector<WindowHandle>(order_))
+            if (windows_.count(each) && windows_[each].parent == view_) RemoveWindow(each);
+        const WindowHandle messageList = AddWindow(u"Outlook Express Message List", u"", view_);
+        list_ = AddWindow(u"ATL:SysListView32", u"", messageList);
+        header_ = AddWindow(u"SysHeader32", u"", list_);
+    }
+    shown = index;
+    selected = {0};
+    windows_[main_].caption = folders[static_cast<std::size_t>(index)].name + u" - Outlook Express";
+}
+
+void FakeClient::Close()
+{
+    windows_.clear();
+    order_.clear();
+}
+
+WindowHandle FakeClient::Find(const Text& className) const
+{
+    for (const WindowHandle window : order_)
+        if (windows_.at(window).className == className) return window;
+    return 0;
+}
+
+void FakeClient::EnumTopWindows(const Visit& visit)
+{
+    for (const WindowHandle window : std::vector<WindowHandle>(order_))
+        if (windows_[window].parent == 0 && !visit(window)) return;
+}
+
+void FakeClient::EnumDescendants(WindowHandle parent, const Visit& visit)
+{
+    if (parent == 0) return EnumTopWindows(visit);
+    for (const WindowHandle window : std::vector<WindowHandle>(order_)) {
+        WindowHandle above = windows_[window].parent;
+        while (above != 0 && above != parent) above = windows_[above].parent;
+        if (above == parent && !visit(window)) return;
+    }
+}
+
+Text FakeClient::ClassOf(WindowHandle window, int bufferSize)
+{
+    return windows_.count(window) ? windows_[window].className.substr(0, static_cast<std::size_t>(bufferSize) - 1)
+                                  : Text();
+}
+
+Text FakeClient::CaptionOf(WindowHandle window, int bufferSize)
+{
+    return windows_.count(window) ? windows_[window].caption.substr(0, static_cast<std::size_t>(bufferSize) - 1)
+                                  : Text();
+}
+
+WindowHandle FakeClient::ParentOf(WindowHandle window)
+{
+    return windows_.count(window) ? windows_[window].parent : 0;
+}
+
+std::int32_t FakeClient::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
+{
+    if (!windows_.count(window)) return 0;
+    if (message == message::kKeyDown) keys.emplace_back(window, wParam);
+    if (window == tree_) return TreeMessage(message, wParam, lParam);
+    if (window == list_) return ListMessage(message, wParam, lParam);
+    if (window == header_) return HeaderMessage(message, wParam, lParam);
+    if (message == message::kLeftUp && windows_[window].className == u"Button") {
+        if (windows_[window].caption == u"&Save") PressSave();
+        else if (!keepDialog) RemoveWindow(windows_[window].parent);
+    }
+    return 0;
+}
+
+std::int32_t FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
+{
+    if (window == edit_ && windows_.count(window)) typed_ = CodePage1252().FromAnsi(ansi);
+    return 1;
+}
+
+void FakeClient::Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t)
+{
+    if (window == main_ && message == message::kCommand && wParam == 40101) OpenDialog();
+}
+
+void FakeClient::Sleep(int milliseconds)
+{
+    ++sleeps;
+    sleptMilliseconds += milliseconds;
+    if (pendingFolder_ >= 0 && --pendingSleeps_ <= 0) ShowFolder(std::exchange(pendingFolder_, -1));
+}
+
+void FakeClient::OpenDialog()
+{
+    if (noDialog || !windows_.count(main_)) return;
+    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0);
+    AddWindow(u"Button", u"&Save", dialog);
+    AddWindow(u"Button", u"Cancel", dialog);
+    if (noCombo) return;
+    const WindowHandle outer = AddWindow(u"ComboBoxEx32", u"", dialog);
+    const WindowHandle combo = AddWindow(u"ComboBox", u"", outer);
+    if (!noEdit) edit_ = AddWindow(u"Edit", u"", combo);
+}
+
+void FakeClient::PressSave()
+{
+    const int row = selected.empty() ? -1 : *selected.begin();
+    if (!saveNothing) {
+        saveTo_.AddFile(typed_, "mail");
+        saved.emplace_back(typed_, row);
+    }
+    if (!keepDialog) RemoveWindow(Find(u"#32770"));
+    if (onSave) onSave(static_cast<int>(saved.size()));
+    if (closeAfterSaves == static_cast<int>(saved.size())) Close();
+}
+
+const FakeFolder* FakeClient::FolderOf(std::int32_t item) const
+{
+    for (const FakeFolder& folder : folders)
+        if (folder.item == item && item != 0) return &folder;
+    return nullptr;
+}
+
+std::int32_t FakeClient::NextTreeItem(std::int32_t relation, std::int32_t item) const
+{
+    if (relation == 0) return folders.empty() ? 0 : folders.front().item;
+    if (relation == 9) return folders.empty() ? 0 : folders[static_cast<std::size_t>(shown)].item;
+    const FakeFolder* folder = FolderOf(item);
+    if (!folder) return 0;
+    for (const FakeFolder* next = folder + 1; next < folders.data() + folders.size(); ++next) {
+        if (relation == 4) return next->level == folder->level + 1 ? next->item : 0;
+        if (next->level < folder->level) return 0;
+        if (next->level == folder->level) return next->item;
+    }
+    return 0;
+}
+
+std::int32_t FakeClient::TreeMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
+{
+    if (message == message::kTreeNextItem) return NextTreeItem(wParam, lParam);
+    if (message == message::kTreeSelectItem) {
+        const FakeFolder* folder = FolderOf(lParam);
+        if (!folder || wParam != 9) return 0;
+        pendingFolder_ = static_cast<int>(folder - folders.data());
+        pendingSleeps_ = refreshAfter;
+        if (refreshAfter == 0) ShowFolder(std::exchange(pendingFolder_, -1));
+        return 1;
+    }
+    if (message != message::kTreeItemW) return 0;
+    auto* item = reinterpret_cast<RemoteTreeItem*>(
+        Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteTreeItem), "tree item"));
+    if (!item) return 0;
+    const FakeFolder* folder = FolderOf(item->item);
+    if (!folder) return 0;
+    item->children = NextTreeItem(4, folder->item) != 0 ? 1 : 0;
+    PutText(item->text, folder->name, item->textMax);
+    return 1;
+}
+
+std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
+{
+    const std::vector<std::vector<Text>>& rows = folders[static_cast<std::size_t>(shown)].rows;
+    const auto rowCount = static_cast<std::int32_t>(rows.size());
+    switch (message) {
+    case message::kListItemCount: return rowCount;
+    case message::kListHeader: return header_;
+    case message::kListSelectedCount: return rowCount == 0 ? 0 : static_cast<std::int32_t>(selected.size());
+    case message::kListNextItem: return rowCount == 0 || selected.empty() ? -1 : *selected.begin();
+    case message::kListColumnOrder:
+        if (char* order = Bytes(static_cast<std::uint32_t>(lParam), columnOrder.size() * 4, "column order"))
+            std::memcpy(order, columnOrder.data(), columnOrder.size() * 4);
+        return 1;
+    case message::kKeyDown:
+        if (wParam == 0x24) selected = {0};
+        if (wParam == 40 && !ignoreDownKey)
+            selected = {std::min(selected.empty() ? 0 : *selected.begin() + 1, rowCount - 1)};
+        return 0;
+    case message::kListSetItemState: {
+        const auto* item = reinterpret_cast<RemoteListItem*>(
+            Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteListItem), "list item state"));
+        if (!item) return 0;
+        if (wParam == -1 && item->state == 0) selected.clear();
+        if (wParam >= 0 && (item->state & 2)) selected.insert(wParam);
+        return 1;
+    }
+    case message::kListItemW: break;
+    default: return 0;
+    }
+    const auto* item = reinterpret_cast<RemoteListItem*>(
+        Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteListItem), "list item"));
+    if (!item || item->item >= rows.size()) return 0;
+    const std::vector<Text>& row = rows[item->item];
+    PutText(item->text, item->subItem < row.size() ? row[item->subItem] : Text(), item->textMax);
+    return 1;
+}
+
+std::int32_t FakeClient::HeaderMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
+{
+    if (message == message::kHeaderItemCount) return static_cast<std::int32_t>(columnTitles.size());
+    if (message != message::kHeaderItemA) return 0;
+    auto* item = reinterpret_cast<RemoteHeaderItem*>(
+        Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteHeaderItem), "header item"));
+    if (!item || wParam < 0 || wParam >= static_cast<std::int32_t>(columnTitles.size())) return 0;
+    const std::string title = CodePage1252().ToAnsi(columnTitles[static_cast<std::size_t>(wParam)]);
+    const std::size_t length = std::min<std::size_t>(title.size() + 1, static_cast<std::size_t>(item->textMax));
+    if (char* to = Bytes(static_cast<std::uint32_t>(item->text), length, "header text"))
+        std::memcpy(to, title.c_str(), length);
+    return 1;
+}
+
+char* FakeClient::Bytes(std::uint32_t address, std::size_t size, const char* what)
+{
+    if (address == 0) return nullptr; // a null pointer: the control answers nothing
+    for (auto& [start, bytes] : blocks_)
+        if (address >= start && address + size <= start + bytes.size()) return bytes.data() + (address - start);
+    ADD_FAILURE() << "the client was given a bad address for: " << what;
+    return nullptr;
+}
+
+void FakeClient::PutText(RemoteAddress address, const Text& text, std::int32_t textMax)
+{
+    const Text cut = text.substr(0, static_cast<std::size_t>(textMax) - 1) + u'\0';
+    if (char* to = Bytes(static_cast<std::uint32_t>(address), cut.size() * 2, "text"))
+        std::memcpy(to, cut.data(), cut.size() * 2);
+}
+
+bool FakeClient::Note(const std::string& call)
+{
+    calls.push_back(call);
+    return calls.size() != failAt;
+}
+
+bool FakeClient::GetPlatformId(std::uint32_t& platformId)
+{
+    if (platformFailures-- > 0) return false;
+    platformId = platform;
+    return true;
+}
+
+std::int32_t FakeClient::OpenProcessHandle(std::uint32_t access, std::uint32_t processId)
+{
+    EXPECT_EQ(access, 0x38u);
+    if (!Note("open") || processId != kProcess) return 0;
+    nextHandle_ += 4;
+    handles_.insert(nextHandle_);
+    return nextHandle_;
+}
+
+RemoteAddress FakeClient::AllocateIn(std::int32_t process, std::uint32_t size)
+{
+    if (!Note("alloc " + std::to_string(size)) || !IsOpen(process)) return RemoteAddress::none;
+    nextBlock_ += 0x10000;
+    blocks_[nextBlock_].assign((size + kPage - 1) / kPage * kPage, '\0');
+    return static_cast<RemoteAddress>(nextBlock_);
+}
+
+bool FakeClient::Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size)
+{
+    if (!Note("write " + std::to_string(size)) || !IsOpen(process)) return false;
+    char* bytes = Bytes(static_cast<std::uint32_t>(to), size, "write");
+    if (bytes) std::memcpy(bytes, from, size);
+    return bytes != nullptr;
+}
+
+bool FakeClient::Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size)
+{
+    if (!Note("read " + std::to_string(size)) || !IsOpen(process)) return false;
+    const char* bytes = Bytes(static_cast<std::uint32_t>(from), size, "read");
+    if (bytes) std::memcpy(to, bytes, size);
+    return bytes != nullptr;
+}
+
+bool FakeClient::FreeIn(std::int32_t process, RemoteAddress address)
+{
+    if (!Note("free") || !IsOpen(process)) return false;
+    return blocks_.erase(static_cast<std::uint32_t>(address)) != 0;
+}
+
+bool FakeClient::Close(std::int32_t handle)
+{
+    return Note("close") && handles_.erase(handle) != 0;
+}
+
+std::int32_t FakeClient::CreateSharedMapping(std::uint32_t size)
+{
+    if (!Note("map " + std::to_string(size))) return 0;
+    nextHandle_ += 4;
+    handles_.insert(nextHandle_);
+    nextBlock_ += 0x10000;
+    blocks_[nextBlock_].assign((size + kPage - 1) / kPage * kPage, '\0');
+    return nextHandle_;
+}
+
+RemoteAddress FakeClient::MapView(std::int32_t mapping)
+{
+    return Note("view") && IsOpen(mapping) ? static_cast<RemoteAddress>(nextBlock_) : RemoteAddress::none;
+}
+
+void FakeClient::MoveIn(RemoteAddress to, const void* from, std::uint32_t size)
+{
+    if (char* bytes = Bytes(static_cast<std::uint32_t>(to), size, "move in")) std::memcpy(bytes, from, size);
+}
+
+void FakeClient::MoveOut(void* to, RemoteAddress from, std::uint32_t size)
+{
+    if (const char* bytes = Bytes(static_cast<std::uint32_t>(from), size, "move out")) std::memcpy(to, bytes, size);
+}

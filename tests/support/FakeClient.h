@@ -1,0 +1,112 @@
+// FakeClient.h: a mail client made of data: windows, a folder tree, a message list and a Save dialog in a
+// process of its own. Its memory is reached through the calls for foreign memory alone, each of them checked:
+// a block that was freed, a handle that was closed or a structure that is too short fails the test.
+#pragma once
+#include "platform/CodePage.h"
+#include "platform/ProcessApi.h"
+#include "tests/support/FakeFiles.h"
+
+#include <map>
+#include <set>
+#include <vector>
+
+struct FakeFolder {
+    Text name;
+    int level = 0;                         // 0 for the root
+    std::vector<std::vector<Text>> rows;   // by column index
+    std::int32_t item = 0;                 // set by the client
+};
+
+class FakeClient : public Desktop, public ProcessApi {
+public:
+    FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree);
+
+    // What it shows and how it behaves; to be changed at will between calls.
+    std::vector<Text> columnTitles{u"!", u"From", u"Subject", u"Received", u"Sent", u"To"};
+    std::vector<std::int32_t> columnOrder{0, 1, 2, 3, 4, 5};
+    std::vector<FakeFolder> folders;
+    int shown = 0;                      // index in folders
+    std::set<std::int32_t> selected{0}; // rows
+    int refreshAfter = 0;               // sleeps between selecting a folder and the new list
+    bool keepsList = false;             // the list is filled anew instead of rebuilt
+    bool ignoreDownKey = false, noDialog = false, noCombo = false, noEdit = false, saveNothing = false;
+    bool keepDialog = false;            // it stays open after Save and after Cancel
+    int closeAfterSaves = -1;           // the client ends itself
+    std::function<void(int saves)> onSave;
+
+    // What was seen.
+    std::vector<std::string> calls;     // of ProcessApi
+    std::size_t failAt = 0;             // the failAt-th of them is refused
+    int sleeps = 0, sleptMilliseconds = 0;
+    std::vector<std::pair<Text, int>> saved; // path, row
+    std::vector<std::pair<WindowHandle, std::int32_t>> keys; // key-down messages
+
+    void ShowFolder(int index);         // at once: new list, new handles
+    void Close();                       // every window goes
+    WindowHandle Find(const Text& className) const; // 0 when there is none
+    std::size_t LiveBlocks() const { return blocks_.size(); }
+    std::size_t OpenHandles() const { return handles_.size(); }
+
+    // Desktop
+    void EnumTopWindows(const Visit& visit) override;
+    void EnumDescendants(WindowHandle parent, const Visit& visit) override;
+    Text ClassOf(WindowHandle window, int bufferSize) override;
+    Text CaptionOf(WindowHandle window, int bufferSize) override;
+    WindowHandle ParentOf(WindowHandle window) override;
+    std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
+    std::int32_t SendSetText(WindowHandle window, const std::string& ansi) override;
+    void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
+    void BringToForeground(WindowHandle) override {}
+    void TypeSaveAsKeys() override { OpenDialog(); }
+    void Sleep(int milliseconds) override;
+
+    // ProcessApi
+    bool GetPlatformId(std::uint32_t& platformId) override;
+    std::uint32_t ProcessIdOf(WindowHandle window) override { return windows_.count(window) ? kProcess : 0; }
+    std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId) override;
+    RemoteAddress AllocateIn(std::int32_t process, std::uint32_t size) override;
+    bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) override;
+    bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) override;
+    bool FreeIn(std::int32_t process, RemoteAddress address) override;
+    bool Close(std::int32_t handle) override;
+    std::int32_t CreateSharedMapping(std::uint32_t size) override;
+    RemoteAddress MapView(std::int32_t mapping) override;
+    bool UnmapView(const void*) override { return false; }
+    void MoveIn(RemoteAddress to, const void* from, std::uint32_t size) override;
+    void MoveOut(void* to, RemoteAddress from, std::uint32_t size) override;
+
+    std::uint32_t platform = 2;     // VER_PLATFORM_WIN32_NT
+    int platformFailures = 0;       // so many asks fail first
+
+private:
+    static constexpr std::uint32_t kProcess = 4711;
+    struct Window {
+        Text className, caption;
+        WindowHandle parent;
+    };
+
+    WindowHandle AddWindow(const Text& className, const Text& caption, WindowHandle parent);
+    void RemoveWindow(WindowHandle window);
+    void OpenDialog();
+    void PressSave();
+    std::int32_t TreeMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
+    std::int32_t ListMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
+    std::int32_t HeaderMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
+    std::int32_t NextTreeItem(std::int32_t relation, std::int32_t item) const;
+    const FakeFolder* FolderOf(std::int32_t item) const;
+    char* Bytes(std::uint32_t address, std::size_t size, const char* what); // null: fails the test
+    void PutText(RemoteAddress address, const Text& text, std::int32_t textMax);
+    bool Note(const std::string& call);
+    bool IsOpen(std::int32_t handle) const { return handles_.count(handle) != 0; }
+
+    FakeFiles& saveTo_;
+    std::map<WindowHandle, Window> windows_;
+    std::vector<WindowHandle> order_;
+    WindowHandle nextWindow_ = 0x10010, main_ = 0, view_ = 0, list_ = 0, header_ = 0, tree_ = 0, edit_ = 0;
+    Text typed_;
+    int pendingFolder_ = -1, pendingSleeps_ = 0;
+    std::map<std::uint32_t, std::vector<char>> blocks_;
+    std::set<std::int32_t> handles_;
+    std::uint32_t nextBlock_ = 0x00A00000;
+    std::int32_t nextHandle_ = 0x104;
+};

@@ -1,0 +1,31 @@
+// FakeFiles.h: a file system in memory with Windows paths and names that ignore letter case.
+#pragma once
+#include "tests/support/NoFiles.h"
+
+#include <map>
+#include <set>
+
+struct FakeFiles : NoFiles {
+    std::map<Text, std::string> files; // by folded path
+    std::set<Text> directories;        // likewise, without a separator at the end
+    std::set<Text> refused;            // directories that cannot be made
+
+    static Text Key(Text path)
+    {
+        while (!path.empty() && path.back() == u'\\') path.pop_back();
+        return FoldCase(path);
+    }
+    void AddFile(const Text& path, std::string bytes = "x") { files[Key(path)] = std::move(bytes); }
+
+    bool FileExists(const Text& path) override { return files.count(Key(path)) != 0; }
+    bool DirectoryExists(const Text& path) override { return directories.count(Key(path)) != 0; }
+    bool MakeDirectory(const Text& path) override
+    {
+        if (refused.count(Key(path))) return false;
+        const Text key = Key(path);
+        const Text parent = key.substr(0, key.rfind(u'\\'));
+        if (!directories.count(parent)) return false; // one level only
+        directories.insert(key);
+        return true;
+    }
+};

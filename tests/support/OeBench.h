@@ -1,0 +1,36 @@
+// OeBench.h: a fake client, a recording window and the record that ties them together, for tests of oe/ and
+// folders/.
+#pragma once
+#include "oe/OeClient.h"
+#include "platform/posix/CodePage1252.h"
+#include "platform/posix/EnglishLocale.h"
+#include "tests/support/FakeClient.h"
+#include "tests/support/RecordingView.h"
+
+struct FixedClock : Clock {
+    double now = 39175.5; // 3 April 2007 12:00
+    bool daylightSaving = false;
+    double LocalNow() override { return now; }
+    bool IsDaylightSavingNow() override { return daylightSaving; }
+};
+
+// A row for the columns "!", From, Subject, Received, Sent, To.
+inline std::vector<Text> MailRow(const Text& subject, const Text& sent = u"03/04/2007 10:15")
+{
+    return {u"", u"Ann Archer", subject, u"03/04/2007 10:16", sent, u"bob@example.com"};
+}
+
+struct OeBench {
+    explicit OeBench(std::vector<FakeFolder> folders) : fake(files, std::move(folders)) {}
+
+    FakeFiles files;
+    FakeClient fake;
+    CodePage1252 codePage;
+    EnglishLocale locale;
+    FixedClock clock;
+    clsCRC crc{codePage};
+    RecordingView view;
+    OeSettings settings;
+    RunFlags flags;
+    OeClient client{fake, RemoteMemory(fake), files, codePage, locale, clock, crc, view, settings, flags};
+};

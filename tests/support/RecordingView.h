@@ -1,0 +1,48 @@
+// RecordingView.h: a window that writes down what it is told to show.
+#pragma once
+#include "folders/RunView.h"
+
+#include <functional>
+#include <map>
+
+struct RecordingView : RunView {
+    RunOptions options;
+    std::vector<Text> log;   // recorded lines
+    std::vector<Text> shown; // lines of the display alone
+    std::vector<Text> boxes, lines, paths;
+    std::vector<FolderNode> tree;
+    std::map<Statistic, Text> statistics;
+    std::vector<std::pair<Bar, int>> percentages;
+    Text currentFolder, summary;
+    int selectedLine = -2, tab = -1;
+    bool unlocked = false;
+    StopButtons stopButtons = StopButtons::shown;
+    std::function<void()> onEvents;
+
+    void LogLine(const Text& message, Record record) override
+    {
+        (record == Record::yes ? log : shown).push_back(message);
+    }
+    void ShowText(const Text& text) override { shown.push_back(text); }
+    void ShowBox(BoxIcon, const Text& words) override { boxes.push_back(words); }
+    void ProcessEvents() override
+    {
+        if (onEvents) onEvents();
+    }
+    RunOptions Options() override { return options; }
+    void ShowStatistic(Statistic which, const Text& text) override { statistics[which] = text; }
+    void ShowPercentage(Bar bar, int percent) override { percentages.emplace_back(bar, percent); }
+    void ShowTab(Tab which) override { tab = static_cast<int>(which); }
+    void ShowStopButtons(StopButtons state) override { stopButtons = state; }
+    void ShowCurrentFolder(const Text& fullName) override { currentFolder = fullName; }
+    void SetSummary(const Text& text) override { summary = text; }
+    void ShowFolderTree(const std::vector<FolderNode>& nodes) override { tree = nodes; }
+    void MarkFolderNode(const Text&, const Text&) override {}
+    void ShowFolderLists(const std::vector<Text>& newLines, const std::vector<Text>& newPaths) override
+    {
+        lines = newLines;
+        paths = newPaths;
+    }
+    void SelectFolderLine(int index) override { selectedLine = index; }
+    void UnlockCommands() override { unlocked = true; }
+};

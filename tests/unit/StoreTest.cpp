@@ -1,0 +1,92 @@
+// StoreTest.cpp: checksums, the identity of e-mails, and what is asked of the database of saved ones.
+#include "platform/posix/CodePage1252.h"
+#include "platform/posix/EnglishLocale.h"
+#include "store/Identity.h"
+#include "store/SavedEmails.h"
+#include "tests/support/FakeFiles.h"
+#include "tests/support/MemoryDatabase.h"
+
+#include <gtest/gtest.h>
+
+TEST(Store, ChecksumsMatchThePublishedCheckValues)
+{
+    CodePage1252 codePage;
+    clsCRC crc(codePage);
+    EXPECT_EQ(crc.Algorithm(), -1);
+    EXPECT_EQ(CrcText(crc.CalculateString(u"123456789")), u"CBF43926");
+    EXPECT_EQ(CrcText(crc.CalculateBytes("")), u"0");
+    EXPECT_EQ(CrcText(crc.CalculateString(u"\u20AC")), CrcText(crc.CalculateBytes("\x80"))) << "ANSI bytes";
+    crc.Clear();
+    crc.AddBytes("1234");
+    EXPECT_EQ(CrcText(crc.AddString(u"56789")), u"CBF43926") << "in two parts";
+    crc.SetValue(crc.Value());
+    EXPECT_NE(CrcText(crc.AddBytes("")), u"CBF43926") << "kept: not inverted on the way in";
+    crc.SetAlgorithm(0);
+    EXPECT_EQ(crc.Algorithm(), 0);
+    EXPECT_EQ(crc.CalculateString(u"123456789"), 0x31C3);
+}
+
+TEST(Store, CrcTextsHaveNoLeadingZeros)
+{
+    EXPECT_EQ(CrcText(0xABC), u"ABC");
+    EXPECT_EQ(CrcText(-1), u"FFFFFFFF");
+    EXPECT_EQ(CrcText(0), u"0");
+}
+
+TEST(Store, TheIdentityStringIsThatOfStoredRows)
+{
+    EnglishLocale locale;
+    EmailEntry entry;
+    entry.From = {u"ann@example.com", u"bob@example.com"};
+    entry.To = {u""};
+    entry.Subject = u"O'Brien + co";
+    entry.Received = 39175.0; // 3 April 2007, midnight
+    entry.Sent = 39175.5;
+    const Text dates = u"03/04/2007+03/04/2007 12:00:00+O'Brien + co+";
+    EXPECT_EQ(IdentityString(entry, locale), dates + u"ann@example.com|bob@example.com+");
+    entry.From = {u"", u"bob@example.com"};
+    entry.To = {u"c", u"", u"d"};
+    EXPECT_EQ(IdentityString(entry, locale), dates + u"+c||d") << "kept: an empty first sender hides the rest";
+}
+
+TEST(Store, ApostrophesAreDoubledInSqlAlone)
+{
+    MemoryRows rows;
+    SavedEmails saved{std::make_unique<MemoryDatabase>(rows)};
+    EmailEntry entry;
+    entry.Subject = u"It's";
+    entry.Crc = u"1A2B";
+    AddSavedEmail(saved, u"O'Brien", entry);
+    EXPECT_EQ(rows[0][u"efolder"], u"O'Brien");
+    EXPECT_EQ(rows[0][u"esubject"], u"It's");
+    EXPECT_TRUE(IsSaved(saved, u"1A2B", u"O'Brien"));
+    EXPECT_FALSE(IsSaved(saved, u"1A2C", u"O'Brien"));
+    auto& statements = static_cast<MemoryDatabase&>(*saved.database).statements;
+    EXPECT_EQ(statements[0], u"SELECT * FROM saved");
+    EXPECT_EQ(statements[1], u"SELECT * FROM saved WHERE (ecrc='1A2B') AND (efolder='O''Brien')");
+    IsSaved(saved, u"1A2B", u"");
+    EXPECT_EQ(statements.back(), u"SELECT * FROM saved WHERE ecrc='1A2B'");
+}
+
+TEST(Store, TheFirstEngineThatCanOpensTheDatabase)
+{
+    MemoryRows rows;
+    FakeFiles files;
+    std::vector<Text> created;
+    const DatabaseMaker refuses{[](const Text&) { throw DatabaseError(u"no create"); },
+                                [](const Text&) -> std::unique_ptr<Database> { throw DatabaseError(u"no open"); }};
+    const DatabaseMaker works{[&](const Text& path) {
+                                  created.push_back(path);
+                                  files.AddFile(path);
+                              },
+                              [&](const Text&) { return std::make_unique<MemoryDatabase>(rows); }};
+    SavedEmails saved;
+    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {refuses, refuses}), u"no create\r\nno create");
+    EXPECT_FALSE(saved.IsOpen());
+    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {refuses, works}), u"");
+    EXPECT_EQ(created, std::vector<Text>{u"C:\\saved.mdb"});
+    CloseSavedEmails(saved);
+    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {refuses}), u"no open") << "it exists by now";
+    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {works}), u"");
+    EXPECT_EQ(created.size(), 1u) << "a file that is there is never made anew";
+}
