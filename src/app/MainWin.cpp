@@ -1,6 +1,7 @@
 // The program's entry: the real surroundings, and the window on top of them.
 #include "app/Form1.h"
 #include "jet/JetDatabase.h"
+#include "platform/win32/Dao.h"
 #include "platform/win32/WinClock.h"
 #include "platform/win32/WinCodePage.h"
 #include "platform/win32/WinDesktop.h"
@@ -12,12 +13,26 @@
 
 namespace {
 
+DatabaseMaker DaoEngine()
+{
+    return {[](const Text& path) { CreateDaoDatabase(path, CreateTableSql(SavedTable())); }, OpenDaoDatabase};
+}
+
 DatabaseMaker EmbeddedEngine(Files& files, Clock& clock)
 {
     return {[&files, &clock](const Text& path) {
                 CreateJetDatabase(files, path, SavedTable(), clock.LocalNow());
             },
             [&files](const Text& path) { return OpenJetDatabase(files, path); }};
+}
+
+// Through DAO the file stays open to other programs; what it refuses, the embedded engine may still read.
+std::vector<DatabaseMaker> Engines(Files& files, Clock& clock)
+{
+    std::vector<DatabaseMaker> engines;
+    if (IsDaoInstalled()) engines.push_back(DaoEngine());
+    engines.push_back(EmbeddedEngine(files, clock));
+    return engines;
 }
 
 } // namespace
@@ -31,8 +46,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
     WinProfileFile profile;
     WinDesktop desktop(codePage);
     WinProcessApi processApi;
-    Surroundings outside{files,   clock,   locale,     codePage,
-                         profile, desktop, processApi, {EmbeddedEngine(files, clock)}};
+    Surroundings outside{files, clock, locale, codePage, profile, desktop, processApi, Engines(files, clock)};
     Form1 form(outside);
     if (!form.Create(instance)) return 1;
     form.StartUp();

@@ -10,3 +10,16 @@ inline NewTable SavedTable()
              {u"esubject", NewColumnType::memo, 0},
              {u"ecrc", NewColumnType::text, 8}}};
 }
+
+// The same for an engine that takes statements: "CREATE TABLE saved (efolder TEXT(255), esubject MEMO, ...)".
+inline Text CreateTableSql(const NewTable& table)
+{
+    Text columns;
+    for (const NewColumn& column : table.columns) {
+        if (!columns.empty()) columns += u", ";
+        columns += column.name;
+        columns +=
+            column.type == NewColumnType::memo ? u" MEMO" : u" TEXT(" + DecimalText(column.length) + u")";
+    }
+    return u"CREATE TABLE " + table.name + u" (" + columns + u")";
+}

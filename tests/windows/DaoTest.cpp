@@ -1,5 +1,6 @@
 #include "platform/win32/Dao.h"
 #include "store/SavedEmails.h"
+#include "store/SavedTable.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/windows/FakeDao.h"
 
@@ -220,7 +221,7 @@ TEST_F(Dao, SurvivesTheFailureOfAnyCall)
 TEST_F(Dao, CreatesAFileWithItsTable)
 {
     Install();
-    CreateDaoDatabase(kPath, u"CREATE TABLE saved (efolder TEXT(255), esubject MEMO, ecrc TEXT(8))");
+    CreateDaoDatabase(kPath, CreateTableSql(SavedTable()));
     EXPECT_EQ(
         dao.calls,
         (Calls{"engine.CreateDatabase('C:\\Quill\\saved.mdb', ';LANGID=0x0409;CP=1252;COUNTRY=0', 64)",
