@@ -2,6 +2,7 @@
 #include "platform/CommandLine.h"
 #include "tools/inspect/DbCommand.h"
 #include "tools/inspect/EmlCommand.h"
+#include "tools/inspect/NameCommand.h"
 
 #include <cstdio>
 #ifdef _WIN32
@@ -20,6 +21,8 @@ struct Command {
 constexpr Command kCommands[] = {
     {"db", "FILE list [TABLE] | has CRC [FOLDER] | add FOLDER SUBJECT CRC | create", DbCommand},
     {"eml", "[--first-folder NAME] FILE...", EmlCommand},
+    {"name", "ID SUBJECT [--id-only]", NameCommand},
+    {"crc", "TEXT", CrcCommand},
 };
 
 int Usage()
