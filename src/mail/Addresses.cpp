@@ -58,7 +58,8 @@ Separators FindSeparators(TextView value)
     for (std::size_t i = 0; i < value.size(); ++i) {
         if (value[i] == quote) ++before;
         const bool comma = value[i] == u',';
-        if (!comma && value.substr(i, 2) != u"; ") continue;
+        const bool semicolon = value[i] == u';' && i + 1 < value.size() && value[i + 1] == u' ';
+        if (!comma && !semicolon) continue;
         const bool quoted = before % 2 == 1 && (total - before) % 2 == 1;
         if (!quoted) found.positions.push_back(i);
         (quoted ? (comma ? found.quotedCommas : found.quotedSemicolons)

@@ -3,18 +3,34 @@
 #include "text/Numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
 
 // The parts of a date as the text writes them.
 struct DateSlots {
-    Text day, month, year, time, zone, meridiem;
+    TextView day;
+    Text month;
+    TextView year, time, zone;
+    bool afternoon = false;
 };
 
-struct Words {
-    TextView text;
-    Text operator[](std::size_t index) const { return Text(FieldOf(text, u" ", index)); }
+// The fields of a text at single spaces, counted from 1, as far as a date can need them.
+class Words {
+public:
+    explicit Words(TextView text)
+    {
+        for (std::size_t i = 1, start = 0; i < words_.size() && start <= text.size(); ++i) {
+            const std::size_t end = std::min(text.find(u' ', start), text.size());
+            words_[i] = text.substr(start, end - start);
+            start = end + 1;
+        }
+    }
+    TextView operator[](std::size_t index) const { return words_[index]; }
+
+private:
+    std::array<TextView, 7> words_;
 };
 
 bool HasColon(TextView text)
@@ -35,42 +51,42 @@ Text QuotedPart(TextView text)
 // "Tue Apr 3 10:15:00 2007", the year last.
 DateSlots YearLast(const Words& words)
 {
-    return {words[3], words[2], words[5], words[4], words[6], {}};
+    return {words[3], Text(words[2]), words[5], words[4], words[6]};
 }
 
 // "Tue, 3 Apr 2007 10:15:00 +0100" and its relatives, a weekday first.
-DateSlots WeekdayFirst(const Words& words, Locale& locale)
+DateSlots WeekdayFirst(TextView text, const Words& words, Locale& locale)
 {
-    const Text second = words[2], third = words[3];
-    DateSlots slots;
-    if (LeadingNumber(third) < 12) { // a month name counts as 0
-        slots = {second, third, words[4], words[5], words[6], {}};
-    } else if (IsNumericText(second)) { // weekday, day, year: the month is missing
-        return {second, MonthFromWeekday(words.text, locale), third, words[4], words[5], {}};
-    } else {
-        slots = {third, second, words[4], words[5], words[6], {}};
-    }
-    return HasColon(slots.year) ? YearLast(words) : slots;
+    const bool monthThird = LeadingNumber(words[3]) < 12; // a month name counts as 0
+    if (!monthThird && IsNumericText(words[2]))           // weekday, day, year: the month is missing
+        return {words[2], MonthFromWeekday(text, locale), words[3], words[4], words[5]};
+    if (HasColon(words[4])) return YearLast(words);
+    const TextView day = words[monthThird ? 2 : 3], month = words[monthThird ? 3 : 2];
+    return {day, Text(month), words[4], words[5], words[6]};
 }
 
-// Fills the slots; text becomes what a date literal quotes.
+// The slots are parts of text, which a date literal first replaces by what it quotes.
 DateSlots SlotsOf(Text& text, Locale& locale)
 {
-    const Text first = Words{text}[1];
-    if (EqualNoCase(first, u"{ts")) {
+    if (EqualNoCase(Words(text)[1], u"{ts")) {
         text = QuotedPart(text);
-        const Words words{text};
-        const Text date = words[1];
-        const auto part = [&date](std::size_t index) { return Text(FieldOf(date, u"-", index)); };
-        return {part(3), part(2), part(1), words[2], {}, {}};
+        const Words words(text);
+        const TextView date = words[1];
+        return {FieldOf(date, u"-", 3), Text(FieldOf(date, u"-", 2)), FieldOf(date, u"-", 1), words[2], {}};
     }
-    const Words words{text};
-    if (first.find(u'/') != Text::npos) { // month first
-        const auto part = [&first](std::size_t index) { return Text(FieldOf(first, u"/", index)); };
-        return {part(2), part(1), part(3), words[2], words[4], FoldCase(words[3])};
+    const Words words(text);
+    const TextView first = words[1];
+    if (first.find(u'/') != TextView::npos) { // month first
+        const bool afternoon = EqualNoCase(words[3], u"pm");
+        return {FieldOf(first, u"/", 2),
+                Text(FieldOf(first, u"/", 1)),
+                FieldOf(first, u"/", 3),
+                words[2],
+                words[4],
+                afternoon};
     }
-    if (IsNumericText(first)) return {first, words[2], words[3], words[4], words[5], {}};
-    return WeekdayFirst(words, locale);
+    if (IsNumericText(first)) return {first, Text(words[2]), words[3], words[4], words[5]};
+    return WeekdayFirst(text, words, locale);
 }
 
 // Whole hours to add to reach Universal Time.
@@ -125,12 +141,13 @@ double ParseHeaderDate(Text& text, Locale& locale)
     text = TrimSpaces(text);
     DateSlots slots = SlotsOf(text, locale);
     if (LeadingNumber(slots.day) == 0) {
-        slots.day = Words{text}[3];
-        slots.month = Words{text}[2];
+        const Words words(text);
+        slots.day = words[3];
+        slots.month = words[2];
     }
     const int offset = ZoneOffset(slots.zone);
     std::int64_t time = SecondsOfText(slots.time);
-    if (slots.meridiem == u"pm") time += 12 * 3600; // Kept: 12:30:00 pm is half past midnight
+    if (slots.afternoon) time += 12 * 3600; // Kept: 12:30:00 pm is half past midnight
     MonthNumber(slots.month, locale);
 
     const int year = Int16OfText(slots.year);

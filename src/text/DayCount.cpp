@@ -52,10 +52,13 @@ double AddSeconds(double date, double count, std::int64_t unit)
     return DateFromSeconds(SecondsOf(date) + static_cast<std::int64_t>(CheckedCount(count)) * unit);
 }
 
+// Of a number that is not negative; at least width digits.
 void AppendDigits(Text& out, int number, std::size_t width)
 {
-    const Text digits = DecimalText(number);
-    out.append(width - std::min(width, digits.size()), u'0').append(digits);
+    const std::size_t start = out.size();
+    for (; number != 0 || out.size() - start < width; number /= 10)
+        out += static_cast<char16_t>(u'0' + number % 10);
+    std::reverse(out.begin() + static_cast<std::ptrdiff_t>(start), out.end());
 }
 
 } // namespace

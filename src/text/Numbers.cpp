@@ -58,10 +58,16 @@ struct Digits {
         moreBehind = moreBehind || (!keep && unit != u'0');
     }
 
-    std::string Plain() const
+    double Value() const
     {
-        return moreBehind ? kept + "1e" + std::to_string(exponent - 1)
-                          : kept + "e" + std::to_string(exponent);
+        if (exponent == 0 && kept.size() <= 15) { // exact in a double, and nearly every number there is
+            std::int64_t whole = 0;
+            for (const char digit : kept) whole = whole * 10 + (digit - '0');
+            return static_cast<double>(whole);
+        }
+        const std::string plain =
+            moreBehind ? kept + "1e" + std::to_string(exponent - 1) : kept + "e" + std::to_string(exponent);
+        return std::strtod(plain.c_str(), nullptr);
     }
 };
 
@@ -99,7 +105,7 @@ ScannedNumber ScanNumber(TextView text)
     if (!digits.any) return {};
     at = ScanExponent(text, at, digits.exponent);
     if (digits.kept.empty()) return {0, at};
-    const double value = std::strtod(digits.Plain().c_str(), nullptr);
+    const double value = digits.Value();
     return {negative ? -value : value, at};
 }
 

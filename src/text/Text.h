@@ -29,19 +29,30 @@ TextView FieldOf(TextView text, TextView delimiter, std::size_t index);
 // (stored keys were made so); a run at the very end becomes one space.
 Text CollapseSpaces(TextView text);
 
-// The same in place, for bytes too.
+// Where the first run of two or more spaces begins, at or after from; npos when there is none.
+template <class Char>
+std::size_t FindSpaceRun(const std::basic_string<Char>& text, std::size_t from)
+{
+    for (std::size_t i = from + 1; i < text.size(); i += 2) { // a run covers one of any two characters
+        if (text[i] != ' ') continue;
+        if (text[i - 1] == ' ') return i - 1;
+        if (i + 1 < text.size() && text[i + 1] == ' ') return i;
+    }
+    return text.npos;
+}
+
+// CollapseSpaces in place, for bytes too.
 template <class Char>
 void CollapseSpacesIn(std::basic_string<Char>& text)
 {
-    constexpr Char kTwo[] = {' ', ' ', 0};
-    std::size_t run = text.find(kTwo, 0, 2);
+    std::size_t run = FindSpaceRun(text, 0);
     if (run == text.npos) return;
     std::size_t out = run;
     for (;;) {
         text[out++] = ' ';
         const std::size_t start = text.find_first_not_of(' ', run);
         if (start == text.npos) break;
-        run = text.find(kTwo, start, 2);
+        run = FindSpaceRun(text, start);
         const bool last = run == text.npos;
         const std::size_t end = last ? text.size() : run;
         // Kept: one character left over is dropped, two or more are not.
