@@ -1,5 +1,7 @@
 #include "controls/DrawnControl.h"
 
+#include <exception>
+
 void DrawnControl::CreateDrawn(const wchar_t* windowClass, HWND parent, int id, const RECT& place)
 {
     WNDCLASSW description = {};
@@ -37,6 +39,9 @@ LRESULT CALLBACK DrawnControl::WndProc(HWND window, UINT message, WPARAM wParam,
     case WM_PAINT:
         self->PaintOffScreen();
         return 0;
+    case WM_PRINTCLIENT:
+        self->PaintOn(reinterpret_cast<HDC>(wParam));
+        return 0;
     case WM_SETTEXT:
         answer = DefWindowProcW(window, message, wParam, lParam);
         break;
@@ -68,16 +73,26 @@ void DrawnControl::PaintOffScreen() const
     const HBITMAP bitmap = CreateCompatibleBitmap(screen, area.right, area.bottom);
     if (picture && bitmap) { // out of drawing memory: nothing to see, nothing lost
         const HGDIOBJ oldBitmap = SelectObject(picture, bitmap);
-        const HGDIOBJ oldFont = SelectObject(picture, font_ ? font_ : GetStockObject(DEFAULT_GUI_FONT));
-        SetBkMode(picture, TRANSPARENT);
-        Paint(picture, area);
+        PaintOn(picture);
         BitBlt(screen, 0, 0, area.right, area.bottom, picture, 0, 0, SRCCOPY);
-        SelectObject(picture, oldFont);
         SelectObject(picture, oldBitmap);
     }
     DeleteObject(bitmap);
     DeleteDC(picture);
     EndPaint(window_, &paint);
+}
+
+void DrawnControl::PaintOn(HDC dc) const
+{
+    RECT area = {};
+    GetClientRect(window_, &area);
+    const HGDIOBJ oldFont = SelectObject(dc, font_ ? font_ : GetStockObject(DEFAULT_GUI_FONT));
+    SetBkMode(dc, TRANSPARENT);
+    try {
+        Paint(dc, area);
+    } catch (const std::exception&) { // out of memory: the old picture stays
+    }
+    SelectObject(dc, oldFont);
 }
 
 void FillWith(HDC dc, const RECT& area, COLORREF colour)

@@ -22,6 +22,7 @@ protected:
 private:
     static LRESULT CALLBACK WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     void PaintOffScreen() const;
+    void PaintOn(HDC dc) const;
 
     HWND window_ = nullptr;
     HFONT font_ = nullptr; // the parent's, not owned
