@@ -207,7 +207,13 @@ LRESULT CALLBACK Form1::WndProc(HWND window, UINT message, WPARAM wParam, LPARAM
         self->window_ = window;
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
     }
-    return self ? self->Handle(message, wParam, lParam) : DefWindowProcW(window, message, wParam, lParam);
+    if (!self) return DefWindowProcW(window, message, wParam, lParam);
+    try {
+        return self->Handle(message, wParam, lParam);
+    } catch (const std::exception& error) { // nothing may leave a window procedure
+        self->LogLine(u"Error: " + FromUtf8(error.what()), Record::yes);
+        return 0;
+    }
 }
 
 LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)

@@ -47,7 +47,7 @@ void Form1::OnNotify(const NMHDR& notice)
         controls_.ShowFrame(controls_.nTab.Selected());
 }
 
-// Nothing may leave a window procedure, so every failure ends here, as a message.
+// Every failure of a command ends here, as a message.
 void Form1::Run(const std::function<void()>& command)
 {
     if (running_) return;

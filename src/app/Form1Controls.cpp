@@ -7,22 +7,24 @@ namespace {
 constexpr int kClientWidth = 640, kClientHeight = 600;
 constexpr int kMargin = 10;
 constexpr int kWidth = kClientWidth - 2 * kMargin;
-constexpr int kTreeTop = 48;    // of the label; the tree stands below it
-constexpr int kIdleBelow = 256; // where the line of the selected folder stands
+constexpr int kTreeTop = 48; // of the label; the tree stands below it
 constexpr int kStatsHeight = 166;
 constexpr int kStopButtonsTop = kTreeTop + kStatsHeight + 6;
-constexpr int kBusyBelow = kStopButtonsTop + 36;
+constexpr int kBelow = kStopButtonsTop + 36; // the line of the selected folder, then the tab strip
 constexpr wchar_t kFrameClass[] = L"Form1Frame";
 
 constexpr const wchar_t* kTabCaptions = L"Actions,Store,Progress,Summary";
 constexpr const wchar_t* kResultColumns[] = {L"Folder", L"ID", L"Subject", L"Date", L"CRC"};
 constexpr int kResultWidths[] = {130, 50, 220, 110, 70};
 
-// A frame hands on what its controls report.
+// A frame hands on what its controls report. The summary, which cannot be typed into, is as white as the
+// lists.
 LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_COMMAND || message == WM_NOTIFY)
         return SendMessageW(GetAncestor(frame, GA_ROOT), message, wParam, lParam);
+    if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == idSummary)
+        return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
     return DefWindowProcW(frame, message, wParam, lParam);
 }
 
@@ -121,25 +123,26 @@ void Form1Controls::Create(HWND form)
     tvOETree =
         Make(form, idTree, WC_TREEVIEWW, L"",
              WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
-             At(kMargin, kTreeTop + 18, kWidth, kIdleBelow - kTreeTop - 28), WS_EX_CLIENTEDGE);
+             At(kMargin, kTreeTop + 18, kWidth, kBelow - kTreeTop - 28), WS_EX_CLIENTEDGE);
     MakeStatistics(form);
     cmdStopAfterEmail.Create(form, idStopAfterEmail, L"Stop After This E&mail",
                              At(kMargin, kStopButtonsTop, 190, 26));
     cmdStopAfterFolder.Create(form, idStopAfterFolder, L"Stop After This Fo&lder",
                               At(kMargin + 200, kStopButtonsTop, 190, 26));
-    lblSelFolder.Create(form, idLabel, L"Outlook Express folder", At(kMargin, kIdleBelow, 125, 15));
+    lblSelFolder.Create(form, idLabel, L"Outlook Express folder", At(kMargin, kBelow, 125, 15));
     lblSelFolder.Show(true);
-    lblOEFolder.Create(form, idOEFolder, L"", At(kMargin + 130, kIdleBelow, kWidth - 130, 15));
+    lblOEFolder.Create(form, idOEFolder, L"", At(kMargin + 130, kBelow, kWidth - 130, 15));
     lblOEFolder.Show(true);
 
     for (HWND& frame : fraTabs) {
-        frame = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN,
-                     At(kMargin, kIdleBelow + 24, kWidth, 300), WS_EX_CONTROLPARENT);
+        frame = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN, At(kMargin, kBelow + 24, kWidth, 300),
+                     WS_EX_CONTROLPARENT);
     }
     MakeActions(fraTabs[0]);
     MakeStore(fraTabs[1]);
     MakeLists(fraTabs[2], fraTabs[3]);
-    nTab.Create(form, idTab, kTabCaptions, At(kMargin, kIdleBelow + 24, kWidth, 300), font_);
+    nTab.Create(form, idTab, kTabCaptions,
+                At(kMargin, kBelow + 24, kWidth, kClientHeight - kMargin - kBelow - 24), font_);
 
     lstTree = Make(form, idTreeList, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT, At(0, 0, 10, 10));
     lstLines = Make(form, idLines, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT, At(0, 0, 10, 10));
@@ -212,12 +215,12 @@ void Form1Controls::MakeLists(HWND progressFrame, HWND summaryFrame)
 
 void Form1Controls::MakeStatistics(HWND form)
 {
-    constexpr int kName = 12, kValue = 150, kSecondName = 330, kSecondValue = 450;
+    constexpr int kName = 12, kValue = 150, kSecondName = 330, kSecondValue = 440;
     fraStats = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN,
                     At(kMargin, kTreeTop, kWidth, kStatsHeight), WS_EX_STATICEDGE);
     const auto name = [this](int x, int y, const wchar_t* caption) {
         OrbLabel label;
-        label.Create(fraStats, idLabel, caption, At(x, y, kValue - kName - 5, 15));
+        label.Create(fraStats, idLabel, caption, At(x, y, (x == kName ? kValue : kSecondValue) - x - 5, 15));
         label.Show(true);
     };
     const auto value = [this](OrbLabel& label, int x, int y) {
@@ -284,15 +287,7 @@ void Form1Controls::MakeToolTips(HWND form)
     }
 }
 
-void Form1Controls::PlaceBelow(int top)
-{
-    Move(lblSelFolder.Window(), At(kMargin, top, 125, 15));
-    Move(lblOEFolder.Window(), At(kMargin + 130, top, kWidth - 130, 15));
-    Move(nTab.Window(), At(kMargin, top + 24, kWidth, kClientHeight - kMargin - top - 24));
-    PlaceFrames();
-}
-
-void Form1Controls::PlaceFrames()
+void Form1Controls::FitToFrames()
 {
     for (const HWND frame : fraTabs) Move(frame, nTab.Inside());
     const RECT area = ClientArea(fraTabs[0]);
@@ -305,11 +300,6 @@ void Form1Controls::PlaceFrames()
         if (list == Drive1) place.bottom = place.top + Scaled(200); // a combo box counts its open list
         Move(list, place);
     }
-}
-
-void Form1Controls::FitToFrames()
-{
-    PlaceBelow(kIdleBelow);
     ShowFrame(0);
     for (int i = 0; i < 5; ++i) {
         LVCOLUMNW column = {};
@@ -339,7 +329,6 @@ void Form1Controls::EnterBusyLayout()
     spMain.Properties().SetPercentage(0);
     lblTree.Show(false);
     Show(tvOETree, false);
-    PlaceBelow(kBusyBelow);
     Show(fraStats, true);
     UpdateWindow(GetParent(fraStats));
 }
@@ -347,7 +336,6 @@ void Form1Controls::EnterBusyLayout()
 void Form1Controls::LeaveBusyLayout()
 {
     Show(fraStats, false);
-    PlaceBelow(kIdleBelow);
     lblTree.Show(true);
     Show(tvOETree, true);
 }

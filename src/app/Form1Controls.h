@@ -47,15 +47,15 @@ enum ControlId : int {
 
 class Form1Controls {
 public:
-    // Everything of the window, as it stands before the first synchronisation. width and height receive the
-    // size that the window's client area needs.
+    // Everything of the window, as it stands before the first synchronisation.
     void Create(HWND form);
-    SIZE ClientSize() const;
+    SIZE ClientSize() const; // what the window must hold
     // What depends on the tab strip's inner width: frames flat and alike, all but the first hidden; the lists
     // as wide as their frame; the results table over the progress list, with its columns.
     void FitToFrames();
     void ShowFrame(int index);
-    // fraStats in the place of the folder tree, the tab strip below it; statistics and bars reset.
+    // fraStats and the stop buttons in the place of the folder tree, just above the tab strip; statistics and
+    // bars reset.
     void EnterBusyLayout();
     void LeaveBusyLayout();
     void DeleteFonts();
@@ -93,8 +93,6 @@ private:
     void MakeLists(HWND progressFrame, HWND summaryFrame);
     void MakeStatistics(HWND form);
     void MakeToolTips(HWND form);
-    void PlaceBelow(int top); // the selected folder and the tab strip, from this line down
-    void PlaceFrames();
 
     int dpi_ = 96;
     HFONT font_ = nullptr;        // Tahoma, 8 points

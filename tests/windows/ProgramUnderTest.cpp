@@ -1,6 +1,5 @@
 #include "tests/windows/ProgramUnderTest.h"
 
-#include <fstream>
 #include <iterator>
 
 namespace {
@@ -45,14 +44,6 @@ BOOL CALLBACK CollectStatic(HWND window, LPARAM lParam)
 {
     if (ClassOf(window) == L"Static") *reinterpret_cast<std::wstring*>(lParam) += TextOf(window);
     return TRUE;
-}
-
-std::wstring FolderOfTests()
-{
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring whole = path;
-    return whole.substr(0, whole.rfind(L'\\') + 1);
 }
 
 void DeleteTree(const std::wstring& folder)
@@ -115,6 +106,14 @@ void Press(HWND button)
     PostMessageW(button, BM_CLICK, 0, 0);
 }
 
+std::wstring FolderOfTests()
+{
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    const std::wstring whole = path;
+    return whole.substr(0, whole.rfind(L'\\') + 1);
+}
+
 void StartedProcess::Start(const std::wstring& commandLine, const std::wstring& folder)
 {
     std::wstring command = commandLine; // the call may write to it
@@ -155,9 +154,7 @@ ProgramUnderTest::ProgramUnderTest()
 
 ProgramUnderTest::~ProgramUnderTest()
 {
-    if (process_.Id() && !process_.WaitForEnd(0)) {
-        Close();
-    }
+    if (process_.Id() && !process_.WaitForEnd(0)) Close();
     DeleteTree(folder_);
 }
 

@@ -13,7 +13,8 @@ HWND WaitForWindow(DWORD process, const std::wstring& windowClass, const std::ws
                    DWORD milliseconds);
 std::wstring TextOf(HWND window);
 std::vector<std::wstring> LinesOf(HWND listBox);
-void Press(HWND button); // returns at once
+void Press(HWND button);      // returns at once
+std::wstring FolderOfTests(); // where this test program and the programs under test lie; ends in a backslash
 
 // Ends the process at the end of the test, whatever became of it.
 class StartedProcess {
