@@ -1,0 +1,54 @@
+#!/usr/bin/env bash
+# Builds and runs every test: the portable core under the sanitizers, short fuzzing, the Windows program and
+# its parts under Wine, and the demo from end to end. Installs what is missing.
+# usage: test.sh [--fuzz MINUTES]    each fuzz target that long instead of a short, fixed number of inputs
+set -euo pipefail
+cd "$(dirname "$0")"
+
+fuzz=(-runs=20000 -seed=1)
+case ${1:-} in
+    "") ;;
+    --fuzz)
+        [[ ${2:-} =~ ^[1-9][0-9]*$ && $# -eq 2 ]] || { sed -n '4s/# //p' "$0" >&2; exit 2; }
+        fuzz=("-max_total_time=$((60 * $2))")
+        ;;
+    *) sed -n '4s/# //p' "$0" >&2; exit 2 ;;
+esac
+
+scratch=""
+trap '[ -z "$scratch" ] || rm -rf "$scratch"' EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+scratch=$(mktemp -d "${TMPDIR:-/tmp}/quillbox-test.XXXXXX")
+
+# A fuzz target starts from what it found before, kept in build/, and leaves what broke it there.
+fuzz_all() {
+    local target name
+    for target in build/fuzz/fuzz-*; do
+        [ -x "$target" ] || continue
+        name=${target##*/}
+        mkdir -p "build/fuzz/corpus/$name"
+        echo "-- $name ${fuzz[*]}"
+        "$target" "${fuzz[@]}" -timeout=25 -rss_limit_mb=2048 -print_final_stats=0 \
+            -artifact_prefix="build/fuzz/$name-" "build/fuzz/corpus/$name" >"$scratch/$name.log" 2>&1 ||
+            { cat "$scratch/$name.log"; return 1; }
+        tail -n 1 "$scratch/$name.log"
+    done
+}
+
+scripts/install-tools.sh
+scripts/build.sh asan
+scripts/build.sh win32
+scripts/build.sh fuzz
+scripts/build.sh native demo-pack quillbox-inspect
+
+echo "== Unit tests under the sanitizers"
+ctest --test-dir build/asan --output-on-failure
+
+echo "== Fuzzing"
+fuzz_all
+
+echo "== Unit and windows tests under Wine"
+scripts/wine-run.sh -t 400 -- tests/windows/run.sh
+
+echo "== All tests passed"

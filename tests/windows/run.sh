@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# The test programs of the win32 build, one after the other; run it through scripts/wine-run.sh.
+set -u
+cd "$(dirname "$0")/../.." || exit 1
+status=0
+for program in unit-tests windows-tests; do
+    [ -f "build/win32/$program.exe" ] || continue
+    wine "build/win32/$program.exe" --gtest_brief=1 </dev/null || { echo "$program failed: $?"; status=1; }
+done
+exit "$status"
