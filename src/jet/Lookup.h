@@ -19,7 +19,7 @@ public:
 private:
     using RowsByHash = std::unordered_map<std::size_t, std::vector<RowId>>;
     std::map<std::uint16_t, RowsByHash> columns_; // by column number; those that were asked for
-    const std::vector<RowId> none_;
+    const std::vector<RowId> none_{};
 };
 
 } // namespace jet
