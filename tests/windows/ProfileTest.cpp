@@ -4,11 +4,16 @@
 
 #include <fstream>
 #include <gtest/gtest.h>
+#include <windows.h>
 
 namespace {
 
 class Profile : public testing::Test {
 protected:
+    void SetUp() override
+    {
+        if (GetACP() != 1252) GTEST_SKIP() << "written for code page 1252";
+    }
     Text Bounce(const Text& value)
     {
         EXPECT_TRUE(profile.Write(u"Options", u"Key", value, file));
