@@ -63,8 +63,8 @@ bool Client::Show(int showCommand)
     main.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     main.lpszClassName = kMainClass;
     RegisterClassExW(&main);
-    CreateWindowExW(0, kMainClass, kProgramName, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-                    CW_USEDEFAULT, 960, 600, nullptr, CreateMainMenu(), main.hInstance, this);
+    CreateWindowExW(0, kMainClass, L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
+                    960, 600, nullptr, CreateMainMenu(), main.hInstance, this);
     if (options_.noTree)
         ShowFolder(first);
     else
@@ -72,6 +72,8 @@ bool Client::Show(int showCommand)
     list_->SelectFirst();
     ShowWindow(window_, showCommand);
     list_->SetFocusToList();
+    shown_ = true;
+    SetWindowTextW(window_, caption_.c_str());
     return true;
 }
 
@@ -121,8 +123,8 @@ void Client::ShowFolder(const MailFolder* folder)
 
     const std::wstring count = std::to_wstring(list_->Count()) + L" message(s), 0 unread";
     SetWindowTextW(status_, count.c_str());
-    const std::wstring caption = folder ? Wide(folder->name) + L" - " + kProgramName : kProgramName;
-    SetWindowTextW(window_, caption.c_str());
+    caption_ = folder ? Wide(folder->name) + L" - " + kProgramName : kProgramName;
+    if (shown_) SetWindowTextW(window_, caption_.c_str());
 }
 
 void Client::AskForSave()

@@ -11,7 +11,8 @@ class Client {
 public:
     Client(Options options, MailFolder root) : options_(std::move(options)), root_(std::move(root)) {}
 
-    // False when options.select names no folder.
+    // False when options.select names no folder. The caption comes last: who sees it finds the list filled,
+    // the first message selected and the window able to take keys.
     bool Show(int showCommand);
     int Run(); // until the window is closed; answers the exit code
 
@@ -39,6 +40,7 @@ private:
          status_ = nullptr;
     std::unique_ptr<MessageList> list_;
     std::vector<LateFile> lateFiles_;
-    bool dialogOpen_ = false;
+    std::wstring caption_;
+    bool shown_ = false, dialogOpen_ = false;
     int saves_ = 0;
 };
