@@ -79,13 +79,13 @@ TableWriter::TableWriter(Table& table) : table_(table), refusal_(RefusalOf(table
     if (!refusal_.empty()) return;
     try {
         Inspect();
+        if (rowCount_ == table.Definition().rowCount) return;
+        WriteSet writes(table.File());
+        WriteRowCount(writes, table.Definition().page, rowCount_);
+        writes.Commit();
     } catch (const DatabaseError& error) {
         refusal_ = error.Words();
     }
-    if (!refusal_.empty() || rowCount_ == table.Definition().rowCount) return;
-    WriteSet writes(table.File());
-    WriteRowCount(writes, table.Definition().page, rowCount_);
-    writes.Commit();
 }
 
 void TableWriter::Inspect()
@@ -121,8 +121,8 @@ void TableWriter::InspectRow(const StoredRow& stored, std::vector<std::uint32_t>
     for (const Column& column : table_.Definition().columns) {
         const std::optional<std::string_view> cell = row.Cell(column);
         if (!cell || cell->empty() || !column.IsLong()) continue;
-        const ByteView header(*cell, row.Page());
-        if (header.U32(0) >> 31 == 0 && header.U32(4) != 0) referred.push_back(header.U32(4));
+        for (RowId place : ReadLongValue(table_.File(), ByteView(*cell, row.Page())).places)
+            referred.push_back(ToPointer(place));
     }
 }
 

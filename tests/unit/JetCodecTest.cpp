@@ -1,0 +1,256 @@
+// JetCodecTest.cpp: texts, rows, data pages and usage maps against bytes written by hand.
+#include "jet/Header.h"
+#include "jet/RowCodec.h"
+#include "jet/UsageMap.h"
+#include "platform/Database.h"
+#include "tests/support/JetSamples.h"
+
+#include <gtest/gtest.h>
+
+using namespace jet;
+
+namespace {
+
+std::string Hex(std::string_view bytes)
+{
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string hex;
+    for (char byte : bytes) {
+        hex += kDigits[static_cast<unsigned char>(byte) >> 4];
+        hex += kDigits[byte & 0xF];
+    }
+    return hex;
+}
+
+std::string Unhex(std::string_view hex)
+{
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(std::string(hex.substr(i, 2)), nullptr, 16));
+    return bytes;
+}
+
+TableDefinition ThreeTexts()
+{
+    TableDefinition table;
+    table.mostColumns = table.variableColumns = 3;
+    for (std::uint16_t number = 0; number < 3; ++number) {
+        Column& column = table.columns.emplace_back();
+        column.type = ColumnType::text;
+        column.number = column.variableIndex = number;
+        column.length = 510;
+        column.mayBeNull = column.compressed = true;
+    }
+    return table;
+}
+
+} // namespace
+
+TEST(JetCodec, TextToBytes)
+{
+    struct Case {
+        const char* why;
+        Text text;
+        Compression compression;
+        std::string want;
+    };
+    const Case cases[] = {
+        {"three characters are compressed", u"abc", Compression::compressed, "FFFE616263"},
+        {"two are not", u"ab", Compression::compressed, "61006200"},
+        {"the last narrow character", u"ab\xFF", Compression::compressed, "FFFE6162FF"},
+        {"one character too wide", u"ab\x100", Compression::compressed, "610062000001"},
+        {"a NUL would end the narrow run", Text(u"a\0b", 3), Compression::compressed, "610000006200"},
+        {"a column without compression", u"abc", Compression::plain, "610062006300"},
+        {"a pair of surrogates is two units", u"\xD83D\xDE00", Compression::compressed, "3DD800DE"},
+        {"a leading byte order mark would read as compression", u"\xFEFF\xFEFFxy", Compression::plain,
+         "78007900"},
+        {"empty", u"", Compression::compressed, ""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(Hex(EncodeText(c.text, c.compression)), c.want) << c.why;
+}
+
+TEST(JetCodec, BytesToText)
+{
+    struct Case {
+        const char* why;
+        std::string hex;
+        Text want;
+    };
+    const Case cases[] = {
+        {"plain", "61000004", u"a\x0400"},
+        {"compressed", "FFFE6162", u"ab"},
+        {"runs take turns: narrow, wide, narrow", "FFFE6100300431040062", u"a\x0430\x0431\x62"},
+        {"beginning wide", "FFFE003004", u"\x0430"},
+        {"the mark alone", "FFFE", u""},
+        {"empty", "", u""},
+    };
+    for (const Case& c : cases) EXPECT_EQ(DecodeText(ByteView(Unhex(c.hex), 1)), c.want) << c.why;
+    for (const char* cut : {"610062", "61", "FFFE0030"})
+        EXPECT_THROW(DecodeText(ByteView(Unhex(cut), 1)), DatabaseError) << cut;
+}
+
+TEST(JetCodec, RowToBytesAndBack)
+{
+    const TableDefinition table = ThreeTexts();
+    const std::string row = EncodeRow(
+        table, {EncodeText(u"ab", Compression::compressed), EncodeText(u"abc", Compression::compressed), {}});
+    EXPECT_EQ(Hex(row), "030061006200FFFE6162630B000B0006000200030003");
+    const Row read(table, ByteView(row, 1));
+    EXPECT_EQ(Hex(read.Cell(table.columns[1]).value_or("none")), "FFFE616263");
+    EXPECT_FALSE(read.Cell(table.columns[2]));
+
+    const std::string older =
+        Unhex("01006100620002000200060001000100"); // one column of an earlier definition
+    (void)older;
+    const std::string shorter = Unhex("0100610062000600020001"
+                                      "0001");
+    const Row fewer(table, ByteView(shorter, 1));
+    EXPECT_EQ(Hex(fewer.Cell(table.columns[0]).value_or("none")), "61006200");
+    EXPECT_FALSE(fewer.Cell(table.columns[2])) << "a row older than the column";
+
+    for (const char* bad : {"", "03", "0000", "0400616203", "030003", "0300FFFF03",
+                            "030061006200FFFE6162630B000B0006000200090003",  // nine columns of varying length
+                            "030061006200FFFE6162630B00060007000200030003",  // overlap
+                            "030061006200FFFE616263FF000B0006000200030003"}) // ends outside
+        EXPECT_THROW(Row(table, ByteView(Unhex(bad), 1)), DatabaseError) << bad;
+}
+
+TEST(JetCodec, ValuesForPeople)
+{
+    struct Case {
+        ColumnType type;
+        std::string hex;
+        Text want;
+    };
+    const Case cases[] = {
+        {ColumnType::boolean, "01", u"True"},
+        {ColumnType::byte, "FF", u"255"},
+        {ColumnType::int16, "FEFF", u"-2"},
+        {ColumnType::int32, "00000080", u"-2147483648"},
+        {ColumnType::money, "C7CFFFFFFFFFFFFF", u"-1.2345"},
+        {ColumnType::money, "0100000000000000", u"0.0001"},
+        {ColumnType::float32, "CDCC8C3F", u"1.1"},
+        {ColumnType::float64, "9A9999999999B93F", u"0.1"},
+        {ColumnType::float64, "000000000000F07F", u"Infinity"},
+        {ColumnType::date, "ABAAAAAA8D20E340", u"2007-03-31 10:15:00"},
+        {ColumnType::date, "0000000000000041", u"2258-11-10 00:00:00"},
+        {ColumnType::date, "9A9999999999F97F", u"NaN"}, // no date: shown as it is
+        {ColumnType::binary, "00FF7A", u"00FF7A"},
+        {ColumnType::guid, "33221100554477668899AABBCCDDEEFF", u"{00112233-4455-6677-8899-AABBCCDDEEFF}"},
+    };
+    for (const Case& c : cases) {
+        Column column;
+        column.type = c.type;
+        EXPECT_EQ(ToUtf8(DisplayText(column, ByteView(Unhex(c.hex), 1))), ToUtf8(c.want)) << c.hex;
+    }
+    Column decimal;
+    decimal.type = ColumnType::decimal;
+    EXPECT_THROW(DisplayText(decimal, ByteView(std::string(17, '\0'), 1)), DatabaseError);
+}
+
+TEST(JetCodec, RowsMoveInTheirPage)
+{
+    std::string page = NewDataPage(7);
+    EXPECT_EQ(RoomIn(ByteView(page, 3)), 4096u - 14 - 2);
+    for (const char* row : {"first", "second!", "third"}) AddRow(page, row);
+    DeleteRow(page, 1);
+    const ByteView view(page, 3);
+    EXPECT_EQ(RowAt(view, 0).Bytes(), "first");
+    EXPECT_EQ(RowAt(view, 2).Bytes(), "third");
+    EXPECT_EQ(SlotAt(view, 1).flags, kDeleted);
+    EXPECT_EQ(SlotAt(view, 1).start, SlotAt(view, 1).end);
+    EXPECT_EQ(page.find("second"), std::string::npos) << "a deleted row leaves no text behind";
+    ReplaceRow(page, 0, "a longer first", 0);
+    EXPECT_EQ(RowAt(ByteView(page, 3), 0).Bytes(), "a longer first");
+    EXPECT_EQ(RowAt(ByteView(page, 3), 2).Bytes(), "third");
+    EXPECT_NO_THROW(CheckDirectory(ByteView(page, 3)));
+    EXPECT_EQ(RoomIn(ByteView(page, 3)), 4096u - 14 - 3 * 2 - 19 - 2);
+
+    while (SlotCount(ByteView(page, 3)) < 255) AddRow(page, "");
+    EXPECT_FALSE(RoomIn(ByteView(page, 3))) << "a row number is one byte";
+}
+
+TEST(JetCodec, DamagedDirectoriesAreFound)
+{
+    std::string page = NewDataPage(7);
+    AddRow(page, "one");
+    AddRow(page, "two");
+    struct Case {
+        const char* why;
+        std::size_t at, value;
+    };
+    const Case cases[] = {
+        {"more slots than bytes", 12, 3000},
+        {"a row behind the one before it", 16, 4095},
+        {"a row in the directory", 16, 15},
+        {"a wrong figure of free bytes", 2, 9},
+    };
+    for (const Case& c : cases) {
+        std::string bad = page;
+        Put16(bad, c.at, c.value);
+        EXPECT_THROW(CheckDirectory(ByteView(bad, 3)), DatabaseError) << c.why;
+    }
+}
+
+TEST(JetCodec, UsageMapsGrow)
+{
+    MemoryFiles files;
+    CreateSaved(files);
+    files[kSavedPath].Resize(40000 * kPageSize);
+    FileError error;
+    PageFile file(files.Open(kSavedPath, OpenMode::exclusive, error), OpenMode::exclusive);
+    const RowId map{17, 0};
+    const auto add = [&](PageNumber page) {
+        WriteSet writes(file);
+        AddToMap(writes, map, page, Phase::commit);
+        MarkFreshPagesUsed(writes);
+        writes.Commit();
+    };
+    add(1003); // an empty map moves to where it is needed
+    add(1000);
+    EXPECT_EQ(PagesOf(file, map), (std::vector<PageNumber>{1000, 1003}));
+    EXPECT_EQ(file.Count(), 40000u);
+    add(999); // becomes a list of bitmap pages
+    add(32735);
+    EXPECT_EQ(file.Count(), 40003u)
+        << "one for the map, two for the map of free pages, which cannot reach it else";
+    add(32736); // the first page of the second bitmap
+    EXPECT_EQ(PagesOf(file, map), (std::vector<PageNumber>{999, 1000, 1003, 32735, 32736}));
+    EXPECT_EQ(PagesOf(file, {17, 1}), std::vector<PageNumber>{}) << "the map beside it";
+
+    WriteSet writes(file);
+    TakeFromMap(writes, map, 1003, Phase::commit);
+    TakeFromMap(writes, map, 39999, Phase::commit);
+    EXPECT_THROW(AddToMap(writes, map, 17 * 32736, Phase::commit), DatabaseError) << "a list of 17";
+    writes.Commit();
+    EXPECT_EQ(PagesOf(file, map), (std::vector<PageNumber>{999, 1000, 32735, 32736}));
+}
+
+TEST(JetCodec, HeadersThatAreRefused)
+{
+    struct Case {
+        std::size_t at;
+        int flip; // of the byte there
+        const char* want;
+    };
+    const Case cases[] = {
+        {4, 1, "The file is not a Jet database"},
+        {0x14, 1, "The database is of an older format (Jet 3), which is not supported"},
+        {0x14, 3, "The database is of a newer format, which is not supported"},
+        {0x3E, 1, "The database is encrypted, which is not supported"},
+        {0x42, 1, "The database has a password, which is not supported"},
+    };
+    for (const Case& c : cases) {
+        MemoryFiles files;
+        CreateSaved(files);
+        const std::string bytes = files[kSavedPath].Bytes();
+        const char flipped = static_cast<char>(bytes[c.at] ^ c.flip);
+        files[kSavedPath].Write(c.at, &flipped, 1);
+        try {
+            OpenJetDatabase(files, kSavedPath);
+            ADD_FAILURE() << c.want;
+        } catch (const DatabaseError& error) {
+            EXPECT_STREQ(error.what(), c.want);
+        }
+    }
+}

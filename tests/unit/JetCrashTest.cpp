@@ -1,0 +1,292 @@
+// JetCrashTest.cpp: the program is ended, or the disk fails, between any two writes of the engine: the file
+// opens again and holds every row that was added.
+#include "jet/TableWriter.h"
+#include "jet/UsageMap.h"
+#include "tests/support/JetSamples.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+
+using namespace jet;
+
+namespace {
+
+using Rows = std::vector<std::vector<Text>>;
+constexpr PageNumber kSavedDefinition = 16;
+
+Rows Sorted(Rows rows)
+{
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+Rows RowsIn(const MemoryImage& image)
+{
+    MemoryFiles files;
+    files[kSavedPath] = image;
+    return Sorted(RowsOf(*OpenJetDatabase(files, kSavedPath, OpenMode::read)));
+}
+
+std::uint32_t CountedRows(MemoryFiles& files)
+{
+    FileError error;
+    PageFile file(files.Open(kSavedPath, OpenMode::read, error), OpenMode::read);
+    return ReadTableDefinition(file, kSavedDefinition).rowCount;
+}
+
+// Whether the map of free pages calls the page free, told from its bytes.
+bool IsFree(PageFile& file, PageNumber page)
+{
+    PageRef hold;
+    const ByteView map = RowAt(file.View(1, hold), 0);
+    if (map.U8(0) == 0) return page / 8 + 5 >= map.Size() || (map.U8(page / 8 + 5) >> page % 8 & 1);
+    const PageNumber bits = map.U32(1 + page / 32736 * 4), index = page % 32736;
+    return bits == 0 || (file.View(bits, hold).U8(4 + index / 8) >> index % 8 & 1);
+}
+
+// What a stop may leave: pages in use by nobody, never pages called free that somebody uses.
+void ExpectNothingInUseIsFree(const MemoryImage& image)
+{
+    MemoryFiles files;
+    files[kSavedPath] = image;
+    FileError error;
+    PageFile file(files.Open(kSavedPath, OpenMode::read, error), OpenMode::read);
+    const TableDefinition table = ReadTableDefinition(file, kSavedDefinition);
+    for (RowId map : {table.ownedMap, table.freeMap, table.columns[1].ownedMap, table.columns[1].freeMap}) {
+        for (PageNumber page : PagesOf(file, map)) EXPECT_FALSE(IsFree(file, page)) << page;
+        PageRef hold;
+        const ByteView row = RowAt(file.View(map.page, hold), map.slot);
+        for (std::size_t at = 1; row.U8(0) == 1 && at + 4 <= row.Size(); at += 4)
+            EXPECT_TRUE(row.U32(at) == 0 || !IsFree(file, row.U32(at))) << row.U32(at);
+    }
+}
+
+// Opens the state that a stop left, and works on with it.
+void ExpectSound(const MemoryImage& image, const Rows& expected)
+{
+    MemoryFiles files;
+    files[kSavedPath] = image;
+    auto database = OpenJetDatabase(files, kSavedPath);
+    EXPECT_EQ(Sorted(RowsOf(*database)), expected);
+    EXPECT_EQ(CountedRows(files), expected.size()) << "corrected on opening";
+    AddRow(*database, {u"after the stop", Text(100, u'\x0416'), u"AFTER"});
+    EXPECT_EQ(RowsOf(*database).size(), expected.size() + 1);
+    EXPECT_EQ(CountedRows(files), expected.size() + 1);
+    EXPECT_EQ(files[kSavedPath].Size() % kPageSize, 0u);
+}
+
+struct Scenario {
+    const char* name;
+    MemoryImage start;
+    int newPages;
+    std::function<void(Database&)> operation; // adds or deletes one row
+};
+
+MemoryImage WithRows(int count, PageNumber pages = 0)
+{
+    MemoryFiles files;
+    CreateSaved(files);
+    auto database = OpenJetDatabase(files, kSavedPath);
+    for (int i = 0; i < count; ++i)
+        AddRow(*database, {u"Folder " + Text(200, u'x'), Text(static_cast<std::size_t>(i % 3) * 100, u's'),
+                           DecimalText(i)});
+    database.reset();
+    if (pages > 0) files[kSavedPath].Resize(std::uint64_t{pages} * kPageSize); // free pages up to there
+    return files[kSavedPath];
+}
+
+// The last row moves to the table's first page, as an update in place leaves it.
+MemoryImage WithMovedRow()
+{
+    MemoryFiles files;
+    files[kSavedPath] = WithRows(20);
+    OpenJetDatabase(files, kSavedPath)
+        ->OpenRecordset(u"SELECT * FROM saved WHERE ecrc='0'")
+        ->Delete(); // room
+    FileError error;
+    PageFile file(files.Open(kSavedPath, OpenMode::exclusive, error), OpenMode::exclusive);
+    const std::vector<RowId> rows = Table(file, kSavedDefinition).Rows();
+    const RowId from = rows.back();
+    const PageNumber to = rows.front().page;
+    std::string page = *file.Read(to), oldPage = *file.Read(from.page);
+    const std::uint8_t target = AddRow(page, RowAt(ByteView(oldPage, from.page), from.slot).Bytes());
+    Put16(page, 14 + 2 * std::size_t{target}, SlotAt(ByteView(page, to), target).start | kTarget);
+    std::string pointer;
+    Append32(pointer, ToPointer({to, target}));
+    ReplaceRow(oldPage, from.slot, pointer + "left", kLookup);
+    file.Write(to, page);
+    file.Write(from.page, oldPage);
+    return files[kSavedPath];
+}
+
+std::function<void(Database&)> Add(const Text& subject)
+{
+    return [subject](Database& database) { AddRow(database, {Text(200, u'\x0416'), subject, u"NEW"}); };
+}
+
+std::function<void(Database&)> DeleteOf(const Text& crc)
+{
+    return [crc](Database& database) {
+        database.OpenRecordset(u"SELECT * FROM saved WHERE ecrc='" + crc + u"'")->Delete();
+    };
+}
+
+std::vector<Scenario> Scenarios()
+{
+    MemoryFiles memos;
+    CreateSaved(memos);
+    {
+        auto database = OpenJetDatabase(memos, kSavedPath);
+        AddRow(*database, {u"f", u"s", u"0"});
+        AddRow(*database, {u"f", Text(30000, u'c'), u"1"});
+        AddRow(*database, {u"f", Text(600, u'p'), u"2"});
+    }
+    const MemoryImage withMemos = memos[kSavedPath];
+    MemoryImage paddedMemos = withMemos;
+    paddedMemos.Resize(700 * kPageSize);
+    return {
+        {"the first row", WithRows(0), 1, Add(u"s")},
+        {"a row on an existing page", WithRows(3), 0, Add(u"s")},
+        {"a row on a new page", WithRows(16), 1, Add(u"s")},
+        {"the first long subject", WithRows(0), 2, Add(Text(500, u'p'))},
+        {"a long subject on a page with others", withMemos, 0, Add(Text(400, u'p'))},
+        {"a long subject and a new page", WithRows(16), 2, Add(Text(3000, u'p'))},
+        {"a subject on new and old pages, and a new page", WithRows(16), 2, Add(Text(2100, u'c'))},
+        {"a subject of many pages", WithRows(3), 9, Add(Text(20000, u'c'))},
+        {"an empty map moves, the map of free pages grows", WithRows(0, 600), 2, Add(Text(500, u'p'))},
+        {"maps become lists", WithRows(16, 700), 5, Add(Text(3000, u'p'))},
+        {"the maps of long subjects become lists", paddedMemos, 3, Add(Text(1000, u'p'))},
+        {"the map of free pages becomes a list", WithRows(16, 32500), 16, Add(Text(20000, u'c'))},
+        {"a second page of bits", WithRows(16, 32734), 20, Add(Text(20000, u'c'))},
+        {"a row is deleted", WithRows(20), 0, DeleteOf(u"0")},
+        {"the last row is deleted", WithRows(1), 0, DeleteOf(u"0")},
+        {"a long subject is deleted", withMemos, 0, DeleteOf(u"2")},
+        {"a subject of many pages is deleted", withMemos, 0, DeleteOf(u"1")},
+        {"a moved row is deleted", WithMovedRow(), 0, DeleteOf(u"19")},
+    };
+}
+
+} // namespace
+
+TEST(JetCrash, AStopBetweenAnyTwoWritesLosesNoRow)
+{
+    std::size_t states = 0;
+    for (const Scenario& scenario : Scenarios()) {
+        SCOPED_TRACE(scenario.name);
+        MemoryFiles files;
+        files[kSavedPath] = scenario.start;
+        const Rows before = RowsIn(scenario.start);
+        auto database = OpenJetDatabase(files, kSavedPath);
+        files.record = true;
+        scenario.operation(*database);
+        const Rows after = Sorted(RowsOf(*database));
+        ASSERT_NE(before, after);
+        EXPECT_EQ((files[kSavedPath].Size() - scenario.start.Size()) / kPageSize,
+                  static_cast<std::uint64_t>(scenario.newPages));
+        ASSERT_GE(files.history.size(), 2u);
+
+        bool committed = false;
+        for (const auto& state : files.history) {
+            const MemoryImage& image = state.at(kSavedPath);
+            const Rows found = RowsIn(image);
+            EXPECT_TRUE(found == before || found == after);
+            EXPECT_FALSE(committed && found != after) << "what was committed stays so";
+            committed = found == after;
+            MemoryFiles stopped;
+            stopped[kSavedPath] = image;
+            if (after.size() > before.size()) {
+                EXPECT_LE(CountedRows(stopped), found.size()) << "never a row too many";
+            }
+            ExpectNothingInUseIsFree(image);
+            ExpectSound(image, found);
+            ++states;
+        }
+        EXPECT_TRUE(committed);
+    }
+    EXPECT_GE(states, 60u);
+}
+
+TEST(JetCrash, AStopWhileMakingTheFileLeavesNoneOrAll)
+{
+    MemoryFiles files;
+    files.record = true;
+    CreateSaved(files);
+    std::size_t complete = 0;
+    for (const auto& state : files.history) {
+        MemoryFiles again;
+        for (const auto& [path, image] : state) again[path] = image;
+        if (again.FileExists(kSavedPath))
+            ++complete;
+        else
+            CreateSaved(again); // what the stop left does not stand in the way
+        ExpectSound(again[kSavedPath], {});
+    }
+    EXPECT_EQ(complete, 1u);
+}
+
+TEST(JetCrash, AFailedWriteIsReportedAndLosesNoRow)
+{
+    for (const bool forGood : {false, true}) {
+        for (const Scenario& scenario : Scenarios()) {
+            SCOPED_TRACE(scenario.name);
+            const Rows before = RowsIn(scenario.start);
+            for (std::size_t n = 1;; ++n) {
+                MemoryFiles files;
+                files[kSavedPath] = scenario.start;
+                auto database = OpenJetDatabase(files, kSavedPath);
+                RowsOf(*database, u"SELECT * FROM saved WHERE ecrc='0'"); // so that there is an index
+                files.failAt = files.changes + n;
+                files.failForGood = forGood;
+                files.tornBytes = forGood ? 0 : 1000;
+                bool reported = true;
+                try {
+                    scenario.operation(*database);
+                } catch (const DatabaseError&) {
+                    reported = false;
+                }
+                if (reported && files.changes < files.failAt) break; // no change was left to fail
+                EXPECT_FALSE(reported) << "change " << n;
+                files.failForGood = false;
+                const Rows found = RowsIn(files[kSavedPath]);
+                const bool isBefore = found == before;
+                EXPECT_TRUE(isBefore || found.size() + 1 == before.size() ||
+                            found.size() == before.size() + 1);
+                if (!forGood) { // the same connection goes on
+                    EXPECT_EQ(files[kSavedPath].Size() % kPageSize, 0u);
+                    EXPECT_EQ(Sorted(RowsOf(*database)), found);
+                    if (isBefore) scenario.operation(*database);
+                    EXPECT_EQ(RowsOf(*database, u"SELECT * FROM saved WHERE ecrc='NEW'").size(),
+                              RowsIn(files[kSavedPath]).size() > before.size() ? 1u : 0u);
+                }
+                database.reset();
+                ExpectSound(files[kSavedPath], RowsIn(files[kSavedPath]));
+            }
+        }
+    }
+}
+
+TEST(JetCrash, OpeningMendsWhatAStopLeft)
+{
+    MemoryFiles files;
+    files[kSavedPath] = WithRows(5);
+    const std::string wrong("\x09\0\0\0", 4);
+    files[kSavedPath].Write(kSavedDefinition * kPageSize + 16, wrong.data(), 4);
+    files[kSavedPath].Write(files[kSavedPath].Size(), std::string(1234, 'x').data(), 1234);
+    const std::uint64_t whole = files[kSavedPath].Size() - 1234;
+    auto database = OpenJetDatabase(files, kSavedPath);
+    database->OpenRecordset(u"SELECT * FROM saved");
+    EXPECT_EQ(files[kSavedPath].Size(), whole);
+    EXPECT_EQ(CountedRows(files), 5u);
+}
+
+TEST(JetCrash, ARowIsFlushedBeforeItIsReported)
+{
+    MemoryFiles files;
+    files[kSavedPath] = WithRows(3);
+    auto database = OpenJetDatabase(files, kSavedPath);
+    files.flushes = 0;
+    Add(u"s")(*database);
+    EXPECT_EQ(files.flushes, 1u) << "the row on an existing page";
+    Add(Text(20000, u'c'))(*database);
+    EXPECT_EQ(files.flushes, 3u) << "new pages first, then the row";
+}
