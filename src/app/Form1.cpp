@@ -71,7 +71,7 @@ bool Form1::Create(HINSTANCE instance)
                               CW_USEDEFAULT, 100, 100, nullptr, nullptr, instance, this);
     if (!window_) return false;
     controls_.Create(window_);
-    store_.Attach(controls_.Drive1, controls_.Dir1, controls_.fileCheck);
+    store_.Attach(controls_.lblStoreFolder, controls_.Drive1, controls_.Dir1, controls_.fileCheck);
     const SIZE client = controls_.ClientSize();
     RECT frame = {0, 0, client.cx, client.cy};
     AdjustWindowRectEx(&frame, kFormStyle, FALSE, WS_EX_CONTROLPARENT);

@@ -192,10 +192,12 @@ void Form1Controls::MakeActions(HWND frame)
 void Form1Controls::MakeStore(HWND frame)
 {
     constexpr DWORD kList = WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
+    lblStoreFolder.Create(frame, idStoreFolder, L"", At(12, 10, 580, 15));
+    lblStoreFolder.Show(true);
     Drive1 = Make(frame, idDrive, L"COMBOBOX", L"", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
-                  At(12, 12, 300, 200));
-    Dir1 = Make(frame, idDir, L"LISTBOX", L"", kList, At(12, 40, 300, 130), WS_EX_CLIENTEDGE);
-    fileCheck = Make(frame, idFileCheck, L"LISTBOX", L"", kList, At(12, 176, 300, 60), WS_EX_CLIENTEDGE);
+                  At(12, 30, 300, 200));
+    Dir1 = Make(frame, idDir, L"LISTBOX", L"", kList, At(12, 58, 300, 114), WS_EX_CLIENTEDGE);
+    fileCheck = Make(frame, idFileCheck, L"LISTBOX", L"", kList, At(12, 178, 300, 60), WS_EX_CLIENTEDGE);
     chkIDonly = MakeCheckBox(frame, idIDonly, L"&Name files by ID only", At(12, 246, 190, 18));
     chkSendKeys = MakeCheckBox(frame, idSendKeys, L"Use Sen&dkeys", At(214, 246, 190, 18));
 }

@@ -33,6 +33,7 @@ enum ControlId : int {
     idSendKeys,
     idIgnore,
     idUseSelection,
+    idStoreFolder,
     idDrive,
     idDir,
     idFileCheck,
@@ -74,6 +75,7 @@ public:
     HWND cboComparison = nullptr, txtIgnore = nullptr;
     HWND chkJumpRemain = nullptr, chkSkipFiles = nullptr, chkIDonly = nullptr, chkSendKeys = nullptr;
 
+    OrbLabel lblStoreFolder; // which of the folder list's lines is the store folder
     HWND Drive1 = nullptr, Dir1 = nullptr, fileCheck = nullptr;
     HWND lstProgress = nullptr, lvResults = nullptr, txtSummary = nullptr;
     HWND lstTree = nullptr, lstLines = nullptr;

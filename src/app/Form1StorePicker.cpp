@@ -11,8 +11,9 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, const wchar_t* text =
 
 } // namespace
 
-void Form1StorePicker::Attach(HWND drives, HWND folders, HWND savedFiles)
+void Form1StorePicker::Attach(OrbLabel& label, HWND drives, HWND folders, HWND savedFiles)
 {
+    label_ = &label;
     drives_ = drives;
     folders_ = folders;
     savedFiles_ = savedFiles;
@@ -28,6 +29,7 @@ bool Form1StorePicker::SetFolder(const Text& path)
     const Text folder = NormalDirectoryPath(path);
     if (folder.empty() || !files_.DirectoryExists(folder)) return false;
     folder_ = folder;
+    label_->SetCaption(Wide(u"Store folder: " + folder));
     const std::vector<Text> subdirectories = files_.ListDirectories(folder);
     lines_ = DirectoryLines(folder, subdirectories);
 

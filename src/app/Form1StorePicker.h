@@ -1,6 +1,7 @@
 // Form1StorePicker.h: the lists of drives, folders and saved files, in which the store folder is chosen.
 #pragma once
 #include "app/DirectoryList.h"
+#include "controls/OrbLabel.h"
 #include "platform/Files.h"
 
 #include <windows.h>
@@ -8,7 +9,7 @@
 class Form1StorePicker {
 public:
     explicit Form1StorePicker(Files& files) : files_(files) {}
-    void Attach(HWND drives, HWND folders, HWND savedFiles);
+    void Attach(OrbLabel& label, HWND drives, HWND folders, HWND savedFiles);
 
     // The drive and folder lists go there; false and no change when it is no directory.
     bool SetFolder(const Text& path);
@@ -21,6 +22,7 @@ public:
 
 private:
     Files& files_;
+    OrbLabel* label_ = nullptr;
     HWND drives_ = nullptr, folders_ = nullptr, savedFiles_ = nullptr;
     Text folder_;
     std::vector<DirectoryLine> lines_;

@@ -170,6 +170,27 @@ TEST(WindowTest, EveryControlStandsInItsPlaceAndTab)
     EXPECT_TRUE(IsShown(program.Control(idResults)));
 }
 
+// The window of the program that has the keyboard.
+HWND FocusOf(const ProgramUnderTest& program)
+{
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(program.Window(), nullptr), &info);
+    return info.hwndFocus;
+}
+
+TEST(WindowTest, TabKeyVisitsWhatCanBeUsedInOrder)
+{
+    ProgramUnderTest program;
+    ASSERT_TRUE(program.PassStartUp());
+    ASSERT_TRUE(Eventually([&] { return FocusOf(program) == program.Control(idSync); }, 5000))
+        << "the keyboard is back on the button that a run had disabled";
+    for (const int next : {idJumpRemain, idSkipFiles, idIgnore, idUseSelection, idTab, idTree, idSync}) {
+        PostMessageW(FocusOf(program), WM_KEYDOWN, VK_TAB, 0);
+        EXPECT_TRUE(Eventually([&] { return FocusOf(program) == program.Control(next); }, 5000)) << next;
+    }
+}
+
 TEST(WindowTest, FolderListGoesDownAndUpAndIsTheStore)
 {
     ProgramUnderTest program;
@@ -179,17 +200,19 @@ TEST(WindowTest, FolderListGoesDownAndUpAndIsTheStore)
     ASSERT_TRUE(program.PassStartUp());
     const HWND list = program.Control(idDir);
     const auto open = [&](const std::wstring& name) {
+        const std::wstring before = TextOf(program.Control(idStoreFolder));
         const std::vector<std::wstring> lines = LinesOf(list);
         for (std::size_t i = 0; i < lines.size(); ++i) {
             if (lines[i].substr(lines[i].find_first_not_of(L' ')) != name) continue;
             SendMessageW(list, LB_SETCURSEL, i, 0);
-            SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(idDir, LBN_DBLCLK), 0);
-            return true;
+            PostMessageW(list, WM_KEYDOWN, VK_RETURN, 0);
+            return Eventually([&] { return TextOf(program.Control(idStoreFolder)) != before; }, 5000);
         }
         return false;
     };
     ASSERT_TRUE(open(L"store"));
     EXPECT_EQ(LinesOf(program.Control(idFileCheck)), (std::vector<std::wstring>{L"0001_a.eml"}));
+    EXPECT_EQ(TextOf(program.Control(idStoreFolder)), L"Store folder: " + program.Folder() + L"store");
     const std::wstring down = LinesOf(list).back();
     EXPECT_EQ(down.substr(down.find_first_not_of(L' ')), L"store");
     ASSERT_TRUE(open(program.Folder().substr(0, 3)));
