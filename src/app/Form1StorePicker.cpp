@@ -54,11 +54,7 @@ void Form1StorePicker::DriveChosen()
     if (chosen < 0 || Send(drives_, CB_GETLBTEXTLEN, static_cast<WPARAM>(chosen)) != 2) return;
     wchar_t drive[3] = {};
     SendMessageW(drives_, CB_GETLBTEXT, static_cast<WPARAM>(chosen), reinterpret_cast<LPARAM>(drive));
-    // An empty drive would ask for a disk in a box of the system's own.
-    const UINT oldMode = SetErrorMode(SEM_FAILCRITICALERRORS);
-    const bool there = SetFolder(FromWide(drive) + u"\\");
-    SetErrorMode(oldMode);
-    if (!there) {
+    if (!SetFolder(FromWide(drive) + u"\\")) {
         const Text present = folder_;
         SetFolder(present); // the drive shown is again that of the store folder
     }

@@ -32,10 +32,7 @@ void Form1::AddProgress(const Text& text)
 
 void Form1::BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words)
 {
-    if (closeAsked_) { // nobody is there to press OK
-        LogLine(words, Record::yes);
-        return;
-    }
+    if (closeAsked_) return; // nobody is there to press OK
     const UINT picture = icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION;
     MessageBoxW(window_, Wide(words), title, MB_OK | picture);
 }

@@ -39,6 +39,7 @@ std::vector<DatabaseMaker> Engines(Files& files, Clock& clock)
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
 {
+    SetErrorMode(SEM_FAILCRITICALERRORS); // an empty drive is an error, and no box that asks for a disk
     WinFiles files;
     WinClock clock;
     WinLocale locale;
