@@ -61,6 +61,7 @@ struct OeClient {
     bool detailsFound = false;
     int subjectPosition = 0; // column index of "Subject", plus 1
     std::vector<EmailEntry> folderEntries{};
+    bool dialogOverdue = false; // the client was told to open its Save dialog and has not done so yet
 };
 
 // The one way to wait: asks the condition, then up to `tries` times sleeps, lets the window live, and asks

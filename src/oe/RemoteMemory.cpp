@@ -42,7 +42,8 @@ void RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, 
 {
     if (IsNtPlatform(memory)) {
         // Zeros and not what the buffer held: that may be the text of the cell before.
-        if (!memory.api.Read(memory.sharedHandle, address, destination, size)) std::memset(destination, 0, size);
+        if (!memory.api.Read(memory.sharedHandle, address, destination, size))
+            std::memset(destination, 0, size);
     } else if (address != RemoteAddress::none) {
         memory.api.MoveOut(destination, address, size);
     } else {

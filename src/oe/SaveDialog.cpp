@@ -9,28 +9,38 @@
 namespace {
 
 constexpr std::size_t kLongestPath = 259; // MAX_PATH without its NUL
+const Text kDialogCaption = u"Save Message As", kDialogClass = u"#32770";
 constexpr TextView kExtension = u".eml";
 constexpr std::int32_t kSaveAsCommand = 40101; // the client's menu command
-constexpr int kDialogTries = 20, kFileTries = 20, kLeftoverTries = 10, kInterval = 100; // milliseconds
+constexpr int kDialogTries = 20, kFileTries = 20, kCloseTries = 10, kCloseRounds = 3;
+constexpr int kInterval = 100; // milliseconds
 
 WindowHandle FindDialog(OeClient& client)
 {
-    return FindTopWindowEx(client.desktop, u"Save Message As", u"#32770");
+    return FindTopWindowEx(client.desktop, kDialogCaption, kDialogClass);
 }
 
-void ClickButton(OeClient& client, WindowHandle dialog, const Text& caption)
+bool ClickButton(OeClient& client, WindowHandle dialog, const Text& caption)
 {
-    SendClick(client, FindChildWindowEx(client.desktop, dialog, caption, u"Button"));
+    const WindowHandle button =
+        dialog > 0 ? FindChildWindowEx(client.desktop, dialog, caption, u"Button") : 0;
+    if (button > 0) SendClick(client, button);
+    return button > 0;
 }
 
-// A dialog that is still open belongs to an earlier e-mail, whose message it would save under this one's
-// name. It may be just closing; otherwise it is cancelled.
-bool NoDialogIsLeft(OeClient& client)
+// Whether no dialog is open any more. One may be just closing; otherwise it is cancelled, and so is what
+// stood behind it: the client's words about a bad name are a box with the dialog's own caption and only an
+// "OK".
+bool CloseDialogs(OeClient& client)
 {
     const auto gone = [&client] { return FindDialog(client) == 0; };
-    if (WaitUntil(client, kLeftoverTries, kInterval, gone)) return true;
-    ClickButton(client, FindDialog(client), u"Cancel");
-    return WaitUntil(client, kLeftoverTries, kInterval, gone);
+    bool closed = WaitUntil(client, kCloseTries, kInterval, gone);
+    for (int round = 0; !closed && round < kCloseRounds; ++round) {
+        const WindowHandle dialog = FindDialog(client);
+        if (!ClickButton(client, dialog, u"Cancel")) ClickButton(client, dialog, u"OK");
+        closed = WaitUntil(client, kCloseTries, kInterval, gone);
+    }
+    return closed;
 }
 
 bool CanBeTyped(TextView path, CodePage& codePage)
@@ -83,12 +93,36 @@ WindowHandle FindNameBox(OeClient& client, WindowHandle dialog)
     return std::max(edit, 0);
 }
 
+WindowHandle WaitForDialog(OeClient& client)
+{
+    return WaitForTopWindow(client, kDialogCaption, kDialogClass, kDialogTries);
+}
+
+WindowHandle AskForDialog(OeClient& client, bool sendKeys)
+{
+    const WindowHandle mainWindow = client.handles.mainWindow;
+    client.desktop.BringToForeground(mainWindow);
+    if (sendKeys)
+        client.desktop.TypeSaveAsKeys(mainWindow);
+    else
+        client.desktop.Post(mainWindow, message::kCommand, kSaveAsCommand, 0);
+    return WaitForDialog(client);
+}
+
 WindowHandle OpenDialog(OeClient& client, bool sendKeys)
 {
-    client.desktop.BringToForeground(client.handles.mainWindow);
-    if (sendKeys) client.desktop.TypeSaveAsKeys();
-    else client.desktop.Post(client.handles.mainWindow, message::kCommand, kSaveAsCommand, 0);
-    return WaitForTopWindow(client, u"Save Message As", u"#32770", kDialogTries);
+    WindowHandle dialog = AskForDialog(client, sendKeys);
+    if (dialog > 0 && client.dialogOverdue) {
+        // It may be the one that an earlier e-mail waited for in vain, and so hold that one's message. With
+        // everything closed that still comes, the next one is this e-mail's.
+        for (int round = 0; dialog > 0 && round < kCloseRounds; ++round) {
+            if (!CloseDialogs(client)) return 0;
+            dialog = WaitForDialog(client);
+        }
+        dialog = dialog > 0 ? 0 : AskForDialog(client, sendKeys);
+    }
+    client.dialogOverdue = dialog <= 0;
+    return dialog;
 }
 
 } // namespace
@@ -100,7 +134,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     SaveResult result;
     const Text path = ChoosePath(client, request, result);
     if (path.empty() && result == SaveResult::skipped) return result;
-    if (path.empty() || !CanBeTyped(path, client.codePage) || !NoDialogIsLeft(client)) {
+    if (path.empty() || !CanBeTyped(path, client.codePage) || !CloseDialogs(client)) {
         log(failure);
         return SaveResult::failed;
     }
@@ -112,11 +146,13 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     }
     const WindowHandle nameBox = FindNameBox(client, dialog);
     if (nameBox == 0) return SaveResult::failed; // the dialog stays open
-    client.desktop.SendSetText(nameBox, client.codePage.ToAnsi(path));
-    ClickButton(client, dialog, u"&Save");
-    // By name only: a file that is still being written counts as saved.
-    if (WaitUntil(client, kFileTries, kInterval, [&] { return client.files.FileExists(path); }))
-        return SaveResult::saved;
+    // Without the path in it the dialog would save under a name of its own.
+    if (client.desktop.SendSetText(nameBox, client.codePage.ToAnsi(path)) != 0) {
+        ClickButton(client, dialog, u"&Save");
+        // By name only: a file that is still being written counts as saved.
+        if (WaitUntil(client, kFileTries, kInterval, [&] { return client.files.FileExists(path); }))
+            return SaveResult::saved;
+    }
     log(failure);
     ClickButton(client, dialog, u"Cancel");
     client.reporter.ProcessEvents();
@@ -141,7 +177,8 @@ Text MakeFileName(const SaveRequest& request, CodePage& codePage)
 
 Text SanitiseFileText(TextView text)
 {
-    constexpr TextView kAllowed = u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_\u00A3%$&!#~@'";
+    constexpr TextView kAllowed =
+        u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_\u00A3%$&!#~@'";
     Text kept;
     std::copy_if(text.begin(), text.end(), std::back_inserter(kept),
                  [&](char16_t unit) { return kAllowed.find(unit) != TextView::npos; });

@@ -28,8 +28,10 @@ struct WindowSearch {
             found = window;
             return false;
         };
-        if (parent != 0) desktop.EnumDescendants(parent, visit);
-        else desktop.EnumTopWindows(visit);
+        if (parent != 0)
+            desktop.EnumDescendants(parent, visit);
+        else
+            desktop.EnumTopWindows(visit);
         return found;
     }
 };
@@ -62,7 +64,8 @@ WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, const Text& 
     return WindowSearch{desktop, nullptr, className, parent}.Run();
 }
 
-WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption, const Text& className)
+WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption,
+                               const Text& className)
 {
     return WindowSearch{desktop, &caption, className, parent}.Run();
 }
@@ -95,9 +98,11 @@ void FindOeHandles(OeClient& client)
     OeHandles& handles = client.handles;
     Text missing; // each failure overwrites the one before: only the last is told
     handles.mainWindow = FindTopWindow(client.desktop, Text(kMainClass));
-    handles.messageView = FindChildWindow(client.desktop, handles.mainWindow, u"Outlook Express Message View");
+    handles.messageView =
+        FindChildWindow(client.desktop, handles.mainWindow, u"Outlook Express Message View");
     if (handles.messageView == 0) missing = u"Message View could not be found.";
-    handles.messageList = FindChildWindow(client.desktop, handles.messageView, u"Outlook Express Message List");
+    handles.messageList =
+        FindChildWindow(client.desktop, handles.messageView, u"Outlook Express Message List");
     if (handles.messageList == 0) missing = u"Message List could not be found.";
     handles.listView = FindChildWindow(client.desktop, handles.messageList, u"ATL:SysListView32");
     handles.listViewFound = handles.listView >= 1;

@@ -28,8 +28,8 @@ struct Desktop {
     virtual void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam,
                       std::int32_t lParam) = 0;
     virtual void BringToForeground(WindowHandle window) = 0;
-    // Alt+F, then A, as a user types them, to whichever window has the focus; returns when they are
-    // processed.
-    virtual void TypeSaveAsKeys() = 0;
+    // Alt held while F and A are typed, as a user does; returns when they are processed. Types nothing when
+    // the window does not come to the foreground: the keys would go to another program.
+    virtual void TypeSaveAsKeys(WindowHandle window) = 0;
     virtual void Sleep(int milliseconds) = 0;
 };

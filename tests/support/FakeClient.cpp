@@ -31,7 +31,7 @@ WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, W
     const WindowHandle window = nextWindow_;
     nextWindow_ += 2;
     windows_[window] = {className, caption, parent};
-    order_.push_back(window);
+    order_.insert(parent == 0 ? order_.begin() : order_.end(), window); // a new one is on top
     return window;
 }
 
@@ -88,14 +88,16 @@ void FakeClient::EnumDescendants(WindowHandle parent, const Visit& visit)
 
 Text FakeClient::ClassOf(WindowHandle window, int bufferSize)
 {
-    return windows_.count(window) ? windows_[window].className.substr(0, static_cast<std::size_t>(bufferSize) - 1)
-                                  : Text();
+    return windows_.count(window)
+               ? windows_[window].className.substr(0, static_cast<std::size_t>(bufferSize) - 1)
+               : Text();
 }
 
 Text FakeClient::CaptionOf(WindowHandle window, int bufferSize)
 {
-    return windows_.count(window) ? windows_[window].caption.substr(0, static_cast<std::size_t>(bufferSize) - 1)
-                                  : Text();
+    return windows_.count(window)
+               ? windows_[window].caption.substr(0, static_cast<std::size_t>(bufferSize) - 1)
+               : Text();
 }
 
 WindowHandle FakeClient::ParentOf(WindowHandle window)
@@ -103,29 +105,35 @@ WindowHandle FakeClient::ParentOf(WindowHandle window)
     return windows_.count(window) ? windows_[window].parent : 0;
 }
 
-std::int32_t FakeClient::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
+std::int32_t FakeClient::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                              std::int32_t lParam)
 {
     if (!windows_.count(window)) return 0;
     if (message == message::kKeyDown) keys.emplace_back(window, wParam);
+    if (message >= message::kKeyDown && message <= message::kRightUp) input.emplace_back(message, wParam);
     if (window == tree_) return TreeMessage(message, wParam, lParam);
     if (window == list_) return ListMessage(message, wParam, lParam);
     if (window == header_) return HeaderMessage(message, wParam, lParam);
     if (message == message::kLeftUp && windows_[window].className == u"Button") {
-        if (windows_[window].caption == u"&Save") PressSave();
-        else if (!keepDialog) RemoveWindow(windows_[window].parent);
+        const WindowHandle dialog = windows_[window].parent;
+        if (windows_[window].caption == u"&Save")
+            PressSave(dialog);
+        else if (!keepDialog)
+            RemoveWindow(dialog);
     }
     return 0;
 }
 
 std::int32_t FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
 {
-    if (window == edit_ && windows_.count(window)) typed_ = CodePage1252().FromAnsi(ansi);
+    if (deafEdit || ClassOf(window, 100) != u"Edit") return 0;
+    dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
     return 1;
 }
 
 void FakeClient::Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t)
 {
-    if (window == main_ && message == message::kCommand && wParam == 40101) OpenDialog();
+    if (window == main_ && message == message::kCommand && wParam == 40101) AskForDialog();
 }
 
 void FakeClient::Sleep(int milliseconds)
@@ -133,30 +141,55 @@ void FakeClient::Sleep(int milliseconds)
     ++sleeps;
     sleptMilliseconds += milliseconds;
     if (pendingFolder_ >= 0 && --pendingSleeps_ <= 0) ShowFolder(std::exchange(pendingFolder_, -1));
+    for (auto& [sleepsLeft, row] : pendingDialogs_)
+        if (--sleepsLeft == 0) OpenDialog(row);
+    std::erase_if(pendingDialogs_, [](const auto& pending) { return pending.first == 0; });
 }
 
-void FakeClient::OpenDialog()
+void FakeClient::AskForDialog()
 {
     if (noDialog || !windows_.count(main_)) return;
+    const int row = selected.empty() ? -1 : *selected.begin();
+    if (dialogAfter == 0)
+        OpenDialog(row);
+    else
+        pendingDialogs_.emplace_back(dialogAfter, row);
+}
+
+void FakeClient::OpenDialog(int row)
+{
     const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0);
+    dialogs_[dialog] = {row, u"C:\\Proposed.eml"};
     AddWindow(u"Button", u"&Save", dialog);
     AddWindow(u"Button", u"Cancel", dialog);
     if (noCombo) return;
     const WindowHandle outer = AddWindow(u"ComboBoxEx32", u"", dialog);
     const WindowHandle combo = AddWindow(u"ComboBox", u"", outer);
-    if (!noEdit) edit_ = AddWindow(u"Edit", u"", combo);
+    if (!noEdit) AddWindow(u"Edit", u"", combo);
 }
 
-void FakeClient::PressSave()
+void FakeClient::PressSave(WindowHandle dialog)
 {
-    const int row = selected.empty() ? -1 : *selected.begin();
-    if (!saveNothing) {
-        saveTo_.AddFile(typed_, "mail");
-        saved.emplace_back(typed_, row);
+    if (badName) {
+        AddWindow(u"Button", u"OK", AddWindow(u"#32770", u"Save Message As", 0));
+        return;
     }
-    if (!keepDialog) RemoveWindow(Find(u"#32770"));
+    if (!saveNothing) {
+        saveTo_.AddFile(dialogs_[dialog].typed, "mail");
+        saved.emplace_back(dialogs_[dialog].typed, dialogs_[dialog].row);
+    }
+    if (!keepDialog) RemoveWindow(dialog);
     if (onSave) onSave(static_cast<int>(saved.size()));
     if (closeAfterSaves == static_cast<int>(saved.size())) Close();
+}
+
+WindowHandle FakeClient::TopOf(WindowHandle window) const
+{
+    for (auto found = windows_.find(window); found != windows_.end(); found = windows_.find(window)) {
+        if (found->second.parent == 0) break;
+        window = found->second.parent;
+    }
+    return window;
 }
 
 const FakeFolder* FakeClient::FolderOf(std::int32_t item) const
@@ -207,10 +240,14 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
     const std::vector<std::vector<Text>>& rows = folders[static_cast<std::size_t>(shown)].rows;
     const auto rowCount = static_cast<std::int32_t>(rows.size());
     switch (message) {
-    case message::kListItemCount: return rowCount;
-    case message::kListHeader: return header_;
-    case message::kListSelectedCount: return rowCount == 0 ? 0 : static_cast<std::int32_t>(selected.size());
-    case message::kListNextItem: return rowCount == 0 || selected.empty() ? -1 : *selected.begin();
+    case message::kListItemCount:
+        return rowCount;
+    case message::kListHeader:
+        return header_;
+    case message::kListSelectedCount:
+        return rowCount == 0 ? 0 : static_cast<std::int32_t>(selected.size());
+    case message::kListNextItem:
+        return rowCount == 0 || selected.empty() ? -1 : *selected.begin();
     case message::kListColumnOrder:
         if (char* order = Bytes(static_cast<std::uint32_t>(lParam), columnOrder.size() * 4, "column order"))
             std::memcpy(order, columnOrder.data(), columnOrder.size() * 4);
@@ -228,8 +265,10 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
         if (wParam >= 0 && (item->state & 2)) selected.insert(wParam);
         return 1;
     }
-    case message::kListItemW: break;
-    default: return 0;
+    case message::kListItemW:
+        break;
+    default:
+        return 0;
     }
     const auto* item = reinterpret_cast<RemoteListItem*>(
         Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteListItem), "list item"));
@@ -247,7 +286,8 @@ std::int32_t FakeClient::HeaderMessage(std::uint32_t message, std::int32_t wPara
         Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteHeaderItem), "header item"));
     if (!item || wParam < 0 || wParam >= static_cast<std::int32_t>(columnTitles.size())) return 0;
     const std::string title = CodePage1252().ToAnsi(columnTitles[static_cast<std::size_t>(wParam)]);
-    const std::size_t length = std::min<std::size_t>(title.size() + 1, static_cast<std::size_t>(item->textMax));
+    const std::size_t length =
+        std::min<std::size_t>(title.size() + 1, static_cast<std::size_t>(item->textMax));
     if (char* to = Bytes(static_cast<std::uint32_t>(item->text), length, "header text"))
         std::memcpy(to, title.c_str(), length);
     return 1;
@@ -257,7 +297,8 @@ char* FakeClient::Bytes(std::uint32_t address, std::size_t size, const char* wha
 {
     if (address == 0) return nullptr; // a null pointer: the control answers nothing
     for (auto& [start, bytes] : blocks_)
-        if (address >= start && address + size <= start + bytes.size()) return bytes.data() + (address - start);
+        if (address >= start && address + size <= start + bytes.size())
+            return bytes.data() + (address - start);
     ADD_FAILURE() << "the client was given a bad address for: " << what;
     return nullptr;
 }
@@ -348,5 +389,6 @@ void FakeClient::MoveIn(RemoteAddress to, const void* from, std::uint32_t size)
 
 void FakeClient::MoveOut(void* to, RemoteAddress from, std::uint32_t size)
 {
-    if (const char* bytes = Bytes(static_cast<std::uint32_t>(from), size, "move out")) std::memcpy(to, bytes, size);
+    if (const char* bytes = Bytes(static_cast<std::uint32_t>(from), size, "move out"))
+        std::memcpy(to, bytes, size);
 }

@@ -12,9 +12,9 @@
 
 struct FakeFolder {
     Text name;
-    int level = 0;                         // 0 for the root
-    std::vector<std::vector<Text>> rows;   // by column index
-    std::int32_t item = 0;                 // set by the client
+    int level = 0;                       // 0 for the root
+    std::vector<std::vector<Text>> rows; // by column index
+    std::int32_t item = 0;               // set by the client
 };
 
 class FakeClient : public Desktop, public ProcessApi {
@@ -30,19 +30,23 @@ public:
     int refreshAfter = 0;               // sleeps between selecting a folder and the new list
     bool keepsList = false;             // the list is filled anew instead of rebuilt
     bool ignoreDownKey = false, noDialog = false, noCombo = false, noEdit = false, saveNothing = false;
-    bool keepDialog = false;            // it stays open after Save and after Cancel
-    int closeAfterSaves = -1;           // the client ends itself
+    bool keepDialog = false;  // it stays open after Save and after Cancel
+    bool deafEdit = false;    // the box for the name takes no text
+    bool badName = false;     // Save is answered by a box with the dialog's caption and an OK
+    int dialogAfter = 0;      // sleeps between the command and the dialog
+    int closeAfterSaves = -1; // the client ends itself
     std::function<void(int saves)> onSave;
 
     // What was seen.
-    std::vector<std::string> calls;     // of ProcessApi
-    std::size_t failAt = 0;             // the failAt-th of them is refused
+    std::vector<std::string> calls; // of ProcessApi
+    std::size_t failAt = 0;         // the failAt-th of them is refused
     int sleeps = 0, sleptMilliseconds = 0;
-    std::vector<std::pair<Text, int>> saved; // path, row
-    std::vector<std::pair<WindowHandle, std::int32_t>> keys; // key-down messages
+    std::vector<std::pair<Text, int>> saved; // path, row that was selected when the dialog was asked for
+    std::vector<std::pair<WindowHandle, std::int32_t>> keys;   // key-down messages
+    std::vector<std::pair<std::uint32_t, std::int32_t>> input; // key and mouse messages, wParam
 
-    void ShowFolder(int index);         // at once: new list, new handles
-    void Close();                       // every window goes
+    void ShowFolder(int index);                     // at once: new list, new handles
+    void Close();                                   // every window goes
     WindowHandle Find(const Text& className) const; // 0 when there is none
     std::size_t LiveBlocks() const { return blocks_.size(); }
     std::size_t OpenHandles() const { return handles_.size(); }
@@ -53,11 +57,12 @@ public:
     Text ClassOf(WindowHandle window, int bufferSize) override;
     Text CaptionOf(WindowHandle window, int bufferSize) override;
     WindowHandle ParentOf(WindowHandle window) override;
-    std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
+    std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                      std::int32_t lParam) override;
     std::int32_t SendSetText(WindowHandle window, const std::string& ansi) override;
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle) override {}
-    void TypeSaveAsKeys() override { OpenDialog(); }
+    void TypeSaveAsKeys(WindowHandle) override { AskForDialog(); }
     void Sleep(int milliseconds) override;
 
     // ProcessApi
@@ -75,8 +80,8 @@ public:
     void MoveIn(RemoteAddress to, const void* from, std::uint32_t size) override;
     void MoveOut(void* to, RemoteAddress from, std::uint32_t size) override;
 
-    std::uint32_t platform = 2;     // VER_PLATFORM_WIN32_NT
-    int platformFailures = 0;       // so many asks fail first
+    std::uint32_t platform = 2; // VER_PLATFORM_WIN32_NT
+    int platformFailures = 0;   // so many asks fail first
 
 private:
     static constexpr std::uint32_t kProcess = 4711;
@@ -87,8 +92,10 @@ private:
 
     WindowHandle AddWindow(const Text& className, const Text& caption, WindowHandle parent);
     void RemoveWindow(WindowHandle window);
-    void OpenDialog();
-    void PressSave();
+    void AskForDialog();
+    void OpenDialog(int row);
+    void PressSave(WindowHandle dialog);
+    WindowHandle TopOf(WindowHandle window) const;
     std::int32_t TreeMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
     std::int32_t ListMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
     std::int32_t HeaderMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
@@ -102,8 +109,13 @@ private:
     FakeFiles& saveTo_;
     std::map<WindowHandle, Window> windows_;
     std::vector<WindowHandle> order_;
-    WindowHandle nextWindow_ = 0x10010, main_ = 0, view_ = 0, list_ = 0, header_ = 0, tree_ = 0, edit_ = 0;
-    Text typed_;
+    WindowHandle nextWindow_ = 0x10010, main_ = 0, view_ = 0, list_ = 0, header_ = 0, tree_ = 0;
+    struct SaveDialog {
+        int row;
+        Text typed;
+    };
+    std::map<WindowHandle, SaveDialog> dialogs_;
+    std::vector<std::pair<int, int>> pendingDialogs_; // sleeps left, row
     int pendingFolder_ = -1, pendingSleeps_ = 0;
     std::map<std::uint32_t, std::vector<char>> blocks_;
     std::set<std::int32_t> handles_;

@@ -65,7 +65,7 @@ TEST_F(OeSave, APathHasAtMost259Characters)
 
 TEST_F(OeSave, SuffixesSkipTheLetterZ)
 {
-    const std::pair<Text, Text> steps[] = {{u"", u"a"},   {u"a", u"b"},   {u"x", u"y"},  {u"y", u"aa"},
+    const std::pair<Text, Text> steps[] = {{u"", u"a"},    {u"a", u"b"},    {u"x", u"y"},  {u"y", u"aa"},
                                            {u"ay", u"ba"}, {u"yy", u"aaa"}, {u"by", u"ca"}};
     for (const auto& [from, to] : steps) EXPECT_EQ(NextLetterSuffix(from), to) << ToUtf8(from);
     Text suffix;
@@ -108,7 +108,8 @@ TEST_F(OeSave, WhatGoesWrongHasItsWords)
         {"no combo box", [](OeBench& b) { b.fake.noCombo = true; }, u"No combo found", 0, true},
         {"no edit box", [](OeBench& b) { b.fake.noEdit = true; }, u"No edit found", 0, true},
         {"no file", [](OeBench& b) { b.fake.saveNothing = true; }, u"FAIL: 5 Re: Test #1", 20, false},
-        {"no client", [](OeBench& b) { static_cast<FakeClient&>(b.fake).Close(); }, u"No dialog found", 20, false},
+        {"no client", [](OeBench& b) { static_cast<FakeClient&>(b.fake).Close(); }, u"No dialog found", 20,
+         false},
     };
     for (const Case& c : cases) {
         OeBench bench({{u"Inbox", 0, {MailRow(u"Re: Test #1")}}});
@@ -134,6 +135,45 @@ TEST_F(OeSave, ADialogOfAnEarlierEmailIsNeverUsed)
     EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::failed) << "it does not go away";
     EXPECT_EQ(view.log.back(), u"FAIL: 7 Re: Test #1");
     EXPECT_EQ(fake.saved.size(), 2u);
+}
+
+TEST_F(OeSave, HoweverLateADialogComesNoEmailIsSavedUnderAnothersName)
+{
+    int saves = 0, lost = 0;
+    for (int late = 0; late <= 70; ++late) {
+        OeBench bench({{u"Inbox", 0, {MailRow(u"a"), MailRow(u"b"), MailRow(u"c"), MailRow(u"d")}}});
+        FindOeHandles(bench.client);
+        for (int row = 0; row < 4; ++row) {
+            // The client is slow for its first two e-mails.
+            bench.fake.dialogAfter = row < 2 ? late : 0;
+            bench.fake.selected = {row};
+            request.id = row;
+            if (SaveCurrentEmail(bench.client, request) == SaveResult::failed) ++lost;
+        }
+        for (const auto& [path, row] : bench.fake.saved) {
+            EXPECT_EQ(path, Path(u"000" + DecimalText(row) + u"_ReTest#1.eml")) << "late by " << late;
+            ++saves;
+        }
+        EXPECT_TRUE(bench.files.FileExists(Path(u"0003_ReTest#1.eml")))
+            << "late by " << late << ": it recovers";
+    }
+    EXPECT_EQ(saves + lost, 71 * 4) << "every e-mail is saved or told as failed";
+}
+
+TEST_F(OeSave, ADialogThatDoesNotTakeTheNameIsCancelled)
+{
+    fake.deafEdit = true;
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::failed);
+    EXPECT_EQ(view.log.back(), u"FAIL: 5 Re: Test #1");
+    EXPECT_TRUE(fake.saved.empty()) << "not under the name that the client proposes either";
+    EXPECT_EQ(fake.Find(u"#32770"), 0);
+
+    fake.deafEdit = false;
+    fake.badName = true;
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::failed);
+    EXPECT_NE(fake.Find(u"#32770"), 0) << "the client's box about the name";
+    fake.badName = false;
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::saved) << "the box is out of the way";
 }
 
 TEST_F(OeSave, APathThatCannotBeTypedIsNotTyped)
