@@ -90,7 +90,10 @@ MessageDetails GetMessageDetails(OeClient& client)
         details.id = client.currentEmailId = id;
         details.cells = ReadItemTexts(client, id);
     }
-    client.detailsFound = !details.cells.empty();
+    // A row without a single text could not be read: as an e-mail it would be the same as every other such
+    // row.
+    client.detailsFound = std::any_of(details.cells.begin(), details.cells.end(),
+                                      [](const Text& cell) { return !cell.empty(); });
     if (client.detailsFound) {
         show(u"Subject: " + SubjectOf(client, details));
         show(u"Message details found");
@@ -126,6 +129,7 @@ double EntryDateKey(const EmailEntry& entry)
 
 void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress)
 {
+    client.folderEntries.clear(); // those of the folder before
     if (!client.handles.oeFound || !client.handles.listViewFound) return;
     ReadListColumns(client);
     const std::int32_t count = ListItemCount(client);
@@ -139,6 +143,7 @@ void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
         client.reporter.ProcessEvents();
     }
     SweepRemoteMemory(client.memory);
-    std::stable_sort(client.folderEntries.begin(), client.folderEntries.end(),
-                     [](const EmailEntry& a, const EmailEntry& b) { return EntryDateKey(a) < EntryDateKey(b); });
+    std::stable_sort(
+        client.folderEntries.begin(), client.folderEntries.end(),
+        [](const EmailEntry& a, const EmailEntry& b) { return EntryDateKey(a) < EntryDateKey(b); });
 }

@@ -53,22 +53,29 @@ public:
     {
     }
 
-    // Count and caption must both have changed. Kept: so two folders with the same count never pass.
+    void Look()
+    {
+        now_ = ListItemCount(client_);
+        hit_ = FindNoCase(GetWindowCaption(client_.desktop, client_.handles.mainWindow), folderName_);
+    }
+
+    // Before the first wait it goes by the look that was taken when the folder had just been selected. Count
+    // and caption must both have changed. Kept: so two folders with the same count never pass.
     bool Arrived()
     {
-        const std::int32_t now = ListItemCount(client_);
-        const std::size_t hit = FindNoCase(GetWindowCaption(client_.desktop, client_.handles.mainWindow), folderName_);
+        if (waits_ > 0) Look();
         // An empty folder after an empty folder cannot change the count: a caption that begins with its name
         // is enough, from the first wait on.
-        if (waits_ > 0 && hit == 0 && before_ == 0 && now == 0) before_ = -1;
+        if (waits_ > 0 && hit_ == 0 && before_ == 0 && now_ == 0) before_ = -1;
         const bool lastTry = waits_++ >= kRefreshTries;
-        return !lastTry && now != before_ && hit != Text::npos;
+        return !lastTry && now_ != before_ && hit_ != Text::npos;
     }
 
 private:
     OeClient& client_;
     const Text& folderName_;
-    std::int32_t before_;
+    std::int32_t before_, now_ = 0;
+    std::size_t hit_ = Text::npos; // of the folder's name in the caption
     int waits_ = 0;
 };
 
@@ -150,11 +157,13 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
     client.desktop.Send(tree, message::kTreeSelectItem, kFirstVisible, item);
     client.reporter.ProcessEvents();
     client.desktop.Send(tree, message::kTreeSelectItem, kCaret, item);
+    refresh.Look();
     client.reporter.LogLine(u"Allowing OE to settle", Record::no);
     client.reporter.ProcessEvents();
     Settle(client);
     client.reporter.LogLine(u"Waiting for folder to refresh", Record::no);
-    bool arrived = WaitUntil(client, kRefreshTries, kRefreshInterval, [&refresh] { return refresh.Arrived(); });
+    bool arrived =
+        WaitUntil(client, kRefreshTries, kRefreshInterval, [&refresh] { return refresh.Arrived(); });
     if (!arrived) ReportFailure(client);
     FindOeHandles(client);
     if (ListColumnCount(client) == 0) {

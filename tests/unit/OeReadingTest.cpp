@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 const std::vector<FakeFolder> kFolders = {
@@ -35,7 +37,8 @@ TEST_F(OeReading, SearchesMatchFragmentsInAnyCaseAndOnlyDirectChildren)
     EXPECT_EQ(FindTopWindowEx(desktop, u"INBOX", u""), main);
     EXPECT_EQ(FindTopWindowEx(desktop, u"Outbox", u"Browser"), 0);
     EXPECT_EQ(FindChildWindow(desktop, main, u"SysListView32"), 0) << "a grandchild";
-    EXPECT_EQ(FindChildWindow(desktop, client.handles.messageList, u"syslistview32"), client.handles.listView);
+    EXPECT_EQ(FindChildWindow(desktop, client.handles.messageList, u"syslistview32"),
+              client.handles.listView);
     EXPECT_EQ(FindChildWindow(desktop, 0, u"Message List"), 0) << "parent 0 means top-level windows";
     EXPECT_EQ(FindChildWindow(desktop, 0, u"Browser"), main);
     EXPECT_EQ(WaitForTopWindow(client, u"Save Message As", u"#32770", 3), 0);
@@ -52,8 +55,10 @@ TEST_F(OeReading, DiscoveryTellsTheLastThingMissing)
     };
     const Case cases[] = {
         {"all there", u"", {u"Outlook Express found"}, true, true},
-        {"an empty view", u"Outlook Express Message List",
-         {u"List View could not be found.", u"Outlook Express found, but could not access message list."}, true,
+        {"an empty view",
+         u"Outlook Express Message List",
+         {u"List View could not be found.", u"Outlook Express found, but could not access message list."},
+         true,
          false},
         {"nothing at all", u"*", {u"Could not find Outlook Express window"}, false, false},
     };
@@ -128,12 +133,55 @@ TEST_F(OeReading, EveryRefusedCallGivesEmptyTextsAndLosesNothing)
         // Whatever failed: a text is either the cell's own or empty, never its neighbour's.
         ASSERT_EQ(texts.size(), 7u);
         for (std::size_t i = 0; i < texts.size(); ++i)
-            EXPECT_TRUE(texts[i].empty() || (i < own.size() && texts[i] == own[i])) << "call " << n << ", cell " << i;
+            EXPECT_TRUE(texts[i].empty() || (i < own.size() && texts[i] == own[i]))
+                << "call " << n << ", cell " << i;
         fake.failAt = 0;
         SweepRemoteMemory(client.memory);
         EXPECT_EQ(fake.LiveBlocks(), 0u) << "call " << n;
         EXPECT_EQ(fake.OpenHandles(), 0u) << "call " << n;
     }
+}
+
+TEST_F(OeReading, ARefusedCallNeverMovesATitleOrAFolderNameToAnother)
+{
+    for (std::size_t n = 1;; ++n) {
+        fake.calls.clear();
+        fake.failAt = n;
+        client.lstTree.clear();
+        ReadListColumns(client);
+        SetListItemState(client, 1, 3);
+        WalkFolderTree(client);
+        if (fake.calls.size() < n) break;
+        for (const ListColumn& column : client.columns) {
+            if (!client.columnsKnown) break;
+            const Text& own = fake.columnTitles[static_cast<std::size_t>(column.index)];
+            EXPECT_TRUE(column.title.empty() || column.title == own) << "call " << n;
+        }
+        for (const OeFolder& folder : client.lstTree) {
+            const auto own = std::find_if(fake.folders.begin(), fake.folders.end(),
+                                          [&](const FakeFolder& each) { return each.item == folder.item; });
+            ASSERT_NE(own, fake.folders.end()) << "call " << n;
+            EXPECT_EQ(folder.Name(), own->name) << "call " << n;
+        }
+        fake.failAt = 0;
+        SweepRemoteMemory(client.memory);
+        EXPECT_EQ(fake.LiveBlocks(), 0u) << "call " << n;
+        EXPECT_EQ(fake.OpenHandles(), 0u) << "call " << n;
+    }
+    EXPECT_EQ(client.lstTree.size(), kFolders.size()) << "the last round met no refusal";
+}
+
+TEST_F(OeReading, KeysAndClicksAreTheMessagesOfAUser)
+{
+    const WindowHandle list = client.handles.listView;
+    SendKey(client, list, 40, WithCharacter::no);
+    SendKey(client, list, 40, WithCharacter::yes);
+    SendClick(client, list);
+    SendClick(client, list, MouseButton::right);
+    const std::vector<std::pair<std::uint32_t, std::int32_t>> want = {{0x100, 40}, {0x101, 40}, {0x100, 40},
+                                                                      {0x102, 40}, {0x101, 40}, {0x201, 0},
+                                                                      {0x202, 0},  {0x204, 0},  {0x205, 0}};
+    EXPECT_EQ(fake.input, want);
 }
 
 TEST_F(OeReading, TheOldFamilyGoesThroughSharedMappings)
@@ -162,7 +210,8 @@ TEST_F(OeReading, TheTreeIsWalkedDepthFirst)
     WalkFolderTree(client);
     std::vector<Text> lines;
     for (const OeFolder& folder : client.lstTree) lines.push_back(folder.text);
-    EXPECT_EQ(lines, (std::vector<Text>{u"Outlook Express", u"-Local Folders", u"--Inbox", u"---Work", u"---Dashes-"}));
+    EXPECT_EQ(lines, (std::vector<Text>{u"Outlook Express", u"-Local Folders", u"--Inbox", u"---Work",
+                                        u"---Dashes-"}));
     EXPECT_EQ(client.lstTree[4].Name(), u"-Dashes-");
     EXPECT_EQ(CurrentFolderIndex(client), 2);
     client.lstTree[2].item += 1; // as after a restart of the client
@@ -199,7 +248,8 @@ TEST_F(OeReading, AFolderChangeWaitsForCountAndCaption)
         bench.fake.keepsList = c.keepsList;
         bench.fake.refreshAfter = c.refreshAfter;
         bench.fake.keys.clear();
-        EXPECT_EQ(ChangeFolder(bench.client, c.to, folders[static_cast<std::size_t>(c.to)].name), c.want) << c.why;
+        EXPECT_EQ(ChangeFolder(bench.client, c.to, folders[static_cast<std::size_t>(c.to)].name), c.want)
+            << c.why;
         EXPECT_EQ(bench.fake.sleeps, c.sleeps) << c.why;
         EXPECT_EQ(bench.flags.stopAfterEmail && bench.flags.stopAfterFolder, !c.want) << c.why;
         EXPECT_FALSE(bench.flags.stopRequested) << c.why << ": the program's own abort";
@@ -208,6 +258,22 @@ TEST_F(OeReading, AFolderChangeWaitsForCountAndCaption)
         const Text failed = u"Outlook Express failed to change folders.";
         EXPECT_EQ(bench.view.log, c.want ? std::vector<Text>{} : std::vector<Text>{failed}) << c.why;
     }
+}
+
+TEST_F(OeReading, AListSeenChangingRightAfterTheSelectionCounts)
+{
+    // Both folders hold one message, and the list is empty while the client fills it.
+    fake.ShowFolder(3);
+    fake.folders[4].rows.clear();
+    fake.keepsList = true;
+    FindOeHandles(client);
+    WalkFolderTree(client);
+    int events = 0;
+    view.onEvents = [&] {
+        if (++events == 2) fake.folders[4].rows = {MailRow(u"Single")};
+    };
+    EXPECT_TRUE(ChangeFolder(client, 4, u"-Dashes-"));
+    EXPECT_EQ(fake.sleeps, 0);
 }
 
 TEST_F(OeReading, TheSettleTimeIsSleptInFull)
@@ -227,10 +293,13 @@ TEST_F(OeReading, DetailsSayWhatIsMissing)
     };
     const Case cases[] = {
         {"empty folder", [](FakeClient& f) { f.ShowFolder(1); }, u"ERROR: No items in message list."},
-        {"no columns", [](FakeClient& f) { f.columnTitles.clear(); }, u"ERROR: No columns in message list header."},
+        {"no columns", [](FakeClient& f) { f.columnTitles.clear(); },
+         u"ERROR: No columns in message list header."},
         {"nothing selected", [](FakeClient& f) { f.selected.clear(); },
          u"ERROR: No email selected from message list."},
         {"row 0", [](FakeClient&) {}, u"Message details found"},
+        {"a row without a text is no e-mail", [](FakeClient& f) { f.folders[2].rows[0] = {}; },
+         u"No message details found"},
     };
     for (const Case& c : cases) {
         OeBench bench(kFolders);
@@ -240,14 +309,18 @@ TEST_F(OeReading, DetailsSayWhatIsMissing)
         const MessageDetails details = GetMessageDetails(bench.client);
         EXPECT_EQ(bench.view.shown.back(), c.want) << c.why;
         EXPECT_EQ(bench.client.detailsFound, c.want == u"Message details found") << c.why;
-        EXPECT_EQ(details.id, bench.client.detailsFound ? 0 : -1) << c.why;
+        EXPECT_EQ(details.id, details.cells.empty() ? -1 : 0) << c.why;
     }
 }
 
 TEST_F(OeReading, CellsBecomeAnEntry)
 {
-    fake.folders[2].rows[0] = {u"", u"\"Ann\" <ann@example.com>; bob@example.com", u" Caf\u00C3\u00A9\t  news ", u"",
-                               u"31/01/2007 10:15", u"carol@example.com"};
+    fake.folders[2].rows[0] = {u"",
+                               u"\"Ann\" <ann@example.com>; bob@example.com",
+                               u" Caf\u00C3\u00A9\t  news ",
+                               u"",
+                               u"31/01/2007 10:15",
+                               u"carol@example.com"};
     settings.timeOffset = 1;
     settings.applyDst = 1;
     clock.daylightSaving = true;
@@ -267,8 +340,10 @@ TEST_F(OeReading, CellsBecomeAnEntry)
 
 TEST_F(OeReading, FolderEntriesAreSortedButKeepTheirRows)
 {
-    fake.folders[2].rows = {MailRow(u"c", u"05/05/2008 10:00"), MailRow(u"a", u"01/05/2008 10:00"),
-                            MailRow(u"b", u"03/05/2008 10:00"), {u"", u"x", u"none", u"", u"", u""}};
+    fake.folders[2].rows = {MailRow(u"c", u"05/05/2008 10:00"),
+                            MailRow(u"a", u"01/05/2008 10:00"),
+                            MailRow(u"b", u"03/05/2008 10:00"),
+                            {u"", u"x", u"none", u"", u"", u""}};
     std::vector<int> percent;
     ReadFolderEntries(client, [&](int value) { percent.push_back(value); });
     std::vector<std::int32_t> rows;
@@ -276,4 +351,12 @@ TEST_F(OeReading, FolderEntriesAreSortedButKeepTheirRows)
     EXPECT_EQ(rows, (std::vector<std::int32_t>{3, 1, 2, 0}));
     EXPECT_EQ(percent, (std::vector<int>{0, 33, 67, 100}));
     EXPECT_EQ(fake.LiveBlocks(), 0u);
+
+    fake.folders[2].rows.resize(1);
+    percent.clear();
+    ReadFolderEntries(client, [&](int value) { percent.push_back(value); });
+    EXPECT_EQ(percent, std::vector<int>{100}) << "one row only";
+    fake.folders[2].rows.clear();
+    ReadFolderEntries(client, [&](int value) { percent.push_back(value); });
+    EXPECT_TRUE(client.folderEntries.empty()) << "those of the folder before are not this one's";
 }
