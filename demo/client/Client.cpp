@@ -30,21 +30,10 @@ std::wstring Wide(std::u16string_view text)
     return std::wstring(text.begin(), text.end());
 }
 
-const MailFolder* FirstWithMessages(const MailFolder& folder)
-{
-    if (!folder.messages.empty()) return &folder;
-    for (const MailFolder& child : folder.folders)
-        if (const MailFolder* found = FirstWithMessages(child)) return found;
-    return nullptr;
-}
-
 const MailFolder* FirstShown(const MailFolder& root, const std::wstring& select)
 {
-    if (!select.empty()) return FindFolder(root, std::u16string(select.begin(), select.end()));
-    for (const MailFolder& folder : root.folders)
-        if (FoldAscii(folder.name) == u"inbox") return &folder;
-    const MailFolder* first = FirstWithMessages(root);
-    return first ? first : &root;
+    if (select.empty()) return FindFolder(root, DefaultFolderPath(root));
+    return FindFolder(root, std::u16string(select.begin(), select.end()));
 }
 
 } // namespace

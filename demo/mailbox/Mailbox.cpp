@@ -119,6 +119,19 @@ std::size_t FindSeparator(std::string_view file, std::size_t from)
     return std::string_view::npos;
 }
 
+// Adds to path the names down to the first folder that has messages; false when there is none.
+bool DescendToMessages(const MailFolder& folder, std::u16string& path)
+{
+    if (!folder.messages.empty()) return true;
+    const std::size_t length = path.size();
+    for (const MailFolder& child : folder.folders) {
+        path += u"/" + child.name;
+        if (DescendToMessages(child, path)) return true;
+        path.resize(length);
+    }
+    return false;
+}
+
 } // namespace
 
 std::string ReadFileBytes(const fs::path& path)
@@ -155,6 +168,14 @@ const MailFolder* FindFolder(const MailFolder& root, std::u16string_view path)
         if (folder.name == first)
             if (const MailFolder* found = FindFolder(folder, rest)) return found;
     return first == kRootFolderName && root.name == kRootFolderName ? FindFolder(root, rest) : nullptr;
+}
+
+std::u16string DefaultFolderPath(const MailFolder& root)
+{
+    for (const MailFolder& folder : root.folders)
+        if (FoldAscii(folder.name) == u"inbox") return folder.name;
+    std::u16string path(kRootFolderName);
+    return DescendToMessages(root, path) ? path : std::u16string(kRootFolderName);
 }
 
 std::size_t CountMessages(const MailFolder& folder)

@@ -39,6 +39,10 @@ std::vector<std::string_view> SplitMbox(std::string_view file);
 // counts. An empty path and "Local Folders" alone are the root. Null when there is none.
 const MailFolder* FindFolder(const MailFolder& root, std::u16string_view path);
 
+// The path (as for FindFolder) of the folder that is shown when none is asked for: "Inbox" in any letter
+// case, else the first that has messages, depth first, else the root.
+std::u16string DefaultFolderPath(const MailFolder& root);
+
 std::size_t CountMessages(const MailFolder& folder); // with those of all folders below
 
 // The bytes of any file; throws MailboxError when it cannot be read.

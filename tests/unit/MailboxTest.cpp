@@ -132,6 +132,19 @@ TEST(MailboxTest, FolderIsFoundByPath)
     EXPECT_EQ(FindFolder(root, u"Projects/Beta"), nullptr);
 }
 
+TEST(MailboxTest, WithoutAChoiceTheInboxIsShownElseTheFirstMail)
+{
+    const MailMessage mail{u"a.eml", "Subject: a\r\n\r\n"};
+    const MailFolder empty{u"Empty", {}, {}}, deep{u"Deep", {}, {empty, {u"Mail", {mail}, {}}}};
+    const auto pathIn = [](std::vector<MailMessage> messages, std::vector<MailFolder> folders) {
+        return DefaultFolderPath({std::u16string(kRootFolderName), std::move(messages), std::move(folders)});
+    };
+    EXPECT_EQ(pathIn({mail}, {deep, {u"INBOX", {}, {}}}), u"INBOX") << "even when it is empty";
+    EXPECT_EQ(pathIn({}, {empty, deep}), u"Local Folders/Deep/Mail");
+    EXPECT_EQ(pathIn({mail}, {deep}), u"Local Folders");
+    EXPECT_EQ(pathIn({}, {empty}), u"Local Folders") << "no mail at all";
+}
+
 TEST(MailboxTest, DirectoryNamesHoldOnlyWhatWindowsCan)
 {
     const struct {

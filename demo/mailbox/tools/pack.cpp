@@ -1,5 +1,8 @@
 // pack.cpp: demo-pack DIRECTORY FILE: puts a mailbox directory into one file.
+//           demo-pack --default DIRECTORY: prints the path of the folder that is shown when none is asked
+//           for.
 #include "demo/mailbox/Pack.h"
+#include "demo/mailbox/Names.h"
 
 #include <fstream>
 #include <iostream>
@@ -18,10 +21,14 @@ std::size_t CountFolders(const MailFolder& folder)
 int main(int argc, char** argv)
 {
     if (argc != 3) {
-        std::cerr << "usage: demo-pack DIRECTORY FILE\n";
+        std::cerr << "usage: demo-pack (DIRECTORY FILE | --default DIRECTORY)\n";
         return 2;
     }
     try {
+        if (std::string_view(argv[1]) == "--default") {
+            std::cout << NameToUtf8(DefaultFolderPath(LoadMailbox(argv[2]))) << "\n";
+            return 0;
+        }
         const MailFolder root = LoadMailbox(argv[1]);
         const std::string pack = WritePack(root);
         std::ofstream file(argv[2], std::ios::binary);
