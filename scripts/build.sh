@@ -19,4 +19,4 @@ if [ ! -f "build/$preset/build.ninja" ] || [ ! -f "build/$preset/CMakeCache.txt"
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 fi
 echo "== Building $preset: ${*:-all}"
-cmake --build --preset "$preset" ${1:+--target "$@"} -- --quiet
+cmake --build --preset "$preset" ${1:+--target "$@"} -- --quiet | sed '/^ninja: no work to do/d'

@@ -1,0 +1,69 @@
+// ProgramDriver.h: starts a program and works its windows as a user would: finds, reads, presses.
+// Nothing here waits without a limit. Fails by: answers of false, null or empty; only Start throws.
+#pragma once
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// A process that was started here and does not outlive this object.
+class StartedProgram {
+public:
+    StartedProgram() = default;
+    ~StartedProgram();
+    StartedProgram(const StartedProgram&) = delete;
+    StartedProgram& operator=(const StartedProgram&) = delete;
+
+    // words: the program's path and its arguments. folder: its current folder. Throws std::runtime_error.
+    void Start(const std::vector<std::wstring>& words, const std::wstring& folder);
+    DWORD Id() const { return process_.dwProcessId; }
+    bool HasEnded(DWORD waitMilliseconds = 0) const;
+    DWORD ExitCode() const; // once it has ended
+
+private:
+    PROCESS_INFORMATION process_ = {};
+};
+
+// A visible top-level window of the process; empty texts stand for any. Null when there is none.
+HWND FindProgramWindow(DWORD process, std::wstring_view windowClass, std::wstring_view caption = {});
+
+// A visible control at any depth, by its caption without mnemonic marks. Null when there is none.
+HWND FindButton(HWND window, std::wstring_view caption);
+
+std::wstring ClassOf(HWND window);
+std::wstring TextOf(HWND window); // empty when the window does not answer within a few seconds
+
+// A message box: its words, and the press of its first button. Press answers at once, as the program may be
+// busy for long with what the button starts; a disabled button is not pressed, and the answer is false.
+std::wstring BoxWords(HWND box);
+bool Press(HWND button);
+bool PressOk(HWND box);
+
+// What a user would see: one line for each visible top-level window, and below it the texts of its controls.
+std::wstring DescribeScreen();
+
+// A text file that another process appends to, read line by line as it grows.
+class GrowingFile {
+public:
+    // Lines that the file has already are passed over. It need not be there yet.
+    explicit GrowingFile(const std::wstring& path);
+    std::vector<std::wstring> NewLines(); // whole ones only, from the ANSI code page
+
+private:
+    std::string ReadFrom(LONGLONG position) const;
+    std::wstring path_;
+    LONGLONG position_ = 0;
+};
+
+// Polls until the condition holds; false when that takes longer than the limit.
+template <class Condition>
+bool WaitUntil(DWORD milliseconds, Condition condition)
+{
+    const DWORD start = GetTickCount();
+    while (!condition()) {
+        if (GetTickCount() - start >= milliseconds) return false;
+        Sleep(20);
+    }
+    return true;
+}
