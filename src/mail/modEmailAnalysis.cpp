@@ -85,9 +85,10 @@ void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& contex
     summary.Bcc = headers.bcc;
     summary.Cc = headers.cc;
     summary.Subject = DecodeHeaderText(headers.subject, false, codePage);
+    summary.SubjectKey = DecodeHeaderText(headers.subject, true, codePage);
     // Kept: the list shows the en dash as the control character 22, and the key must match the list.
-    summary.SubjectKey =
-        ReplaceAll(DecodeHeaderText(headers.subject, true, codePage), codePage.FromAnsi("\x96"), u"\x16");
+    for (const char16_t enDash : codePage.FromAnsi("\x96"))
+        std::replace(summary.SubjectKey.begin(), summary.SubjectKey.end(), enDash, u'\x16');
     summary.SentDate = ParseHeaderDate(headers.date, context.locale);
     Text lastHop(TrimSpaces(FieldOf(headers.received, u";", 2)));
     summary.ReceivedDate = ParseHeaderDate(lastHop, context.locale);
@@ -111,6 +112,7 @@ Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& sum
     read.HasAttachment = HasAttachmentMark(message);
     KeepHeaderBlock(message);
     Headers headers = ReadHeaders(message, context.codePage);
+    message = std::string(); // the values may be as large as the file
     try {
         FillSummary(read, headers, context);
     } catch (const ValueFault& fault) {

@@ -83,6 +83,37 @@ TEST(Eml, ReadsAWholeMessage)
     EXPECT_TRUE(got.HasAttachment);
 }
 
+TEST(Eml, ReadsAnOldListMessage)
+{
+    const Read read = ReadMessage(Lines({
+        "Received: by list.example (5.65/1.35) id AA01234; Fri, 13 Aug 99 09:05:30 EDT",
+        "Received: from campus.example by list.example with UUCP",
+        "date: Fri Aug 13 09:01:02 1999",
+        "from: 'The Gardener, Sen.' <g@campus.example> (at home)",
+        "To: Members: \"A. One\" <one@x.example>,",
+        "\ttwo@x.example ; ,",
+        "to: =?us-ascii?Q?Three?= <three@x.example>",
+        "Subject: [garden] what's =?iso-8859-15?Q?10_=A4?= in =?ISO-8859-1?B?R+RydGVu?= ?",
+        "",
+        "Content-Disposition: attachment; filename=\"on the same line\"",
+    }));
+    const EmlSummary& got = read.summary;
+    EXPECT_EQ(read.error, u"");
+    EXPECT_EQ(got.From, u"'The Gardener, Sen.' <g@campus.example> (at home)");
+    EXPECT_EQ(got.FromKey, u"'The Gardener, Sen.' \\(at home\\)");
+    EXPECT_EQ(
+        got.To,
+        u"Members: \"A. One\" <one@x.example>,two@x.example ; ,; =?us-ascii?Q?Three?= <three@x.example>");
+    EXPECT_EQ(got.ToKey, u"Members:  A. One; two@x.example; =?us-ascii?Q?Three?=");
+    EXPECT_EQ(got.Subject, u"[garden] what's 10 \u20AC in G\u00E4rten ?\r");
+    EXPECT_EQ(got.SubjectKey, u"[garden] what's 10 \u20AC in G\u00E4rten ?\r")
+        << "two spaces before each word, made one";
+    EXPECT_EQ(got.SentDateText, u"13/08/1999 09:01");
+    EXPECT_EQ(got.ReceivedDateText, u"13/08/1999 13:05");
+    EXPECT_EQ(got.DeliveryDateText, u"01/01/1900 00:00");
+    EXPECT_FALSE(got.HasAttachment);
+}
+
 TEST(Eml, HeaderBlocks)
 {
     struct Case {

@@ -65,6 +65,7 @@ void JsonObject::AddRaw(std::string_view key, std::string_view json)
 
 void JsonObject::Print() const
 {
-    const std::string line = "{" + members_ + "}\n";
-    std::fwrite(line.data(), 1, line.size(), stdout);
+    std::fputc('{', stdout);
+    std::fwrite(members_.data(), 1, members_.size(), stdout);
+    std::fputs("}\n", stdout);
 }
