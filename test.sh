@@ -40,7 +40,10 @@ scripts/install-tools.sh
 scripts/build.sh asan
 scripts/build.sh win32
 scripts/build.sh fuzz
-scripts/build.sh native demo-pack quillbox-inspect
+scripts/build.sh native demo-pack demo-check quillbox-inspect
+
+echo "== Imports and size of the program"
+tests/imports/check.sh build/win32/quillbox.exe
 
 echo "== Unit tests under the sanitizers"
 ctest --test-dir build/asan --output-on-failure
@@ -50,5 +53,8 @@ fuzz_all
 
 echo "== Unit and windows tests under Wine"
 scripts/wine-run.sh -t 400 -- tests/windows/run.sh
+
+echo "== The demo, from end to end"
+tests/demo/run.sh
 
 echo "== All tests passed"
