@@ -131,12 +131,27 @@ private:
     std::set<std::u16string> expected_;
 };
 
-bool HaveSameDetails(const MailMessage& a, const MailMessage& b)
+// A date as the list shows it: without seconds.
+std::string WithoutSeconds(std::string date)
+{
+    const std::size_t hour = date.find(':');
+    const std::size_t minute = hour == std::string::npos ? hour : date.find(':', hour + 1);
+    if (minute != std::string::npos) date.erase(minute, 3);
+    return date;
+}
+
+// Whether the message list may show the two alike, so that the second one rightly counts as saved.
+bool LookAlike(const MailMessage& a, const MailMessage& b)
 {
     const std::string_view headersA = HeaderBlock(a.bytes), headersB = HeaderBlock(b.bytes);
-    for (const char* name : {"From", "To", "Subject", "Date", "Received"})
+    for (const char* name : {"From", "To", "Subject"})
         if (HeaderValue(headersA, name) != HeaderValue(headersB, name)) return false;
-    return true;
+    const auto received = [](std::string_view headers) {
+        const std::string value = HeaderValue(headers, "Received"); // a hop's text, ";", its date
+        return WithoutSeconds(value.substr(value.rfind(';') + 1));
+    };
+    return WithoutSeconds(HeaderValue(headersA, "Date")) == WithoutSeconds(HeaderValue(headersB, "Date")) &&
+           received(headersA) == received(headersB);
 }
 
 struct Check {
@@ -152,29 +167,27 @@ struct Check {
         const std::size_t skipped = unsaved == 0 ? 0 : SkippedForGood(log, folder.name, exported.size());
         result.messages += exported.size();
         result.exported += saved;
-        for (std::size_t row = 0; row < exported.size(); ++row)
-            if (!exported[row])
-                Unsaved(folder, row, exported, files.count(row) > 0, unsaved <= skipped, path);
+        for (std::size_t row = 0; row < exported.size(); ++row) {
+            if (exported[row]) continue;
+            const std::string what =
+                path + ": row " + std::to_string(row) + " (" + NameToUtf8(folder.messages[row].source) + ") ";
+            if (unsaved > skipped)
+                result.problems.push_back(what + (files.count(row) ? "differs from its file" : "is missing"));
+            else if (HasTwin(folder, row, exported))
+                result.notes.push_back(what + "was skipped: a stored one looks the same in the list");
+            else
+                result.problems.push_back(what + "was skipped, but no stored one looks the same in the list");
+        }
         if (unsaved > skipped)
             result.problems.push_back(path + ": " + std::to_string(unsaved) + " not stored, " +
                                       std::to_string(skipped) + " reported as skipped for good");
     }
 
-    void Unsaved(const MailFolder& folder, std::size_t row, const std::vector<bool>& exported, bool hasFile,
-                 bool reported, const std::string& path)
+    static bool HasTwin(const MailFolder& folder, std::size_t row, const std::vector<bool>& exported)
     {
-        const MailMessage& message = folder.messages[row];
-        bool twin = false;
-        for (std::size_t i = 0; i < exported.size() && !twin; ++i)
-            twin = exported[i] && HaveSameDetails(folder.messages[i], message);
-        const std::string what =
-            path + ": row " + std::to_string(row) + " (" + NameToUtf8(message.source) + ") ";
-        if (!reported)
-            result.problems.push_back(what + (hasFile ? "differs from its file" : "is missing"));
-        else if (twin)
-            result.notes.push_back(what + "was skipped: a stored one has the same details");
-        else
-            result.notes.push_back(what + "was skipped, but no stored one has the same details");
+        for (std::size_t i = 0; i < exported.size(); ++i)
+            if (exported[i] && LookAlike(folder.messages[i], folder.messages[row])) return true;
+        return false;
     }
 
     void Tree(const MailFolder& folder, const std::string& path, const fs::path& directory)
