@@ -21,16 +21,18 @@ trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/quillbox-test.XXXXXX")
 
-# A fuzz target starts from what it found before, kept in build/, and leaves what broke it there.
+# A fuzz target starts from its seeds and from what it found before, kept in build/, and leaves what broke it there.
 fuzz_all() {
-    local target name
+    local target name seeds
     for target in build/fuzz/fuzz-*; do
         [ -x "$target" ] || continue
         name=${target##*/}
         mkdir -p "build/fuzz/corpus/$name"
+        seeds=(tests/fuzz/seeds/"${name#fuzz-}")
+        [ -d "${seeds[0]}" ] || seeds=()
         echo "-- $name ${fuzz[*]}"
         "$target" "${fuzz[@]}" -timeout=25 -rss_limit_mb=2048 -print_final_stats=0 \
-            -artifact_prefix="build/fuzz/$name-" "build/fuzz/corpus/$name" >"$scratch/$name.log" 2>&1 ||
+            -artifact_prefix="build/fuzz/$name-" "build/fuzz/corpus/$name" "${seeds[@]}" >"$scratch/$name.log" 2>&1 ||
             { cat "$scratch/$name.log"; return 1; }
         tail -n 1 "$scratch/$name.log"
     done
