@@ -120,9 +120,13 @@ void TableWriter::InspectRow(const StoredRow& stored, std::vector<std::uint32_t>
     const Row row(table_.Definition(), stored.bytes);
     for (const Column& column : table_.Definition().columns) {
         const std::optional<std::string_view> cell = row.Cell(column);
-        if (!cell || cell->empty() || !column.IsLong()) continue;
-        for (RowId place : ReadLongValue(table_.File(), ByteView(*cell, row.Page())).places)
-            referred.push_back(ToPointer(place));
+        if (!cell || cell->empty()) continue;
+        const ByteView bytes(*cell, row.Page());
+        if (column.type == ColumnType::text) (void)DecodeText(bytes);
+        if (!column.IsLong()) continue;
+        const LongValue value = ReadLongValue(table_.File(), bytes);
+        if (column.type == ColumnType::memo) (void)DecodeText(ByteView(value.bytes, row.Page()));
+        for (RowId place : value.places) referred.push_back(ToPointer(place));
     }
 }
 
