@@ -11,21 +11,24 @@ constexpr char16_t kEscapable[] = {u'\'', u'"', u'<', u'>'};
 // Escapes become placeholders 1 to 4, line breaks one space each.
 Text ProtectEscapes(TextView value)
 {
-    Text out;
-    out.reserve(value.size());
+    Text out(value);
+    std::size_t size = 0;
     for (std::size_t i = 0; i < value.size(); ++i) {
-        const char16_t next = i + 1 < value.size() ? value[i + 1] : u'\0';
-        const char16_t* escapable = std::find(std::begin(kEscapable), std::end(kEscapable), next);
-        if (value[i] == u'\\' && escapable != std::end(kEscapable)) {
-            out += static_cast<char16_t>(escapable - kEscapable + 1);
-            ++i;
-        } else if (value[i] == u'\r' || value[i] == u'\n') {
-            out += u' ';
-            if (value[i] == u'\r' && next == u'\n') ++i;
-        } else {
-            out += value[i];
+        char16_t unit = value[i];
+        if (unit == u'\\' || unit == u'\r' || unit == u'\n') {
+            const char16_t next = i + 1 < value.size() ? value[i + 1] : u'\0';
+            const char16_t* escaped = std::find(std::begin(kEscapable), std::end(kEscapable), next);
+            if (unit != u'\\') {
+                if (unit == u'\r' && next == u'\n') ++i;
+                unit = u' ';
+            } else if (escaped != std::end(kEscapable)) {
+                unit = static_cast<char16_t>(escaped - kEscapable + 1);
+                ++i;
+            }
         }
+        out[size++] = unit;
     }
+    out.resize(size);
     return out;
 }
 

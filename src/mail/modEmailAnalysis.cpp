@@ -174,7 +174,8 @@ void KeepHeaderBlock(std::string& message)
     if (blank != message.npos) message.resize(blank + 1);
     ReplaceInPlace(message, "\r\n\t", ""); // Kept: joined without a space
     ReplaceInPlace(message, "\r\n ", " ");
-    std::replace(message.begin(), message.end(), '\t', ' ');
+    for (std::size_t tab = message.find('\t'); tab != message.npos; tab = message.find('\t', tab))
+        message[tab] = ' ';
     CollapseSpacesIn(message);
 }
 

@@ -52,13 +52,25 @@ double AddSeconds(double date, double count, std::int64_t unit)
     return DateFromSeconds(SecondsOf(date) + static_cast<std::int64_t>(CheckedCount(count)) * unit);
 }
 
-// Of a number that is not negative; at least width digits.
-void AppendDigits(Text& out, int number, std::size_t width)
+// What a letter of a pattern stands for; -1 for the letters that stand for themselves.
+int PartOf(const DateFields& fields, char16_t letter)
 {
-    const std::size_t start = out.size();
-    for (; number != 0 || out.size() - start < width; number /= 10)
-        out += static_cast<char16_t>(u'0' + number % 10);
-    std::reverse(out.begin() + static_cast<std::ptrdiff_t>(start), out.end());
+    switch (letter) {
+    case u'y':
+        return fields.year;
+    case u'm':
+        return fields.month;
+    case u'd':
+        return fields.day;
+    case u'h':
+        return fields.hour;
+    case u'n':
+        return fields.minute;
+    case u's':
+        return fields.second;
+    default:
+        return -1;
+    }
 }
 
 } // namespace
@@ -129,33 +141,13 @@ double AddMinutes(double date, double count)
 Text FormatDate(double date, TextView pattern)
 {
     const DateFields fields = FieldsOf(date);
-    Text out;
-    out.reserve(pattern.size());
-    for (std::size_t i = 0; i < pattern.size();) {
-        const std::size_t end = std::min(pattern.find_first_not_of(pattern[i], i), pattern.size());
-        switch (pattern[i]) {
-        case u'y':
-            AppendDigits(out, fields.year, end - i);
-            break;
-        case u'm':
-            AppendDigits(out, fields.month, end - i);
-            break;
-        case u'd':
-            AppendDigits(out, fields.day, end - i);
-            break;
-        case u'h':
-            AppendDigits(out, fields.hour, end - i);
-            break;
-        case u'n':
-            AppendDigits(out, fields.minute, end - i);
-            break;
-        case u's':
-            AppendDigits(out, fields.second, end - i);
-            break;
-        default:
-            out.append(pattern, i, end - i);
-        }
-        i = end;
+    Text out(pattern);
+    for (std::size_t i = 0, end = 0; i < pattern.size(); i = end) {
+        while (end < pattern.size() && pattern[end] == pattern[i]) ++end;
+        int part = PartOf(fields, pattern[i]);
+        if (part < 0) continue;
+        for (std::size_t digit = end; digit-- > i; part /= 10)
+            out[digit] = static_cast<char16_t>(u'0' + part % 10);
     }
     return out;
 }
