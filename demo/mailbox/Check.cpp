@@ -140,18 +140,45 @@ std::string WithoutSeconds(std::string date)
     return date;
 }
 
-// Whether the message list may show the two alike, so that the second one rightly counts as saved.
-bool LookAlike(const MailMessage& a, const MailMessage& b)
+// What the list shows of addresses: names, or the addresses of those without one.
+std::string ShownNames(const std::string& addresses)
 {
+    std::string names;
+    bool inBrackets = false;
+    for (const char c : addresses) {
+        if (c == '<') inBrackets = true;
+        if (!inBrackets && c != '"' && c != ' ') names += c;
+        if (c == '>') inBrackets = false;
+    }
+    return names.empty() ? addresses : names;
+}
+
+// Two moments are told apart for certain only when both are times in the same zone.
+bool MayShowSameDate(const std::string& a, const std::string& b)
+{
+    const auto zone = [](const std::string& date) {
+        const std::string last = date.substr(date.rfind(' ') + 1);
+        return last.find(':') == std::string::npos ? last : std::string();
+    };
+    const bool times = a.find(':') != std::string::npos && b.find(':') != std::string::npos;
+    return WithoutSeconds(a) == WithoutSeconds(b) || !times || zone(a) != zone(b);
+}
+
+// Whether the message list may show the two alike, so that the second one rightly counts as saved.
+bool MayLookAlike(const MailMessage& a, const MailMessage& b)
+{
+    constexpr std::size_t kShown = 128; // characters of a cell that are read
     const std::string_view headersA = HeaderBlock(a.bytes), headersB = HeaderBlock(b.bytes);
-    for (const char* name : {"From", "To", "Subject"})
-        if (HeaderValue(headersA, name) != HeaderValue(headersB, name)) return false;
     const auto received = [](std::string_view headers) {
         const std::string value = HeaderValue(headers, "Received"); // a hop's text, ";", its date
-        return WithoutSeconds(value.substr(value.rfind(';') + 1));
+        return value.substr(value.rfind(';') + 1);
     };
-    return WithoutSeconds(HeaderValue(headersA, "Date")) == WithoutSeconds(HeaderValue(headersB, "Date")) &&
-           received(headersA) == received(headersB);
+    return HeaderValue(headersA, "Subject").substr(0, kShown) ==
+               HeaderValue(headersB, "Subject").substr(0, kShown) &&
+           ShownNames(HeaderValue(headersA, "From")) == ShownNames(HeaderValue(headersB, "From")) &&
+           ShownNames(HeaderValue(headersA, "To")) == ShownNames(HeaderValue(headersB, "To")) &&
+           MayShowSameDate(HeaderValue(headersA, "Date"), HeaderValue(headersB, "Date")) &&
+           MayShowSameDate(received(headersA), received(headersB));
 }
 
 struct Check {
@@ -186,7 +213,7 @@ struct Check {
     static bool HasTwin(const MailFolder& folder, std::size_t row, const std::vector<bool>& exported)
     {
         for (std::size_t i = 0; i < exported.size(); ++i)
-            if (exported[i] && LookAlike(folder.messages[i], folder.messages[row])) return true;
+            if (exported[i] && MayLookAlike(folder.messages[i], folder.messages[row])) return true;
         return false;
     }
 

@@ -45,7 +45,8 @@ bool IsClientThere(FolderRun& run)
 SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& subject)
 {
     const RunOptions options = run.view.Options();
-    SaveRequest request{subject, entry.row, run.exportFolder, options.idOnly, options.skipFiles, options.sendKeys};
+    SaveRequest request{subject,        entry.row,         run.exportFolder,
+                        options.idOnly, options.skipFiles, options.sendKeys};
     const SaveResult result = SaveCurrentEmail(run.client, request);
     if (result == SaveResult::saved) {
         ++run.runTotalSaved;
@@ -72,9 +73,15 @@ void ExportSelected(FolderRun& run, Outcome& outcome)
         return;
     }
     switch (SaveAndRecord(run, entry, subject)) {
-    case SaveResult::saved: ++outcome.passed; break;
-    case SaveResult::failed: ++outcome.failed; break;
-    case SaveResult::skipped: ++outcome.skipped; break;
+    case SaveResult::saved:
+        ++outcome.passed;
+        break;
+    case SaveResult::failed:
+        ++outcome.failed;
+        break;
+    case SaveResult::skipped:
+        ++outcome.skipped;
+        break;
     }
 }
 
@@ -140,8 +147,10 @@ void ExportFolder(FolderRun& run, bool partOfAllFolders)
     ExportStatistics statistics;
     statistics.startTime = run.client.clock.LocalNow();
     try {
-        if (run.client.handles.oeFound) ExportList(run, partOfAllFolders, statistics, outcome);
-        else run.Flags().runCompleted = false;
+        if (run.client.handles.oeFound)
+            ExportList(run, partOfAllFolders, statistics, outcome);
+        else
+            run.Flags().runCompleted = false;
     } catch (const DatabaseError& error) {
         // No export without a record of it.
         run.Flags().runCompleted = false;

@@ -13,10 +13,10 @@ struct FolderRun {
     std::vector<FolderNode> nodes{};
     std::vector<Text> folderPaths{};      // full names: in the log, on the window, in the database
     std::vector<Text> storeDirectories{}; // below the store folder
-    int selectedFolder = -1;            // lstTree's selected line; -1: none
+    int selectedFolder = -1;              // lstTree's selected line; -1: none
 
-    Text currentFolder{}; // full name under which saved e-mails are recorded
-    Text exportFolder{};  // full path, ends in a backslash
+    Text currentFolder{};            // full name under which saved e-mails are recorded
+    Text exportFolder{};             // full path, ends in a backslash
     std::int32_t runTotalSaved = 0;  // since the export pass of an all-folders run began
     std::int32_t runTotalToSave = 0; // as its check pass found it
 

@@ -64,7 +64,8 @@ Text DirectoryNameFor(TextView folderName, CodePage& codePage)
     Text name(folderName);
     for (char16_t& unit : name)
         if (!IsAllowed(unit, codePage)) unit = u'_';
-    for (std::size_t i = name.size(); i > 0 && (name[i - 1] == u'.' || name[i - 1] == u' '); --i) name[i - 1] = u'_';
+    for (std::size_t i = name.size(); i > 0 && (name[i - 1] == u'.' || name[i - 1] == u' '); --i)
+        name[i - 1] = u'_';
     if (name.empty()) name = u"_";
     if (IsDeviceName(name)) name.insert(std::min(name.find(u'.'), name.size()), 1, u'_');
     return name;
@@ -100,8 +101,10 @@ bool MakeFolders(Files& files, const Text& path)
     if (files.DirectoryExists(path)) return true;
     // The drive ("C:\") or the share ("\\server\share\") cannot be made.
     std::size_t at = 0;
-    if (path.starts_with(u"\\\\")) at = path.find(u'\\', std::min(path.find(u'\\', 2), path.size() - 1) + 1);
-    else at = path.find(u'\\');
+    if (path.starts_with(u"\\\\"))
+        at = path.find(u'\\', std::min(path.find(u'\\', 2), path.size() - 1) + 1);
+    else
+        at = path.find(u'\\');
     while (at != Text::npos) {
         at = path.find(u'\\', at + 1);
         if (at == Text::npos) break;

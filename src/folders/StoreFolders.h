@@ -7,8 +7,8 @@
 #include "platform/Files.h"
 
 // The name with "_" in place of every character that Windows cannot hold in a name or the client's dialog
-// cannot be told (it is filled in the ANSI code page); "_" stands behind a device's name ("CON_", "LPT1_.txt").
-// Never empty.
+// cannot be told (it is filled in the ANSI code page); "_" stands behind a device's name ("CON_",
+// "LPT1_.txt"). Never empty.
 Text DirectoryNameFor(TextView folderName, CodePage& codePage);
 
 // One path relative to the store folder for each node, without separators at the ends. The root is part of

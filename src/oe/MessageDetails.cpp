@@ -90,10 +90,7 @@ MessageDetails GetMessageDetails(OeClient& client)
         details.id = client.currentEmailId = id;
         details.cells = ReadItemTexts(client, id);
     }
-    // A row without a single text could not be read: as an e-mail it would be the same as every other such
-    // row.
-    client.detailsFound = std::any_of(details.cells.begin(), details.cells.end(),
-                                      [](const Text& cell) { return !cell.empty(); });
+    client.detailsFound = !details.cells.empty();
     if (client.detailsFound) {
         show(u"Subject: " + SubjectOf(client, details));
         show(u"Message details found");

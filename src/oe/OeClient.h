@@ -56,7 +56,7 @@ struct OeClient {
     OeHandles handles{};
     std::vector<ListColumn> columns{}; // in the order the user sees them
     bool columnsKnown = false;
-    std::vector<OeFolder> lstTree{}; // depth first
+    std::vector<OeFolder> lstTree{};  // depth first
     std::int32_t currentEmailId = -1; // row that GetMessageDetails read last; -1: none
     bool detailsFound = false;
     int subjectPosition = 0; // column index of "Subject", plus 1

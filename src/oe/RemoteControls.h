@@ -48,9 +48,11 @@ inline constexpr std::uint32_t kTextBytes = 256;
 struct TextBuffer {
     std::array<char16_t, 256> units{};
 
-    Text Receive(RemoteMemory& memory, RemoteAddress block)
+    // False when the block could not be read; the text is empty then.
+    bool Receive(RemoteMemory& memory, RemoteAddress block, Text& text)
     {
-        RemoteRead(memory, block, units.data(), kTextBytes);
-        return Text(CutAtNul({units.data(), units.size()}));
+        const bool done = RemoteRead(memory, block, units.data(), kTextBytes);
+        text = CutAtNul({units.data(), units.size()});
+        return done;
     }
 };

@@ -32,7 +32,7 @@ std::vector<std::int32_t> ReadColumnOrder(OeClient& client, std::int32_t count)
     const RemoteAddress block = RemoteAlloc(client.memory, client.handles.listView, bytes);
     (void)RemoteWrite(client.memory, block, order.data(), bytes); // zeros either way
     client.desktop.Send(client.handles.listView, message::kListColumnOrder, count, Param(block));
-    RemoteRead(client.memory, block, order.data(), bytes);
+    (void)RemoteRead(client.memory, block, order.data(), bytes);
     RemoteFree(client.memory, block);
     return order;
 }
@@ -84,7 +84,7 @@ void ReadListColumns(OeClient& client)
             RemoteWrite(memory, itemBlock, &item, sizeof item) &&
             client.desktop.Send(header, message::kHeaderItemA, order[place], Param(itemBlock)) != 0;
         std::array<char, kHeaderTextBytes> title{};
-        if (answered) RemoteRead(memory, textBlock, title.data(), kHeaderTextBytes);
+        if (answered) (void)RemoteRead(memory, textBlock, title.data(), kHeaderTextBytes);
         ListColumn& column = client.columns[place];
         column.title = CutAtNul(client.codePage.FromAnsi({title.data(), title.size()}));
         column.index = static_cast<std::int16_t>(order[place]);
@@ -115,6 +115,7 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
     const RemoteAddress itemBlock = RemoteAlloc(memory, list, sizeof(RemoteListItem));
     const RemoteAddress textBlock = RemoteAlloc(memory, list, kTextBytes);
     TextBuffer buffer;
+    bool complete = true; // but for the text beyond the last column, which a list need not answer
     for (std::size_t column = 0; column < texts.size(); ++column) {
         RemoteListItem request{};
         request.mask = kListItemText;
@@ -124,12 +125,14 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
         request.textMax = kTextBytes;
         // The text block needs no clearing: it is zero when fresh, and later a list that answers fills it. If
         // it is not asked or does not answer, the block holds the cell before, which must not pass for this.
-        if (RemoteWrite(memory, itemBlock, &request, sizeof request) &&
-            client.desktop.Send(list, message::kListItemW, 0, Param(itemBlock)) != 0)
-            texts[column] = buffer.Receive(memory, textBlock);
+        const bool isRead = RemoteWrite(memory, itemBlock, &request, sizeof request) &&
+                            client.desktop.Send(list, message::kListItemW, 0, Param(itemBlock)) != 0 &&
+                            buffer.Receive(memory, textBlock, texts[column]);
+        complete = complete && (isRead || column + 1 == texts.size());
     }
     RemoteFree(memory, textBlock);
     RemoteFree(memory, itemBlock);
+    if (!complete) texts.clear();
     return texts;
 }
 

@@ -14,8 +14,9 @@ void ReadListColumns(OeClient& client);
 // title while no columns are known.
 int ColumnIndexByTitle(const OeClient& client, TextView title);
 
-// The row's texts by column index, each at most 128 characters, and one more that is empty as a rule. Empty
-// when there is no header; empty texts for a negative row.
+// The row's texts by column index, each at most 128 characters, and one more that is empty as a rule; empty
+// texts for a negative row. No texts at all without a header, and when one of a column could not be read:
+// with a part of its details an e-mail would pass for another.
 std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item);
 
 enum class OtherItems { keep, clear };
@@ -27,4 +28,5 @@ void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state);
 enum class WithCharacter { no, yes };
 void SendKey(OeClient& client, WindowHandle window, std::int32_t virtualKey, WithCharacter character);
 enum class MouseButton { left, right };
-void SendClick(OeClient& client, WindowHandle window, MouseButton button = MouseButton::left); // at its (0, 0)
+void SendClick(OeClient& client, WindowHandle window,
+               MouseButton button = MouseButton::left); // at its (0, 0)

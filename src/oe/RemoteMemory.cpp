@@ -38,17 +38,16 @@ bool RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source
     return true;
 }
 
-void RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size)
+bool RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size)
 {
-    if (IsNtPlatform(memory)) {
-        // Zeros and not what the buffer held: that may be the text of the cell before.
-        if (!memory.api.Read(memory.sharedHandle, address, destination, size))
-            std::memset(destination, 0, size);
-    } else if (address != RemoteAddress::none) {
+    bool done = address != RemoteAddress::none;
+    if (IsNtPlatform(memory))
+        done = memory.api.Read(memory.sharedHandle, address, destination, size);
+    else if (done)
         memory.api.MoveOut(destination, address, size);
-    } else {
-        std::memset(destination, 0, size);
-    }
+    // Zeros and not what the buffer held: that may be the text of the cell before.
+    if (!done) std::memset(destination, 0, size);
+    return done;
 }
 
 void RemoteFree(RemoteMemory& memory, RemoteAddress address)

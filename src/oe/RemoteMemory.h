@@ -30,7 +30,8 @@ bool IsNtPlatform(RemoteMemory& memory);
 RemoteAddress RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32_t size);
 // False when nothing was written: the block then still holds the structure of the request before.
 bool RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source, std::uint32_t size);
-void RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size);
+// False when nothing was read: the destination is zeros then.
+bool RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size);
 void RemoteFree(RemoteMemory& memory, RemoteAddress address);
 
 // Releases what stayed behind, with a handle of its own. To be called between operations: a left block

@@ -114,9 +114,10 @@ TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t i
     request.textMax = kTextBytes;
     (void)RemoteWrite(memory, itemBlock, &request, sizeof request); // both blocks are zero until it succeeds
     client.desktop.Send(tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock));
-    RemoteRead(memory, itemBlock, &request, sizeof request);
+    (void)RemoteRead(memory, itemBlock, &request, sizeof request);
     TextBuffer buffer;
-    TreeItemReading reading{buffer.Receive(memory, textBlock), request.children};
+    TreeItemReading reading{{}, request.children};
+    (void)buffer.Receive(memory, textBlock, reading.text); // empty when unread: an item without a name
     RemoteFree(memory, textBlock);
     RemoteFree(memory, itemBlock);
     return reading;

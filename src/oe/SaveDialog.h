@@ -22,8 +22,8 @@ struct SaveRequest {
 // left over from an earlier e-mail is closed first, and a path that the dialog cannot be told is a failure.
 SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request);
 
-// At least four digits of the ID, then "_" and what of the subject a file name may hold, cut so that the whole
-// path has at most 259 characters. Empty when not even the ID fits.
+// At least four digits of the ID, then "_" and what of the subject a file name may hold, cut so that the
+// whole path has at most 259 characters. Empty when not even the ID fits.
 Text MakeFileName(const SaveRequest& request, CodePage& codePage);
 
 // Keeps the letters a to z in both cases, digits and -_£%$&!#~@' ; everything else goes.

@@ -9,7 +9,8 @@ WindowHandle FindTopWindowEx(Desktop& desktop, const Text& caption, const Text& 
 // Direct children only. With parent 0 top-level windows are searched instead, which finds none of the
 // classes that are sought below a window.
 WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, const Text& className);
-WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption, const Text& className);
+WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption,
+                               const Text& className);
 // FindTopWindowEx, tries + 1 times at the most, 100 ms apart.
 WindowHandle WaitForTopWindow(OeClient& client, const Text& caption, const Text& className, int tries);
 Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 characters

@@ -15,7 +15,8 @@ void AppendList(Text& out, const std::vector<Text>& list)
 
 Text IdentityString(const EmailEntry& entry, Locale& locale)
 {
-    Text out = locale.DateText(entry.Received) + u'+' + locale.DateText(entry.Sent) + u'+' + entry.Subject + u'+';
+    Text out =
+        locale.DateText(entry.Received) + u'+' + locale.DateText(entry.Sent) + u'+' + entry.Subject + u'+';
     AppendList(out, entry.From);
     out += u'+';
     AppendList(out, entry.To);

@@ -12,7 +12,8 @@ std::unique_ptr<Database> OpenChecked(const DatabaseMaker& maker, const Text& pa
 
 } // namespace
 
-Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path, const std::vector<DatabaseMaker>& makers)
+Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
+                     const std::vector<DatabaseMaker>& makers)
 {
     if (saved.IsOpen()) return {};
     Text reasons;

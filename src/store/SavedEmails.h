@@ -24,7 +24,8 @@ struct SavedEmails {
 
 // Opens the file with the first engine that can, having created it when it is missing. Empty when open
 // afterwards (also when it was open before); otherwise the reasons, a line for each engine.
-Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path, const std::vector<DatabaseMaker>& makers);
+Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
+                     const std::vector<DatabaseMaker>& makers);
 void CloseSavedEmails(SavedEmails& saved) noexcept;
 
 // Whether the CRC is recorded under the folder, or, with an empty folder, under any.

@@ -51,7 +51,8 @@ std::int32_t clsCRC::AddBytes(std::string_view bytes)
     if (crc32_) {
         const Table& table = *table32_;
         std::uint32_t crc = register32_;
-        for (const char byte : bytes) crc = (crc >> 8) ^ table[(crc ^ static_cast<unsigned char>(byte)) & 0xFF];
+        for (const char byte : bytes)
+            crc = (crc >> 8) ^ table[(crc ^ static_cast<unsigned char>(byte)) & 0xFF];
         register32_ = crc;
     } else {
         const Table& table = *table16_;

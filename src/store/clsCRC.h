@@ -25,7 +25,8 @@ public:
     // The same after Clear.
     std::int32_t CalculateBytes(std::string_view bytes);
     std::int32_t CalculateString(TextView text);
-    std::optional<std::int32_t> CalculateFile(Files& files, const Text& path); // empty file: register untouched
+    std::optional<std::int32_t> CalculateFile(Files& files,
+                                              const Text& path); // empty file: register untouched
 
     std::int32_t Value() const;
     // Kept: CRC-32 is inverted on the way out only, so that writing back what was read does not go on where

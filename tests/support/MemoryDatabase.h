@@ -41,7 +41,8 @@ struct MemoryDatabase : Database {
         bool found = sql.find(u"WHERE") == Text::npos && !rows.empty();
         for (const auto& row : rows)
             found = found || (sql.find(u"ecrc='" + row.at(u"ecrc") + u"'") != Text::npos &&
-                              sql.find(u"efolder='" + ReplaceAll(row.at(u"efolder"), u"'", u"''") + u"'") != Text::npos);
+                              sql.find(u"efolder='" + ReplaceAll(row.at(u"efolder"), u"'", u"''") + u"'") !=
+                                  Text::npos);
         return std::make_unique<Rows>(*this, !found);
     }
     void Close() noexcept override {}

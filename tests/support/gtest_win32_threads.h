@@ -12,7 +12,10 @@ struct mutex {
 };
 struct condition_variable {
     void notify_all() {}
-    template <class Lock, class Predicate> void wait(Lock&, Predicate) {}
+    template <class Lock, class Predicate>
+    void wait(Lock&, Predicate)
+    {
+    }
 };
 } // namespace std
 #endif

@@ -49,8 +49,9 @@ struct FoldersTest : testing::Test, OeBench {
 
 TEST_F(FoldersTest, SynchronisingReadsNamesPathsAndTheFolderShown)
 {
-    EXPECT_EQ(run.folderPaths, (std::vector<Text>{u"Outlook Express", u"Local Folders", u"Local Folders\\Inbox",
-                                                  u"Local Folders\\Inbox\\O'Brien", u"Local Folders\\Empty", u""}));
+    EXPECT_EQ(run.folderPaths,
+              (std::vector<Text>{u"Outlook Express", u"Local Folders", u"Local Folders\\Inbox",
+                                 u"Local Folders\\Inbox\\O'Brien", u"Local Folders\\Empty", u""}));
     EXPECT_TRUE(view.unlocked);
     EXPECT_EQ(view.selectedLine, 2);
     EXPECT_EQ(view.currentFolder, u"Local Folders\\Inbox");
@@ -68,9 +69,10 @@ TEST_F(FoldersTest, ExportsEveryEmailOnceAndRecordsIt)
 {
     Export();
     EXPECT_TRUE(flags.runCompleted);
-    EXPECT_EQ(view.log, (std::vector<Text>{u"Folder Inbox", u"-- Exporting 0 to 3 messages.", u"- Exporting One",
-                                           u"- Exporting Two", u"- Exporting Three", u"- Exporting Four",
-                                           u"4 passed, 0 failed, 0 skipped", u"Export complete"}));
+    EXPECT_EQ(view.log,
+              (std::vector<Text>{u"Folder Inbox", u"-- Exporting 0 to 3 messages.", u"- Exporting One",
+                                 u"- Exporting Two", u"- Exporting Three", u"- Exporting Four",
+                                 u"4 passed, 0 failed, 0 skipped", u"Export complete"}));
     ASSERT_EQ(fake.saved.size(), 4u);
     for (int i = 0; i < 4; ++i) EXPECT_EQ(fake.saved[static_cast<std::size_t>(i)].second, i);
     EXPECT_EQ(fake.saved[3].first, u"C:\\Store\\Local Folders\\Inbox\\0003_Four.eml");
@@ -103,6 +105,26 @@ TEST_F(FoldersTest, AFileIsNamedAfterTheRowThatWasRead)
     Export();
     EXPECT_EQ(OutcomeLine(), u"1 passed, 0 failed, 3 skipped") << "the same row again and again, saved once";
     EXPECT_EQ(fake.saved.size(), 1u);
+}
+
+TEST_F(FoldersTest, AnEmailWithoutAnyDetailsIsExportedAndAnUnreadOneIsNot)
+{
+    fake.folders[2].rows[1] = std::vector<Text>(6);
+    Export();
+    EXPECT_EQ(OutcomeLine(), u"4 passed, 0 failed, 0 skipped");
+    EXPECT_EQ(fake.saved[1].first, u"C:\\Store\\Local Folders\\Inbox\\0001_.eml");
+
+    fake.selected = {0};
+    fake.folders[2].rows[1] = MailRow(u"Other");
+    fake.calls.clear();
+    view.onEvents = [this] {
+        fake.failAt = fake.calls.size() + kBeforeRow + 8;
+    }; // inside the row that comes next
+    Export();
+    EXPECT_EQ(OutcomeLine(), u"0 passed, 0 failed, 4 skipped");
+    EXPECT_EQ(std::count(view.log.begin(), view.log.end(),
+                         u"An e-mail could not be read from the message list and was not exported."),
+              3);
 }
 
 TEST_F(FoldersTest, AStopTakesEffectAfterTheEmailBeingSaved)
@@ -160,7 +182,8 @@ TEST_F(FoldersTest, WhatCannotRunSaysWhy)
     files.refused = {u"c:\\store\\local folders\\inbox\\o'brien"};
     Export();
     EXPECT_FALSE(flags.runCompleted);
-    EXPECT_EQ(view.boxes.back(), u"The export folder could not be made: C:\\Store\\Local Folders\\Inbox\\O'Brien\\");
+    EXPECT_EQ(view.boxes.back(),
+              u"The export folder could not be made: C:\\Store\\Local Folders\\Inbox\\O'Brien\\");
     EXPECT_TRUE(fake.saved.empty());
 
     client.lstTree[3].item = 1; // a folder that the list does not know must not pass for the root
@@ -223,11 +246,12 @@ TEST(StoreFolders, NamesThatWindowsCannotHold)
 TEST(StoreFolders, NoTwoFoldersShareADirectory)
 {
     CodePage1252 codePage;
-    const std::vector<FolderNode> nodes = {{u"Root", 1}, {u"Local", 2}, {u"a?", 3}, {u"in", 4}, {u"a*", 3},
-                                           {u"a_", 3},   {u"in", 4},    {u"A_", 3}, {u"-x", 3}, {u"Other", 2}};
+    const std::vector<FolderNode> nodes = {{u"Root", 1}, {u"Local", 2}, {u"a?", 3}, {u"in", 4},
+                                           {u"a*", 3},   {u"a_", 3},    {u"in", 4}, {u"A_", 3},
+                                           {u"-x", 3},   {u"Other", 2}};
     EXPECT_EQ(StoreDirectories(nodes, codePage),
-              (std::vector<Text>{u"Root", u"Local", u"Local\\a__2", u"Local\\a__2\\in", u"Local\\a__3", u"Local\\a_",
-                                 u"Local\\a_\\in", u"Local\\A__4", u"Local\\-x", u"Other"}));
+              (std::vector<Text>{u"Root", u"Local", u"Local\\a__2", u"Local\\a__2\\in", u"Local\\a__3",
+                                 u"Local\\a_", u"Local\\a_\\in", u"Local\\A__4", u"Local\\-x", u"Other"}));
 }
 
 TEST(StoreFolders, FoldersAreMadeLevelByLevel)

@@ -46,7 +46,8 @@ TEST(Store, TheIdentityStringIsThatOfStoredRows)
     EXPECT_EQ(IdentityString(entry, locale), dates + u"ann@example.com|bob@example.com+");
     entry.From = {u"", u"bob@example.com"};
     entry.To = {u"c", u"", u"d"};
-    EXPECT_EQ(IdentityString(entry, locale), dates + u"+c||d") << "kept: an empty first sender hides the rest";
+    EXPECT_EQ(IdentityString(entry, locale), dates + u"+c||d")
+        << "kept: an empty first sender hides the rest";
 }
 
 TEST(Store, ApostrophesAreDoubledInSqlAlone)
@@ -73,8 +74,9 @@ TEST(Store, TheFirstEngineThatCanOpensTheDatabase)
     MemoryRows rows;
     FakeFiles files;
     std::vector<Text> created;
-    const DatabaseMaker refuses{[](const Text&) { throw DatabaseError(u"no create"); },
-                                [](const Text&) -> std::unique_ptr<Database> { throw DatabaseError(u"no open"); }};
+    const DatabaseMaker refuses{
+        [](const Text&) { throw DatabaseError(u"no create"); },
+        [](const Text&) -> std::unique_ptr<Database> { throw DatabaseError(u"no open"); }};
     const DatabaseMaker works{[&](const Text& path) {
                                   created.push_back(path);
                                   files.AddFile(path);
