@@ -20,14 +20,17 @@ Text RefusalOf(const TableDefinition& table)
 {
     if (table.system) return u"Tables of the database system are not written";
     if (table.indexes > 0) return u"The table has an index or a key, which would not be kept up to date";
+    std::vector<bool> taken(table.variableColumns, false);
     for (const Column& column : table.columns) {
         if (column.autoNumber)
             return u"The column " + column.name + u" numbers its rows itself, which is not supported";
         if (!IsKnown(column.type)) return u"The column " + column.name + u" is of an unknown type";
         if (column.IsLong() && column.ownedMap.page == 0)
             return u"The column " + column.name + u" has no map of its pages";
-        if (!column.fixed && column.variableIndex >= table.variableColumns)
-            return u"The column " + column.name + u" has no place in a row";
+        if (column.fixed) continue;
+        if (column.variableIndex >= taken.size() || taken[column.variableIndex])
+            return u"The column " + column.name + u" has no place of its own in a row";
+        taken[column.variableIndex] = true;
     }
     return {};
 }
@@ -92,6 +95,7 @@ void TableWriter::Inspect()
 {
     PageFile& file = table_.File();
     const TableDefinition& table = table_.Definition();
+    InspectMaps();
     const std::vector<PageNumber> pages = table_.Pages();
     std::vector<std::uint32_t> referred; // places outside their row, each of which only one row may use
     PageRef hold;
@@ -111,6 +115,20 @@ void TableWriter::Inspect()
         if (!column.IsLong()) continue;
         rooms_.longValues[column.number] =
             RoomsOf(file, column.freeMap, PagesOf(file, column.ownedMap), kLongValueOwner);
+    }
+}
+
+void TableWriter::InspectMaps() const
+{
+    const TableDefinition& table = table_.Definition();
+    std::vector<RowId> maps = {table.ownedMap, table.freeMap};
+    for (const Column& column : table.columns)
+        if (column.IsLong()) maps.insert(maps.end(), {column.ownedMap, column.freeMap});
+    PageRef hold;
+    for (auto map = maps.begin(); map != maps.end(); ++map) {
+        if (map->page == 0) continue; // no free map
+        NeedDataPage(table_.File().View(map->page, hold), 0);
+        if (std::find(maps.begin(), map, *map) != map) ThrowDamaged(map->page, u"a usage map has two uses");
     }
 }
 

@@ -29,6 +29,7 @@ public:
 
 private:
     void Inspect();
+    void InspectMaps() const;
     void InspectRow(const StoredRow& stored, std::vector<std::uint32_t>& referred) const;
     void NeedWritable() const;
 

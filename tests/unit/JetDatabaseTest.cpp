@@ -212,6 +212,51 @@ TEST(JetDatabase, ReadOnlyFilesAreReadAndLeftAlone)
     EXPECT_THROW(OpenJetDatabase(files, u"missing.mdb"), DatabaseError);
 }
 
+// What a table may be like that the engine reads but does not write.
+TEST(JetDatabase, TablesThatCannotBeKeptConsistentAreReadOnly)
+{
+    MemoryFiles files;
+    CreateSaved(files);
+    AddRow(*OpenJetDatabase(files, kSavedPath), {u"f", u"s", u"1"});
+    constexpr std::uint64_t kColumns = 16 * 4096 + 63; // records of 25 bytes
+    struct Case {
+        const char* why;
+        std::uint64_t at;
+        int byte;
+        const char* words;
+    };
+    const Case cases[] = {
+        {"a column that numbers itself", kColumns + 15, 0x06,
+         "The column efolder numbers its rows itself, which is not supported"},
+        {"two columns in one place", kColumns + 2 * 25 + 7, 0,
+         "The column ecrc has no place of its own in a row"},
+        {"a table of the system", 16 * 4096 + 40, 0x53, "Tables of the database system are not written"},
+        {"two uses of a map", 16 * 4096 + 59, 0,
+         "The database is damaged (page 17): a usage map has two uses"},
+    };
+    for (const Case& c : cases) {
+        MemoryFiles changed;
+        changed[kSavedPath] = files[kSavedPath];
+        const char byte = static_cast<char>(c.byte);
+        changed[kSavedPath].Write(c.at, &byte, 1);
+        auto database = OpenJetDatabase(changed, kSavedPath);
+        EXPECT_EQ(RowsOf(*database).size(), 1u) << c.why;
+        try {
+            AddRow(*database, {u"f", u"s", u"2"});
+            ADD_FAILURE() << c.why;
+        } catch (const DatabaseError& error) {
+            EXPECT_STREQ(error.what(), c.words) << c.why;
+        }
+        EXPECT_THROW(database->OpenRecordset(u"SELECT * FROM saved")->Delete(), DatabaseError) << c.why;
+    }
+    const char user = 0x4E; // a table with an index that is not the system's
+    files[kSavedPath].Write(3 * 4096 + 40, &user, 1);
+    auto database = OpenJetDatabase(files, kSavedPath);
+    const auto rights = database->OpenRecordset(u"SELECT * FROM MSysACEs");
+    EXPECT_FALSE(rights->AtEnd());
+    EXPECT_THROW(rights->Delete(), DatabaseError);
+}
+
 // A damaged page must stop the writing before it makes things worse, and must not stop the reading of others.
 TEST(JetDatabase, DamageIsNamedAndNotWrittenTo)
 {
