@@ -18,7 +18,7 @@ void AppendName(std::string& bytes, TextView name)
     for (char16_t unit : name) Append16(bytes, unit);
 }
 
-// Whose owner the column is, a person: flagged so in the tables of the system only.
+// Columns of the system's tables that hold accounts have a flag of their own.
 bool NamesAccount(const TableDefinition& table, const Column& column)
 {
     return table.system && (column.name == u"Owner" || column.name == u"SID");
