@@ -2,7 +2,7 @@
 
 #include "jet/JetDatabase.h"
 #include "platform/System.h"
-#include "store/SavedEmails.h"
+#include "store/SavedMaintenance.h"
 #include "store/SavedTable.h"
 #include "tools/inspect/Json.h"
 
@@ -19,6 +19,8 @@ int Usage()
         "       quillbox-inspect db FILE has CRC [FOLDER]          prints true or false\n"
         "       quillbox-inspect db FILE add FOLDER SUBJECT CRC    adds a row to the table saved\n"
         "       quillbox-inspect db FILE create                    makes the file with an empty table saved\n"
+        "       quillbox-inspect db FILE crcs FOLDER               the folder's CRCs, between commas\n"
+        "       quillbox-inspect db FILE condense                  deletes repeated rows, prints how many\n"
         "exit code: 0 done or true, 1 false or wrong arguments, 2 failed\n",
         stderr);
     return kNo;
@@ -67,6 +69,22 @@ int Create(Files& files, const Text& path)
     return kYes;
 }
 
+int Crcs(Files& files, const Text& path, const Text& folder)
+{
+    SavedEmails saved;
+    saved.database = OpenJetDatabase(files, path, OpenMode::read);
+    std::puts(ToUtf8(FolderCrcList(saved, folder, u",", [] {})).c_str());
+    return kYes;
+}
+
+int Condense(Files& files, const Text& path)
+{
+    SavedEmails saved;
+    saved.database = OpenJetDatabase(files, path);
+    std::printf("%d\n", CondenseDatabase(saved));
+    return kYes;
+}
+
 } // namespace
 
 int DbCommand(const std::vector<std::string>& args)
@@ -82,6 +100,8 @@ int DbCommand(const std::vector<std::string>& args)
             return Has(files, texts[0], texts[2], count == 4 ? texts[3] : u"");
         if (action == "add" && count == 5) return Add(files, texts[0], texts[2], texts[3], texts[4]);
         if (action == "create" && count == 2) return Create(files, texts[0]);
+        if (action == "crcs" && count == 3) return Crcs(files, texts[0], texts[2]);
+        if (action == "condense" && count == 2) return Condense(files, texts[0]);
     } catch (const DatabaseError& error) {
         std::fprintf(stderr, "quillbox-inspect: %s\n", error.what());
         return kFailed;

@@ -19,7 +19,8 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"db", "FILE list [TABLE] | has CRC [FOLDER] | add FOLDER SUBJECT CRC | create", DbCommand},
+    {"db", "FILE list [TABLE] | has CRC [FOLDER] | add FOLDER SUBJECT CRC | create | crcs FOLDER | condense",
+     DbCommand},
     {"eml", "[--first-folder NAME] FILE...", EmlCommand},
     {"name", "ID SUBJECT [--id-only]", NameCommand},
     {"crc", "TEXT", CrcCommand},
