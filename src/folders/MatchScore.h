@@ -1,0 +1,37 @@
+// MatchScore.h: which of the saved message files is an e-mail of the client's list.
+#pragma once
+#include "mail/modEmailAnalysis.h"
+#include "store/EmailEntry.h"
+
+#include <unordered_map>
+
+// How well the file's headers fit the e-mail, 0 to 100; 100 means the same e-mail.
+int MatchScore(const EmailEntry& entry, const EmlSummary& record);
+
+// Finds the files of e-mails that are asked for in the order of the list, which is the order in which files
+// are usually written. A search passes over the records that lie more than 100 before the last match.
+class RecordSearch {
+public:
+    explicit RecordSearch(const std::vector<EmlSummary>& records); // which must outlive the search
+
+    // The first record from the search's start on that scores 100; -1 when there is none.
+    std::int32_t Match(const EmailEntry& entry);
+
+private:
+    // A record that has a pair of minutes, as numbers of their texts.
+    struct Place {
+        std::uint64_t minutes;
+        std::int32_t record;
+        auto operator<=>(const Place&) const = default;
+    };
+    std::uint32_t NumberOf(const Text& minute);
+    std::uint32_t KnownNumberOf(double date) const;
+    void AddPlaces(std::int32_t record);
+    std::int32_t FindByDates(const EmailEntry& entry) const;
+    std::int32_t FindInAll(const EmailEntry& entry) const;
+
+    const std::vector<EmlSummary>& records_;
+    std::unordered_map<Text, std::uint32_t> minuteNumbers_;
+    std::vector<Place> places_; // sorted
+    std::int32_t start_ = 0;
+};

@@ -1,0 +1,228 @@
+// ComparisonTest.cpp: matching e-mails of the client's list with saved message files.
+#include "folders/MatchScore.h"
+#include "mail/HeaderDates.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+
+namespace {
+
+constexpr double kNoon = 39175.5; // 3 April 2007 12:00
+constexpr double kMinute = 1.0 / 1440;
+const Text kNoonText = u"03/04/2007 12:00", kLaterText = u"03/04/2007 12:01",
+           kNoDateText = u"01/01/1900 00:00";
+
+EmailEntry Entry(Text subject, std::vector<Text> from, std::vector<Text> to, double sent, double received)
+{
+    return {std::move(from), std::move(subject), std::move(to), received, sent, {}, 0};
+}
+
+EmlSummary Record(Text subject, Text from, Text to, Text delivery, Text date, Text received)
+{
+    EmlSummary record;
+    record.Subject = std::move(subject);
+    record.FromKey = std::move(from);
+    record.ToKey = std::move(to);
+    record.DeliveryDateText = std::move(delivery);
+    record.SentDateText = std::move(date);
+    record.ReceivedDateText = std::move(received);
+    return record;
+}
+
+// The search as it is told in words.
+class PlainSearch {
+public:
+    explicit PlainSearch(const std::vector<EmlSummary>& records) : records_(records) {}
+    int Match(const EmailEntry& entry)
+    {
+        for (int j = start_; j < static_cast<int>(records_.size()); ++j) {
+            if (MatchScore(entry, records_[static_cast<std::size_t>(j)]) != 100) continue;
+            if (j - 100 >= 0) start_ = j - 100;
+            return j;
+        }
+        return -1;
+    }
+
+private:
+    const std::vector<EmlSummary>& records_;
+    int start_ = 0;
+};
+
+class Dice {
+public:
+    explicit Dice(unsigned seed) : engine_(seed) {}
+    int Below(int limit) { return static_cast<int>(engine_() % static_cast<unsigned>(limit)); }
+    template <class T, std::size_t n>
+    const T& One(const T (&of)[n])
+    {
+        return of[Below(static_cast<int>(n))];
+    }
+    std::mt19937& Engine() { return engine_; }
+
+private:
+    std::mt19937 engine_;
+};
+
+// Few values, so that almost everything nearly matches; day counts below 2 are no dates.
+EmailEntry RandomEntry(Dice& dice)
+{
+    const double dates[] = {kNoon, kNoon + kMinute, kNoListDate, 0, 0, 1.5};
+    const Text texts[] = {u"", u"a", u"b", u"ab"};
+    EmailEntry entry =
+        Entry(dice.One(texts), {dice.One(texts)}, {dice.One(texts)}, dice.One(dates), dice.One(dates));
+    if (dice.Below(4) == 0) entry.From.push_back(dice.One(texts));
+    if (dice.Below(20) == 0) { // 200 checks and one of them failed are 100, too
+        entry.From.assign(static_cast<std::size_t>(196 + dice.Below(5)), u"a");
+        entry.To.assign(1, u"b");
+    }
+    return entry;
+}
+
+EmlSummary RandomRecord(Dice& dice)
+{
+    const Text dates[] = {kNoonText, kLaterText, kNoDateText};
+    const Text texts[] = {u"a", u"b", u"ab", u"ba"};
+    return Record(dice.One(texts), dice.One(texts), dice.One(texts), dice.One(dates), dice.One(dates),
+                  dice.One(dates));
+}
+
+} // namespace
+
+TEST(MatchScoreTest, CountsWhatFits)
+{
+    const EmlSummary file = Record(u"Re: Plans", u"ann@example.com", u"bob@example.com; cid@example.com",
+                                   kNoDateText, kNoonText, kLaterText);
+    const struct {
+        const char* why;
+        EmailEntry entry;
+        int score;
+    } cases[] = {
+        {"all fits",
+         Entry(u"Re: Plans", {u"ann@example.com"}, {u"bob@example.com", u"cid@example.com"}, kNoon,
+               kNoon + kMinute),
+         100},
+        {"part of the subject is enough", Entry(u"Plan", {u""}, {u""}, kNoon, kNoon), 100},
+        {"letter case of the subject counts", Entry(u"plan", {u"ann@example.com"}, {u""}, kNoon, kNoon), 0},
+        {"no subject: no check of it", Entry(u"", {u"ann"}, {u""}, kNoon, kNoon), 100},
+        {"letter case of senders counts", Entry(u"Plans", {u"Ann"}, {u""}, kNoon, kNoon), 50},
+        {"one of two senders, recipients and dates are not looked at",
+         Entry(u"Plans", {u"ann", u"dan"}, {u"nobody"}, 5, 5), 67},
+        {"empty senders among others are no checks",
+         Entry(u"Plans", {u"ann", u"", u"dan"}, {u""}, kNoon, kNoon), 67},
+        {"without a first sender no sender is checked", Entry(u"Plans", {u"", u"dan"}, {u""}, kNoon, kNoon),
+         100},
+        {"one of two recipients", Entry(u"Plans", {u"ann"}, {u"bob", u"eve"}, kNoon, kNoon), 75},
+        {"another minute", Entry(u"Plans", {u"ann"}, {u""}, kNoon + kMinute, kNoon), 67},
+        {"seconds do not count", Entry(u"Plans", {u"ann"}, {u""}, kNoon + 0.9 * kMinute, kNoon), 100},
+        {"received at the minute of Date", Entry(u"Plans", {u""}, {u""}, 0, kNoon), 100},
+        {"received at another minute", Entry(u"Plans", {u""}, {u""}, 0, kNoon - kMinute), 50},
+        {"a list without the column Sent: no Delivery-date fits",
+         Entry(u"Plans", {u""}, {u""}, kNoListDate, kNoon), 100},
+        {"below 1 January 1900 is no date", Entry(u"Plans", {u""}, {u""}, 1.99, 0), 100},
+        {"nothing to check", Entry(u"", {u""}, {u""}, 0, 0), 100},
+        {"one to check, and it fails", Entry(u"", {u"dan"}, {u""}, 0, 0), 0},
+    };
+    for (const auto& c : cases) EXPECT_EQ(MatchScore(c.entry, file), c.score) << c.why;
+
+    EmlSummary keyOnly = file;
+    keyOnly.Subject = u"shown otherwise";
+    keyOnly.SubjectKey = u"Plans";
+    EXPECT_EQ(MatchScore(Entry(u"Plans", {u""}, {u""}, kNoon, kNoon), keyOnly), 100)
+        << "the key's form counts as well";
+    const EmlSummary twice = Record(u"Plans", u"", u"", kNoonText, kNoonText, kNoDateText);
+    EXPECT_EQ(MatchScore(Entry(u"Plans", {u""}, {u""}, kNoon, 40000), twice), 100)
+        << "a sent date that fits twice makes up for the received one";
+
+    std::vector<Text> many(199, u"ann");
+    many.back() = u"dan";
+    EXPECT_EQ(MatchScore(Entry(u"", many, {u""}, 0, 0), file), 99) << "198 of 199";
+    many.insert(many.begin(), u"ann");
+    EXPECT_EQ(MatchScore(Entry(u"", many, {u""}, 0, 0), file), 100) << "199 of 200 are rounded";
+}
+
+TEST(RecordSearchTest, BeginsUpToAHundredBeforeTheLastMatch)
+{
+    const auto subject = [](int number) { return DecimalText(1000 + number); };
+    std::vector<EmlSummary> records;
+    for (int i = 0; i < 300; ++i)
+        records.push_back(Record(subject(i), u"", u"", kNoDateText, kNoonText, kNoonText));
+    RecordSearch search(records);
+    const struct {
+        const char* why;
+        int asked;
+        bool found;
+    } steps[] = {
+        {"near the beginning the search goes on from there", 99, true},
+        {"so the first is still found", 0, true},
+        {"a hundred before 199 is 99", 199, true},
+        {"98 is passed over", 98, false},
+        {"99 is not, and leaves the start as it is", 99, true},
+        {"98 is still passed over", 98, false},
+        {"further on", 250, true},
+        {"149 is passed over", 149, false},
+        {"a match far back moves the start back", 150, true},
+        {"to 50", 49, false},
+        {"the record there is found", 50, true},
+        {"a match at 100 is a hundred from the first", 100, true},
+        {"which is found again", 0, true},
+        {"no such record", 300, false},
+    };
+    for (const auto& step : steps) {
+        const EmailEntry entry = Entry(subject(step.asked), {u""}, {u""}, kNoon, kNoon);
+        EXPECT_EQ(search.Match(entry), step.found ? step.asked : -1) << step.why;
+    }
+}
+
+TEST(RecordSearchTest, FindsWhatThePlainSearchFinds)
+{
+    int matches = 0, tries = 0;
+    for (unsigned seed = 0; seed < 3000; ++seed) {
+        Dice dice(seed);
+        std::vector<EmlSummary> records;
+        const int count = seed % 10 == 0 ? 100 + dice.Below(200) : dice.Below(8);
+        for (int i = 0; i < count; ++i) records.push_back(RandomRecord(dice));
+        RecordSearch search(records);
+        PlainSearch plain(records);
+        for (int i = 0; i < 20; ++i, ++tries) {
+            const EmailEntry entry = RandomEntry(dice);
+            const int expected = plain.Match(entry);
+            ASSERT_EQ(search.Match(entry), expected) << "seed " << seed << ", e-mail " << i;
+            matches += expected >= 0;
+        }
+    }
+    EXPECT_GT(matches, tries / 10) << "cases that match little show little";
+    EXPECT_LT(matches, tries * 9 / 10);
+}
+
+TEST(RecordSearchTest, ManyEmailsInAnyOrderTakeSeconds)
+{
+    constexpr int kCount = 100000;
+    std::vector<EmailEntry> entries;
+    std::vector<EmlSummary> records;
+    for (int i = 0; i < kCount; ++i) {
+        const double sent = 36526 + i * 7 * kMinute;
+        entries.push_back(Entry(u"Subject " + DecimalText(i), {u"ann@example.com"}, {u"bob@example.com"},
+                                kNoListDate, sent));
+        const Text minute = FormatListDate(sent, false);
+        records.push_back(Record(u"Subject " + DecimalText(i), u"ann@example.com", u"bob@example.com",
+                                 kNoDateText, minute, minute));
+    }
+    for (const char* order : {"of the list", "reversed", "shuffled"}) {
+        if (order[0] == 'r') std::reverse(records.begin(), records.end());
+        if (order[0] == 's') std::shuffle(records.begin(), records.end(), Dice(1).Engine());
+        const auto begin = std::chrono::steady_clock::now();
+        RecordSearch search(records);
+        int found = 0;
+        for (const EmailEntry& entry : entries) found += search.Match(entry) >= 0;
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+        RecordProperty(order, std::to_string(seconds.count()));
+        EXPECT_LT(seconds.count(), 60) << order; // the plain search would take hours here
+        EXPECT_GT(found, 0) << order;
+        if (order[0] == 'o') {
+            EXPECT_EQ(found, kCount);
+        }
+    }
+}
