@@ -64,7 +64,10 @@ public:
     void ShowStopButtons(StopButtons state) override;
     void ShowCurrentFolder(const Text& fullName) override;
     void SetSummary(const Text& text) override;
+    void AppendSummary(const Text& line) override;
+    void AddResultsRow(const ResultsRow& row) override;
     void ShowFolderTree(const std::vector<FolderNode>& nodes) override;
+    void SelectFolderNode(int index) override;
     void MarkFolderNode(const Text& status, const Text& image) override;
     void ShowFolderLists(const std::vector<Text>& lines, const std::vector<Text>& paths) override;
     void SelectFolderLine(int index) override;
@@ -106,6 +109,7 @@ private:
     Surroundings& outside_;
     HWND window_ = nullptr;
     HIMAGELIST ImgLstTree_ = nullptr;
+    std::vector<HTREEITEM> folderNodes_; // of tvOETree, by line of lstTree
     Form1Controls controls_;
     Form1StorePicker store_;
     ProgramState state_;

@@ -65,6 +65,8 @@ RunOptions Form1::Options()
     options.jumpRemain = settings.jumpRemain != 0;
     options.firstFolderToIgnore = settings.firstFolderToIgnore;
     options.storeFolder = settings.store;
+    const LRESULT type = SendMessageW(controls_.cboComparison, CB_GETCURSEL, 0, 0);
+    if (type >= 0 && type <= 2) options.comparison = static_cast<ComparisonType>(type);
     return options;
 }
 
@@ -120,11 +122,37 @@ void Form1::SetSummary(const Text& text)
     SetWindowTextW(controls_.txtSummary, Wide(text));
 }
 
+void Form1::AppendSummary(const Text& line)
+{
+    const HWND box = controls_.txtSummary;
+    const int length = GetWindowTextLengthW(box);
+    const Text added = length > 0 ? u"\r\n" + line : line;
+    SendMessageW(box, EM_SETSEL, static_cast<WPARAM>(length), length);
+    SendMessageW(box, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(Wide(added)));
+}
+
+void Form1::AddResultsRow(const ResultsRow& row)
+{
+    LVITEMW item = {};
+    item.mask = LVIF_TEXT;
+    item.iItem = 0x7FFFFFFF; // at the end
+    item.pszText = const_cast<wchar_t*>(Wide(row[0]));
+    const LRESULT place =
+        SendMessageW(controls_.lvResults, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    for (std::size_t i = 1; place >= 0 && i < row.size(); ++i) {
+        item.iSubItem = static_cast<int>(i);
+        item.pszText = const_cast<wchar_t*>(Wide(row[i]));
+        SendMessageW(controls_.lvResults, LVM_SETITEMTEXTW, static_cast<WPARAM>(place),
+                     reinterpret_cast<LPARAM>(&item));
+    }
+}
+
 void Form1::ShowFolderTree(const std::vector<FolderNode>& nodes)
 {
     const HWND tree = controls_.tvOETree;
     SendMessageW(tree, WM_SETREDRAW, FALSE, 0);
     SendMessageW(tree, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
+    folderNodes_.clear();
     std::vector<HTREEITEM> lastOfLevel; // the last node added at each level, from level 1
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         // A level that has no parent hangs below the deepest there is.
@@ -141,12 +169,20 @@ void Form1::ShowFolderTree(const std::vector<FolderNode>& nodes)
         const LRESULT added = SendMessageW(tree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&node));
         lastOfLevel.resize(level - 1);
         lastOfLevel.push_back(reinterpret_cast<HTREEITEM>(added));
+        folderNodes_.push_back(lastOfLevel.back());
         if (level > 1) SendMessageW(tree, TVM_ENSUREVISIBLE, 0, added);
     }
     // Making the last folder visible has scrolled the first away.
     SendMessageW(tree, TVM_ENSUREVISIBLE, 0, SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0));
     SendMessageW(tree, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(tree, nullptr, TRUE);
+}
+
+void Form1::SelectFolderNode(int index)
+{
+    if (index < 0 || static_cast<std::size_t>(index) >= folderNodes_.size()) return;
+    SendMessageW(controls_.tvOETree, TVM_SELECTITEM, TVGN_CARET,
+                 reinterpret_cast<LPARAM>(folderNodes_[static_cast<std::size_t>(index)]));
 }
 
 void Form1::MarkFolderNode(const Text& status, const Text& image)

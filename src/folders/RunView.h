@@ -3,10 +3,14 @@
 #pragma once
 #include "oe/Reporter.h"
 
+#include <array>
+
 enum class Statistic { count, perSecond, time, left, totalCount, totalLeft, totalTime };
 enum class Bar { currentFolder, allFolders };
 enum class Tab { actions, store, progress, summary };
 enum class StopButtons { hidden, shown };
+// cboComparison's items: "Simple (fast)", "Database (medium speed)", "File (slow)".
+enum class ComparisonType { simple, database, file };
 
 // The choices that a run reads, each at the moment it needs it: the user may change them in between.
 struct RunOptions {
@@ -16,7 +20,10 @@ struct RunOptions {
     bool jumpRemain = false;  // chkJumpRemain
     Text firstFolderToIgnore; // txtIgnore
     Text storeFolder;         // Dir1's folder, without a trailing separator unless it is a drive's root
+    ComparisonType comparison = ComparisonType::database; // cboComparison
 };
+
+using ResultsRow = std::array<Text, 5>; // of lvResults: Folder, ID, Subject, Date, CRC
 
 // One folder for the window's tree, in depth-first order.
 struct FolderNode {
@@ -32,9 +39,12 @@ struct RunView : Reporter {
     virtual void ShowStopButtons(StopButtons state) = 0;
     virtual void ShowCurrentFolder(const Text& fullName) = 0; // lblOEFolder
     virtual void SetSummary(const Text& text) = 0;            // txtSummary, lines parted by CR LF
+    virtual void AppendSummary(const Text& line) = 0;         // behind a line break when there is text
+    virtual void AddResultsRow(const ResultsRow& row) = 0;    // lvResults, not ticked
     // Replaces the tree. Images: "root" at level 1, "other" at level 2, "envelope" deeper; level 2 and
     // deeper are made visible.
     virtual void ShowFolderTree(const std::vector<FolderNode>& nodes) = 0;
+    virtual void SelectFolderNode(int index) = 0; // of the tree: an index of ShowFolderTree's nodes
     // Status text and image of the tree's selected node; an empty one leaves its part alone (MarkedNodeText).
     virtual void MarkFolderNode(const Text& status, const Text& image) = 0;
     // The hidden lists: lstTree with its selection (-1: none) and lstLines.

@@ -19,6 +19,22 @@ struct FakeFiles : NoFiles {
 
     bool FileExists(const Text& path) override { return files.count(Key(path)) != 0; }
     bool DirectoryExists(const Text& path) override { return directories.count(Key(path)) != 0; }
+    // In lower case: the names' own is not kept.
+    std::vector<Text> ListEmlFiles(const Text& directory) override
+    {
+        const Text start = Key(directory) + u'\\';
+        std::vector<Text> names;
+        for (const auto& [path, bytes] : files)
+            if (path.starts_with(start) && path.ends_with(u"eml") && path.rfind(u'\\') + 1 == start.size())
+                names.push_back(path.substr(start.size()));
+        return names;
+    }
+    FileError ReadWhole(const Text& path, std::string& bytes) override
+    {
+        const auto found = files.find(Key(path));
+        bytes = found == files.end() ? std::string() : found->second;
+        return found == files.end() ? FileError::notFound : FileError::none;
+    }
     bool MakeDirectory(const Text& path) override
     {
         if (refused.count(Key(path))) return false;

@@ -14,7 +14,10 @@ struct RecordingView : RunView {
     std::map<Statistic, Text> statistics;
     std::vector<std::pair<Bar, int>> percentages;
     Text currentFolder, summary;
-    int selectedLine = -2, tab = -1;
+    std::vector<ResultsRow> results;
+    std::vector<Text> summaryLines;           // appended
+    std::vector<std::pair<Text, Text>> marks; // of the selected node: status, image
+    int selectedLine = -2, selectedNode = -1, tab = -1;
     bool unlocked = false;
     StopButtons stopButtons = StopButtons::shown;
     std::function<void()> onEvents;
@@ -37,7 +40,10 @@ struct RecordingView : RunView {
     void ShowCurrentFolder(const Text& fullName) override { currentFolder = fullName; }
     void SetSummary(const Text& text) override { summary = text; }
     void ShowFolderTree(const std::vector<FolderNode>& nodes) override { tree = nodes; }
-    void MarkFolderNode(const Text&, const Text&) override {}
+    void AppendSummary(const Text& line) override { summaryLines.push_back(line); }
+    void AddResultsRow(const ResultsRow& row) override { results.push_back(row); }
+    void SelectFolderNode(int index) override { selectedNode = index; }
+    void MarkFolderNode(const Text& status, const Text& image) override { marks.emplace_back(status, image); }
     void ShowFolderLists(const std::vector<Text>& newLines, const std::vector<Text>& newPaths) override
     {
         lines = newLines;

@@ -1,0 +1,195 @@
+#include "folders/Comparison.h"
+
+#include "folders/ExportStatistics.h"
+#include "folders/MatchScore.h"
+#include "oe/MessageDetails.h"
+#include "oe/WindowDiscovery.h"
+#include "store/SavedMaintenance.h"
+#include "text/Numbers.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace {
+
+void Log(FolderRun& run, const Text& message)
+{
+    run.view.LogLine(message, Record::yes);
+}
+
+void ShowProgress(FolderRun& run, std::size_t index, std::int64_t count)
+{
+    run.view.ShowPercentage(Bar::currentFolder, Percentage(static_cast<std::int64_t>(index), count - 1));
+    run.view.ProcessEvents();
+}
+
+// The e-mail's number that a file's name begins with. It has four digits, more from 10000 on.
+std::int32_t NumberOfFile(const Text& name)
+{
+    const std::size_t digits = std::min(name.find_first_not_of(u"0123456789"), name.size());
+    const double number = LeadingNumber(TextView(name).substr(0, std::clamp<std::size_t>(digits, 4, 9)));
+    return number >= 0 && number <= 999999999 ? static_cast<std::int32_t>(number) : -1;
+}
+
+// The counts alone decide: a missing file and a surplus one cancel out.
+ComparisonResult CompareCounts(FolderRun& run, std::int32_t total, std::span<const Text> emlFiles)
+{
+    ComparisonResult result;
+    result.saved = static_cast<std::int32_t>(emlFiles.size());
+    result.unsaved = total - result.saved;
+    if (result.unsaved <= 0) return result;
+    std::unordered_set<std::int32_t> numbers;
+    for (const Text& name : emlFiles) numbers.insert(NumberOfFile(name));
+    for (std::int32_t row = 0; row < total; ++row) {
+        if (result.firstUnsaved < 0 && !numbers.count(row)) result.firstUnsaved = row;
+        ShowProgress(run, static_cast<std::size_t>(row), total);
+    }
+    return result;
+}
+
+// The client's e-mails in the order of its list. False when the client is gone: what was not read would pass
+// for e-mails without any detail.
+bool ReadEntries(FolderRun& run, std::vector<const EmailEntry*>& entries)
+{
+    run.view.ShowText(u"[1 of 3] Reading Outlook Express emails...");
+    ReadFolderEntries(run.client,
+                      [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
+    WindowHandle mainWindow = 0;
+    if (!IsOeRunning(run.client.desktop, mainWindow)) return false;
+    for (const EmailEntry& entry : run.client.folderEntries) entries.push_back(&entry);
+    std::sort(entries.begin(), entries.end(),
+              [](const EmailEntry* a, const EmailEntry* b) { return a->row < b->row; });
+    return true;
+}
+
+ResultsRow ResultsRowOf(const Text& folder, const EmailEntry& entry, Locale& locale)
+{
+    const double date = entry.Received > entry.Sent ? entry.Received : entry.Sent;
+    return {folder, DecimalText(entry.row), entry.Subject, locale.DateText(date), entry.Crc};
+}
+
+// Asks of each e-mail whether it is saved, and reports those that are not.
+template <class IsSavedEntry>
+ComparisonResult CompareEntries(FolderRun& run, std::int32_t total,
+                                const std::vector<const EmailEntry*>& entries, IsSavedEntry isSaved)
+{
+    run.view.ShowText(u"[3 of 3] Comparing emails...");
+    ComparisonResult result;
+    result.unsaved = total;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        const EmailEntry& entry = *entries[i];
+        if (isSaved(entry)) {
+            --result.unsaved;
+            ++result.saved;
+        } else {
+            Log(run, u"Not saved " + DecimalText(entry.row) + u" - " + entry.Subject);
+            run.view.AddResultsRow(ResultsRowOf(run.currentFolder, entry, run.client.locale));
+            if (result.firstUnsaved < 0) result.firstUnsaved = entry.row;
+        }
+        ShowProgress(run, i, total);
+    }
+    return result;
+}
+
+// The CRCs that can be found in the list between two commas.
+std::unordered_set<Text> CachedCrcs(FolderRun& run)
+{
+    run.view.ShowText(u"[2 of 3] Caching database...");
+    const Text list = FolderCrcList(run.saved, run.currentFolder, u",", [&run] { run.view.ProcessEvents(); });
+    if (list.size() < 2) return {};
+    const std::vector<Text> crcs = SplitAt(TextView(list).substr(1, list.size() - 2), u",");
+    return {crcs.begin(), crcs.end()};
+}
+
+std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run, std::int32_t total)
+{
+    if (!run.saved.IsOpen()) throw DatabaseError(u"the database of saved emails is not open");
+    std::vector<const EmailEntry*> entries;
+    if (!ReadEntries(run, entries)) return std::nullopt;
+    const std::unordered_set<Text> crcs = CachedCrcs(run);
+    return CompareEntries(run, total, entries,
+                          [&crcs](const EmailEntry& entry) { return crcs.count(entry.Crc) != 0; });
+}
+
+bool HasNoDate(const EmlSummary& summary)
+{
+    return summary.DeliveryDate == kNoListDate && summary.ReceivedDate == kNoListDate &&
+           summary.SentDate == kNoListDate;
+}
+
+// What a match is made of, and no more: there may be very many.
+EmlSummary ComparedPartOf(EmlSummary&& whole)
+{
+    EmlSummary part;
+    part.Subject = std::move(whole.Subject);
+    part.SubjectKey = std::move(whole.SubjectKey);
+    part.FromKey = std::move(whole.FromKey);
+    part.ToKey = std::move(whole.ToKey);
+    part.DeliveryDateText = std::move(whole.DeliveryDateText);
+    part.ReceivedDateText = std::move(whole.ReceivedDateText);
+    part.SentDateText = std::move(whole.SentDateText);
+    return part;
+}
+
+std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFiles)
+{
+    run.view.ShowText(u"[2 of 3] Reading saved emails...");
+    const EmlContext context{run.client.files, run.client.codePage, run.client.locale, {}};
+    std::vector<EmlSummary> records;
+    records.reserve(emlFiles.size());
+    for (std::size_t i = 0; i < emlFiles.size(); ++i) {
+        EmlSummary summary;
+        if (!ReadEmlSummary(run.exportFolder + emlFiles[i], context, summary).empty())
+            Log(run, u"Ignoring unreadable email: " + emlFiles[i]);
+        else if (HasNoDate(summary))
+            Log(run, u"Ignoring dateless email: " + emlFiles[i]);
+        else
+            records.push_back(ComparedPartOf(std::move(summary)));
+        ShowProgress(run, i, static_cast<std::int64_t>(emlFiles.size()));
+    }
+    return records;
+}
+
+void LogDifference(FolderRun& run, std::size_t entryCount, std::size_t recordCount)
+{
+    const auto difference = static_cast<std::int64_t>(entryCount) - static_cast<std::int64_t>(recordCount);
+    if (difference > 0)
+        Log(run, run.currentFolder + u" - " + DecimalText(difference) + u" unsaved email(s).");
+    else if (difference == 0)
+        Log(run, run.currentFolder + u" - count matches the number of saved emails.");
+    else // Kept: the number has its minus sign
+        Log(run, run.currentFolder + u" - there are " + DecimalText(difference) + u" more saved emails.");
+}
+
+std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t total,
+                                                 std::span<const Text> emlFiles)
+{
+    std::vector<const EmailEntry*> entries;
+    if (!ReadEntries(run, entries)) return std::nullopt;
+    const std::vector<EmlSummary> records = ReadRecords(run, emlFiles);
+    LogDifference(run, entries.size(), records.size());
+    RecordSearch search(records);
+    return CompareEntries(run, total, entries, [&run, &search](const EmailEntry& entry) {
+        if (search.Match(entry) < 0) return false;
+        // The file is there: the database learns of it.
+        if (run.saved.IsOpen() && !IsSaved(run.saved, entry.Crc, run.currentFolder))
+            AddSavedEmail(run.saved, run.currentFolder, entry);
+        return true;
+    });
+}
+
+} // namespace
+
+std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t total,
+                                              std::span<const Text> emlFiles)
+{
+    switch (run.view.Options().comparison) {
+    case ComparisonType::simple:
+        return CompareCounts(run, total, emlFiles);
+    case ComparisonType::database:
+        return CompareWithDatabase(run, total);
+    case ComparisonType::file:
+        break;
+    }
+    return CompareWithFiles(run, total, emlFiles);
+}
