@@ -78,7 +78,8 @@ ComparisonResult CompareEntries(FolderRun& run, std::int32_t total,
     result.unsaved = total;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const EmailEntry& entry = *entries[i];
-        if (isSaved(entry)) {
+        // A row that could not be read is no e-mail that a record or a file could be of.
+        if (!entry.Crc.empty() && isSaved(entry)) {
             --result.unsaved;
             ++result.saved;
         } else {

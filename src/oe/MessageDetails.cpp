@@ -133,8 +133,10 @@ void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
     if (count < 1) return;
     client.folderEntries.assign(static_cast<std::size_t>(count), EmailEntry());
     for (std::int32_t row = 0; row < count; ++row) {
-        client.folderEntries[static_cast<std::size_t>(row)] =
-            BuildEmailEntry(client, {row, ReadItemTexts(client, row)});
+        const MessageDetails details{row, ReadItemTexts(client, row)};
+        EmailEntry& entry = client.folderEntries[static_cast<std::size_t>(row)];
+        entry = BuildEmailEntry(client, details);
+        if (details.cells.empty()) entry.Crc.clear();
         if ((row + 1) % kSweepEvery == 0) SweepRemoteMemory(client.memory);
         progress(count == 1 ? 100 : static_cast<int>(RoundHalfEven(row * 100.0 / (count - 1))));
         client.reporter.ProcessEvents();

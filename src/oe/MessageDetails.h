@@ -20,5 +20,5 @@ Text SubjectOf(const OeClient& client, const MessageDetails& details); // the ce
 double EntryDateKey(const EmailEntry& entry);
 
 // Reads every row of the folder shown into client.folderEntries, oldest first. progress is given the
-// percentage after each row; the window lives meanwhile.
+// percentage after each row; the window lives meanwhile. A row that could not be read has an empty Crc.
 void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress);

@@ -275,6 +275,23 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     EXPECT_EQ(Verdict(), verdict) << "files can be compared without a database";
 }
 
+TEST_F(CheckFolderTest, ARowThatCannotBeReadIsNotSaved)
+{
+    // A sent message, say: what is unread would have its dates, which are none.
+    Store(u"0003_a.eml", "Date: Tue, 3 Apr 2007 10:16:30 +0000\r\n\r\n");
+    fake.calls.clear();
+    Check(ComparisonType::file);
+    ASSERT_GE(fake.calls.size(), 20u);
+    std::size_t reads = 0, call = fake.calls.size();
+    while (reads < 3) reads += fake.calls[--call].starts_with("read 256"); // one of the last row
+    fake.calls.clear();
+    fake.failAt = call + 1;
+    Check(ComparisonType::file);
+    EXPECT_EQ(view.log[view.log.size() - 2], u"Not saved 3 - ");
+    EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"0/4", u"red"}));
+    EXPECT_TRUE(RowsOf(*saved.database).empty());
+}
+
 TEST_F(CheckFolderTest, FileComparisonTellsTheDifferenceOfTheCounts)
 {
     for (char n = '0'; n < '4'; ++n)
