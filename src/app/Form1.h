@@ -63,6 +63,7 @@ public:
     void ShowTab(Tab tab) override;
     void ShowStopButtons(StopButtons state) override;
     void ShowCurrentFolder(const Text& fullName) override;
+    void ClearProgress() override;
     void SetSummary(const Text& text) override;
     void AppendSummary(const Text& line) override;
     void AddResultsRow(const ResultsRow& row) override;

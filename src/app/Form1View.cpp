@@ -64,6 +64,7 @@ RunOptions Form1::Options()
     options.skipFiles = settings.skipFiles != 0;
     options.jumpRemain = settings.jumpRemain != 0;
     options.firstFolderToIgnore = settings.firstFolderToIgnore;
+    options.systemFolders = settings.systemFolders;
     options.storeFolder = settings.store;
     const LRESULT type = SendMessageW(controls_.cboComparison, CB_GETCURSEL, 0, 0);
     if (type >= 0 && type <= 2) options.comparison = static_cast<ComparisonType>(type);
@@ -115,6 +116,13 @@ void Form1::ShowStopButtons(StopButtons state)
 void Form1::ShowCurrentFolder(const Text& fullName)
 {
     controls_.lblOEFolder.SetCaption(Wide(fullName));
+}
+
+void Form1::ClearProgress()
+{
+    SendMessageW(controls_.lstProgress, LB_RESETCONTENT, 0, 0);
+    SendMessageW(controls_.lstProgress, LB_SETHORIZONTALEXTENT, 0, 0);
+    widestProgress_ = 0;
 }
 
 void Form1::SetSummary(const Text& text)

@@ -4,6 +4,12 @@
 #include "oe/OeClient.h"
 #include "store/SavedEmails.h"
 
+// What a check of all folders found to be exported.
+struct FolderToExport {
+    Text fullName;
+    std::int32_t firstUnsaved = -1; // row in the client's list; -1: not known
+};
+
 struct FolderRun {
     OeClient& client;
     SavedEmails& saved;
@@ -19,6 +25,10 @@ struct FolderRun {
     Text exportFolder{};             // full path, ends in a backslash
     std::int32_t runTotalSaved = 0;  // since the export pass of an all-folders run began
     std::int32_t runTotalToSave = 0; // as its check pass found it
+    std::int32_t folderCount = 0;    // folders to check, for the bar; 0: not worked out
+    // Kept: only the command that checks all folders empties it; an export's own check appends.
+    std::vector<FolderToExport> exportList{};
+    Text checkSummary{}; // of the last check of all folders
 
     RunFlags& Flags() { return client.flags; }
 };

@@ -19,6 +19,7 @@ struct RunOptions {
     bool skipFiles = false;   // chkSkipFiles
     bool jumpRemain = false;  // chkJumpRemain
     Text firstFolderToIgnore; // txtIgnore
+    Text systemFolders;       // full names that an all-folders run passes over, each between "|"
     Text storeFolder;         // Dir1's folder, without a trailing separator unless it is a drive's root
     ComparisonType comparison = ComparisonType::database; // cboComparison
 };
@@ -38,6 +39,7 @@ struct RunView : Reporter {
     virtual void ShowTab(Tab tab) = 0;
     virtual void ShowStopButtons(StopButtons state) = 0;
     virtual void ShowCurrentFolder(const Text& fullName) = 0; // lblOEFolder
+    virtual void ClearProgress() = 0;                         // lstProgress
     virtual void SetSummary(const Text& text) = 0;            // txtSummary, lines parted by CR LF
     virtual void AppendSummary(const Text& line) = 0;         // behind a line break when there is text
     virtual void AddResultsRow(const ResultsRow& row) = 0;    // lvResults, not ticked

@@ -38,6 +38,7 @@ struct RecordingView : RunView {
     void ShowTab(Tab which) override { tab = static_cast<int>(which); }
     void ShowStopButtons(StopButtons state) override { stopButtons = state; }
     void ShowCurrentFolder(const Text& fullName) override { currentFolder = fullName; }
+    void ClearProgress() override { log.clear(); }
     void SetSummary(const Text& text) override { summary = text; }
     void ShowFolderTree(const std::vector<FolderNode>& nodes) override { tree = nodes; }
     void AppendSummary(const Text& line) override { summaryLines.push_back(line); }
