@@ -54,7 +54,7 @@ echo "== Fuzzing"
 fuzz_all
 
 echo "== Unit and windows tests under Wine"
-scripts/wine-run.sh -t 400 -- tests/windows/run.sh
+scripts/wine-run.sh -t 900 -- tests/windows/run.sh
 
 echo "== The demo, from end to end"
 tests/demo/run.sh

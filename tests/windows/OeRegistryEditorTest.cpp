@@ -115,7 +115,7 @@ TEST_F(OeRegistryEditor, ItsListIsReadByColumnAndRow)
     std::map<Text, Text> want = kValues;
     for (auto& [name, value] : want) value = value.substr(0, 128);
     EXPECT_EQ(seen, want);
-    EXPECT_EQ(ReadItemTexts(client, rows), std::vector<Text>(4)) << "behind the last row";
+    EXPECT_TRUE(ReadItemTexts(client, rows).empty()) << "behind the last row";
 }
 
 TEST_F(OeRegistryEditor, ItsRowsAreSelected)
