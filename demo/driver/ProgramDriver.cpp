@@ -4,23 +4,9 @@
 
 namespace {
 
-constexpr UINT kAnswerLimit = 5000;     // milliseconds; a window that takes longer counts as silent
+constexpr UINT kAnswerLimit = 20000;    // milliseconds; a window that takes longer counts as silent
 constexpr DWORD kEndingLimit = 10000;   // milliseconds a process may take to be gone once it was ended
 constexpr std::size_t kShownText = 300; // characters of a control's text in DescribeScreen
-
-// Quoting as the C runtime's start-up code takes it apart again: backslashes count only before quotes.
-std::wstring Quoted(const std::wstring& word)
-{
-    std::wstring quoted = L"\"";
-    std::size_t backslashes = 0;
-    for (const wchar_t c : word) {
-        if (c == L'"') quoted.append(backslashes + 1, L'\\');
-        backslashes = c == L'\\' ? backslashes + 1 : 0;
-        quoted += c;
-    }
-    quoted.append(backslashes, L'\\');
-    return quoted + L"\"";
-}
 
 std::wstring WithoutMnemonic(std::wstring caption)
 {
@@ -50,7 +36,7 @@ void ForEachControl(HWND window, Visit visit)
 
 } // namespace
 
-StartedProgram::~StartedProgram()
+StartedProcess::~StartedProcess()
 {
     if (!process_.hProcess) return;
     if (!HasEnded()) {
@@ -61,29 +47,42 @@ StartedProgram::~StartedProgram()
     CloseHandle(process_.hThread);
 }
 
-void StartedProgram::Start(const std::vector<std::wstring>& words, const std::wstring& folder)
+void StartedProcess::Start(const std::wstring& commandLine, const std::wstring& folder)
 {
-    std::wstring commandLine;
-    for (const std::wstring& word : words) commandLine += (commandLine.empty() ? L"" : L" ") + Quoted(word);
+    std::wstring command = commandLine; // the call may write to it
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
-    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
+    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr,
                         folder.empty() ? nullptr : folder.c_str(), &startup, &process_))
         throw std::runtime_error("a program does not start, error " + std::to_string(GetLastError()));
 }
 
-bool StartedProgram::HasEnded(DWORD waitMilliseconds) const
+bool StartedProcess::HasEnded(DWORD waitMilliseconds) const
 {
     return WaitForSingleObject(process_.hProcess, waitMilliseconds) == WAIT_OBJECT_0;
 }
 
-DWORD StartedProgram::ExitCode() const
+DWORD StartedProcess::ExitCode() const
 {
     DWORD code = 0;
     return GetExitCodeProcess(process_.hProcess, &code) ? code : 0;
 }
 
-HWND FindProgramWindow(DWORD process, std::wstring_view windowClass, std::wstring_view caption)
+// Quoting as the C runtime's start-up code takes it apart again: backslashes count only before quotes.
+std::wstring Quoted(const std::wstring& word)
+{
+    std::wstring quoted = L"\"";
+    std::size_t backslashes = 0;
+    for (const wchar_t c : word) {
+        if (c == L'"') quoted.append(backslashes + 1, L'\\');
+        backslashes = c == L'\\' ? backslashes + 1 : 0;
+        quoted += c;
+    }
+    quoted.append(backslashes, L'\\');
+    return quoted + L"\"";
+}
+
+HWND FindProgramWindow(DWORD process, const std::wstring& windowClass, const std::wstring& caption)
 {
     HWND found = nullptr;
     ForEachTopWindow([&](HWND window) {
@@ -95,6 +94,15 @@ HWND FindProgramWindow(DWORD process, std::wstring_view windowClass, std::wstrin
             found = window;
         return !found;
     });
+    return found;
+}
+
+HWND WaitForWindow(DWORD process, const std::wstring& windowClass, const std::wstring& caption,
+                   DWORD milliseconds)
+{
+    HWND found = nullptr;
+    Eventually([&] { return (found = FindProgramWindow(process, windowClass, caption)) != nullptr; },
+               milliseconds);
     return found;
 }
 
@@ -118,12 +126,11 @@ std::wstring ClassOf(HWND window)
 std::wstring TextOf(HWND window)
 {
     DWORD_PTR length = 0;
-    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_ABORTIFHUNG, kAnswerLimit, &length))
-        return {};
+    if (!SendMessageTimeoutW(window, WM_GETTEXTLENGTH, 0, 0, SMTO_NORMAL, kAnswerLimit, &length)) return {};
     std::wstring text(length + 1, L'\0');
     DWORD_PTR copied = 0;
     if (!SendMessageTimeoutW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()),
-                             SMTO_ABORTIFHUNG, kAnswerLimit, &copied))
+                             SMTO_NORMAL, kAnswerLimit, &copied))
         return {};
     text.resize(copied < text.size() ? copied : length);
     return text;
@@ -155,6 +162,10 @@ std::wstring DescribeScreen()
     std::wstring screen;
     ForEachTopWindow([&](HWND top) {
         if (!IsWindowVisible(top)) return true;
+        if (IsHungAppWindow(top)) {
+            screen += L"[" + ClassOf(top) + L"] does not answer\n";
+            return true;
+        }
         screen += L"[" + ClassOf(top) + L"] " + TextOf(top) + L"\n";
         ForEachControl(top, [&](HWND control) {
             const std::wstring text = IsWindowVisible(control) ? TextOf(control) : std::wstring();

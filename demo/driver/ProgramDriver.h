@@ -8,31 +8,42 @@
 #include <vector>
 
 // A process that was started here and does not outlive this object.
-class StartedProgram {
+class StartedProcess {
 public:
-    StartedProgram() = default;
-    ~StartedProgram();
-    StartedProgram(const StartedProgram&) = delete;
-    StartedProgram& operator=(const StartedProgram&) = delete;
+    StartedProcess() = default;
+    StartedProcess(const std::wstring& commandLine, const std::wstring& folder)
+    {
+        Start(commandLine, folder);
+    }
+    ~StartedProcess();
+    StartedProcess(const StartedProcess&) = delete;
+    StartedProcess& operator=(const StartedProcess&) = delete;
 
-    // words: the program's path and its arguments. folder: its current folder. Throws std::runtime_error.
-    void Start(const std::vector<std::wstring>& words, const std::wstring& folder);
-    DWORD Id() const { return process_.dwProcessId; }
+    // folder: its current folder; empty: this process's own. Throws std::runtime_error.
+    void Start(const std::wstring& commandLine, const std::wstring& folder);
+    DWORD Id() const { return process_.dwProcessId; } // 0: never started
     bool HasEnded(DWORD waitMilliseconds = 0) const;
     DWORD ExitCode() const; // once it has ended
+    bool WaitForEnd(DWORD milliseconds) const { return HasEnded(milliseconds) && ExitCode() == 0; }
 
 private:
     PROCESS_INFORMATION process_ = {};
 };
 
-// A visible top-level window of the process; empty texts stand for any. Null when there is none.
-HWND FindProgramWindow(DWORD process, std::wstring_view windowClass, std::wstring_view caption = {});
+// A word as a command line has to spell it.
+std::wstring Quoted(const std::wstring& word);
+
+// A visible top-level window of the process; empty texts stand for any. Null when there is none, or none
+// within the time.
+HWND FindProgramWindow(DWORD process, const std::wstring& windowClass, const std::wstring& caption = {});
+HWND WaitForWindow(DWORD process, const std::wstring& windowClass, const std::wstring& caption,
+                   DWORD milliseconds);
 
 // A visible control at any depth, by its caption without mnemonic marks. Null when there is none.
 HWND FindButton(HWND window, std::wstring_view caption);
 
 std::wstring ClassOf(HWND window);
-std::wstring TextOf(HWND window); // empty when the window does not answer within a few seconds
+std::wstring TextOf(HWND window); // empty when the window does not answer within 20 s
 
 // A message box: its words, and the press of its first button. Press answers at once, as the program may be
 // busy for long with what the button starts; a disabled button is not pressed, and the answer is false.
@@ -56,14 +67,14 @@ private:
     LONGLONG position_ = 0;
 };
 
-// Polls until the condition holds; false when that takes longer than the limit.
+// Polls until it is true; false after the milliseconds.
 template <class Condition>
-bool WaitUntil(DWORD milliseconds, Condition condition)
+bool Eventually(Condition condition, DWORD milliseconds)
 {
     const DWORD start = GetTickCount();
     while (!condition()) {
-        if (GetTickCount() - start >= milliseconds) return false;
-        Sleep(20);
+        if (GetTickCount() - start > milliseconds) return false;
+        Sleep(10);
     }
     return true;
 }

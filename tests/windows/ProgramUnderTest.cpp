@@ -1,36 +1,13 @@
 #include "tests/windows/ProgramUnderTest.h"
 
-#include <iterator>
-
 namespace {
 
 constexpr DWORD kPatience = 20000;
 
 struct Search {
-    DWORD process;
-    std::wstring windowClass, caption;
     int id;
     HWND found;
 };
-
-std::wstring ClassOf(HWND window)
-{
-    wchar_t name[100] = {};
-    GetClassNameW(window, name, static_cast<int>(std::size(name)));
-    return name;
-}
-
-BOOL CALLBACK MatchWindow(HWND window, LPARAM lParam)
-{
-    auto& search = *reinterpret_cast<Search*>(lParam);
-    DWORD process = 0;
-    GetWindowThreadProcessId(window, &process);
-    if (process != search.process || !IsWindowVisible(window)) return TRUE;
-    if (!search.windowClass.empty() && ClassOf(window) != search.windowClass) return TRUE;
-    if (!search.caption.empty() && TextOf(window) != search.caption) return TRUE;
-    search.found = window;
-    return FALSE;
-}
 
 BOOL CALLBACK MatchControl(HWND window, LPARAM lParam)
 {
@@ -38,12 +15,6 @@ BOOL CALLBACK MatchControl(HWND window, LPARAM lParam)
     if (GetDlgCtrlID(window) != search.id) return TRUE;
     search.found = window;
     return FALSE;
-}
-
-BOOL CALLBACK CollectStatic(HWND window, LPARAM lParam)
-{
-    if (ClassOf(window) == L"Static") *reinterpret_cast<std::wstring*>(lParam) += TextOf(window);
-    return TRUE;
 }
 
 void DeleteTree(const std::wstring& folder)
@@ -67,27 +38,6 @@ void DeleteTree(const std::wstring& folder)
 
 } // namespace
 
-HWND WaitForWindow(DWORD process, const std::wstring& windowClass, const std::wstring& caption,
-                   DWORD milliseconds)
-{
-    Search search = {process, windowClass, caption, 0, nullptr};
-    Eventually(
-        [&search] {
-            EnumWindows(MatchWindow, reinterpret_cast<LPARAM>(&search));
-            return search.found != nullptr;
-        },
-        milliseconds);
-    return search.found;
-}
-
-std::wstring TextOf(HWND window)
-{
-    std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(
-        SendMessageW(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()))));
-    return text;
-}
-
 std::vector<std::wstring> LinesOf(HWND listBox)
 {
     std::vector<std::wstring> lines;
@@ -101,44 +51,12 @@ std::vector<std::wstring> LinesOf(HWND listBox)
     return lines;
 }
 
-void Press(HWND button)
-{
-    PostMessageW(button, BM_CLICK, 0, 0);
-}
-
 std::wstring FolderOfTests()
 {
     wchar_t path[MAX_PATH] = {};
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     const std::wstring whole = path;
     return whole.substr(0, whole.rfind(L'\\') + 1);
-}
-
-void StartedProcess::Start(const std::wstring& commandLine, const std::wstring& folder)
-{
-    std::wstring command = commandLine; // the call may write to it
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(), &startup,
-                   &information_);
-}
-
-StartedProcess::~StartedProcess()
-{
-    if (!information_.hProcess) return;
-    if (WaitForSingleObject(information_.hProcess, 0) != WAIT_OBJECT_0) {
-        TerminateProcess(information_.hProcess, 1);
-        WaitForSingleObject(information_.hProcess, kPatience);
-    }
-    CloseHandle(information_.hThread);
-    CloseHandle(information_.hProcess);
-}
-
-bool StartedProcess::WaitForEnd(DWORD milliseconds)
-{
-    DWORD code = 1;
-    return WaitForSingleObject(information_.hProcess, milliseconds) == WAIT_OBJECT_0 &&
-           GetExitCodeProcess(information_.hProcess, &code) && code == 0;
 }
 
 ProgramUnderTest::ProgramUnderTest()
@@ -195,7 +113,7 @@ bool ProgramUnderTest::PassStartUp()
 
 HWND ProgramUnderTest::Control(int id) const
 {
-    Search search = {0, L"", L"", id, nullptr};
+    Search search = {id, nullptr};
     EnumChildWindows(window_, MatchControl, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
@@ -205,16 +123,9 @@ HWND ProgramUnderTest::WaitForBox(const std::wstring& caption) const
     return WaitForWindow(process_.Id(), L"#32770", caption, kPatience);
 }
 
-std::wstring ProgramUnderTest::BoxText(HWND box) const
-{
-    std::wstring text;
-    EnumChildWindows(box, CollectStatic, reinterpret_cast<LPARAM>(&text));
-    return text;
-}
-
 void ProgramUnderTest::PressOk(HWND box) const
 {
-    Press(FindWindowExW(box, nullptr, L"Button", nullptr));
+    ::PressOk(box);
     Eventually([box] { return !IsWindow(box); }, kPatience);
 }
 

@@ -117,7 +117,7 @@ TEST_F(WindowRunTest, ExportSavesEveryEmailOnce)
 
     HWND box = program.WaitForBox(L"Quillbox");
     ASSERT_TRUE(box);
-    EXPECT_EQ(program.BoxText(box), L"All emails for the selected folder have been exported.");
+    EXPECT_EQ(BoxWords(box), L"All emails for the selected folder have been exported.");
     EXPECT_FALSE(IsShown(Control(idStopAfterEmail)));
     program.PressOk(box);
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));

@@ -42,7 +42,7 @@ TEST(WindowTest, StartsAndClosesWithoutSettingsAndClient)
     ASSERT_TRUE(program.Start());
     EXPECT_EQ(TextOf(program.Window()), L"Quillbox v1.0.0 - The Quillbox project");
     const HWND box = program.WaitForBox(L"IMPORTANT! Please Read");
-    EXPECT_NE(program.BoxText(box).find(L"you must not move the mouse or press any keys"),
+    EXPECT_NE(BoxWords(box).find(L"you must not move the mouse or press any keys"),
               std::wstring::npos);
     EXPECT_EQ(program.Read(L"log.txt"), "") << "the warning comes before the first line";
     EXPECT_FALSE(IsWindowEnabled(program.Control(idSync)));
@@ -253,7 +253,7 @@ TEST(WindowTest, DatabaseThatCannotBeOpenedIsSaidOnceAndLeftAlone)
     process.Start(L"\"" + program.Folder() + L"quillbox.exe\"", program.Folder());
     const HWND box = WaitForWindow(process.Id(), L"#32770", L"Quillbox", 20000);
     ASSERT_TRUE(box);
-    EXPECT_NE(program.BoxText(box).find(L"exporting stays off"), std::wstring::npos);
+    EXPECT_NE(BoxWords(box).find(L"exporting stays off"), std::wstring::npos);
     program.PressOk(box);
     program.PressOk(program.WaitForBox(L"IMPORTANT! Please Read"));
     const HWND window = WaitForWindow(process.Id(), L"Form1", L"", 20000);

@@ -20,9 +20,9 @@ constexpr DWORD kCloseLimit = 30000;
 constexpr std::size_t kLinesBeforePicture = 5; // e-mails that a picture of a run in progress should show
 constexpr DWORD kPictureLimit = 15000;
 
-constexpr std::wstring_view kBoxClass = L"#32770";
+constexpr wchar_t kBoxClass[] = L"#32770";
 constexpr std::wstring_view kExportButton = L"Export emails in selected folder";
-constexpr std::wstring_view kStartUpBox = L"IMPORTANT! Please Read";
+constexpr wchar_t kStartUpBox[] = L"IMPORTANT! Please Read";
 constexpr std::size_t kTimeStamp = 20; // "dd/mm/yyyy hh:nn:ss " before each line of the log
 
 struct Choices {
@@ -83,14 +83,16 @@ public:
 
     void StartClient()
     {
-        client_.Start(choices_.client, L"");
-        clientWindow_ = WaitForWindow(client_, "the mail client", L"Outlook Express Browser Class");
+        std::wstring commandLine;
+        for (const std::wstring& word : choices_.client) commandLine += Quoted(word) + L" ";
+        client_.Start(commandLine, L"");
+        clientWindow_ = WindowOf(client_, "the mail client", L"Outlook Express Browser Class");
     }
 
     void StartProgram()
     {
-        program_.Start({choices_.program}, FolderOf(choices_.program));
-        WaitForWindow(program_, "Quillbox's start-up box", kBoxClass, kStartUpBox);
+        program_.Start(Quoted(choices_.program), FolderOf(choices_.program));
+        WindowOf(program_, "Quillbox's start-up box", kBoxClass, kStartUpBox);
         window_ = FindProgramWindow(program_.Id(), L"Form1");
         if (!window_) throw std::runtime_error("Quillbox shows no main window");
         PlaceSideBySide();
@@ -98,11 +100,13 @@ public:
 
     void WaitForSynchronisation()
     {
-        const bool offered = WaitUntil(kSyncLimit, [this] {
-            Attend();
-            exportButton_ = FindButton(window_, kExportButton);
-            return exportButton_ && IsWindowEnabled(exportButton_);
-        });
+        const bool offered = Eventually(
+            [this] {
+                Attend();
+                exportButton_ = FindButton(window_, kExportButton);
+                return exportButton_ && IsWindowEnabled(exportButton_);
+            },
+            kSyncLimit);
         if (!offered) throw std::runtime_error("Quillbox does not offer the export");
     }
 
@@ -144,14 +148,16 @@ public:
     }
 
 private:
-    HWND WaitForWindow(const StartedProgram& program, const std::string& what, std::wstring_view windowClass,
-                       std::wstring_view caption = {})
+    HWND WindowOf(const StartedProcess& program, const std::string& what, const std::wstring& windowClass,
+                  const std::wstring& caption = {})
     {
         HWND window = nullptr;
-        WaitUntil(kStartLimit, [&] {
-            window = FindProgramWindow(program.Id(), windowClass, caption);
-            return window || program.HasEnded();
-        });
+        Eventually(
+            [&] {
+                window = FindProgramWindow(program.Id(), windowClass, caption);
+                return window || program.HasEnded();
+            },
+            kStartLimit);
         if (window) return window;
         throw std::runtime_error(what + (program.HasEnded()
                                              ? " ended with code " + std::to_string(program.ExitCode())
@@ -186,11 +192,13 @@ private:
     void Answer(HWND box)
     {
         Print(L"> box \"" + TextOf(box) + L"\": " + BoxWords(box));
-        WaitUntil(kPictureLimit, [this] { return PictureIsTaken(); });
-        const bool answered = WaitUntil(kCloseLimit, [box] {
-            if (IsWindow(box)) PressOk(box);
-            return !IsWindow(box);
-        });
+        Eventually([this] { return PictureIsTaken(); }, kPictureLimit);
+        const bool answered = Eventually(
+            [box] {
+                if (IsWindow(box)) PressOk(box);
+                return !IsWindow(box);
+            },
+            kCloseLimit);
         if (!answered) throw std::runtime_error("a box stays in spite of its OK button");
         ++boxesAnswered_;
     }
@@ -220,7 +228,7 @@ private:
 
     const Choices& choices_;
     GrowingFile log_;
-    StartedProgram client_, program_;
+    StartedProcess client_, program_;
     HWND clientWindow_ = nullptr, window_ = nullptr, exportButton_ = nullptr;
     std::size_t lines_ = 0, exporting_ = 0; // lines of the log; those of them about one e-mail
     std::size_t boxesAnswered_ = 0;         // since the button was pressed
