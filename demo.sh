@@ -23,7 +23,7 @@ while (($#)); do
         --mail | --out | --folder) [ -n "${2:-}" ] || die "$1 needs a value" ;;&
         --mail) mail=$2; shift 2 ;;
         --out) out=$2; shift 2 ;;
-        --folder) folder=$2; shift 2 ;;
+        --folder) folder=${2#./}; shift 2 ;;
         --show) [ -n "${DISPLAY:-}" ] || die "--show, but DISPLAY is not set"; display=(-d); shift ;;
         -h | --help) usage; exit 0 ;;
         *) usage >&2; exit 2 ;;

@@ -15,13 +15,29 @@ case ${1:-} in
     *) sed -n '4s/# //p' "$0" >&2; exit 2 ;;
 esac
 
-scratch=""
-trap '[ -z "$scratch" ] || rm -rf "$scratch"' EXIT
+scratch="" pid=""
+# shellcheck disable=SC2317 # called by the trap
+finish() {
+    local status=$?
+    if [ -n "$pid" ]; then kill -TERM "$pid" 2>/dev/null; wait "$pid"; fi
+    [ -z "$scratch" ] || rm -rf "$scratch"
+    exit "$status"
+}
+trap finish EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/quillbox-test.XXXXXX")
 
-# A fuzz target starts from its seeds and from what it found before, kept in build/, and leaves what broke it there.
+# In the background, so that a signal is passed on at once: what starts servers cleans up after itself.
+run() {
+    "$@" &
+    pid=$!
+    wait "$pid"
+    pid=""
+}
+
+# A fuzz target starts from its seeds and from what it found before, which build/ keeps, and leaves there
+# what broke it.
 fuzz_all() {
     local target name seeds
     for target in build/fuzz/fuzz-*; do
@@ -54,9 +70,9 @@ echo "== Fuzzing"
 fuzz_all
 
 echo "== Unit and windows tests under Wine"
-scripts/wine-run.sh -t 900 -- tests/windows/run.sh
+run scripts/wine-run.sh -t 900 -- tests/windows/run.sh
 
 echo "== The demo, from end to end"
-tests/demo/run.sh
+run tests/demo/run.sh
 
 echo "== All tests passed"
