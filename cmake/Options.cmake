@@ -30,4 +30,7 @@ if(WIN32)
   add_link_options(-static
     -Wl,--major-subsystem-version=5,--minor-subsystem-version=1
     -Wl,--major-os-version=5,--minor-os-version=1)
+  # The same source gives the same program, wherever and whenever it is built.
+  add_link_options(-Wl,--no-insert-timestamp)
+  add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${CMAKE_BINARY_DIR}=build)
 endif()

@@ -10,6 +10,7 @@ packages=(
     googletest mdbtools                                # unit tests
     wine wine32:i386 xvfb imagemagick                  # the program at work, and pictures of it
     fonts-wine fonts-liberation tzdata
+    zip unzip cmark-gfm                                # the package
 )
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null) == ii* ]]; }
