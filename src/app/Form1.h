@@ -101,7 +101,11 @@ private:
     void BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words);
     void cmdSync();
     void cmdGetID();
+    void EnterRun(); // stop buttons and busy layout; Run leaves them
+    void cmdCheckFolder();
+    void cmdCheckAllFolders();
     void cmdExport();
+    void cmdSaveAll();
     void cmdStopAfterEmail();
     void cmdStopAfterFolder();
     void cmdUseSelection();

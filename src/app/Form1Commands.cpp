@@ -1,6 +1,8 @@
 // What the controls of the window start.
 #include "app/Form1.h"
 
+#include "folders/AllFolders.h"
+#include "folders/CheckFolder.h"
 #include "folders/ExportFolder.h"
 #include "folders/StoreFolders.h"
 #include "folders/Synchronise.h"
@@ -20,8 +22,17 @@ void Form1::OnCommand(int id, int code)
     case idGetID:
         if (code == BN_CLICKED) Run([this] { cmdGetID(); });
         break;
+    case idCheckFolder:
+        if (code == BN_CLICKED) Run([this] { cmdCheckFolder(); });
+        break;
+    case idCheckAllFolders:
+        if (code == BN_CLICKED) Run([this] { cmdCheckAllFolders(); });
+        break;
     case idExport:
         if (code == BN_CLICKED) Run([this] { cmdExport(); });
+        break;
+    case idSaveAll:
+        if (code == BN_CLICKED) Run([this] { cmdSaveAll(); });
         break;
     case idUseSelection:
         if (code == BN_CLICKED) cmdUseSelection();
@@ -86,14 +97,16 @@ void Form1::ShowError(const Text& words)
 
 void Form1::UpdateCommands()
 {
-    controls_.cmdSync.Enable(!running_);
     controls_.cmdGetID.Enable(!running_);
     controls_.cmdUseSelection.Enable(!running_);
-    controls_.cmdExport.Enable(!running_ && state_.saved.IsOpen()); // no export without a record of it
-    // Checks and runs over all folders are to come.
-    controls_.cmdCheckFolder.Enable(false);
-    controls_.cmdCheckAllFolders.Enable(false);
-    controls_.cmdSaveAll.Enable(false);
+    controls_.cmdCheckFolder.Enable(!running_);
+    controls_.cmdCheckAllFolders.Enable(!running_);
+    const bool canExport = !running_ && state_.saved.IsOpen(); // no export without a record of it
+    controls_.cmdExport.Enable(canExport);
+    controls_.cmdSaveAll.Enable(canExport);
+    const bool synchronised = state_.run && !state_.run->nodes.empty();
+    EnableWindow(controls_.cboComparison, !running_ && synchronised);
+    controls_.cmdSync.Enable(!running_); // last: whoever watches it finds the others settled
     UpdateWindow(window_);
 }
 
@@ -107,11 +120,48 @@ void Form1::cmdGetID()
     ShowSelectedEmail(*state_.run);
 }
 
+void Form1::EnterRun()
+{
+    ShowStopButtons(StopButtons::shown);
+    controls_.EnterBusyLayout();
+}
+
+void Form1::cmdCheckFolder()
+{
+    CheckFolder(*state_.run);
+}
+
+void Form1::cmdCheckAllFolders()
+{
+    FolderRun& run = *state_.run;
+    EnterRun();
+    SendMessageW(controls_.lvResults, LVM_DELETEALLITEMS, 0, 0);
+    SetSummary(u"");
+    CountFoldersToCheck(run);
+    run.exportList.clear();
+    RunAllFolders(run, AllFoldersMode::check);
+    ShowBox(BoxIcon::information, u"All folders have been checked - " + run.checkSummary);
+}
+
+void Form1::cmdSaveAll()
+{
+    FolderRun& run = *state_.run;
+    EnterRun();
+    RunAllFolders(run, AllFoldersMode::check);
+    if (closeAsked_) return;
+    // Kept: a stop ends the check alone, and what it found until then is exported. So each button is there
+    // anew.
+    ShowStopButtons(StopButtons::shown);
+    run.runTotalSaved = 0;
+    state_.flags.runCompleted = false;
+    RunAllFolders(run, AllFoldersMode::exportEmails);
+    if (state_.flags.runCompleted) ShowBox(BoxIcon::information, u"All folders have been exported.");
+}
+
 void Form1::cmdExport()
 {
     if (!SelectShownFolder(*state_.run)) return;
-    ShowStopButtons(StopButtons::shown);
-    controls_.EnterBusyLayout();
+    EnterRun();
     state_.flags.runCompleted = true;
     ExportFolder(*state_.run, false);
     if (state_.flags.runCompleted)
