@@ -2,6 +2,7 @@
 
 #include "app/Form1Images.h"
 #include "app/Version.h"
+#include "controls/OrbPalette.h"
 #include "platform/win32/WideText.h"
 
 namespace {
@@ -64,7 +65,6 @@ bool Form1::Create(HINSTANCE instance)
     description.hInstance = instance;
     description.hIcon = LoadIconW(instance, MAKEINTRESOURCEW(1));
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszClassName = kFormClass;
     RegisterClassW(&description);
     window_ = CreateWindowExW(WS_EX_CONTROLPARENT, kFormClass, ProgramTitle(), kFormStyle, CW_USEDEFAULT,
@@ -231,6 +231,10 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         else if (lastFocus_ && IsChild(window_, lastFocus_))
             SetFocus(lastFocus_);
         return 0;
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+        PassOnNewColours(window_, message, wParam, lParam);
+        break;
     case WM_CLOSE:
         AskToClose();
         return 0;
@@ -253,6 +257,8 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         window_ = nullptr;
         return 0;
     }
+    LRESULT answer = 0;
+    if (AnswerForGround(window_, message, wParam, CurrentPalette().window, answer)) return answer;
     return DefWindowProcW(window_, message, wParam, lParam);
 }
 

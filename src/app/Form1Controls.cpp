@@ -25,6 +25,8 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
         return SendMessageW(GetAncestor(frame, GA_ROOT), message, wParam, lParam);
     if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == idSummary)
         return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+    LRESULT answer = 0;
+    if (AnswerForGround(frame, message, wParam, CurrentPalette().page, answer)) return answer;
     return DefWindowProcW(frame, message, wParam, lParam);
 }
 
@@ -34,7 +36,6 @@ void RegisterFrame()
     description.lpfnWndProc = FrameProc;
     description.hInstance = GetModuleHandleW(nullptr);
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-    description.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     description.lpszClassName = kFrameClass;
     RegisterClassW(&description);
 }

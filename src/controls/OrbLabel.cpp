@@ -1,16 +1,39 @@
 #include "controls/OrbLabel.h"
 
-void OrbLabel::Create(HWND parent, int id, const wchar_t* caption, const RECT& place, Kind kind)
+namespace {
+
+class LabelDrawing : public Drawing {
+public:
+    using Drawing::Drawing;
+
+private:
+    void Paint(const Canvas& canvas) override;
+};
+
+void LabelDrawing::Paint(const Canvas& canvas)
 {
-    const DWORD style = kind == Kind::plain ? SS_LEFT | SS_NOPREFIX | SS_ENDELLIPSIS : SS_LEFT;
-    window_ = CreateWindowExW(0, L"STATIC", caption, WS_CHILD | WS_CLIPSIBLINGS | SS_NOTIFY | style,
-                              place.left, place.top, place.right - place.left, place.bottom - place.top,
-                              parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                              GetModuleHandleW(nullptr), nullptr);
+    FillRect(canvas.dc, &canvas.area, GroundOf(Window(), canvas.dc)); // sets the text's colour
+    SetBkMode(canvas.dc, TRANSPARENT);
+    if (!IsWindowEnabled(Window())) SetTextColor(canvas.dc, canvas.palette.fadedText);
+    const LONG_PTR style = GetWindowLongPtrW(Window(), GWL_STYLE);
+    UINT format = DT_LEFT | DT_EXPANDTABS;
+    format |= style & SS_ENDELLIPSIS ? DT_SINGLELINE | DT_END_ELLIPSIS : DT_WORDBREAK;
+    if (style & SS_NOPREFIX)
+        format |= DT_NOPREFIX;
+    else if (!HasCues(UISF_HIDEACCEL))
+        format |= DT_HIDEPREFIX;
+    RECT line = canvas.area;
+    const std::wstring text = Text();
+    DrawTextW(canvas.dc, text.c_str(), static_cast<int>(text.size()), &line, format);
 }
 
-void OrbLabel::SetCaption(const wchar_t* caption)
+} // namespace
+
+void OrbLabel::Create(HWND parent, int id, const wchar_t* caption, const RECT& place, Kind kind,
+                      PaletteSource palette)
 {
-    SetWindowTextW(window_, caption);
-    UpdateWindow(window_);
+    // Owner-drawn: a standard label draws a new text at once and in two steps, which flickers.
+    const DWORD style = kind == Kind::plain ? SS_NOPREFIX | SS_ENDELLIPSIS : 0;
+    CreateDrawn(L"STATIC", caption, SS_OWNERDRAW | SS_NOTIFY | style, 0, parent, id, place,
+                std::make_unique<LabelDrawing>(palette));
 }

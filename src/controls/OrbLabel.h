@@ -1,17 +1,14 @@
 // OrbLabel.h: a line of text. Its parent receives a double click as WM_COMMAND with STN_DBLCLK.
 #pragma once
-#include <windows.h>
+#include "controls/DrawnControl.h"
 
-class OrbLabel {
+class OrbLabel : public DrawnControl {
 public:
     // plain: "&" is a character like any other, and what is too long ends in an ellipsis. mnemonic: "&" marks
-    // the key that moves on to the control behind the label.
+    // the key that moves on to the control behind the label; the text wraps.
     enum class Kind { plain, mnemonic };
-    void Create(HWND parent, int id, const wchar_t* caption, const RECT& place, Kind kind = Kind::plain);
-    HWND Window() const { return window_; }
-    void SetCaption(const wchar_t* caption); // visible at once
-    void Show(bool shown) { ShowWindow(window_, shown ? SW_SHOW : SW_HIDE); }
-
-private:
-    HWND window_ = nullptr;
+    // Created hidden.
+    void Create(HWND parent, int id, const wchar_t* caption, const RECT& place, Kind kind = Kind::plain,
+                PaletteSource palette = CurrentPalette);
+    void SetCaption(const wchar_t* caption) { SetText(caption); } // visible at once
 };

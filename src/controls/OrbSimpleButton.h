@@ -1,15 +1,12 @@
-// OrbSimpleButton.h: a push button with a caption, an enabled state and a click, which its parent receives
-// as WM_COMMAND. A real button: Tab, Space and its mnemonic work.
+// OrbSimpleButton.h: a flat push button with a caption, an enabled state and a click, which its parent
+// receives as WM_COMMAND. A real button underneath: Tab, Space, Enter and its mnemonic work.
 #pragma once
-#include <windows.h>
+#include "controls/DrawnControl.h"
 
-class OrbSimpleButton {
+class OrbSimpleButton : public DrawnControl {
 public:
-    void Create(HWND parent, int id, const wchar_t* caption, const RECT& place);
-    HWND Window() const { return window_; }
-    void Enable(bool enabled) { EnableWindow(window_, enabled); }
-    void Show(bool shown) { ShowWindow(window_, shown ? SW_SHOW : SW_HIDE); }
-
-private:
-    HWND window_ = nullptr;
+    enum class Look { plain, primary }; // primary: for the main action of a page
+    // Created hidden.
+    void Create(HWND parent, int id, const wchar_t* caption, const RECT& place, Look look = Look::plain,
+                PaletteSource palette = CurrentPalette);
 };

@@ -4,9 +4,6 @@
 
 class OrbVacuum : public DrawnControl {
 public:
-    void Create(HWND parent, int id, const RECT& place) { CreateDrawn(L"OrbVacuum", parent, id, place); }
+    void Create(HWND parent, int id, const RECT& place, PaletteSource palette = CurrentPalette);
     void ShowText(const wchar_t* text) { SetText(text); } // in place of the one before
-
-private:
-    void Paint(HDC dc, const RECT& area) const override;
 };

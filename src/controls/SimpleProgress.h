@@ -6,13 +6,17 @@
 
 class SimpleProgress : public DrawnControl {
 public:
-    void Create(HWND parent, int id, const RECT& place);
-    // Every set shows at once.
-    SimpleProgressModel& Properties() { return model_; }
+    SimpleProgress();
+    SimpleProgress(const SimpleProgress&) = delete; // its properties redraw this one
+    SimpleProgress& operator=(const SimpleProgress&) = delete;
+
+    // Created visible.
+    void Create(HWND parent, int id, const RECT& place, PaletteSource palette = CurrentPalette);
+    // Every set shows at once. In high contrast the user's colours stand in for the two of the bar.
+    SimpleProgressModel& Properties() { return *model_; }
 
 private:
     void Redraw();
-    void Paint(HDC dc, const RECT& area) const override;
 
-    SimpleProgressModel model_{[this] { Redraw(); }};
+    std::shared_ptr<SimpleProgressModel> model_; // the window may live longer than this
 };

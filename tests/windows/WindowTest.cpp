@@ -142,7 +142,7 @@ TEST(WindowTest, EveryControlStandsInItsPlaceAndTab)
         const HWND strip = program.Control(idTab);
         EXPECT_EQ(SendMessageW(strip, TCM_GETITEMCOUNT, 0, 0), 4);
         GetClientRect(strip, &place);
-        const LPARAM point = MAKELPARAM(30 + tab * 52, 8);
+        const LPARAM point = MAKELPARAM(42 + tab * 65, 10);
         SendMessageW(strip, WM_LBUTTONDOWN, MK_LBUTTON, point);
         SendMessageW(strip, WM_LBUTTONUP, 0, point);
         ASSERT_EQ(SendMessageW(strip, TCM_GETCURSEL, 0, 0), tab);
