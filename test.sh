@@ -5,7 +5,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-fuzz=(-runs=20000 -seed=1)
+fuzz=(-runs=20000 -max_total_time=20 -seed=1) # whichever comes first
 case ${1:-} in
     "") ;;
     --fuzz)
@@ -57,7 +57,7 @@ fuzz_all() {
 scripts/install-tools.sh
 scripts/build.sh asan
 scripts/build.sh win32
-scripts/build.sh fuzz
+scripts/build.sh fuzz fuzz-targets
 scripts/build.sh native demo-pack demo-check quillbox-inspect
 
 echo "== Imports and size of the program"
