@@ -7,6 +7,7 @@
 #   -n            no display: windows exist but are not drawn
 #   -d            the display that DISPLAY names, instead of a virtual one
 #   -s WxH        size of the virtual screen (default 1280x1024)
+#   -r DPI        resolution that programs are told, and with it the size of the system's fonts (default 96)
 #   -c FILE.png   picture of the screen when the command has ended
 #   -p DIR        prefix to use and keep, made when missing
 #
@@ -15,16 +16,17 @@
 # all that was started here is ended, and the scratch files go.
 set -u
 
-limit=600 dates=gb display=virtual screen=1280x1024 picture="" keep=""
+limit=600 dates=gb display=virtual screen=1280x1024 dpi=96 picture="" keep=""
 usage() { sed -n '2,/^set/s/^# \{0,1\}//p' "$0" >&2; exit 2; }
 die() { echo "wine-run: $*" >&2; exit 1; }
-while getopts t:l:nds:c:p: option; do
+while getopts t:l:nds:r:c:p: option; do
     case $option in
         t) limit=$OPTARG ;;
         l) dates=$OPTARG ;;
         n) display=none ;;
         d) display=${DISPLAY:-}; [ -n "$display" ] || die "-d, but DISPLAY is not set" ;;
         s) screen=$OPTARG ;;
+        r) [[ $OPTARG =~ ^[1-9][0-9]{1,2}$ ]] || die "-r takes dots per inch"; dpi=$OPTARG ;;
         c) picture=$OPTARG ;;
         p) keep=$(realpath -m -- "$OPTARG") ;;
         *) usage ;;
@@ -155,6 +157,7 @@ graphics=x11
 [ "$display" = none ] && graphics=null
 {
     printf '\n[Control Panel\\\\International]\n%s\n' "${date_settings//\" \"/\"$'\n'\"}"
+    printf '\n[Control Panel\\\\Desktop]\n"LogPixels"=dword:%08x\n' "$dpi"
     printf '\n[Software\\\\Wine\\\\Drivers]\n"Graphics"="%s"\n' "$graphics"
     printf '\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n'
     printf '\n[Software\\\\Wine\\\\WineDbg]\n"ShowCrashDialog"=dword:00000000\n'
