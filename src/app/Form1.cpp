@@ -5,10 +5,12 @@
 #include "controls/OrbPalette.h"
 #include "platform/win32/WideText.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr wchar_t kFormClass[] = L"Form1";
-constexpr DWORD kFormStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+constexpr DWORD kFormStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 const Text kSeparatorLine(61, u'-');
 
 const Text kImportant =
@@ -71,13 +73,39 @@ bool Form1::Create(HINSTANCE instance)
                               CW_USEDEFAULT, 100, 100, nullptr, nullptr, instance, this);
     if (!window_) return false;
     controls_.Create(window_);
-    store_.Attach(controls_.lblStoreFolder, controls_.Drive1, controls_.Dir1, controls_.fileCheck);
-    const SIZE client = controls_.ClientSize();
+    store_.Attach(controls_.lblStoreFolder, controls_.lblStorePath, controls_.Drive1, controls_.Dir1,
+                  controls_.fileCheck);
+    TakeWishedSize();
+    return true;
+}
+
+SIZE Form1::WindowSize(const SIZE& client) const
+{
     RECT frame = {0, 0, client.cx, client.cy};
     AdjustWindowRectEx(&frame, kFormStyle, FALSE, WS_EX_CONTROLPARENT);
-    SetWindowPos(window_, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    return true;
+    const RECT work = WorkArea();
+    return {std::min(frame.right - frame.left, work.right - work.left),
+            std::min(frame.bottom - frame.top, work.bottom - work.top)};
+}
+
+RECT Form1::WorkArea() const
+{
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoW(MonitorFromWindow(window_, MONITOR_DEFAULTTONEAREST), &monitor);
+    return monitor.rcWork;
+}
+
+// Where Windows has put the window, or as near as it still fits the screen.
+void Form1::TakeWishedSize()
+{
+    const SIZE size = WindowSize(WishedClient(controls_.Units()));
+    const RECT work = WorkArea();
+    RECT place = {};
+    GetWindowRect(window_, &place);
+    SetWindowPos(window_, nullptr, std::clamp(place.left, work.left, work.right - size.cx),
+                 std::clamp(place.top, work.top, work.bottom - size.cy), size.cx, size.cy,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void Form1::StartUp()
@@ -223,6 +251,7 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         OnCommand(LOWORD(wParam), HIWORD(wParam));
         return 0;
     case WM_NOTIFY:
+        if (Form1Controls::AnswerToolTip(*reinterpret_cast<const NMHDR*>(lParam))) return 0;
         OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
         return 0;
     case WM_ACTIVATE: // the keyboard comes back to where it was
@@ -231,8 +260,23 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         else if (lastFocus_ && IsChild(window_, lastFocus_))
             SetFocus(lastFocus_);
         return 0;
-    case WM_SYSCOLORCHANGE:
+    case WM_SIZE:
+        if (wParam != SIZE_MINIMIZED && controls_.nTab.Window()) controls_.Arrange();
+        return 0;
+    case WM_GETMINMAXINFO: {
+        const SIZE smallest = WindowSize(SmallestClient(controls_.Units()));
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest.cx, smallest.cy};
+        return 0;
+    }
+    case DM_GETDEFID: // what Enter presses where it has no meaning of its own
+        return MAKELRESULT(DefaultButton(), DC_HASDEFID);
     case WM_SETTINGCHANGE:
+        if (wParam == SPI_SETNONCLIENTMETRICS) {
+            controls_.TakeFonts(window_);
+            controls_.Arrange();
+        }
+        [[fallthrough]];
+    case WM_SYSCOLORCHANGE:
         PassOnNewColours(window_, message, wParam, lParam);
         break;
     case WM_CLOSE:
@@ -260,6 +304,20 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     LRESULT answer = 0;
     if (AnswerForGround(window_, message, wParam, CurrentPalette().window, answer)) return answer;
     return DefWindowProcW(window_, message, wParam, lParam);
+}
+
+int Form1::DefaultButton() const
+{
+    if (running_ || controls_.nTab.Selected() != static_cast<int>(Tab::actions)) return 0;
+    return IsWindowVisible(controls_.cmdExport.Window()) ? idExport : idSync;
+}
+
+void Form1::MoveFocus(HWND control)
+{
+    if (GetActiveWindow() == window_ && IsWindowVisible(control) && IsChild(window_, control))
+        SetFocus(control);
+    else
+        lastFocus_ = control;
 }
 
 void Form1::AskToClose()

@@ -83,6 +83,13 @@ private:
     void OnNotify(const NMHDR& notice);
     void Dispatch(MSG& message); // keys for moving about first
 
+    // Size and keyboard
+    SIZE WindowSize(const SIZE& client) const; // with its edges, and no larger than the screen
+    RECT WorkArea() const;
+    void TakeWishedSize();
+    int DefaultButton() const;    // 0: Enter presses nothing
+    void MoveFocus(HWND control); // at once, or when the window is active again
+
     // Start-up and close
     void SetUpPaths();
     void OpenDatabase();
@@ -108,6 +115,7 @@ private:
     void cmdSaveAll();
     void cmdStopAfterEmail();
     void cmdStopAfterFolder();
+    void HideStopButton(OrbSimpleButton& pressed, OrbSimpleButton& other);
     void cmdUseSelection();
     void OpenExportFolder(); // double click on lblOEFolder
 

@@ -13,6 +13,7 @@ void Form1::OnCommand(int id, int code)
     if (code == BN_CLICKED) {
         if (id == idStopAfterEmail) return cmdStopAfterEmail();
         if (id == idStopAfterFolder) return cmdStopAfterFolder();
+        if (id == idShowLog || id == idShowResults) return controls_.ShowResults(id == idShowResults);
     }
     if (running_) return; // only the stop buttons, the tabs and closing work
     switch (id) {
@@ -40,6 +41,12 @@ void Form1::OnCommand(int id, int code)
     case idOEFolder:
         if (code == STN_DBLCLK) OpenExportFolder();
         break;
+    case idChooseStore:
+        if (code == BN_CLICKED) {
+            ShowTab(Tab::store);
+            SetFocus(controls_.Dir1);
+        }
+        break;
     case idDrive:
         if (code == CBN_SELCHANGE) store_.DriveChosen();
         break;
@@ -47,7 +54,7 @@ void Form1::OnCommand(int id, int code)
         if (code == LBN_DBLCLK) store_.FolderOpened();
         break;
     case idProgressList:
-        if (code == LBN_DBLCLK) ShowWindow(controls_.lvResults, SW_SHOW);
+        if (code == LBN_DBLCLK) controls_.ShowResults(true);
         break;
     }
 }
@@ -81,11 +88,7 @@ void Form1::Run(const std::function<void()>& command)
         Close();
         return;
     }
-    // A button that is disabled loses the keyboard; it gets it back.
-    if (GetActiveWindow() == window_ && IsWindowVisible(focus) && IsChild(window_, focus))
-        SetFocus(focus);
-    else
-        lastFocus_ = focus;
+    MoveFocus(focus); // a button that is disabled loses the keyboard; it gets it back
 }
 
 void Form1::ShowError(const Text& words)
@@ -99,6 +102,7 @@ void Form1::UpdateCommands()
 {
     controls_.cmdGetID.Enable(!running_);
     controls_.cmdUseSelection.Enable(!running_);
+    controls_.cmdChooseStore.Enable(!running_);
     controls_.cmdCheckFolder.Enable(!running_);
     controls_.cmdCheckAllFolders.Enable(!running_);
     const bool canExport = !running_ && state_.saved.IsOpen(); // no export without a record of it
@@ -124,6 +128,7 @@ void Form1::EnterRun()
 {
     ShowStopButtons(StopButtons::shown);
     controls_.EnterBusyLayout();
+    MoveFocus(controls_.cmdStopAfterEmail.Window());
 }
 
 void Form1::cmdCheckFolder()
@@ -172,14 +177,21 @@ void Form1::cmdStopAfterEmail()
 {
     state_.flags.stopAfterEmail = true;
     state_.flags.stopRequested = true;
-    controls_.cmdStopAfterEmail.Show(false);
+    HideStopButton(controls_.cmdStopAfterEmail, controls_.cmdStopAfterFolder);
 }
 
 void Form1::cmdStopAfterFolder()
 {
     state_.flags.stopAfterFolder = true;
     state_.flags.stopRequested = true;
-    controls_.cmdStopAfterFolder.Show(false);
+    HideStopButton(controls_.cmdStopAfterFolder, controls_.cmdStopAfterEmail);
+}
+
+// The keyboard goes on to the other one.
+void Form1::HideStopButton(OrbSimpleButton& pressed, OrbSimpleButton& other)
+{
+    if (GetFocus() == pressed.Window() && IsWindowVisible(other.Window())) SetFocus(other.Window());
+    pressed.Show(false);
 }
 
 void Form1::cmdUseSelection()

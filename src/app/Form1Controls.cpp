@@ -4,18 +4,13 @@
 
 namespace {
 
-constexpr int kClientWidth = 640, kClientHeight = 600;
-constexpr int kMargin = 10;
-constexpr int kWidth = kClientWidth - 2 * kMargin;
-constexpr int kTreeTop = 48; // of the label; the tree stands below it
-constexpr int kStatsHeight = 166;
-constexpr int kStopButtonsTop = kTreeTop + kStatsHeight + 6;
-constexpr int kBelow = kStopButtonsTop + 36; // the line of the selected folder, then the tab strip
 constexpr wchar_t kFrameClass[] = L"Form1Frame";
+constexpr RECT kLater = {0, 0, 10, 10}; // until the layout gives it its place
 
 constexpr const wchar_t* kTabCaptions = L"Actions,Store,Progress,Summary";
 constexpr const wchar_t* kResultColumns[] = {L"Folder", L"ID", L"Subject", L"Date", L"CRC"};
-constexpr int kResultWidths[] = {130, 50, 220, 110, 70};
+constexpr int kResultWidths[] = {86, 34, 146, 74, 46}; // dialog units
+constexpr int kDisplayWidening = 120;                  // percent of the user's font
 
 // A frame hands on what its controls report. The summary, which cannot be typed into, is as white as the
 // lists.
@@ -40,31 +35,9 @@ void RegisterFrame()
     RegisterClassW(&description);
 }
 
-void Move(HWND window, const RECT& place)
-{
-    SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 void Show(HWND window, bool shown)
 {
     ShowWindow(window, shown ? SW_SHOW : SW_HIDE);
-}
-
-RECT ClientArea(HWND window)
-{
-    RECT area = {};
-    GetClientRect(window, &area);
-    return area;
-}
-
-// In the parent's coordinates.
-RECT PlaceOf(HWND window)
-{
-    RECT place = {};
-    GetWindowRect(window, &place);
-    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&place), 2);
-    return place;
 }
 
 BOOL CALLBACK SetFont(HWND child, LPARAM font)
@@ -73,242 +46,193 @@ BOOL CALLBACK SetFont(HWND child, LPARAM font)
     return TRUE;
 }
 
-HFONT MakeFont(int dpi, int points, int weight)
+HWND Make(HWND parent, int id, const wchar_t* windowClass, const wchar_t* text, DWORD style,
+          DWORD extendedStyle = 0)
 {
-    return CreateFontW(-MulDiv(points, dpi, 72), 0, 0, 0, weight, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
-                       OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_SWISS,
-                       L"Tahoma");
-}
-
-} // namespace
-
-RECT Form1Controls::At(int x, int y, int width, int height) const
-{
-    return {Scaled(x), Scaled(y), Scaled(x + width), Scaled(y + height)};
-}
-
-SIZE Form1Controls::ClientSize() const
-{
-    return {Scaled(kClientWidth), Scaled(kClientHeight)};
-}
-
-HWND Form1Controls::Make(HWND parent, int id, const wchar_t* windowClass, const wchar_t* text, DWORD style,
-                         const RECT& place, DWORD extendedStyle)
-{
-    return CreateWindowExW(extendedStyle, windowClass, text, WS_CHILD | WS_CLIPSIBLINGS | style, place.left,
-                           place.top, place.right - place.left, place.bottom - place.top, parent,
+    return CreateWindowExW(extendedStyle, windowClass, text, WS_CHILD | WS_CLIPSIBLINGS | style, kLater.left,
+                           kLater.top, kLater.right, kLater.bottom, parent,
                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
                            nullptr);
 }
 
-HWND Form1Controls::MakeCheckBox(HWND parent, int id, const wchar_t* caption, const RECT& place)
+HWND MakeCheckBox(HWND parent, int id, const wchar_t* caption)
 {
-    return Make(parent, id, L"BUTTON", caption, WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX, place);
+    return Make(parent, id, L"BUTTON", caption, WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX);
 }
+
+void MakeLabel(OrbLabel& label, HWND parent, int id, const wchar_t* caption,
+               OrbLabel::Kind kind = OrbLabel::Kind::plain)
+{
+    label.Create(parent, id, caption, kLater, kind);
+    label.Show(true);
+}
+
+// Names the control that is created next, and carries its mnemonic.
+void MakeName(OrbLabel& label, HWND parent, const wchar_t* caption)
+{
+    MakeLabel(label, parent, idLabel, caption, OrbLabel::Kind::mnemonic);
+}
+
+} // namespace
 
 // Controls are created in the order in which the Tab key visits them; the frames come before the tab strip
 // because the earlier of two overlapping windows lies on top.
 void Form1Controls::Create(HWND form)
 {
-    const HDC screen = GetDC(nullptr);
-    dpi_ = GetDeviceCaps(screen, LOGPIXELSX);
-    ReleaseDC(nullptr, screen);
-    font_ = MakeFont(dpi_, 8, FW_NORMAL);
-    displayFont_ = MakeFont(dpi_, 10, FW_BOLD);
     RegisterFrame();
-
-    OrbVac.Create(form, idOrbVac, At(kMargin, 10, kWidth, 30));
-    lblTree.Create(form, idLabel, L"Outlook Express folders t&ree:", At(kMargin, kTreeTop, 300, 15),
-                   OrbLabel::Kind::mnemonic);
-    lblTree.Show(true);
+    OrbVac.Create(form, idOrbVac, kLater);
+    MakeName(lblTree, form, L"Outlook Express folders t&ree:");
     tvOETree =
         Make(form, idTree, WC_TREEVIEWW, L"",
              WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
-             At(kMargin, kTreeTop + 18, kWidth, kBelow - kTreeTop - 28), WS_EX_CLIENTEDGE);
+             WS_EX_CLIENTEDGE);
     MakeStatistics(form);
-    cmdStopAfterEmail.Create(form, idStopAfterEmail, L"Stop After This E&mail",
-                             At(kMargin, kStopButtonsTop, 190, 26));
-    cmdStopAfterFolder.Create(form, idStopAfterFolder, L"Stop After This Fo&lder",
-                              At(kMargin + 200, kStopButtonsTop, 190, 26));
-    lblSelFolder.Create(form, idLabel, L"Outlook Express folder", At(kMargin, kBelow, 125, 15));
-    lblSelFolder.Show(true);
-    lblOEFolder.Create(form, idOEFolder, L"", At(kMargin + 130, kBelow, kWidth - 130, 15));
-    lblOEFolder.Show(true);
+    cmdStopAfterEmail.Create(form, idStopAfterEmail, L"Stop After This E&mail", kLater);
+    cmdStopAfterFolder.Create(form, idStopAfterFolder, L"Stop After This Fo&lder", kLater);
+    MakeLabel(lblSelFolder, form, idLabel, L"Outlook Express folder");
+    MakeLabel(lblOEFolder, form, idOEFolder, L"");
 
-    for (HWND& frame : fraTabs) {
-        frame = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN, At(kMargin, kBelow + 24, kWidth, 300),
-                     WS_EX_CONTROLPARENT);
-    }
+    for (HWND& frame : fraTabs)
+        frame = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN, WS_EX_CONTROLPARENT);
     MakeActions(fraTabs[0]);
     MakeStore(fraTabs[1]);
     MakeLists(fraTabs[2], fraTabs[3]);
-    nTab.Create(form, idTab, kTabCaptions,
-                At(kMargin, kBelow + 24, kWidth, kClientHeight - kMargin - kBelow - 24), font_);
+    TakeFonts(form);
+    nTab.Create(form, idTab, kTabCaptions, kLater, font_);
 
-    lstTree = Make(form, idTreeList, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT, At(0, 0, 10, 10));
-    lstLines = Make(form, idLines, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT, At(0, 0, 10, 10));
-
-    EnumChildWindows(form, SetFont, reinterpret_cast<LPARAM>(font_));
-    SendMessageW(OrbVac.Window(), WM_SETFONT, reinterpret_cast<WPARAM>(displayFont_), FALSE);
+    lstTree = Make(form, idTreeList, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT);
+    lstLines = Make(form, idLines, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT);
     MakeToolTips(form);
 }
 
 void Form1Controls::MakeActions(HWND frame)
 {
-    constexpr int kLeft = 12, kSecond = 214, kThird = 416, kButton = 190, kButtonHeight = 26;
-    cmdSync.Create(frame, idSync, L"&Sync with OE", At(kLeft, 12, kButton, kButtonHeight));
+    const auto step = [this, frame](std::size_t index, const wchar_t* caption) {
+        MakeLabel(lblSteps[index], frame, idStep, caption);
+    };
+    step(0, L"1  Synchronise");
+    cmdSync.Create(frame, idSync, L"&Sync with OE", kLater);
     cmdSync.Show(true);
-    capSync.Create(frame, idLabel, L"<--- To start exporting, please synchronise first",
-                   At(kSecond, 18, 390, 15));
-    capSync.Show(true);
-    cmdGetID.Create(frame, idGetID, L"&Get ID of selected email", At(kLeft, 50, kButton, kButtonHeight));
-    cmdCheckFolder.Create(frame, idCheckFolder, L"&Check folder", At(kLeft, 88, kButton, kButtonHeight));
-    cmdCheckAllFolders.Create(frame, idCheckAllFolders, L"Check &all folders",
-                              At(kSecond, 88, kButton, kButtonHeight));
-    lblComparison.Create(frame, idLabel, L"Comparison &type:", At(kThird, 74, 180, 15),
-                         OrbLabel::Kind::mnemonic);
-    lblComparison.Show(true);
-    cboComparison = Make(frame, idComparison, L"COMBOBOX", L"",
-                         WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, At(kThird, 91, 180, 200));
+    MakeLabel(capSync, frame, idLabel, L"<--- To start exporting, please synchronise first");
+    cmdGetID.Create(frame, idGetID, L"&Get ID of selected email", kLater);
+    step(1, L"2  Choose store");
+    cmdChooseStore.Create(frame, idChooseStore, L"Ch&oose store folder...", kLater);
+    cmdChooseStore.Show(true);
+    MakeLabel(lblStorePath, frame, idStorePath, L"");
+    step(2, L"3  Check");
+    cmdCheckFolder.Create(frame, idCheckFolder, L"&Check folder", kLater);
+    cmdCheckAllFolders.Create(frame, idCheckAllFolders, L"Check &all folders", kLater);
+    MakeName(lblComparison, frame, L"Comparison &type:");
+    cboComparison =
+        Make(frame, idComparison, L"COMBOBOX", L"", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST);
     for (const wchar_t* type : {L"Simple (fast)", L"Database (medium speed)", L"File (slow)"})
         SendMessageW(cboComparison, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(type));
     EnableWindow(cboComparison, FALSE);
-    cmdExport.Create(frame, idExport, L"&Export emails in selected folder",
-                     At(kLeft, 126, kButton, kButtonHeight));
-    cmdSaveAll.Create(frame, idSaveAll, L"Export emails in all &folders",
-                      At(kSecond, 126, kButton, kButtonHeight));
-    chkJumpRemain = MakeCheckBox(frame, idJumpRemain, L"&Jump to remaining", At(kLeft, 168, kButton, 18));
-    chkSkipFiles =
-        MakeCheckBox(frame, idSkipFiles, L"S&kip identical filenames", At(kSecond, 168, kButton, 18));
-    lblIgnore.Create(frame, idLabel, L"First folder to &ignore", At(kLeft, 206, 125, 15),
-                     OrbLabel::Kind::mnemonic);
-    lblIgnore.Show(true);
+    step(3, L"4  Export");
+    cmdExport.Create(frame, idExport, L"&Export emails in selected folder", kLater,
+                     OrbSimpleButton::Look::primary);
+    cmdSaveAll.Create(frame, idSaveAll, L"Export emails in all &folders", kLater);
+    chkJumpRemain = MakeCheckBox(frame, idJumpRemain, L"&Jump to remaining");
+    chkSkipFiles = MakeCheckBox(frame, idSkipFiles, L"S&kip identical filenames");
+    MakeName(lblIgnore, frame, L"First folder to &ignore");
     txtIgnore = Make(frame, idIgnore, L"EDIT", L"Deleted Items", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL,
-                     At(kLeft + 130, 202, kSecond + kButton - kLeft - 130, 21), WS_EX_CLIENTEDGE);
-    cmdUseSelection.Create(frame, idUseSelection, L"&Use tree selection",
-                           At(kThird, 200, 180, kButtonHeight));
+                     WS_EX_CLIENTEDGE);
+    cmdUseSelection.Create(frame, idUseSelection, L"&Use tree selection", kLater);
     cmdUseSelection.Show(true);
 }
 
 void Form1Controls::MakeStore(HWND frame)
 {
     constexpr DWORD kList = WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
-    lblStoreFolder.Create(frame, idStoreFolder, L"", At(12, 10, 580, 15));
-    lblStoreFolder.Show(true);
-    Drive1 = Make(frame, idDrive, L"COMBOBOX", L"", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
-                  At(12, 30, 300, 200));
-    Dir1 = Make(frame, idDir, L"LISTBOX", L"", kList, At(12, 58, 300, 114), WS_EX_CLIENTEDGE);
-    fileCheck = Make(frame, idFileCheck, L"LISTBOX", L"", kList, At(12, 178, 300, 60), WS_EX_CLIENTEDGE);
-    chkIDonly = MakeCheckBox(frame, idIDonly, L"&Name files by ID only", At(12, 246, 190, 18));
-    chkSendKeys = MakeCheckBox(frame, idSendKeys, L"Use Sen&dkeys", At(214, 246, 190, 18));
+    MakeLabel(lblStoreFolder, frame, idStoreFolder, L"");
+    MakeName(lblDrive, frame, L"Dri&ve:");
+    Drive1 = Make(frame, idDrive, L"COMBOBOX", L"", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST);
+    MakeName(lblDir, frame, L"&Folder:");
+    Dir1 = Make(frame, idDir, L"LISTBOX", L"", kList, WS_EX_CLIENTEDGE);
+    MakeName(lblFiles, frame, L"Saved &emails:");
+    fileCheck = Make(frame, idFileCheck, L"LISTBOX", L"", kList, WS_EX_CLIENTEDGE);
+    chkIDonly = MakeCheckBox(frame, idIDonly, L"&Name files by ID only");
+    chkSendKeys = MakeCheckBox(frame, idSendKeys, L"Use Sen&dkeys");
 }
 
 void Form1Controls::MakeLists(HWND progressFrame, HWND summaryFrame)
 {
-    lstProgress = Make(progressFrame, idProgressList, L"LISTBOX", L"",
-                       WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
-                       At(0, 0, 300, 200), WS_EX_CLIENTEDGE);
+    constexpr DWORD kSwitch = WS_VISIBLE | BS_AUTORADIOBUTTON;
+    optLog = Make(progressFrame, idShowLog, L"BUTTON", L"L&og", kSwitch | WS_TABSTOP | WS_GROUP);
+    optResults = Make(progressFrame, idShowResults, L"BUTTON", L"Res&ults", kSwitch);
+    MakeLabel(lblList, progressFrame, idLabel, L"");
+    lstProgress =
+        Make(progressFrame, idProgressList, L"LISTBOX", L"",
+             WS_VISIBLE | WS_TABSTOP | WS_GROUP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
+             WS_EX_CLIENTEDGE);
     lvResults = Make(progressFrame, idResults, WC_LISTVIEWW, L"", WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS,
-                     At(0, 0, 300, 200), WS_EX_CLIENTEDGE);
+                     WS_EX_CLIENTEDGE);
     SendMessageW(lvResults, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+    ShowResults(false);
+    Make(summaryFrame, idLabel, L"STATIC", L"Summary", 0); // unseen, it names the box to screen readers
     txtSummary = Make(summaryFrame, idSummary, L"EDIT", L"",
                       WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY,
-                      At(0, 0, 300, 200), WS_EX_CLIENTEDGE);
+                      WS_EX_CLIENTEDGE);
 }
 
 void Form1Controls::MakeStatistics(HWND form)
 {
-    constexpr int kName = 12, kValue = 150, kSecondName = 330, kSecondValue = 440;
-    fraStats = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN,
-                    At(kMargin, kTreeTop, kWidth, kStatsHeight), WS_EX_STATICEDGE);
-    const auto name = [this](int x, int y, const wchar_t* caption) {
-        OrbLabel label;
-        label.Create(fraStats, idLabel, caption, At(x, y, (x == kName ? kValue : kSecondValue) - x - 5, 15));
-        label.Show(true);
+    fraStats = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN, WS_EX_STATICEDGE);
+    const auto line = [this](const wchar_t* caption, OrbLabel& value) {
+        StatisticLabels labels = {{}, &value};
+        MakeLabel(labels.name, fraStats, idLabel, caption);
+        MakeLabel(value, fraStats, idLabel, L"");
+        return labels;
     };
-    const auto value = [this](OrbLabel& label, int x, int y) {
-        label.Create(fraStats, idLabel, L"", At(x, y, 160, 15));
-        label.Show(true);
+    const auto bar = [this](SimpleProgress& progress, int id) {
+        progress.Create(fraStats, id, kLater);
+        progress.Properties().SetPercentage(0);
     };
-    const auto bar = [this](SimpleProgress& progress, int id, int y) {
-        progress.Create(fraStats, id, At(kValue, y, kWidth - kValue - 14, 24));
-        progress.Properties().Load({{"BorderWidth", Scaled(2)}, {"Percentage", 0}});
-    };
-    name(kName, 13, L"Current folder");
-    bar(sProg, idProg, 8);
-    name(kName, 40, L"Count");
-    value(lblCount, kValue, 40);
-    name(kSecondName, 40, L"Rate");
-    value(lblPerSecond, kSecondValue, 40);
-    name(kName, 60, L"Time left");
-    value(lblTime, kValue, 60);
-    name(kSecondName, 60, L"Emails left");
-    value(lblLeft, kSecondValue, 60);
-    name(kName, 93, L"All folders");
-    bar(spMain, idMainProg, 88);
-    name(kName, 120, L"Total emails to be saved");
-    value(lblTotalCount, kValue, 120);
-    name(kSecondName, 120, L"Total Emails left");
-    value(lblTotalLeft, kSecondValue, 120);
-    name(kName, 140, L"Time left");
-    value(lblTotalTime, kValue, 140);
+    MakeLabel(lblCurrentFolder, fraStats, idStep, L"Current folder");
+    bar(sProg, idProg);
+    currentStatistics = {line(L"Count", lblCount), line(L"Rate", lblPerSecond), line(L"Time left", lblTime),
+                         line(L"Emails left", lblLeft)};
+    MakeLabel(lblAllFolders, fraStats, idStep, L"All folders");
+    bar(spMain, idMainProg);
+    totalStatistics = {line(L"Total emails to be saved", lblTotalCount),
+                       line(L"Total Emails left", lblTotalLeft), line(L"Time left", lblTotalTime)};
 }
 
-void Form1Controls::MakeToolTips(HWND form)
+void Form1Controls::TakeFonts(HWND form)
 {
-    const HWND tips = CreateWindowExW(
-        WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, GetModuleHandleW(nullptr), nullptr);
-    const struct {
-        HWND control;
-        const wchar_t* words;
-    } kTips[] = {
-        {cmdSync.Window(), L"Synchronise with Outlook Express"},
-        {capSync.Window(), L"You must synchronise with Outlook Express before exporting any emails"},
-        {cmdGetID.Window(), L"Get the message ID of the email selected in Outlook Express"},
-        {cmdCheckFolder.Window(), L"Check current Outlook Express folder"},
-        {cmdCheckAllFolders.Window(), L"Check all Outlook Express folders"},
-        {cmdExport.Window(), L"Export current Outlook Express folder"},
-        {cmdSaveAll.Window(), L"Export all Outlook Express folders"},
-        {cmdStopAfterEmail.Window(), L"Stop exporting after current email"},
-        {cmdStopAfterFolder.Window(), L"Stop exporting after current folder"},
-        {chkJumpRemain, L"Jump to the first email to be exported"},
-        {chkSkipFiles, L"Skip identical filenames when exporting"},
-        {chkSendKeys, L"Use sendkeys for exporting emails"},
-        {cmdUseSelection.Window(), L"Use the selected folder from the tree above"},
-        {lblLeft.Window(), L"Emails left to save in current folder"},
-        {lblTotalLeft.Window(), L"Emails left to save"},
-    };
-    for (const auto& tip : kTips) {
-        TTTOOLINFOW tool = {};
-        tool.cbSize = TTTOOLINFOW_V2_SIZE; // the size that every version of the control takes
-        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-        tool.hwnd = form;
-        tool.uId = reinterpret_cast<UINT_PTR>(tip.control);
-        tool.lpszText = const_cast<wchar_t*>(tip.words);
-        SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-    }
+    DeleteFonts();
+    NONCLIENTMETRICSW metrics = {};
+    metrics.cbSize = sizeof metrics; // as Windows XP knows it; later ones take that too
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    LOGFONTW description = metrics.lfMessageFont;
+    font_ = CreateFontIndirectW(&description);
+    description.lfWeight = FW_BOLD;
+    boldFont_ = CreateFontIndirectW(&description);
+    description.lfHeight = MulDiv(description.lfHeight, kDisplayWidening, 100);
+    displayFont_ = CreateFontIndirectW(&description);
+    units_ = UnitsOf(font_);
+    EnumChildWindows(form, SetFont, reinterpret_cast<LPARAM>(font_));
+    for (const OrbLabel& label : lblSteps) SetFont(label.Window(), reinterpret_cast<LPARAM>(boldFont_));
+    for (const OrbLabel& label : {lblCurrentFolder, lblAllFolders})
+        SetFont(label.Window(), reinterpret_cast<LPARAM>(boldFont_));
+    SetFont(OrbVac.Window(), reinterpret_cast<LPARAM>(displayFont_));
+    for (SimpleProgress* progress : {&sProg, &spMain})
+        progress->Properties().Load({{"BorderWidth", units_.Down(1)}});
+}
+
+void Form1Controls::Arrange() const
+{
+    ::Arrange(*this, units_, arrangement_);
 }
 
 void Form1Controls::FitToFrames()
 {
-    for (const HWND frame : fraTabs) Move(frame, nTab.Inside());
-    const RECT area = ClientArea(fraTabs[0]);
-    Move(lstProgress, area);
-    Move(lvResults, area);
-    Move(txtSummary, area);
-    for (const HWND list : {Drive1, Dir1, fileCheck}) {
-        RECT place = PlaceOf(list);
-        place.right = area.right - place.left;
-        if (list == Drive1) place.bottom = place.top + Scaled(200); // a combo box counts its open list
-        Move(list, place);
-    }
     ShowFrame(0);
     for (int i = 0; i < 5; ++i) {
         LVCOLUMNW column = {};
         column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
         column.pszText = const_cast<wchar_t*>(kResultColumns[i]);
-        column.cx = Scaled(kResultWidths[i]);
+        column.cx = units_.Across(kResultWidths[i]);
         column.iSubItem = i;
         SendMessageW(lvResults, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
     }
@@ -323,6 +247,15 @@ void Form1Controls::ShowFrame(int index)
     }
 }
 
+void Form1Controls::ShowResults(bool shown)
+{
+    Show(shown ? lstProgress : lvResults, false);
+    Show(shown ? lvResults : lstProgress, true);
+    SendMessageW(optLog, BM_SETCHECK, shown ? BST_UNCHECKED : BST_CHECKED, 0);
+    SendMessageW(optResults, BM_SETCHECK, shown ? BST_CHECKED : BST_UNCHECKED, 0);
+    lblList.SetCaption(shown ? L"Emails that the checks found not saved:" : L"What the program has done:");
+}
+
 void Form1Controls::EnterBusyLayout()
 {
     for (OrbLabel* label : {&lblCount, &lblPerSecond, &lblLeft, &lblTotalCount, &lblTotalLeft})
@@ -330,21 +263,28 @@ void Form1Controls::EnterBusyLayout()
     for (OrbLabel* label : {&lblTime, &lblTotalTime}) label->SetCaption(L"-:-:-");
     sProg.Properties().SetPercentage(0);
     spMain.Properties().SetPercentage(0);
+    arrangement_ = Arrangement::busy;
     lblTree.Show(false);
     Show(tvOETree, false);
+    Arrange();
     Show(fraStats, true);
     UpdateWindow(GetParent(fraStats));
 }
 
 void Form1Controls::LeaveBusyLayout()
 {
+    if (arrangement_ == Arrangement::idle) return;
+    arrangement_ = Arrangement::idle;
     Show(fraStats, false);
+    Arrange();
     lblTree.Show(true);
     Show(tvOETree, true);
 }
 
 void Form1Controls::DeleteFonts()
 {
-    DeleteObject(font_);
-    DeleteObject(displayFont_);
+    for (HFONT* font : {&font_, &boldFont_, &displayFont_}) {
+        DeleteObject(*font);
+        *font = nullptr;
+    }
 }

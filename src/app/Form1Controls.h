@@ -1,6 +1,7 @@
-// Form1Controls.h: the controls of the main window, and where each stands. All numbers are pixels at 96 dpi
-// and are scaled to the screen.
+// Form1Controls.h: the controls of the main window: what each is, says and is called. Form1Layout.h says
+// where each stands.
 #pragma once
+#include "app/Form1Layout.h"
 #include "controls/OrbLabel.h"
 #include "controls/OrbSimpleButton.h"
 #include "controls/OrbTab.h"
@@ -10,6 +11,7 @@
 #include <windows.h>
 
 #include <array>
+#include <vector>
 
 // What the window hears of a control by. Labels that only show something share idLabel.
 enum ControlId : int {
@@ -44,22 +46,38 @@ enum ControlId : int {
     idMainProg,
     idTreeList,
     idLines,
+    idStep, // the numbered captions
+    idStorePath,
+    idChooseStore,
+    idShowLog,
+    idShowResults,
+};
+
+// A line of fraStats.
+struct StatisticLabels {
+    OrbLabel name;
+    OrbLabel* value;
 };
 
 class Form1Controls {
 public:
-    // Everything of the window, as it stands before the first synchronisation.
+    // Everything of the window, as it is before the first synchronisation. Places come with Arrange.
     void Create(HWND form);
-    SIZE ClientSize() const; // what the window must hold
-    // What depends on the tab strip's inner width: frames flat and alike, all but the first hidden; the lists
-    // as wide as their frame; the results table over the progress list, with its columns.
+    // The user's font for messages, anew when the user has chosen another.
+    void TakeFonts(HWND form);
+    const DialogUnits& Units() const { return units_; }
+    void Arrange() const; // in the form's present client area
+    // All frames but the first hidden; the results table with its columns.
     void FitToFrames();
     void ShowFrame(int index);
-    // fraStats and the stop buttons in the place of the folder tree, just above the tab strip; statistics and
-    // bars reset.
+    // In place of each other on the same spot: the progress list or the results table.
+    void ShowResults(bool shown);
+    // Statistics and bars reset; Arrangement::busy.
     void EnterBusyLayout();
     void LeaveBusyLayout();
     void DeleteFonts();
+    // The tool tip of a label that may end in an ellipsis is its whole text. False: not such a question.
+    static bool AnswerToolTip(const NMHDR& notice);
 
     OrbVacuum OrbVac;
     OrbTab nTab;
@@ -69,34 +87,37 @@ public:
     HWND tvOETree = nullptr;
     OrbLabel lblSelFolder, lblOEFolder;
 
-    OrbSimpleButton cmdSync, cmdGetID, cmdCheckFolder, cmdCheckAllFolders, cmdExport, cmdSaveAll;
-    OrbSimpleButton cmdUseSelection, cmdStopAfterEmail, cmdStopAfterFolder;
-    OrbLabel capSync, lblComparison, lblIgnore;
+    std::array<OrbLabel, 4> lblSteps; // the way to an export, in its order
+    OrbSimpleButton cmdSync, cmdGetID, cmdChooseStore, cmdCheckFolder, cmdCheckAllFolders, cmdExport;
+    OrbSimpleButton cmdSaveAll, cmdUseSelection, cmdStopAfterEmail, cmdStopAfterFolder;
+    OrbLabel capSync, lblStorePath, lblComparison, lblIgnore;
     HWND cboComparison = nullptr, txtIgnore = nullptr;
     HWND chkJumpRemain = nullptr, chkSkipFiles = nullptr, chkIDonly = nullptr, chkSendKeys = nullptr;
 
     OrbLabel lblStoreFolder; // which of the folder list's lines is the store folder
+    OrbLabel lblDrive, lblDir, lblFiles;
     HWND Drive1 = nullptr, Dir1 = nullptr, fileCheck = nullptr;
+    HWND optLog = nullptr, optResults = nullptr; // which of the two below is shown
+    OrbLabel lblList;
     HWND lstProgress = nullptr, lvResults = nullptr, txtSummary = nullptr;
     HWND lstTree = nullptr, lstLines = nullptr;
 
     HWND fraStats = nullptr;
     SimpleProgress sProg, spMain;
+    OrbLabel lblCurrentFolder, lblAllFolders;
     OrbLabel lblCount, lblPerSecond, lblTime, lblLeft, lblTotalCount, lblTotalLeft, lblTotalTime;
+    std::vector<StatisticLabels> currentStatistics, totalStatistics; // in the order in which they stand
 
 private:
-    RECT At(int x, int y, int width, int height) const;
-    int Scaled(int pixels) const { return MulDiv(pixels, dpi_, 96); }
-    HWND Make(HWND parent, int id, const wchar_t* windowClass, const wchar_t* text, DWORD style,
-              const RECT& place, DWORD extendedStyle = 0);
-    HWND MakeCheckBox(HWND parent, int id, const wchar_t* caption, const RECT& place);
     void MakeActions(HWND frame);
     void MakeStore(HWND frame);
     void MakeLists(HWND progressFrame, HWND summaryFrame);
     void MakeStatistics(HWND form);
     void MakeToolTips(HWND form);
 
-    int dpi_ = 96;
-    HFONT font_ = nullptr;        // Tahoma, 8 points
+    Arrangement arrangement_ = Arrangement::idle;
+    DialogUnits units_;
+    HFONT font_ = nullptr;
+    HFONT boldFont_ = nullptr;    // of captions
     HFONT displayFont_ = nullptr; // bolder and larger, of the vacuum-tube display
 };

@@ -11,9 +11,10 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, const wchar_t* text =
 
 } // namespace
 
-void Form1StorePicker::Attach(OrbLabel& label, HWND drives, HWND folders, HWND savedFiles)
+void Form1StorePicker::Attach(OrbLabel& label, OrbLabel& path, HWND drives, HWND folders, HWND savedFiles)
 {
     label_ = &label;
+    path_ = &path;
     drives_ = drives;
     folders_ = folders;
     savedFiles_ = savedFiles;
@@ -30,6 +31,7 @@ bool Form1StorePicker::SetFolder(const Text& path)
     if (folder.empty() || !files_.DirectoryExists(folder)) return false;
     folder_ = folder;
     label_->SetCaption(Wide(u"Store folder: " + folder));
+    path_->SetCaption(Wide(folder));
     const std::vector<Text> subdirectories = files_.ListDirectories(folder);
     lines_ = DirectoryLines(folder, subdirectories);
 

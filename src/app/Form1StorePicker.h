@@ -9,7 +9,8 @@
 class Form1StorePicker {
 public:
     explicit Form1StorePicker(Files& files) : files_(files) {}
-    void Attach(OrbLabel& label, HWND drives, HWND folders, HWND savedFiles);
+    // label says "Store folder: " and the path, path the path alone.
+    void Attach(OrbLabel& label, OrbLabel& path, HWND drives, HWND folders, HWND savedFiles);
 
     // The drive and folder lists go there; false and no change when it is no directory.
     bool SetFolder(const Text& path);
@@ -23,6 +24,7 @@ public:
 private:
     Files& files_;
     OrbLabel* label_ = nullptr;
+    OrbLabel* path_ = nullptr;
     HWND drives_ = nullptr, folders_ = nullptr, savedFiles_ = nullptr;
     Text folder_;
     std::vector<DirectoryLine> lines_;

@@ -123,6 +123,7 @@ void Form1::ClearProgress()
     SendMessageW(controls_.lstProgress, LB_RESETCONTENT, 0, 0);
     SendMessageW(controls_.lstProgress, LB_SETHORIZONTALEXTENT, 0, 0);
     widestProgress_ = 0;
+    controls_.ShowResults(false);
 }
 
 void Form1::SetSummary(const Text& text)

@@ -42,8 +42,7 @@ TEST(WindowTest, StartsAndClosesWithoutSettingsAndClient)
     ASSERT_TRUE(program.Start());
     EXPECT_EQ(TextOf(program.Window()), L"Quillbox v1.0.0 - The Quillbox project");
     const HWND box = program.WaitForBox(L"IMPORTANT! Please Read");
-    EXPECT_NE(BoxWords(box).find(L"you must not move the mouse or press any keys"),
-              std::wstring::npos);
+    EXPECT_NE(BoxWords(box).find(L"you must not move the mouse or press any keys"), std::wstring::npos);
     EXPECT_EQ(program.Read(L"log.txt"), "") << "the warning comes before the first line";
     EXPECT_FALSE(IsWindowEnabled(program.Control(idSync)));
 
@@ -185,7 +184,8 @@ TEST(WindowTest, TabKeyVisitsWhatCanBeUsedInOrder)
     ASSERT_TRUE(program.PassStartUp());
     ASSERT_TRUE(Eventually([&] { return FocusOf(program) == program.Control(idSync); }, 5000))
         << "the keyboard is back on the button that a run had disabled";
-    for (const int next : {idJumpRemain, idSkipFiles, idIgnore, idUseSelection, idTab, idTree, idSync}) {
+    for (const int next :
+         {idChooseStore, idJumpRemain, idSkipFiles, idIgnore, idUseSelection, idTab, idTree, idSync}) {
         PostMessageW(FocusOf(program), WM_KEYDOWN, VK_TAB, 0);
         EXPECT_TRUE(Eventually([&] { return FocusOf(program) == program.Control(next); }, 5000)) << next;
     }
