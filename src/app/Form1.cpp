@@ -55,7 +55,10 @@ Text ProgramVersion()
 }
 
 Form1::Form1(Surroundings& outside)
-    : outside_(outside), store_(outside.files), log_(outside.files, outside.clock, outside.codePage, *this)
+    : outside_(outside),
+      store_(outside.files),
+      results_(outside.locale),
+      log_(outside.files, outside.clock, outside.codePage, *this)
 {
 }
 
@@ -75,6 +78,8 @@ bool Form1::Create(HINSTANCE instance)
     controls_.Create(window_);
     store_.Attach(controls_.lblStoreFolder, controls_.lblStorePath, controls_.Drive1, controls_.Dir1,
                   controls_.fileCheck);
+    results_.Attach(controls_.lvResults);
+    SendMessageW(controls_.txtSummary, EM_LIMITTEXT, 0, 0); // as much as the system can hold
     TakeWishedSize();
     return true;
 }
@@ -252,7 +257,11 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_NOTIFY:
         if (Form1Controls::AnswerToolTip(*reinterpret_cast<const NMHDR*>(lParam))) return 0;
-        OnNotify(*reinterpret_cast<const NMHDR*>(lParam));
+        OnNotify(*reinterpret_cast<NMHDR*>(lParam));
+        return 0;
+    case WM_CONTEXTMENU:
+        if (reinterpret_cast<HWND>(wParam) != controls_.lvResults) break;
+        if (!running_) results_.ShowMenu(window_, lParam);
         return 0;
     case WM_ACTIVATE: // the keyboard comes back to where it was
         if (LOWORD(wParam) == WA_INACTIVE)

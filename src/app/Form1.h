@@ -4,6 +4,7 @@
 #pragma once
 #include "app/ActivityLog.h"
 #include "app/Form1Controls.h"
+#include "app/Form1Results.h"
 #include "app/Form1StorePicker.h"
 #include "app/Settings.h"
 #include "folders/FolderRun.h"
@@ -66,7 +67,7 @@ public:
     void ClearProgress() override;
     void SetSummary(const Text& text) override;
     void AppendSummary(const Text& line) override;
-    void AddResultsRow(const ResultsRow& row) override;
+    void AddResultsRow(const ResultsRow& row) override { results_.Add(row); }
     void ShowFolderTree(const std::vector<FolderNode>& nodes) override;
     void SelectFolderNode(int index) override;
     void MarkFolderNode(const Text& status, const Text& image) override;
@@ -80,7 +81,9 @@ private:
     static LRESULT CALLBACK WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void OnCommand(int id, int code);
-    void OnNotify(const NMHDR& notice);
+    void OnNotify(NMHDR& notice);
+    void ShowAdded();            // brings lstProgress and lvResults up to date
+    void AppendProgress();       // the new lines
     void Dispatch(MSG& message); // keys for moving about first
 
     // Size and keyboard
@@ -118,6 +121,8 @@ private:
     void HideStopButton(OrbSimpleButton& pressed, OrbSimpleButton& other);
     void cmdUseSelection();
     void OpenExportFolder(); // double click on lblOEFolder
+    void mnMarkSavedChosen();
+    void mnCondenseDBChosen();
 
     Surroundings& outside_;
     HWND window_ = nullptr;
@@ -125,11 +130,14 @@ private:
     std::vector<HTREEITEM> folderNodes_; // of tvOETree, by line of lstTree
     Form1Controls controls_;
     Form1StorePicker store_;
+    Form1Results results_;
     ProgramState state_;
     ActivityLog log_;
-    HWND lastFocus_ = nullptr; // where the keyboard was when the window lost it
-    int widestProgress_ = 0;   // pixels, of the lines of lstProgress
-    bool running_ = false;     // a command or the start-up is under way
+    HWND lastFocus_ = nullptr;      // where the keyboard was when the window lost it
+    std::vector<Text> newProgress_; // lines that lstProgress does not show yet
+    int widestProgress_ = 0;        // pixels, of the lines of lstProgress
+    DWORD lastShown_ = 0;           // GetTickCount of the last ShowAdded
+    bool running_ = false;          // a command or the start-up is under way
     bool closeAsked_ = false;
     bool lastRecordsWritten_ = false;
 };

@@ -7,6 +7,7 @@
 #include "folders/StoreFolders.h"
 #include "folders/Synchronise.h"
 #include "platform/win32/WideText.h"
+#include "store/SavedMaintenance.h"
 
 void Form1::OnCommand(int id, int code)
 {
@@ -53,14 +54,32 @@ void Form1::OnCommand(int id, int code)
     case idDir:
         if (code == LBN_DBLCLK) store_.FolderOpened();
         break;
+    case mnTickSel:
+        results_.TickRows(RowChoice::selected, true);
+        break;
+    case mnUntickSel:
+        results_.TickRows(RowChoice::selected, false);
+        break;
+    case mnMarkSaved:
+        Run([this] { mnMarkSavedChosen(); });
+        break;
+    case mnCondenseDB:
+        Run([this] { mnCondenseDBChosen(); });
+        break;
     case idProgressList:
         if (code == LBN_DBLCLK) controls_.ShowResults(true);
         break;
     }
 }
 
-void Form1::OnNotify(const NMHDR& notice)
+void Form1::OnNotify(NMHDR& notice)
 {
+    if (notice.idFrom == idResults) {
+        if (notice.code == LVN_GETDISPINFOW)
+            results_.FillCell(reinterpret_cast<NMLVDISPINFOW&>(notice));
+        else if (notice.code == LVN_COLUMNCLICK && !running_)
+            results_.SortBy(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem);
+    }
     if (notice.idFrom == idTab && notice.code == static_cast<UINT>(TCN_SELCHANGE))
         controls_.ShowFrame(controls_.nTab.Selected());
 }
@@ -80,6 +99,7 @@ void Form1::Run(const std::function<void()>& command)
     } catch (const std::exception& error) {
         ShowError(u"Error: " + FromUtf8(error.what()));
     }
+    ShowAdded();
     ShowStopButtons(StopButtons::hidden);
     controls_.LeaveBusyLayout();
     running_ = false;
@@ -140,7 +160,7 @@ void Form1::cmdCheckAllFolders()
 {
     FolderRun& run = *state_.run;
     EnterRun();
-    SendMessageW(controls_.lvResults, LVM_DELETEALLITEMS, 0, 0);
+    results_.Clear();
     SetSummary(u"");
     CountFoldersToCheck(run);
     run.exportList.clear();
@@ -225,4 +245,27 @@ void Form1::OpenExportFolder()
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
     }
+}
+
+void Form1::mnMarkSavedChosen()
+{
+    for (int place = 0; place < results_.Count() && !closeAsked_; ++place) {
+        if (!results_.IsTicked(place)) continue;
+        const ResultsRow& row = results_.RowAt(place);
+        const Text& folder = Cell(row, ResultsColumn::folder);
+        EmailEntry entry;
+        entry.Subject = Cell(row, ResultsColumn::subject);
+        entry.Crc = Cell(row, ResultsColumn::crc);
+        if (!IsSaved(state_.saved, entry.Crc, folder)) AddSavedEmail(state_.saved, folder, entry);
+        LogLine(u"Mark as saved: " + folder + u" - " + entry.Subject + u" : " + entry.Crc, Record::yes);
+        results_.Tick(place, false);
+        ProcessEvents();
+    }
+    ShowBox(BoxIcon::information, u"Finished updating database");
+}
+
+void Form1::mnCondenseDBChosen()
+{
+    const std::int32_t removed = CondenseDatabase(state_.saved, [this] { ProcessEvents(); });
+    ShowText(u"Removed " + DecimalText(removed) + u" record(s)");
 }

@@ -1,38 +1,62 @@
 // What the window shows of a run.
 #include "app/Form1.h"
 #include "app/Form1Images.h"
+#include "app/QuietList.h"
 #include "folders/FolderPaths.h"
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
 #include <iterator>
 
+namespace {
+
+constexpr DWORD kShowEvery = 100; // milliseconds
+
+} // namespace
+
 void Form1::ShowText(const Text& text)
 {
     controls_.OrbVac.ShowText(Wide(text));
 }
 
+// A line at a time, lists would spend most of a run on redrawing themselves.
 void Form1::AddProgress(const Text& text)
 {
+    newProgress_.push_back(text);
+    if (!running_) ShowAdded();
+}
+
+void Form1::ShowAdded()
+{
+    lastShown_ = GetTickCount();
+    results_.ShowAdded();
+    if (!newProgress_.empty()) AppendProgress();
+}
+
+void Form1::AppendProgress()
+{
     const HWND list = controls_.lstProgress;
-    const LRESULT line = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(text)));
-    if (line < 0) return;
-    SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(line), 0);
+    const QuietList quiet(list);
     const HDC dc = GetDC(list);
     const HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
-    SIZE extent = {};
-    GetTextExtentPoint32W(dc, Wide(text), static_cast<int>(text.size()), &extent);
+    LRESULT last = -1;
+    for (const Text& text : newProgress_) {
+        last = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(text)));
+        SIZE extent = {};
+        GetTextExtentPoint32W(dc, Wide(text), static_cast<int>(text.size()), &extent);
+        widestProgress_ = std::max(widestProgress_, static_cast<int>(extent.cx));
+    }
     SelectObject(dc, oldFont);
     ReleaseDC(list, dc);
-    if (extent.cx > widestProgress_) {
-        widestProgress_ = static_cast<int>(extent.cx);
-        SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widestProgress_ + 8), 0);
-    }
+    newProgress_.clear();
+    SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widestProgress_ + 8), 0);
+    if (last >= 0) SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(last), 0);
 }
 
 void Form1::BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words)
 {
     if (closeAsked_) return; // nobody is there to press OK
+    ShowAdded();
     const UINT picture = icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION;
     MessageBoxW(window_, Wide(words), title, MB_OK | picture);
 }
@@ -44,6 +68,7 @@ void Form1::ShowBox(BoxIcon icon, const Text& words)
 
 void Form1::ProcessEvents()
 {
+    if (GetTickCount() - lastShown_ >= kShowEvery) ShowAdded();
     MSG message = {};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) { // for the outermost loop
@@ -120,6 +145,7 @@ void Form1::ShowCurrentFolder(const Text& fullName)
 
 void Form1::ClearProgress()
 {
+    newProgress_.clear();
     SendMessageW(controls_.lstProgress, LB_RESETCONTENT, 0, 0);
     SendMessageW(controls_.lstProgress, LB_SETHORIZONTALEXTENT, 0, 0);
     widestProgress_ = 0;
@@ -138,22 +164,6 @@ void Form1::AppendSummary(const Text& line)
     const Text added = length > 0 ? u"\r\n" + line : line;
     SendMessageW(box, EM_SETSEL, static_cast<WPARAM>(length), length);
     SendMessageW(box, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(Wide(added)));
-}
-
-void Form1::AddResultsRow(const ResultsRow& row)
-{
-    LVITEMW item = {};
-    item.mask = LVIF_TEXT;
-    item.iItem = 0x7FFFFFFF; // at the end
-    item.pszText = const_cast<wchar_t*>(Wide(row[0]));
-    const LRESULT place =
-        SendMessageW(controls_.lvResults, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    for (std::size_t i = 1; place >= 0 && i < row.size(); ++i) {
-        item.iSubItem = static_cast<int>(i);
-        item.pszText = const_cast<wchar_t*>(Wide(row[i]));
-        SendMessageW(controls_.lvResults, LVM_SETITEMTEXTW, static_cast<WPARAM>(place),
-                     reinterpret_cast<LPARAM>(&item));
-    }
 }
 
 void Form1::ShowFolderTree(const std::vector<FolderNode>& nodes)

@@ -104,7 +104,7 @@ std::unordered_set<Text> CachedCrcs(FolderRun& run)
 
 std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run, std::int32_t total)
 {
-    if (!run.saved.IsOpen()) throw DatabaseError(u"the database of saved emails is not open");
+    (void)OpenedDatabase(run.saved); // or it throws, before all is read for nothing
     std::vector<const EmailEntry*> entries;
     if (!ReadEntries(run, entries)) return std::nullopt;
     const std::unordered_set<Text> crcs = CachedCrcs(run);

@@ -2,8 +2,7 @@
 // The main window implements it with real controls; no folder operation ever names a control.
 #pragma once
 #include "oe/Reporter.h"
-
-#include <array>
+#include "store/ResultsTable.h"
 
 enum class Statistic { count, perSecond, time, left, totalCount, totalLeft, totalTime };
 enum class Bar { currentFolder, allFolders };
@@ -23,8 +22,6 @@ struct RunOptions {
     Text storeFolder;         // Dir1's folder, without a trailing separator unless it is a drive's root
     ComparisonType comparison = ComparisonType::database; // cboComparison
 };
-
-using ResultsRow = std::array<Text, 5>; // of lvResults: Folder, ID, Subject, Date, CRC
 
 // One folder for the window's tree, in depth-first order.
 struct FolderNode {

@@ -36,18 +36,24 @@ void CloseSavedEmails(SavedEmails& saved) noexcept
     saved.database.reset();
 }
 
+Database& OpenedDatabase(SavedEmails& saved)
+{
+    if (!saved.IsOpen()) throw DatabaseError(u"the database of saved emails is not open");
+    return *saved.database;
+}
+
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder)
 {
     const Text sql = folder.empty() ? u"SELECT * FROM saved WHERE ecrc='" + crc + u"'"
                                     : u"SELECT * FROM saved WHERE (ecrc='" + crc + u"') AND (efolder='" +
                                           SqlQuote(folder) + u"')";
-    const std::unique_ptr<Recordset> rows = saved.database->OpenRecordset(sql);
+    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(sql);
     return !rows->AtEnd() && !rows->AtBeginning();
 }
 
 void AddSavedEmail(SavedEmails& saved, const Text& folder, const EmailEntry& entry)
 {
-    const std::unique_ptr<Recordset> rows = saved.database->OpenRecordset(u"SELECT * FROM saved");
+    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(u"SELECT * FROM saved");
     rows->AddNew();
     rows->SetField(u"efolder", folder);
     rows->SetField(u"esubject", entry.Subject);

@@ -28,6 +28,9 @@ Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
                      const std::vector<DatabaseMaker>& makers);
 void CloseSavedEmails(SavedEmails& saved) noexcept;
 
+// The open database; throws when there is none.
+Database& OpenedDatabase(SavedEmails& saved);
+
 // Whether the CRC is recorded under the folder, or, with an empty folder, under any.
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder);
 // Adds a row; whether there is one already is the caller's to ask. On disk when this returns.

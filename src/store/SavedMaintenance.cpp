@@ -2,32 +2,46 @@
 
 namespace {
 
-constexpr int kYieldEvery = 251; // rows
+// Counts rows and lets the window live now and then.
+class Yielding {
+public:
+    explicit Yielding(const std::function<void()>& yield) : yield_(yield) {}
+    void RowDone()
+    {
+        if (++rows_ < kEvery) return;
+        rows_ = 0;
+        yield_();
+    }
+
+private:
+    static constexpr int kEvery = 251;
+    const std::function<void()>& yield_;
+    int rows_ = 0;
+};
 
 } // namespace
 
 Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
                    const std::function<void()>& yield)
 {
-    const auto rows =
-        saved.database->OpenRecordset(u"SELECT ecrc FROM saved WHERE efolder='" + SqlQuote(folder) + u"'");
+    const auto rows = OpenedDatabase(saved).OpenRecordset(u"SELECT ecrc FROM saved WHERE efolder='" +
+                                                          SqlQuote(folder) + u"'");
     Text list(separator);
-    int sinceYield = 0;
+    Yielding yielding(yield);
     for (; !rows->AtEnd(); rows->MoveNext()) {
         list.append(rows->Field(u"ecrc")).append(separator);
-        if (++sinceYield < kYieldEvery) continue;
-        sinceYield = 0;
-        yield();
+        yielding.RowDone();
     }
     return list;
 }
 
-std::int32_t CondenseDatabase(SavedEmails& saved)
+std::int32_t CondenseDatabase(SavedEmails& saved, const std::function<void()>& yield)
 {
-    const auto rows = saved.database->OpenRecordset(u"SELECT * FROM saved ORDER BY ecrc, efolder");
+    const auto rows = OpenedDatabase(saved).OpenRecordset(u"SELECT * FROM saved ORDER BY ecrc, efolder");
     // Kept: a first row whose CRC and folder are both empty equals these and goes too.
     Text previousCrc, previousFolder;
     std::int32_t removed = 0;
+    Yielding yielding(yield);
     for (; !rows->AtEnd(); rows->MoveNext()) {
         Text crc = rows->Field(u"ecrc");
         Text folder = rows->Field(u"efolder");
@@ -37,6 +51,7 @@ std::int32_t CondenseDatabase(SavedEmails& saved)
         }
         previousCrc = std::move(crc);
         previousFolder = std::move(folder);
+        yielding.RowDone();
     }
     return removed;
 }

@@ -9,5 +9,5 @@ Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
                    const std::function<void()>& yield);
 
 // Deletes each row that repeats CRC and folder, letter case included, of the row before it in their order.
-// Returns how many.
-std::int32_t CondenseDatabase(SavedEmails& saved);
+// Returns how many. Yields like FolderCrcList.
+std::int32_t CondenseDatabase(SavedEmails& saved, const std::function<void()>& yield);

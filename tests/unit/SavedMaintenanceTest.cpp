@@ -96,10 +96,10 @@ TEST_F(SavedMaintenanceTest, CondensingKeepsOneOfEachCrcAndFolder)
         CreateSaved(files);
         Open();
         Add(c.before);
-        EXPECT_EQ(CondenseDatabase(saved), c.removed);
+        EXPECT_EQ(CondenseDatabase(saved, [] {}), c.removed);
         const Text all = u"SELECT * FROM saved ORDER BY ecrc, efolder";
         EXPECT_EQ(RowsOf(*saved.database, all), c.after);
-        EXPECT_EQ(CondenseDatabase(saved), 0);
+        EXPECT_EQ(CondenseDatabase(saved, [] {}), 0);
         Open();
         EXPECT_EQ(RowsOf(*saved.database, all), c.after) << "opened again";
     }
@@ -110,7 +110,7 @@ TEST_F(SavedMaintenanceTest, AFileThatCannotBeWrittenEndsCondensing)
     Add({{u"f", u"1", u"A"}, {u"f", u"2", u"A"}});
     files.failAt = files.changes + 1;
     files.failForGood = true;
-    EXPECT_THROW(CondenseDatabase(saved), DatabaseError);
+    EXPECT_THROW(CondenseDatabase(saved, [] {}), DatabaseError);
     files.failAt = 0;
     Open();
     EXPECT_EQ(RowsOf(*saved.database).size(), 2u) << "nothing is lost";

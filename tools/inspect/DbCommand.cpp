@@ -81,7 +81,7 @@ int Condense(Files& files, const Text& path)
 {
     SavedEmails saved;
     saved.database = OpenJetDatabase(files, path);
-    std::printf("%d\n", CondenseDatabase(saved));
+    std::printf("%d\n", CondenseDatabase(saved, [] {}));
     return kYes;
 }
 

@@ -1,0 +1,49 @@
+// ResultsTable.h: the e-mails that checks found not saved, and the order in which the window shows them.
+// A row is known by its number, counted from 0 as rows come; its place is where it stands on the window.
+#pragma once
+#include "platform/Locale.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+enum class ResultsColumn { folder, id, subject, date, crc };
+enum class SortOrder { ascending, descending };
+
+using ResultsRow = std::array<Text, 5>; // a cell for each column, as text
+
+inline const Text& Cell(const ResultsRow& row, ResultsColumn column)
+{
+    return row[static_cast<std::size_t>(column)];
+}
+
+class ResultsTable {
+public:
+    // Dates are read back as the locale has written them.
+    explicit ResultsTable(Locale& locale) : locale_(locale) {}
+
+    std::size_t Add(ResultsRow row); // the place it got
+    void Clear();                    // column and order of sorting stay
+
+    // What a click on the column's header does: the order turns round, whatever the column was before. "ID"
+    // sorts by number, "Date" by time, the others as text without regard to case; equal rows stay as they
+    // stood. Kept: rows that come later find their place only after a sort as text, otherwise they go to the
+    // end.
+    void SortBy(ResultsColumn column);
+    SortOrder Order() const { return order_; } // of the last sort
+    bool KeepsSorted() const { return keepsSorted_; }
+
+    const ResultsRow& Row(std::size_t number) const { return rows_[number]; }
+    const std::vector<std::uint32_t>& Places() const { return places_; } // the number of the row at each
+
+private:
+    Text KeyOf(const ResultsRow& row) const;
+    Text DateKey(const Text& cell) const;
+
+    Locale& locale_;
+    std::vector<ResultsRow> rows_;
+    std::vector<std::uint32_t> places_;
+    ResultsColumn column_ = ResultsColumn::folder;
+    SortOrder order_ = SortOrder::descending; // so that the first click sorts from small to great
+    bool keepsSorted_ = false;
+};

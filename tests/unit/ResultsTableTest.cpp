@@ -1,0 +1,107 @@
+// ResultsTableTest.cpp: the order of the e-mails that checks found not saved.
+#include "store/ResultsTable.h"
+#include "platform/posix/EnglishLocale.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Texts = std::vector<Text>;
+
+class ResultsTableTest : public testing::Test {
+protected:
+    std::size_t Add(ResultsColumn column, const Text& cell)
+    {
+        ResultsRow row;
+        row[static_cast<std::size_t>(column)] = cell;
+        return table->Add(row);
+    }
+    Texts Shown(ResultsColumn column) const
+    {
+        Texts cells;
+        for (const std::uint32_t number : table->Places()) cells.push_back(Cell(table->Row(number), column));
+        return cells;
+    }
+
+    EnglishLocale locale;
+    std::optional<ResultsTable> table{locale};
+};
+
+} // namespace
+
+TEST_F(ResultsTableTest, EachColumnHasItsOrder)
+{
+    const struct {
+        const char* why;
+        ResultsColumn column;
+        Texts given, sorted;
+    } cases[] = {
+        {"numbers, not texts",
+         ResultsColumn::id,
+         {u"10", u"2", u"0", u"99999"},
+         {u"0", u"2", u"10", u"99999"}},
+        {"days, not texts",
+         ResultsColumn::date,
+         {u"02/01/2008 00:00:01", u"03/04/2007 10:15:00", u"01/05/2007", u"03/04/2007 10:14:59", u"",
+          u"31/12/1999"},
+         {u"", u"31/12/1999", u"03/04/2007 10:14:59", u"03/04/2007 10:15:00", u"01/05/2007",
+          u"02/01/2008 00:00:01"}},
+        {"what is no date comes first",
+         ResultsColumn::date,
+         {u"01/05/2007", u"soon"},
+         {u"soon", u"01/05/2007"}},
+        {"texts, in any letter case",
+         ResultsColumn::subject,
+         {u"b", u"C", u"A", u"10", u"2"},
+         {u"10", u"2", u"A", u"b", u"C"}},
+        {"folders",
+         ResultsColumn::folder,
+         {u"Inbox\\B", u"inbox", u"Drafts"},
+         {u"Drafts", u"inbox", u"Inbox\\B"}},
+        {"CRCs are texts", ResultsColumn::crc, {u"FF", u"9", u"A0000000"}, {u"9", u"A0000000", u"FF"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        table.emplace(locale);
+        for (const Text& cell : c.given) Add(c.column, cell);
+        EXPECT_EQ(Shown(c.column), c.given) << "as they came";
+        table->SortBy(c.column);
+        EXPECT_EQ(Shown(c.column), c.sorted);
+        table->SortBy(c.column);
+        EXPECT_EQ(Shown(c.column), Texts(c.sorted.rbegin(), c.sorted.rend())) << "the second click";
+    }
+}
+
+TEST_F(ResultsTableTest, EveryClickTurnsTheOrderAndKeepsEqualRows)
+{
+    for (const Text id : {u"7", u"8", u"9"}) table->Add({id == u"8" ? u"A" : u"B", id, u"", u"", u""});
+    table->SortBy(ResultsColumn::folder);
+    EXPECT_EQ(table->Order(), SortOrder::ascending);
+    EXPECT_EQ(Shown(ResultsColumn::id), (Texts{u"8", u"7", u"9"}));
+    table->SortBy(ResultsColumn::id);
+    EXPECT_EQ(Shown(ResultsColumn::id), (Texts{u"9", u"8", u"7"})) << "another column does not start anew";
+    table->SortBy(ResultsColumn::subject);
+    EXPECT_EQ(Shown(ResultsColumn::id), (Texts{u"9", u"8", u"7"})) << "all equal: as they stood";
+}
+
+TEST_F(ResultsTableTest, LaterRowsFindTheirPlaceAfterASortAsTextOnly)
+{
+    const auto fill = [this](ResultsColumn column) {
+        table.emplace(locale);
+        for (const Text cell : {u"3", u"1", u"5"}) Add(column, cell);
+        table->SortBy(column);
+    };
+    fill(ResultsColumn::subject);
+    EXPECT_EQ(Add(ResultsColumn::subject, u"4"), 2u);
+    EXPECT_EQ(Add(ResultsColumn::subject, u"4"), 3u) << "behind its equal";
+    EXPECT_EQ(Add(ResultsColumn::subject, u""), 0u);
+    EXPECT_EQ(Shown(ResultsColumn::subject), (Texts{u"", u"1", u"3", u"4", u"4", u"5"}));
+    table->SortBy(ResultsColumn::subject);
+    EXPECT_EQ(Add(ResultsColumn::subject, u"4"), 3u) << "from great to small";
+    table->Clear();
+    EXPECT_EQ(Add(ResultsColumn::subject, u"1"), 0u);
+    EXPECT_EQ(Add(ResultsColumn::subject, u"2"), 0u) << "a new check goes on in this order";
+
+    fill(ResultsColumn::id);
+    EXPECT_EQ(Add(ResultsColumn::id, u"4"), 3u);
+}

@@ -1,0 +1,176 @@
+// ResultsTableTest.cpp: the results table as a real list shows it.
+#include "app/Form1Results.h"
+#include "platform/win32/WideText.h"
+#include "platform/win32/WinLocale.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Texts = std::vector<Text>;
+
+LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto* results = reinterpret_cast<Form1Results*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->code == LVN_GETDISPINFOW && results)
+        results->FillCell(*reinterpret_cast<NMLVDISPINFOW*>(lParam));
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+class ResultsTableTest : public testing::Test {
+protected:
+    ResultsTableTest()
+    {
+        InitCommonControls();
+        WNDCLASSW description = {};
+        description.lpfnWndProc = ParentProc;
+        description.hInstance = GetModuleHandleW(nullptr);
+        description.lpszClassName = L"ResultsTableTest";
+        RegisterClassW(&description);
+        parent = CreateWindowW(description.lpszClassName, L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 600,
+                               400, nullptr, nullptr, description.hInstance, nullptr);
+        list = CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | LVS_REPORT, 0, 0, 580, 300, parent,
+                             nullptr, description.hInstance, nullptr);
+        SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+        for (int i = 0; i < 5; ++i) {
+            wchar_t title[] = L"Title";
+            LVCOLUMNW column = {};
+            column.mask = LVCF_TEXT | LVCF_WIDTH;
+            column.cx = 100;
+            column.pszText = title;
+            SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
+        }
+        SetWindowLongPtrW(parent, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&results));
+        results.Attach(list);
+    }
+    ~ResultsTableTest() override { DestroyWindow(parent); }
+
+    // What the list shows of a cell.
+    Text Shown(int row, ResultsColumn column) const
+    {
+        wchar_t text[2000] = {};
+        LVITEMW item = {};
+        item.iSubItem = static_cast<int>(column);
+        item.pszText = text;
+        item.cchTextMax = 2000;
+        SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+        return FromWide(text);
+    }
+    Texts ShownIds() const
+    {
+        Texts ids;
+        for (int i = 0; i < SendMessageW(list, LVM_GETITEMCOUNT, 0, 0); ++i)
+            ids.push_back(Shown(i, ResultsColumn::id));
+        return ids;
+    }
+    void Add(int id, const Text& subject = u"s")
+    {
+        results.Add({u"Inbox", DecimalText(id), subject, locale.DateText(39000 + id % 1000), u"A1"});
+    }
+    void Select(int row, bool selected = true)
+    {
+        LVITEMW item = {};
+        item.state = selected ? LVIS_SELECTED : 0;
+        item.stateMask = LVIS_SELECTED;
+        SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    }
+    Texts TickedIds() const
+    {
+        Texts ids;
+        for (int i = 0; i < results.Count(); ++i)
+            if (results.IsTicked(i)) ids.push_back(Cell(results.RowAt(i), ResultsColumn::id));
+        return ids;
+    }
+    int Arrow(int column) const
+    {
+        HDITEMW header = {};
+        header.mask = HDI_FORMAT;
+        SendMessageW(reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0)), HDM_GETITEMW,
+                     static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&header));
+        return header.fmt & (HDF_SORTUP | HDF_SORTDOWN);
+    }
+
+    WinLocale locale;
+    Form1Results results{locale};
+    HWND parent = nullptr, list = nullptr;
+};
+
+TEST_F(ResultsTableTest, ShowsCellsAndKeepsThemWhole)
+{
+    const Text subject(1500, u'x');
+    results.Add({u"Local Folders\\O'Brien", u"12", subject, u"03/04/2007", u"BEEF"});
+    results.ShowAdded();
+    const Texts cells = {u"Local Folders\\O'Brien", u"12", Shown(0, ResultsColumn::subject), u"03/04/2007",
+                         u"BEEF"};
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(Shown(0, static_cast<ResultsColumn>(i)), cells[static_cast<std::size_t>(i)]) << i;
+    EXPECT_TRUE(subject.starts_with(cells[2]) && cells[2].size() > 200) << "the list may cut what it draws";
+    EXPECT_EQ(Cell(results.RowAt(0), ResultsColumn::subject), subject);
+}
+
+TEST_F(ResultsTableTest, TicksAndSelectionGoWithTheirRows)
+{
+    for (const int id : {10, 2, 30, 4}) Add(id);
+    results.ShowAdded();
+    for (const int row : {0, 2}) Select(row);
+    results.TickRows(RowChoice::selected, true);
+    EXPECT_EQ(TickedIds(), (Texts{u"10", u"30"}));
+    results.SortBy(1);
+    EXPECT_EQ(ShownIds(), (Texts{u"2", u"4", u"10", u"30"}));
+    EXPECT_EQ(TickedIds(), (Texts{u"10", u"30"}));
+    Select(3, false);
+    results.TickRows(RowChoice::selected, false);
+    EXPECT_EQ(TickedIds(), (Texts{u"30"})) << "10 is the only one still selected";
+    results.TickRows(RowChoice::all, true);
+    EXPECT_EQ(TickedIds().size(), 4u);
+    results.Tick(0, false);
+    SendMessageW(list, WM_KEYDOWN, VK_HOME, 0);
+    SendMessageW(list, WM_KEYDOWN, VK_SPACE, 0);
+    EXPECT_EQ(TickedIds().size(), 4u) << "the space bar ticks";
+}
+
+TEST_F(ResultsTableTest, TheArrowShowsTheOrderAsLongAsItHolds)
+{
+    for (const int id : {2, 1}) Add(id);
+    results.SortBy(1);
+    EXPECT_EQ(Arrow(1), HDF_SORTUP);
+    results.SortBy(2);
+    EXPECT_EQ(Arrow(1), 0);
+    EXPECT_EQ(Arrow(2), HDF_SORTDOWN);
+    Add(3, u"t");
+    results.ShowAdded();
+    EXPECT_EQ(Shown(0, ResultsColumn::id), u"3") << "in its place";
+    EXPECT_EQ(Arrow(2), HDF_SORTDOWN);
+    results.SortBy(1);
+    Add(0);
+    results.ShowAdded();
+    EXPECT_EQ(ShownIds().back(), u"0");
+    EXPECT_EQ(Arrow(1), 0) << "the row at the end is out of order";
+    results.Clear();
+    EXPECT_EQ(results.Count() + SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), 0);
+}
+
+TEST_F(ResultsTableTest, AHundredThousandRowsStayUsable)
+{
+    const auto timed = [this](const char* what, DWORD limit, auto action) {
+        const DWORD start = GetTickCount();
+        action();
+        const DWORD took = GetTickCount() - start;
+        RecordProperty(what, static_cast<int>(took));
+        EXPECT_LT(took, limit) << what;
+    };
+    constexpr int kRows = 100000;
+    timed("add", 20000, [&] {
+        for (int i = 0; i < kRows; ++i) {
+            Add((i * 7919) % kRows);
+            if (i % 1000 == 0) results.ShowAdded();
+        }
+        results.ShowAdded();
+    });
+    for (const int column : {1, 2, 3}) timed("sort", 10000, [&] { results.SortBy(column); });
+    timed("tick", 10000, [&] { results.TickRows(RowChoice::all, true); });
+    EXPECT_TRUE(results.IsTicked(kRows - 1));
+    timed("clear", 10000, [&] { results.Clear(); });
+}
+
+} // namespace
