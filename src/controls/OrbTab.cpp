@@ -4,16 +4,30 @@
 
 namespace {
 
+constexpr int kUsualFontHeight = 11; // pixels, where a font does not tell
+
 class TabDrawing : public Drawing {
 public:
     using Drawing::Drawing;
 
 private:
+    LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam) override;
     void Paint(const Canvas& canvas) override;
     void PaintTab(const Canvas& canvas, int index, const RECT& tab) const;
     int HotPart(POINT point) const override;
     int Selected() const { return static_cast<int>(SendMessageW(Window(), TCM_GETCURSEL, 0, 0)); }
 };
+
+LRESULT TabDrawing::Handle(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_SETFONT) { // the standard control reckons the tabs' size from font and padding
+        LOGFONTW font = {};
+        GetObjectW(reinterpret_cast<HFONT>(wParam), sizeof font, &font);
+        const int unit = font.lfHeight < 0 ? -font.lfHeight : kUsualFontHeight;
+        Standard(TCM_SETPADDING, 0, MAKELPARAM(unit, unit / 2 + 1));
+    }
+    return Standard(message, wParam, lParam);
+}
 
 int TabDrawing::HotPart(POINT point) const
 {
@@ -79,12 +93,8 @@ void OrbTab::Create(HWND parent, int id, const wchar_t* captions, const RECT& pl
 {
     CreateDrawn(WC_TABCONTROLW, L"", WS_VISIBLE | WS_TABSTOP, 0, parent, id, place,
                 std::make_unique<TabDrawing>(palette));
-    // Before the first tab: font and padding decide how high the strip is.
+    // Before the first tab: the font decides how high the strip is.
     SendMessageW(Window(), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-    LOGFONTW description = {};
-    GetObjectW(font, sizeof description, &description);
-    const int unit = description.lfHeight < 0 ? -description.lfHeight : 11;
-    SendMessageW(Window(), TCM_SETPADDING, 0, MAKELPARAM(unit, unit / 2 + 1));
     std::wstring caption;
     int count = 0;
     for (const wchar_t* at = captions;; ++at) {
