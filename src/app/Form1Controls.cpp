@@ -216,8 +216,10 @@ void Form1Controls::TakeFonts(HWND form)
     for (const OrbLabel& label : {lblCurrentFolder, lblAllFolders})
         SetFont(label.Window(), reinterpret_cast<LPARAM>(boldFont_));
     SetFont(OrbVac.Window(), reinterpret_cast<LPARAM>(displayFont_));
-    for (SimpleProgress* progress : {&sProg, &spMain})
-        progress->Properties().Load({{"BorderWidth", units_.Down(1)}});
+    for (SimpleProgress* progress : {&sProg, &spMain}) {
+        progress->Properties().SetBorderWidth(static_cast<std::int16_t>(units_.Down(1)));
+        progress->Properties().SetFillColour(LightPalette().accent);
+    }
 }
 
 void Form1Controls::Arrange() const

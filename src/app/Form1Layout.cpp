@@ -37,7 +37,8 @@ constexpr int kLine = 9;     // of text, with a little air
 constexpr int kButton = 14;  // height of a button
 constexpr int kDropped = 90; // a combo box counts its open list
 constexpr int kContent = 390, kClientWidth = kContent + 2 * kMargin;
-constexpr int kTop = 30; // of the tree's label, or of the statistics
+constexpr int kDisplay = 34;                       // two lines of dots
+constexpr int kTop = kMargin + kDisplay + kMargin; // of the tree's label, or of the statistics
 constexpr int kStatsHeight = 72;
 constexpr int kUpperEnd = kTop + kStatsHeight + 3 + kButton; // of tree or stop buttons
 constexpr int kFolderTop = kUpperEnd + 5;
@@ -62,7 +63,7 @@ Room FormRoom(const Form1Controls& c, Arrangement arrangement)
         kClientWidth,
         kClientHeight,
         {
-            {c.OrbVac.Window(), kMargin, kMargin, kContent, 20, kWidens},
+            {c.OrbVac.Window(), kMargin, kMargin, kContent, kDisplay, kWidens},
             {c.lblTree.Window(), kMargin, kTop, kContent, kLine, kWidens},
             {c.tvOETree, kMargin, kTop + 10, kContent, kUpperEnd - kTop - 10, {0, 0, 100, share}},
             {c.fraStats, kMargin, kTop, kContent, kStatsHeight, kWidens},
