@@ -17,6 +17,8 @@ constexpr int kEndRestMs = 4000; // at the end
 constexpr std::uint8_t kUnlit = 22;        // of a dot that does not glow
 constexpr int kHalo = 64, kMostHalo = 120; // beside one dot; where the halos of many meet
 
+constexpr int kRoundFrom = 4; // diameter from which a dot lacks its corners
+
 std::size_t LineBreak(std::u16string_view rest, std::size_t columns)
 {
     const std::size_t newLine = rest.find_first_of(u"\r\n");
@@ -165,7 +167,8 @@ void DotGlow::Render(const DotDisplay& display, int width, int height, int strid
             const int x0 = left + column * pitch_, y0 = top + row * pitch_;
             for (int y = std::max(0, y0); y < std::min(height, y0 + dot_); ++y) {
                 std::uint8_t* line = pixels + static_cast<std::ptrdiff_t>(y) * stride;
-                for (int x = std::max(0, x0); x < std::min(width, x0 + dot_); ++x)
+                const int corner = dot_ >= kRoundFrom && (y == y0 || y == y0 + dot_ - 1) ? 1 : 0;
+                for (int x = std::max(0, x0 + corner); x < std::min(width, x0 + dot_ - corner); ++x)
                     line[x] = static_cast<std::uint8_t>(lit ? std::min(255, kLit + line[x] / 2)
                                                             : std::max<int>(kUnlit, line[x]));
             }

@@ -68,11 +68,9 @@ LRESULT Drawing::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
     case WM_ERASEBKGND:
         return 1; // Paint covers every pixel: no flicker
-    case WM_NCPAINT: {
-        const LRESULT answer = Standard(message, wParam, lParam);
-        PaintEdge();
-        return answer;
-    }
+    case WM_NCPAINT:
+        if (PaintEdge()) return 0;
+        break;
     case WM_PAINT:
         PaintOffScreen();
         return 0;
@@ -134,10 +132,10 @@ void Drawing::FollowMouse(int part)
     Redraw();
 }
 
-// The system's sunken edge, made a flat line.
-void Drawing::PaintEdge() const
+// The system's sunken edge, made a flat line. False: the control has none.
+bool Drawing::PaintEdge() const
 {
-    if (!(GetWindowLongPtrW(window_, GWL_EXSTYLE) & WS_EX_STATICEDGE)) return;
+    if (!(GetWindowLongPtrW(window_, GWL_EXSTYLE) & WS_EX_STATICEDGE)) return false;
     RECT place = {};
     GetWindowRect(window_, &place);
     OffsetRect(&place, -place.left, -place.top);
@@ -145,6 +143,21 @@ void Drawing::PaintEdge() const
     SetDCBrushColor(dc, Palette().border);
     FrameRect(dc, &place, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
     ReleaseDC(window_, dc);
+    return true;
+}
+
+void Drawing::PaintFocus(const Canvas& canvas, const RECT& area, COLORREF colour)
+{
+    if (canvas.palette.isSystem) {
+        DrawFocusRect(canvas.dc, &area);
+        return;
+    }
+    SetDCBrushColor(canvas.dc, colour);
+    RECT line = area;
+    for (int i = canvas.Scaled(1); i > 0; --i) {
+        FrameRect(canvas.dc, &line, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+        InflateRect(&line, -1, -1);
+    }
 }
 
 void Drawing::PaintOffScreen()

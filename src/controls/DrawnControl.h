@@ -41,6 +41,8 @@ protected:
     int Hot() const { return hot_; } // the part under the mouse now
     std::wstring Text() const;
     bool HasCues(UINT hidden) const; // of UISF_HIDEFOCUS, UISF_HIDEACCEL: false while the user wants none
+    // The keyboard is here: a line of this colour just inside, or the system's dots.
+    static void PaintFocus(const Canvas& canvas, const RECT& area, COLORREF colour);
     bool ShowsFocus() const { return GetFocus() == window_ && HasCues(UISF_HIDEFOCUS); }
     OrbPalette Palette() const { return palette_(); }
     HFONT Font() const;
@@ -50,7 +52,7 @@ private:
     static LRESULT CALLBACK WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
     void FollowMouse(int part);
-    void PaintEdge() const;
+    bool PaintEdge() const;
     void PaintOffScreen();
     void PaintOn(HDC dc);
 

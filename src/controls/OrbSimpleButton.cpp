@@ -56,7 +56,8 @@ void ButtonDrawing::Paint(const Canvas& canvas)
     if (!ShowsFocus()) return;
     RECT focus = canvas.area;
     InflateRect(&focus, -canvas.Scaled(3), -canvas.Scaled(3));
-    DrawFocusRect(canvas.dc, &focus);
+    const bool primary = look_ == OrbSimpleButton::Look::primary;
+    PaintFocus(canvas, focus, primary ? canvas.palette.onAccent : canvas.palette.accent);
 }
 
 // Both answer the colour of the caption.

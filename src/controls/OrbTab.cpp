@@ -83,7 +83,7 @@ void TabDrawing::PaintTab(const Canvas& canvas, int index, const RECT& tab) cons
     DrawTextW(canvas.dc, caption, -1, &words, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
     if (!selected || !ShowsFocus()) return;
     InflateRect(&words, -canvas.Scaled(3), -canvas.Scaled(2));
-    DrawFocusRect(canvas.dc, &words);
+    PaintFocus(canvas, words, colours.accent);
 }
 
 } // namespace

@@ -263,9 +263,14 @@ TEST_F(ControlsBench, HighContrastUsesTheSystemsColours)
                         glass.At(x, y) == GetSysColor(COLOR_WINDOWTEXT))
                 << x << "," << y;
 
-    OrbPalette colours = SystemPalette();
-    EXPECT_TRUE(colours.isSystem);
-    EXPECT_EQ(colours.text, GetSysColor(COLOR_BTNTEXT));
+    for (const HWND control : {button.Window(), tab.Window(), bar.Window(), display.Window()}) {
+        ShowWindow(control, SW_SHOW);
+        UpdateWindow(control);
+        ASSERT_FALSE(GetUpdateRect(control, nullptr, FALSE));
+    }
+    PassOnNewColours(parent, WM_SYSCOLORCHANGE, 0, 0);
+    for (const HWND control : {button.Window(), tab.Window(), bar.Window(), display.Window()})
+        EXPECT_TRUE(GetUpdateRect(control, nullptr, FALSE)) << "new colours show at once";
 }
 
 } // namespace
