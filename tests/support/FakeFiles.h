@@ -1,5 +1,6 @@
 // FakeFiles.h: a file system in memory with Windows paths and names that ignore letter case.
 #pragma once
+#include "platform/FileNames.h"
 #include "tests/support/NoFiles.h"
 
 #include <map>
@@ -27,6 +28,7 @@ struct FakeFiles : NoFiles {
         for (const auto& [path, bytes] : files)
             if (path.starts_with(start) && path.ends_with(u"eml") && path.rfind(u'\\') + 1 == start.size())
                 names.push_back(path.substr(start.size()));
+        SortNames(names);
         return names;
     }
     FileError ReadWhole(const Text& path, std::string& bytes) override

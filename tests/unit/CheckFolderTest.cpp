@@ -91,6 +91,10 @@ struct TenEmailsTest : CheckFolderTest {
     TenEmailsTest() : CheckFolderTest(10) {}
 };
 
+struct ManyEmailsTest : CheckFolderTest {
+    ManyEmailsTest() : CheckFolderTest(240) {}
+};
+
 } // namespace
 
 TEST_F(CheckFolderTest, AFolderWithoutFilesNeedsNoComparison)
@@ -307,4 +311,15 @@ TEST_F(CheckFolderTest, FileComparisonTellsTheDifferenceOfTheCounts)
     EXPECT_EQ(view.log.front(), kFolder + u" - there are -2 more saved emails.");
     EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"4/4", u"green"}))
         << "surplus files are no e-mails of the list";
+}
+
+TEST_F(ManyEmailsTest, FilesBeyondNumber9999AreFoundInTheirPlace)
+{
+    for (int i = 0; i < 240; ++i) {
+        const Text number = DecimalText(9880 + i);
+        Store(number + u"_a.eml", Message(std::to_string(i), std::to_string(19 - i % 10)));
+    }
+    Check(ComparisonType::file);
+    EXPECT_EQ(Verdict(), u"Inbox has 240 saved email(s). All emails have been saved.")
+        << "a search goes back 100 files at the most";
 }

@@ -50,6 +50,17 @@ TEST(FileNames, SortedWithoutRegardToCase)
               (std::vector<Text>{u"a", u"a10", u"A2", u"Ab", u"aB", u"B", u"b", u"\u00C9", u"\u00E9a"}));
 }
 
+TEST(FileNames, SortedByTheNumbersTheyBeginWith)
+{
+    const std::vector<Text> sorted = {u"!",      u"0000_z",  u"0001",    u"0001_a",
+                                      u"0001_B", u"1_b",     u"0009_a",  u"1000_a",
+                                      u"9999_a", u"10000_a", u"10001_a", u"123456789012345678901",
+                                      u"_1",     u"a10",     u"a2"};
+    std::vector<Text> names(sorted.rbegin(), sorted.rend());
+    SortNames(names);
+    EXPECT_EQ(names, sorted);
+}
+
 TEST_F(PlatformFiles, ListsTheEmailsOfADirectoryAndNothingElse)
 {
     for (const Text name :
