@@ -2,7 +2,21 @@
 
 #include "text/DayCount.h"
 
+#include <algorithm>
 #include <exception>
+
+namespace {
+
+// A subject may hold line ends, and a message is one line.
+Text OneLine(TextView message)
+{
+    Text line = ReplaceAll(message, u"\r\n", u" ");
+    std::replace_if(
+        line.begin(), line.end(), [](char16_t unit) { return unit == u'\r' || unit == u'\n'; }, u' ');
+    return line;
+}
+
+} // namespace
 
 void ActivityLog::LogLine(const Text& message, Record record) noexcept
 {
@@ -10,8 +24,9 @@ void ActivityLog::LogLine(const Text& message, Record record) noexcept
         if (path_.empty()) return;
         view_.ShowText(message);
         if (record == Record::no) return;
-        view_.AddProgress(message);
-        const Text line = FormatDate(clock_.LocalNow(), kSecondFormat) + u" " + message + u"\r\n";
+        const Text shown = OneLine(message);
+        view_.AddProgress(shown);
+        const Text line = FormatDate(clock_.LocalNow(), kSecondFormat) + u" " + shown + u"\r\n";
         (void)files_.Append(path_, codePage_.ToAnsi(line)); // the message is on the screen by now
     } catch (const std::exception&) {
         // Out of memory, or a clock out of range: a message is lost, the run goes on.

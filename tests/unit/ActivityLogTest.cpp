@@ -81,6 +81,14 @@ TEST_F(ActivityLogTest, RecordedLinesShowEverywhereOthersOnTheDisplayOnly)
     EXPECT_EQ(files.path, u"C:\\log.txt");
 }
 
+TEST_F(ActivityLogTest, AMessageStaysOneLine)
+{
+    log.SetPath(u"C:\\log.txt");
+    log.LogLine(u"- Exporting a\r\nb\nc\rd", Record::yes);
+    EXPECT_EQ(view.list, (std::vector<Text>{u"- Exporting a b c d"}));
+    EXPECT_EQ(files.content, "03/04/2007 09:05:07 - Exporting a b c d\r\n");
+}
+
 TEST_F(ActivityLogTest, ReadOnlyFileStopsNothing)
 {
     files.readOnly = true;
