@@ -111,7 +111,8 @@ private:
     void BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words);
     void cmdSync();
     void cmdGetID();
-    void EnterRun(); // stop buttons and busy layout; Run leaves them
+    void EnterRun(); // stop buttons and busy layout
+    void LeaveRun(); // Run does it, whether the command has entered or not
     void cmdCheckFolder();
     void cmdCheckAllFolders();
     void cmdExport();

@@ -100,8 +100,7 @@ void Form1::Run(const std::function<void()>& command)
         ShowError(u"Error: " + FromUtf8(error.what()));
     }
     ShowAdded();
-    ShowStopButtons(StopButtons::hidden);
-    controls_.LeaveBusyLayout();
+    LeaveRun();
     running_ = false;
     UpdateCommands();
     if (closeAsked_) {
@@ -151,8 +150,15 @@ void Form1::EnterRun()
     MoveFocus(controls_.cmdStopAfterEmail.Window());
 }
 
+void Form1::LeaveRun()
+{
+    ShowStopButtons(StopButtons::hidden);
+    controls_.LeaveBusyLayout();
+}
+
 void Form1::cmdCheckFolder()
 {
+    EnterRun();
     CheckFolder(*state_.run);
 }
 

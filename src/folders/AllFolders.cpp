@@ -113,6 +113,8 @@ void CheckOne(FolderRun& run, CheckTotals& totals)
     const std::optional<ComparisonResult> result = CompareFolder(run, count, emlFiles);
     if (result)
         NoteResult(run, totals, count, *result);
+    else if (run.Flags().stopAfterEmail)
+        LogStopAfterEmail(run);
     else
         StopForSilentClient(run);
 }
@@ -153,6 +155,8 @@ void WalkFolders(FolderRun& run, AllFoldersMode mode, const Text& ignoreName, Ch
             ExportOne(run);
         SweepRemoteMemory(run.client.memory);
         run.view.ProcessEvents();
+        // A check has no e-mail to finish. The flag stays, so that no export follows either.
+        if (mode == AllFoldersMode::check && run.Flags().stopAfterEmail) run.Flags().stopAfterFolder = true;
     }
 }
 

@@ -71,6 +71,8 @@ void CheckShownFolder(FolderRun& run)
     const std::optional<ComparisonResult> result = CompareFolder(run, total, emlFiles);
     if (result)
         SayVerdict(run, total, *result);
+    else if (run.Flags().stopAfterEmail)
+        LogStopAfterEmail(run);
     else
         SayClientIsSilent(run);
 }

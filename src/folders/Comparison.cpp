@@ -17,6 +17,12 @@ void Log(FolderRun& run, const Text& message)
     run.view.LogLine(message, Record::yes);
 }
 
+// Asked before each e-mail and each file: some folders take an hour.
+bool IsStopped(FolderRun& run)
+{
+    return run.Flags().stopAfterEmail;
+}
+
 void ShowProgress(FolderRun& run, std::size_t index, std::int64_t count)
 {
     run.view.ShowPercentage(Bar::currentFolder, Percentage(static_cast<std::int64_t>(index), count - 1));
@@ -32,7 +38,8 @@ std::int32_t NumberOfFile(const Text& name)
 }
 
 // The counts alone decide: a missing file and a surplus one cancel out.
-ComparisonResult CompareCounts(FolderRun& run, std::int32_t total, std::span<const Text> emlFiles)
+std::optional<ComparisonResult> CompareCounts(FolderRun& run, std::int32_t total,
+                                              std::span<const Text> emlFiles)
 {
     ComparisonResult result;
     result.saved = static_cast<std::int32_t>(emlFiles.size());
@@ -41,21 +48,22 @@ ComparisonResult CompareCounts(FolderRun& run, std::int32_t total, std::span<con
     std::unordered_set<std::int32_t> numbers;
     for (const Text& name : emlFiles) numbers.insert(NumberOfFile(name));
     for (std::int32_t row = 0; row < total; ++row) {
+        if (IsStopped(run)) return std::nullopt;
         if (result.firstUnsaved < 0 && !numbers.count(row)) result.firstUnsaved = row;
         ShowProgress(run, static_cast<std::size_t>(row), total);
     }
     return result;
 }
 
-// The client's e-mails in the order of its list. False when the client is gone: what was not read would pass
-// for e-mails without any detail.
+// The client's e-mails in the order of its list. False when they are not all there. When the client is gone,
+// what was not read would pass for e-mails without any detail.
 bool ReadEntries(FolderRun& run, std::vector<const EmailEntry*>& entries)
 {
     run.view.ShowText(u"[1 of 3] Reading Outlook Express emails...");
     ReadFolderEntries(run.client,
                       [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
     WindowHandle mainWindow = 0;
-    if (!IsOeRunning(run.client.desktop, mainWindow)) return false;
+    if (IsStopped(run) || !IsOeRunning(run.client.desktop, mainWindow)) return false;
     for (const EmailEntry& entry : run.client.folderEntries) entries.push_back(&entry);
     std::sort(entries.begin(), entries.end(),
               [](const EmailEntry* a, const EmailEntry* b) { return a->row < b->row; });
@@ -70,13 +78,15 @@ ResultsRow ResultsRowOf(const Text& folder, const EmailEntry& entry, Locale& loc
 
 // Asks of each e-mail whether it is saved, and reports those that are not.
 template <class IsSavedEntry>
-ComparisonResult CompareEntries(FolderRun& run, std::int32_t total,
-                                const std::vector<const EmailEntry*>& entries, IsSavedEntry isSaved)
+std::optional<ComparisonResult> CompareEntries(FolderRun& run, std::int32_t total,
+                                               const std::vector<const EmailEntry*>& entries,
+                                               IsSavedEntry isSaved)
 {
     run.view.ShowText(u"[3 of 3] Comparing emails...");
     ComparisonResult result;
     result.unsaved = total;
     for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (IsStopped(run)) return std::nullopt;
         const EmailEntry& entry = *entries[i];
         // A row that could not be read is no e-mail that a record or a file could be of.
         if (!entry.Crc.empty() && isSaved(entry)) {
@@ -132,13 +142,14 @@ EmlSummary ComparedPartOf(EmlSummary&& whole)
     return part;
 }
 
+// As far as it got when it is stopped.
 std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFiles)
 {
     run.view.ShowText(u"[2 of 3] Reading saved emails...");
     const EmlContext context{run.client.files, run.client.codePage, run.client.locale, {}};
     std::vector<EmlSummary> records;
     records.reserve(emlFiles.size());
-    for (std::size_t i = 0; i < emlFiles.size(); ++i) {
+    for (std::size_t i = 0; i < emlFiles.size() && !IsStopped(run); ++i) {
         EmlSummary summary;
         if (!ReadEmlSummary(run.exportFolder + emlFiles[i], context, summary).empty())
             Log(run, u"Ignoring unreadable email: " + emlFiles[i]);
@@ -168,6 +179,7 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t to
     std::vector<const EmailEntry*> entries;
     if (!ReadEntries(run, entries)) return std::nullopt;
     const std::vector<EmlSummary> records = ReadRecords(run, emlFiles);
+    if (IsStopped(run)) return std::nullopt;
     LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
     return CompareEntries(run, total, entries, [&run, &search](const EmailEntry& entry) {

@@ -14,6 +14,7 @@ struct ComparisonResult {
 
 // By the type that the window's choice says. total: e-mails in the client's list; emlFiles: names of the
 // files in run.exportFolder. Each e-mail that is not saved gets a line in the log and in the results table,
-// except with "Simple (fast)", which looks at no e-mail. Nothing when the client went away while it was read.
+// except with "Simple (fast)", which looks at no e-mail. Nothing when it was not finished: stopAfterEmail is
+// set then, or the client went away while it was read.
 std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t total,
                                               std::span<const Text> emlFiles);

@@ -26,7 +26,7 @@ bool IsStopped(FolderRun& run, bool partOfAllFolders)
 {
     RunFlags& flags = run.Flags();
     if (!flags.stopAfterEmail) return false;
-    Log(run, flags.stopRequested ? u"User aborted on email export." : u"Program forced to abort.");
+    LogStopAfterEmail(run);
     flags.runCompleted = flags.stopRequested = flags.stopAfterEmail = false;
     if (partOfAllFolders) flags.stopAfterFolder = true;
     return true;

@@ -22,6 +22,13 @@ bool SelectShownFolder(FolderRun& run)
     return false;
 }
 
+void LogStopAfterEmail(FolderRun& run)
+{
+    run.view.LogLine(run.Flags().stopRequested ? u"User aborted on email export."
+                                               : u"Program forced to abort.",
+                     Record::yes);
+}
+
 void UseSelectedFolder(FolderRun& run)
 {
     const auto index = static_cast<std::size_t>(run.selectedFolder);

@@ -38,5 +38,8 @@ struct FolderRun {
 // say).
 bool SelectShownFolder(FolderRun& run);
 
+// The log's words for a run that ends between two e-mails, by the user's wish or the program's own.
+void LogStopAfterEmail(FolderRun& run);
+
 // Export folder and full name of the selected folder, the latter also on the window.
 void UseSelectedFolder(FolderRun& run);

@@ -133,6 +133,10 @@ void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
     if (count < 1) return;
     client.folderEntries.assign(static_cast<std::size_t>(count), EmailEntry());
     for (std::int32_t row = 0; row < count; ++row) {
+        if (client.flags.stopAfterEmail) {
+            client.folderEntries.resize(static_cast<std::size_t>(row));
+            break;
+        }
         const MessageDetails details{row, ReadItemTexts(client, row)};
         EmailEntry& entry = client.folderEntries[static_cast<std::size_t>(row)];
         entry = BuildEmailEntry(client, details);

@@ -20,5 +20,6 @@ Text SubjectOf(const OeClient& client, const MessageDetails& details); // the ce
 double EntryDateKey(const EmailEntry& entry);
 
 // Reads every row of the folder shown into client.folderEntries, oldest first. progress is given the
-// percentage after each row; the window lives meanwhile. A row that could not be read has an empty Crc.
+// percentage after each row; the window lives meanwhile. A row that could not be read has an empty Crc. Once
+// stopAfterEmail is set, the rows that follow are left out.
 void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress);

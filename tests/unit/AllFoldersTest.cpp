@@ -133,6 +133,34 @@ TEST_F(AllFoldersTest, AStopEndsTheRunBeforeTheNextFolder)
     EXPECT_FALSE(flags.stopAfterFolder || flags.stopRequested);
 }
 
+TEST_F(AllFoldersTest, AStopBetweenTwoEmailsEndsTheCheckAndTheExportBehindIt)
+{
+    files.AddFile(u"c:\\store\\local folders\\inbox\\0000.eml");
+    view.onEvents = [this] {
+        if (view.shown.back().starts_with(u"[1 of 3]")) flags.stopAfterEmail = flags.stopRequested = true;
+    };
+    SaveAll();
+    EXPECT_EQ(Logged(u"-> Local Folders\\Inbox\\O'Brien"), 0);
+    EXPECT_TRUE(run.exportList.empty());
+    EXPECT_TRUE(fake.saved.empty());
+
+    // Where no e-mail needs to be read, the check ends with the folder.
+    run.exportList.clear();
+    flags = {};
+    view.onEvents = [this] {
+        if (view.log.back().ends_with(u"O'Brien - has all 1 emails to be exported."))
+            flags.stopAfterEmail = flags.stopRequested = true;
+    };
+    files.files.clear();
+    RunIn(AllFoldersMode::check);
+    EXPECT_EQ(Logged(u"User aborted folder export."), 1);
+    EXPECT_EQ(Logged(u"-> Local Folders\\Empty"), 0);
+    EXPECT_EQ(view.log[view.log.size() - 2], u"3 email(s) to be saved.") << "what was found until then";
+    view.onEvents = nullptr;
+    RunIn(AllFoldersMode::exportEmails);
+    EXPECT_TRUE(fake.saved.empty()) << "the user has asked for the end of all";
+}
+
 TEST_F(AllFoldersTest, AFolderThatTheClientDoesNotShowIsLeftAlone)
 {
     fake.refreshAfter = 100000;

@@ -152,6 +152,36 @@ TEST_F(CheckFolderTest, WithoutWhatItNeedsACheckSaysSo)
     EXPECT_EQ(Verdict(), silent);
 }
 
+TEST_F(CheckFolderTest, AStopEndsTheCheckWithoutAVerdict)
+{
+    for (char16_t n = u'0'; n < u'3'; ++n)
+        Store(u"000" + Text(1, n) + u"_a.eml", Message(std::string(1, static_cast<char>(n)), "10"));
+    // How often the window lives during each check, and so where a stop can come in between.
+    for (const ComparisonType type :
+         {ComparisonType::simple, ComparisonType::database, ComparisonType::file}) {
+        int events = 0;
+        flags = {};
+        view.onEvents = [&] { ++events; };
+        Check(type);
+        const int all = events;
+        ASSERT_GE(all, 4);
+        for (int stopAt = 1; stopAt < all; ++stopAt) {
+            SCOPED_TRACE(testing::Message()
+                         << "comparison " << static_cast<int>(type) << ", stop " << stopAt);
+            flags = {};
+            events = 0;
+            view.onEvents = [&] {
+                if (++events == stopAt) flags.stopAfterEmail = flags.stopRequested = true;
+            };
+            Check(type);
+            EXPECT_EQ(events, stopAt) << "nothing more is done";
+            EXPECT_EQ(view.log.back(), u"User aborted on email export.");
+            EXPECT_TRUE(view.boxes.empty() && view.summaryLines.empty());
+            EXPECT_EQ(view.marks, (Marks{{u"", u"envelope"}})) << "nothing is said of the folder";
+        }
+    }
+}
+
 TEST_F(CheckFolderTest, WithoutFoldersNothingIsSelected)
 {
     client.lstTree.clear();
