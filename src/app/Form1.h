@@ -121,7 +121,8 @@ private:
     void cmdStopAfterFolder();
     void HideStopButton(OrbSimpleButton& pressed, OrbSimpleButton& other);
     void cmdUseSelection();
-    void OpenExportFolder(); // double click on lblOEFolder
+    HTREEITEM SelectedNode() const; // of tvOETree; null when none is
+    void OpenExportFolder();        // double click on lblOEFolder
     void mnMarkSavedChosen();
     void mnCondenseDBChosen();
 
@@ -129,6 +130,8 @@ private:
     HWND window_ = nullptr;
     HIMAGELIST ImgLstTree_ = nullptr;
     std::vector<HTREEITEM> folderNodes_; // of tvOETree, by line of lstTree
+    // During a run, which marks nodes by selecting them: the one that the user had selected, or null.
+    std::optional<HTREEITEM> chosenNode_;
     Form1Controls controls_;
     Form1StorePicker store_;
     Form1Results results_;

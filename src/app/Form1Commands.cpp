@@ -145,6 +145,7 @@ void Form1::cmdGetID()
 
 void Form1::EnterRun()
 {
+    chosenNode_ = SelectedNode();
     ShowStopButtons(StopButtons::shown);
     controls_.EnterBusyLayout();
     MoveFocus(controls_.cmdStopAfterEmail.Window());
@@ -154,6 +155,9 @@ void Form1::LeaveRun()
 {
     ShowStopButtons(StopButtons::hidden);
     controls_.LeaveBusyLayout();
+    if (chosenNode_)
+        SendMessageW(controls_.tvOETree, TVM_SELECTITEM, TVGN_CARET, reinterpret_cast<LPARAM>(*chosenNode_));
+    chosenNode_.reset();
 }
 
 void Form1::cmdCheckFolder()
@@ -224,8 +228,7 @@ void Form1::cmdUseSelection()
 {
     TVITEMW node = {};
     node.mask = TVIF_PARAM;
-    node.hItem =
-        reinterpret_cast<HTREEITEM>(SendMessageW(controls_.tvOETree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    node.hItem = SelectedNode();
     if (!node.hItem || !SendMessageW(controls_.tvOETree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&node)))
         return;
     const auto line = static_cast<std::size_t>(node.lParam);

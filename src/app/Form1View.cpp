@@ -197,6 +197,11 @@ void Form1::ShowFolderTree(const std::vector<FolderNode>& nodes)
     InvalidateRect(tree, nullptr, TRUE);
 }
 
+HTREEITEM Form1::SelectedNode() const
+{
+    return reinterpret_cast<HTREEITEM>(SendMessageW(controls_.tvOETree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+}
+
 void Form1::SelectFolderNode(int index)
 {
     if (index < 0 || static_cast<std::size_t>(index) >= folderNodes_.size()) return;
@@ -210,7 +215,7 @@ void Form1::MarkFolderNode(const Text& status, const Text& image)
     wchar_t text[512] = {};
     TVITEMW node = {};
     node.mask = TVIF_TEXT;
-    node.hItem = reinterpret_cast<HTREEITEM>(SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+    node.hItem = SelectedNode();
     node.pszText = text;
     node.cchTextMax = static_cast<int>(std::size(text));
     if (!node.hItem || !SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&node))) return;
