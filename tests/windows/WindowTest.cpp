@@ -1,4 +1,5 @@
 // WindowTest.cpp: the program as it starts, shows itself and closes, without and with a mail client.
+#include "app/Form1Results.h"
 #include "tests/windows/ProgramUnderTest.h"
 
 #include <commctrl.h>
@@ -257,6 +258,10 @@ TEST(WindowTest, DatabaseThatCannotBeOpenedIsSaidOnceAndLeftAlone)
     program.PressOk(box);
     program.PressOk(program.WaitForBox(L"IMPORTANT! Please Read"));
     const HWND window = WaitForWindow(process.Id(), L"Form1", L"", 20000);
+    ASSERT_TRUE(Eventually([&] { return IsWindowEnabled(FindButton(window, L"Sync with OE")); }, 20000));
+    PostMessageW(window, WM_COMMAND, mnCondenseDB, 0);
+    EXPECT_EQ(BoxWords(WaitForWindow(process.Id(), L"#32770", L"Quillbox", 20000)),
+              L"Database error: the database of saved emails is not open");
     PostMessageW(window, WM_CLOSE, 0, 0);
     EXPECT_TRUE(process.WaitForEnd(20000));
     EXPECT_EQ(program.Read(L"saved.mdb"), bytes);

@@ -1,0 +1,72 @@
+// MailRun.h: the program and the stand-in client with a mailbox of its own, worked by the program's buttons.
+#pragma once
+#include "app/Form1Results.h"
+#include "tests/windows/ProgramUnderTest.h"
+
+#include <gtest/gtest.h>
+
+class MailRun : public testing::Test {
+protected:
+    static constexpr DWORD kPatience = 60000;
+
+    static std::string Message(const std::string& subject, int minute)
+    {
+        return "From: Ann Writer <ann@example.com>\r\nTo: Bob Reader <bob@example.com>\r\nSubject: " +
+               subject + "\r\nReceived: from a by b; Tue, 3 Apr 2007 10:" + std::to_string(10 + minute) +
+               ":30 +0000\r\nDate: Tue, 3 Apr 2007 10:" + std::to_string(10 + minute) +
+               ":00 +0000\r\n\r\nBody\r\n";
+    }
+    static bool Contains(const std::string& text, const std::string& sought)
+    {
+        return text.find(sought) != std::string::npos;
+    }
+    // Before Start; the e-mails are "Name 0", "Name 1" and so on.
+    void AddFolder(const std::wstring& name, int messages)
+    {
+        CreateDirectoryW((program.Folder() + L"mail").c_str(), nullptr);
+        CreateDirectoryW((program.Folder() + L"mail\\" + name).c_str(), nullptr);
+        for (int i = 0; i < messages; ++i)
+            program.Write(L"mail\\" + name + L"\\" + std::to_wstring(i) + L".eml",
+                          Message(std::string(name.begin(), name.end()) + " " + std::to_string(i), i));
+    }
+    // options: further lines of settings.ini's section.
+    bool Start(const std::string& options, const std::wstring& clientSwitches = {})
+    {
+        CreateDirectoryW((program.Folder() + L"store").c_str(), nullptr);
+        const std::string folder(program.Folder().begin(), program.Folder().end());
+        program.Write(L"settings.ini", "[Paths]\r\nStore=" + folder +
+                                           "store\r\n[Options]\r\nOE Folder Settle Time=0.1\r\n" + options);
+        client.Start(L"\"" + FolderOfTests() + L"demo-client.exe\" --mail \"" + program.Folder() +
+                         L"mail\" " + clientSwitches,
+                     program.Folder());
+        return WaitForWindow(client.Id(), L"Outlook Express Browser Class", L"", kPatience) &&
+               program.PassStartUp();
+    }
+    HWND Control(int id) const { return program.Control(id); }
+    // The box at the end of a run: answers it, and waits for the end. Its words.
+    std::wstring EndOfRun()
+    {
+        const HWND box = WaitForWindow(program.Process().Id(), L"#32770", L"Quillbox", kPatience);
+        if (!box) return L"no box";
+        const std::wstring words = BoxWords(box);
+        program.PressOk(box);
+        return program.WaitUntilIdle(kPatience) ? words : L"still busy";
+    }
+    std::wstring Run(int button) { return Press(Control(button)) ? EndOfRun() : L"the button is off"; }
+    std::wstring Choose(ResultsMenuId item) // of the results table's menu
+    {
+        PostMessageW(program.Window(), WM_COMMAND, item, 0);
+        return EndOfRun();
+    }
+    void Tick(int checkBox) { SendMessageW(Control(checkBox), BM_CLICK, 0, 0); }
+    std::string Log() const { return program.Read(L"log.txt"); }
+    bool WaitForLog(const std::string& words) const
+    {
+        return Eventually([&] { return Contains(Log(), words); }, kPatience);
+    }
+    // "Inbox\\0000_Inbox0.eml", below the store's "Local Folders".
+    std::wstring Stored(const std::wstring& name) const { return L"store\\Local Folders\\" + name; }
+
+    ProgramUnderTest program; // outlives the client, whose files lie in its folder
+    StartedProcess client;
+};
