@@ -84,8 +84,9 @@ LRESULT Drawing::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
         FollowMouse(0);
         break;
     }
+    const HWND window = window_; // a click may close the window, and this with it
     const LRESULT answer = Handle(message, wParam, lParam);
-    if (ChangesTheLook(message)) Redraw();
+    if (ChangesTheLook(message)) InvalidateRect(window, nullptr, FALSE);
     return answer;
 }
 
