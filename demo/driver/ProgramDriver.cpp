@@ -1,5 +1,9 @@
 #include "demo/driver/ProgramDriver.h"
 
+#include <commctrl.h>
+
+#include <cstddef>
+#include <iterator>
 #include <stdexcept>
 
 namespace {
@@ -49,6 +53,11 @@ StartedProcess::~StartedProcess()
 
 void StartedProcess::Start(const std::wstring& commandLine, const std::wstring& folder)
 {
+    if (process_.hProcess) { // of the program that ran before
+        CloseHandle(process_.hProcess);
+        CloseHandle(process_.hThread);
+        process_ = {};
+    }
     std::wstring command = commandLine; // the call may write to it
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
@@ -114,6 +123,57 @@ HWND FindButton(HWND window, std::wstring_view caption)
         return !found;
     });
     return found;
+}
+
+HWND FindControl(HWND window, std::wstring_view windowClass, std::wstring_view caption, Visible visible)
+{
+    HWND found = nullptr;
+    ForEachControl(window, [&](HWND control) {
+        const bool seen = visible == Visible::no || IsWindowVisible(control);
+        if (seen && lstrcmpiW(ClassOf(control).c_str(), std::wstring(windowClass).c_str()) == 0 &&
+            (caption.empty() || WithoutMnemonic(TextOf(control)) == caption))
+            found = control;
+        return !found;
+    });
+    return found;
+}
+
+std::vector<TreeLine> TreeLines(HWND tree)
+{
+    // What the control is to fill in: the item, and behind it room for its text.
+    struct Block {
+        TVITEMW item;
+        wchar_t text[512];
+    };
+    DWORD id = 0;
+    GetWindowThreadProcessId(tree, &id);
+    const HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id);
+    void* const there =
+        process ? VirtualAllocEx(process, nullptr, sizeof(Block), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE)
+                : nullptr;
+    std::vector<TreeLine> lines;
+    LRESULT node = there ? SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0) : 0;
+    while (node) {
+        Block block = {};
+        block.item.mask = TVIF_TEXT | TVIF_IMAGE;
+        block.item.hItem = reinterpret_cast<HTREEITEM>(node);
+        block.item.pszText = reinterpret_cast<wchar_t*>(static_cast<char*>(there) + offsetof(Block, text));
+        block.item.cchTextMax = static_cast<int>(std::size(block.text));
+        if (!WriteProcessMemory(process, there, &block, sizeof block, nullptr)) break;
+        SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(there));
+        if (!ReadProcessMemory(process, there, &block, sizeof block, nullptr)) break;
+        block.text[std::size(block.text) - 1] = L'\0';
+        lines.push_back({block.text, block.item.iImage});
+        LRESULT next = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CHILD, node);
+        while (!next && node) {
+            next = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_NEXT, node);
+            if (!next) node = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_PARENT, node);
+        }
+        node = next;
+    }
+    if (there) VirtualFreeEx(process, there, 0, MEM_RELEASE);
+    if (process) CloseHandle(process);
+    return lines;
 }
 
 std::wstring ClassOf(HWND window)

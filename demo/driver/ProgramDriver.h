@@ -19,11 +19,14 @@ public:
     StartedProcess(const StartedProcess&) = delete;
     StartedProcess& operator=(const StartedProcess&) = delete;
 
-    // folder: its current folder; empty: this process's own. Throws std::runtime_error.
+    // folder: its current folder; empty: this process's own. The program before, if any, has ended. Throws
+    // std::runtime_error.
     void Start(const std::wstring& commandLine, const std::wstring& folder);
     DWORD Id() const { return process_.dwProcessId; } // 0: never started
     bool HasEnded(DWORD waitMilliseconds = 0) const;
-    DWORD ExitCode() const; // once it has ended
+    DWORD ExitCode() const;                          // once it has ended
+    void Hold() { SuspendThread(process_.hThread); } // its first thread, and with it its windows
+    void Release() { ResumeThread(process_.hThread); }
     bool WaitForEnd(DWORD milliseconds) const { return HasEnded(milliseconds) && ExitCode() == 0; }
 
 private:
@@ -41,6 +44,18 @@ HWND WaitForWindow(DWORD process, const std::wstring& windowClass, const std::ws
 
 // A visible control at any depth, by its caption without mnemonic marks. Null when there is none.
 HWND FindButton(HWND window, std::wstring_view caption);
+// The first control of the class at any depth; an empty caption stands for any. Null when there is none.
+enum class Visible { yes, no }; // whether it has to be
+HWND FindControl(HWND window, std::wstring_view windowClass, std::wstring_view caption = {},
+                 Visible visible = Visible::yes);
+
+// The items of a tree view of another process, from the top down, with the index of their picture. Empty when
+// its memory cannot be reached.
+struct TreeLine {
+    std::wstring text;
+    int image = 0;
+};
+std::vector<TreeLine> TreeLines(HWND tree);
 
 std::wstring ClassOf(HWND window);
 std::wstring TextOf(HWND window); // empty when the window does not answer within 20 s

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# The demo from end to end: the sample mailbox twice, a mailbox with hostile names, and exports gone wrong,
-# which the demo must notice.
+# The demo from end to end: the sample mailbox exported, checked and damaged, a mailbox with hostile names, and
+# exports gone wrong, which the demo must notice.
 set -euo pipefail
-demo=$(realpath "$(dirname "$0")/../../demo.sh")
+root=$(realpath "$(dirname "$0")/../..")
+demo=$root/demo.sh
 scratch=$(realpath "$(mktemp -d "${TMPDIR:-/tmp}/quillbox-e2e.XXXXXX")")
 pid=""
 # shellcheck disable=SC2317 # called by the trap
@@ -28,28 +29,70 @@ expect() {
     [ "$got" -eq "$want" ] || fail "exit code $got, not $want, of demo.sh $*"
 }
 fail() { cat said; echo "FAILED: $*"; exit 1; }
-said() { grep -qE "$1" said || fail "not said: $1"; }
+said() { grep -qE -- "$1" said || fail "not said: $1"; }
 contents() { (cd "$1" && find . -type f -print0 | sort -z | xargs -0 sha256sum); }
+# The folders as the tree shows them, "Inbox 11/11 green", in one line.
+folders() { sed -n 's/^> folder \(.*\) - \([0-9/]*\): \(.*\)/\1 \2 \3/p' said | paste -sd, -; }
+shows() { [ "$(folders)" = "$1" ] || fail "the tree shows $(folders), not $1"; }
 
-echo "-- the sample mailbox, and once more"
+echo "-- all folders of the sample mailbox, and once more"
+green="Archive 1/1 green,2007 7/7 green,Inbox 11/11 green,Alpha 4/4 green,O'Brien notes 3/3 green,Sent Items 5/5 green"
 expect 0 --out "out dir"
-said '^13 of 13 messages exported, 13 rows in saved.mdb$'
-said '13 passed, 0 failed, 0 skipped'
-for file in program/quillbox.exe program/settings.ini program/log.txt program/saved.mdb quillbox.png; do
+shows "$green"
+said '^30 of 31 messages exported$'
+said '^note: .* row 2 .* was skipped: a stored one looks the same in the list$'
+said '^log: 30 passed, 0 failed, 1 skipped; store: 30 files; saved.mdb: 30 rows: they agree$'
+for file in program/quillbox.exe program/settings.ini program/log.txt program/saved.mdb quillbox.png tree.png \
+    results.png summary.png; do
     [ -s "out dir/$file" ] || fail "no $file"
 done
 contents "out dir/store" >before
 expect 0 --out "out dir"
-said ' 0 passed, 0 failed, 13 skipped'
-said '^13 of 13 messages exported, 13 rows in saved.mdb$'
+said '30 rows: they agree$'
 contents "out dir/store" | cmp - before || fail "the second run changed the store"
 
-echo "-- a stored e-mail that is not the message's, and one that is gone"
-stored=("out dir/store/Local Folders/Inbox/"*)
+echo "-- each comparison type, before and after three files and two records have gone"
+expect 0 --out "out dir" --check file
+shows "$green"
+inspect=$root/build/native/quillbox-inspect
+database="out dir/program/saved.mdb"
+rm "out dir/store/Local Folders/Inbox/"000[01]_* "out dir/store/Local Folders/Sent Items/"0000_*
+for row in "Inbox	Minutes of the guild" "Projects\\\\Alpha	Alpha: text with"; do
+    line=$("$inspect" db "$database" list | grep -F "Local Folders\\\\${row%	*}\"" | grep -F "${row#*	}")
+    crc=${line##*: \"} crc=${crc%\"\}}
+    folder=$(sed 's/.*"efolder": "\([^"]*\)".*/\1/; s/\\\\/\\/g' <<<"$line")
+    [ "$("$inspect" db "$database" forget "$folder" "$crc")" = 1 ] || fail "no record of $row to delete"
+done
+gone="Archive 1/1 green,2007 7/7 green,Inbox 9/11 yellow,Alpha 4/4 green,O'Brien notes 3/3 green,Sent Items 4/5 yellow"
+expect 0 --out "out dir" --check simple
+shows "$gone"
+said '^3 email\(s\) to be saved\.'
+expect 0 --out "out dir" --check database
+shows "Archive 1/1 green,2007 7/7 green,Inbox 10/11 yellow,Alpha 3/4 yellow,O'Brien notes 3/3 green,Sent Items 5/5 green"
+said '^> rows in the results table: 2$'
+expect 0 --out "out dir" --check file
+shows "$gone"
+said '^> rows in the results table: 3$'
+[ "$("$inspect" db "$database" list | wc -l)" -eq 30 ] || fail "the check by files did not repair the records"
+
+echo "-- one folder; a stored e-mail that is not the message's, and one that is gone"
+expect 0 --out one --folder Projects/Alpha
+said '^4 of 4 messages exported$'
+stored=("one/store/Local Folders/Projects/Alpha/"*)
 printf x >>"${stored[1]}"
 rm "${stored[2]}"
-expect 1 --out "out dir"
-said '^11 of 13 messages exported'
+expect 1 --out one --folder Projects/Alpha
+said '^2 of 4 messages exported$'
+expect 0 --out one --folder Projects/Alpha --check file
+said '^> box "Quillbox": Alpha has 3 saved email\(s\)\. 1 email\(s\) not saved\.$'
+
+echo "-- messages that the comparison by files cannot know"
+expect 0 --mail "$root/tests/demo/mail" --out awkward
+shows "Awkward 9/9 green"
+said '9 rows: they agree$'
+expect 0 --mail "$root/tests/demo/mail" --out awkward --check file
+shows "Awkward 0/9 yellow"
+said '^note: a comparison by files cannot know'
 
 echo "-- names that Windows cannot hold, in a read-only mailbox"
 hostile=$'Con/a:b?* "c" <d>|e\\f. ./It\'s\n%PATH% $(x) `y`/gr\xfc\xdfe'
@@ -59,15 +102,22 @@ for i in 1 2 3; do
         "'" "$i" "$i" "$i" >"mail box/$hostile/-$i: \"?*.EML"
 done
 printf 'Subject: in the middle\r\n\r\n' >"mail box/Con/"$'\x01\xff.eml'
+printf 'Subject: at the top\r\n\r\n' >"mail box/top.eml"
 chmod -R a-w "mail box"
 expect 0 --mail "mail box" --out hostile --folder "$hostile"
-said '^3 of 3 messages exported, 3 rows in saved.mdb$'
+said '^3 of 3 messages exported$'
 expect 0 --mail "mail box/../mail box" --out hostile
-said 'has no Inbox; taking "Local Folders/Con"'
-said '^1 of 1 messages exported, 4 rows in saved.mdb$'
+said '^5 of 5 messages exported$'
+said '5 rows: they agree$'
 
 echo "-- an empty folder, and none"
 expect 0 --mail "mail box" --out hostile --folder empty
 said 'No emails to export\.'
 expect 2 --mail "mail box" --out hostile --folder nowhere
 said 'no folder "nowhere"'
+
+echo "-- stopped, abandoned and taken up again"
+"$root/tests/demo/cycle.sh" 120 20 &
+pid=$!
+wait "$pid"
+pid=""

@@ -18,6 +18,7 @@ int Usage()
         "usage: quillbox-inspect db FILE list [TABLE]              rows as JSON lines, values as texts\n"
         "       quillbox-inspect db FILE has CRC [FOLDER]          prints true or false\n"
         "       quillbox-inspect db FILE add FOLDER SUBJECT CRC    adds a row to the table saved\n"
+        "       quillbox-inspect db FILE forget FOLDER CRC         deletes its rows, prints how many\n"
         "       quillbox-inspect db FILE create                    makes the file with an empty table saved\n"
         "       quillbox-inspect db FILE crcs FOLDER               the folder's CRCs, between commas\n"
         "       quillbox-inspect db FILE condense                  deletes repeated rows, prints how many\n"
@@ -62,6 +63,17 @@ int Add(Files& files, const Text& path, const Text& folder, const Text& subject,
     return kYes;
 }
 
+int Forget(Files& files, const Text& path, const Text& folder, const Text& crc)
+{
+    const auto database = OpenJetDatabase(files, path);
+    const auto rows = database->OpenRecordset(u"SELECT * FROM saved WHERE (ecrc='" + SqlQuote(crc) +
+                                              u"') AND (efolder='" + SqlQuote(folder) + u"')");
+    int deleted = 0;
+    for (; !rows->AtEnd(); rows->MoveNext(), ++deleted) rows->Delete();
+    std::printf("%d\n", deleted);
+    return kYes;
+}
+
 int Create(Files& files, const Text& path)
 {
     SystemClock clock;
@@ -99,6 +111,7 @@ int DbCommand(const std::vector<std::string>& args)
         if (action == "has" && (count == 3 || count == 4))
             return Has(files, texts[0], texts[2], count == 4 ? texts[3] : u"");
         if (action == "add" && count == 5) return Add(files, texts[0], texts[2], texts[3], texts[4]);
+        if (action == "forget" && count == 4) return Forget(files, texts[0], texts[2], texts[3]);
         if (action == "create" && count == 2) return Create(files, texts[0]);
         if (action == "crcs" && count == 3) return Crcs(files, texts[0], texts[2]);
         if (action == "condense" && count == 2) return Condense(files, texts[0]);
