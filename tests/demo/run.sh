@@ -65,8 +65,8 @@ for row in "Inbox	Minutes of the guild" "Projects\\\\Alpha	Alpha: text with"; do
 done
 gone="Archive 1/1 green,2007 7/7 green,Inbox 9/11 yellow,Alpha 4/4 green,O'Brien notes 3/3 green,Sent Items 4/5 yellow"
 expect 0 --out "out dir" --check simple
-shows "$gone"
-said '^3 email\(s\) to be saved\.'
+shows "${gone/2007 7\/7 green/2007 6/7 yellow}" # two that look alike have one file
+said '^4 email\(s\) to be saved\.'
 expect 0 --out "out dir" --check database
 shows "Archive 1/1 green,2007 7/7 green,Inbox 10/11 yellow,Alpha 3/4 yellow,O'Brien notes 3/3 green,Sent Items 5/5 green"
 said '^> rows in the results table: 2$'
