@@ -27,7 +27,8 @@ version=$(sed -n 's/^project(Quillbox VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt
 folder=$scratch/quillbox-$version
 mkdir "$folder"
 cp build/win32/quillbox.exe "$folder/"
-cp -R docs/pictures "$folder/pictures"
+mkdir "$folder/pictures"
+cp docs/pictures/*.png "$folder/pictures/"
 sed 's/$/\r/' LICENSE >"$folder/licence.txt"
 
 # Whoever unpacks this has a browser, if an old one, and nothing for Markdown.

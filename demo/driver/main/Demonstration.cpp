@@ -24,6 +24,7 @@ constexpr DWORD kCloseLimit = 30000;
 constexpr DWORD kPictureLimit = 15000;
 constexpr std::size_t kLinesBeforePicture = 5; // e-mails that a picture of a run in progress should show
 
+constexpr wchar_t kSplashClass[] = L"QuillboxSplash";
 constexpr wchar_t kBoxClass[] = L"#32770";
 constexpr wchar_t kClientClass[] = L"Outlook Express Browser Class";
 constexpr wchar_t kStartUpBox[] = L"IMPORTANT! Please Read";
@@ -96,10 +97,11 @@ void Demonstration::StartProgram()
 {
     program_.Start(Quoted(choices_.program), FolderOf(choices_.program));
     PictureOfSplash();
-    WindowOf(program_, "Quillbox's start-up box", kBoxClass, kStartUpBox);
+    const HWND box = WindowOf(program_, "Quillbox's start-up box", kBoxClass, kStartUpBox);
     window_ = FindProgramWindow(program_.Id(), L"Form1");
     if (!window_) throw std::runtime_error("Quillbox shows no main window");
     PlaceSideBySide();
+    SetWindowPos(box, nullptr, 40, 120, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     Picture(L"start");
     WaitForCommands();
     Picture(L"idle");
@@ -339,7 +341,7 @@ void Demonstration::Picture(const std::wstring& name)
 void Demonstration::RequestPicture(const std::wstring& name)
 {
     if (choices_.pictures.empty()) return;
-    const HWND splash = FindProgramWindow(program_.Id(), L"QuillboxSplash");
+    const HWND splash = FindProgramWindow(program_.Id(), kSplashClass);
     RECT place = {};
     GetWindowRect(name == L"splash" && splash ? splash : window_, &place);
     requested_.push_back(choices_.pictures + L"\\" + name + L".place");
@@ -361,8 +363,11 @@ void Demonstration::WaitForPictures()
 void Demonstration::PictureOfSplash()
 {
     if (choices_.pictures.empty()) return;
-    const HWND splash = WaitForWindow(program_.Id(), L"QuillboxSplash", {}, 5000);
-    if (!splash) return;
+    const auto shown = [this](const wchar_t* windowClass) {
+        return FindProgramWindow(program_.Id(), windowClass);
+    };
+    Eventually([&] { return shown(kSplashClass) || shown(kBoxClass) || program_.HasEnded(); }, kStartLimit);
+    if (!shown(kSplashClass)) return;
     program_.Hold();
     Picture(L"splash");
     program_.Release();
