@@ -64,6 +64,6 @@ struct OeClient {
     bool dialogOverdue = false; // the client was told to open its Save dialog and has not done so yet
 };
 
-// The one way to wait: asks the condition, then up to `tries` times sleeps, lets the window live, and asks
-// again. Whether the condition came true.
+// The one way to wait: asks the condition, then up to `tries` times sleeps and asks again. Whether the
+// condition came true. The window lives meanwhile, and answers within 50 ms.
 bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition);

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int32_t kRoot = 0, kNext = 1, kChild = 4, kFirstVisible = 5, kCaret = 9; // TVGN_...
 constexpr std::uint32_t kTreeItemText = 1, kTreeItemChildren = 0x40;                    // mask bits
-constexpr int kRefreshTries = 31, kRefreshInterval = 100, kSettleInterval = 100;        // milliseconds
+constexpr int kRefreshTries = 31, kRefreshInterval = 100;                               // milliseconds
 constexpr std::int32_t kHomeKey = 0x24;
 constexpr int kDeepest = 500; // a tree deeper than this is damaged or malicious
 
@@ -82,10 +82,8 @@ private:
 void Settle(OeClient& client)
 {
     const double milliseconds = RoundHalfEven(static_cast<double>(client.settings.settleTime) * 1000.0);
-    int left = static_cast<int>(std::clamp(milliseconds, 0.0, 3600.0 * 1000.0));
-    // In slices, so that the stop buttons are seen to react.
-    for (; left > 0; left -= kSettleInterval)
-        WaitUntil(client, 1, std::min(left, kSettleInterval), [] { return false; });
+    const int limited = static_cast<int>(std::clamp(milliseconds, 0.0, 3600.0 * 1000.0));
+    WaitUntil(client, 1, limited, [] { return false; });
 }
 
 void AbortRun(OeClient& client)

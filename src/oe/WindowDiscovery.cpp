@@ -1,10 +1,13 @@
 #include "oe/WindowDiscovery.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kClassBuffer = 100;
 constexpr int kCaptionBuffer = 256;
 constexpr int kDialogInterval = 100; // milliseconds between two searches
+constexpr int kEventInterval = 50;   // and between two looks at what the user does meanwhile
 constexpr TextView kMainClass = u"Outlook Express Browser Class";
 
 // The shared state of a search. Searches do not overlap, so each call has its own.
@@ -42,8 +45,10 @@ bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std:
 {
     bool met = condition();
     for (; !met && tries >= 1; --tries) {
-        client.desktop.Sleep(intervalMilliseconds);
-        client.reporter.ProcessEvents();
+        for (int left = intervalMilliseconds; left > 0; left -= kEventInterval) {
+            client.desktop.Sleep(std::min(left, kEventInterval));
+            client.reporter.ProcessEvents();
+        }
         met = condition();
     }
     return met;

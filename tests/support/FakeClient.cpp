@@ -138,12 +138,13 @@ void FakeClient::Post(WindowHandle window, std::uint32_t message, std::int32_t w
 
 void FakeClient::Sleep(int milliseconds)
 {
-    ++sleeps;
     sleptMilliseconds += milliseconds;
-    if (pendingFolder_ >= 0 && --pendingSleeps_ <= 0) ShowFolder(std::exchange(pendingFolder_, -1));
-    for (auto& [sleepsLeft, row] : pendingDialogs_)
-        if (--sleepsLeft == 0) OpenDialog(row);
-    std::erase_if(pendingDialogs_, [](const auto& pending) { return pending.first == 0; });
+    for (; sleeps < sleptMilliseconds / kSleep; ++sleeps) {
+        if (pendingFolder_ >= 0 && --pendingSleeps_ <= 0) ShowFolder(std::exchange(pendingFolder_, -1));
+        for (auto& [sleepsLeft, row] : pendingDialogs_)
+            if (--sleepsLeft == 0) OpenDialog(row);
+        std::erase_if(pendingDialogs_, [](const auto& pending) { return pending.first == 0; });
+    }
 }
 
 void FakeClient::AskForDialog()

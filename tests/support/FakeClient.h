@@ -38,8 +38,9 @@ public:
     std::function<void(int saves)> onSave;
 
     // What was seen.
-    std::vector<std::string> calls; // of ProcessApi
-    std::size_t failAt = 0;         // the failAt-th of them is refused
+    std::vector<std::string> calls;    // of ProcessApi
+    std::size_t failAt = 0;            // the failAt-th of them is refused
+    static constexpr int kSleep = 100; // milliseconds; a sleep in slices counts as one
     int sleeps = 0, sleptMilliseconds = 0;
     std::vector<std::pair<Text, int>> saved; // path, row that was selected when the dialog was asked for
     std::vector<std::pair<WindowHandle, std::int32_t>> keys;   // key-down messages
