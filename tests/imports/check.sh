@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The program must start on Windows XP SP3 and stay small. Compares what it imports with xp.txt beside this
+# The program must start on Windows XP SP3, stay small and take the system's protections. Compares what it imports with xp.txt beside this
 # file, a list of functions that exist there; an import that the list lacks is looked up and added, or avoided.
 # usage: check.sh PROGRAM
 set -euo pipefail
@@ -37,6 +37,12 @@ subsystem=$(i686-w64-mingw32-objdump -p "$program" |
     awk '/^MajorSubsystemVersion/ { major = $2 } /^MinorSubsystemVersion/ { print major "." $2 }')
 if [ "$subsystem" != 5.1 ]; then
     echo "$program asks for Windows $subsystem, not 5.1" >&2
+    bad=1
+fi
+# Its place in memory can differ from start to start (which takes its relocations), and data is never run.
+marks=$(i686-w64-mingw32-objdump -p "$program" | grep -E 'DYNAMIC_BASE|NX_COMPAT|Base Relocation Directory \[.reloc\]')
+if [ "$(wc -l <<<"$marks")" != 3 ]; then
+    echo "$program lacks a mark for the system's protections; it has: $marks" >&2
     bad=1
 fi
 ((bad)) || echo "$program: $(wc -l <<<"$found") imports, all in Windows XP SP3; $size bytes"
