@@ -37,3 +37,10 @@ void OrbLabel::Create(HWND parent, int id, const wchar_t* caption, const RECT& p
     CreateDrawn(L"STATIC", caption, SS_OWNERDRAW | SS_NOTIFY | style, 0, parent, id, place,
                 std::make_unique<LabelDrawing>(palette));
 }
+
+void OrbLabel::SetCaption(const wchar_t* caption)
+{
+    std::wstring present(static_cast<std::size_t>(GetWindowTextLengthW(Window())) + 1, L'\0');
+    GetWindowTextW(Window(), present.data(), static_cast<int>(present.size()));
+    if (present.c_str() != std::wstring_view(caption)) SetText(caption);
+}

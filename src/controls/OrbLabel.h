@@ -10,5 +10,5 @@ public:
     // Created hidden.
     void Create(HWND parent, int id, const wchar_t* caption, const RECT& place, Kind kind = Kind::plain,
                 PaletteSource palette = CurrentPalette);
-    void SetCaption(const wchar_t* caption) { SetText(caption); } // visible at once
+    void SetCaption(const wchar_t* caption); // visible at once; the same again draws nothing
 };
