@@ -1,5 +1,7 @@
 #include "app/Form1Images.h"
 
+#include "controls/OrbPalette.h"
+
 #include <algorithm>
 #include <iterator>
 #include <vector>
@@ -8,24 +10,55 @@ namespace {
 
 constexpr COLORREF kClear = RGB(255, 0, 255); // drawn nowhere: becomes transparent
 constexpr COLORREF kOutline = RGB(84, 90, 100);
+constexpr COLORREF kWhite = RGB(255, 255, 255);
 const Text kKeys[] = {u"root", u"other", u"envelope", u"green", u"yellow", u"red"};
 
+// Draws on a grid of 16 by 16, whatever the size.
 struct Pen16 {
     HDC dc;
     int size;
     int At(int sixteenth) const { return (sixteenth * size + 8) / 16; }
+    int Line() const { return std::max(1, size / 16); }
 
-    void Polygon(std::vector<POINT> corners, COLORREF fill) const
+    // With an outline of its own colour.
+    template <class Shape>
+    void Filled(COLORREF fill, COLORREF outline, const Shape& shape) const
     {
-        for (POINT& corner : corners) corner = {At(corner.x), At(corner.y)};
-        const HPEN pen = CreatePen(PS_SOLID, std::max(1, size / 16), kOutline);
+        const HPEN pen = CreatePen(PS_SOLID, Line(), outline);
         const HBRUSH brush = CreateSolidBrush(fill);
         const HGDIOBJ oldPen = SelectObject(dc, pen);
         const HGDIOBJ oldBrush = SelectObject(dc, brush);
-        ::Polygon(dc, corners.data(), static_cast<int>(corners.size()));
+        shape();
         SelectObject(dc, oldBrush);
         SelectObject(dc, oldPen);
         DeleteObject(brush);
+        DeleteObject(pen);
+    }
+    std::vector<POINT> Scaled(std::vector<POINT> corners) const
+    {
+        for (POINT& corner : corners) corner = {At(corner.x), At(corner.y)};
+        return corners;
+    }
+    void Polygon(const std::vector<POINT>& corners, COLORREF fill, COLORREF outline = kOutline) const
+    {
+        const std::vector<POINT> scaled = Scaled(corners);
+        Filled(fill, outline, [&] { ::Polygon(dc, scaled.data(), static_cast<int>(scaled.size())); });
+    }
+    void Disc(int left, int top, int right, int bottom, COLORREF fill, COLORREF outline) const
+    {
+        Filled(fill, outline, [&] { Ellipse(dc, At(left), At(top), At(right), At(bottom)); });
+    }
+    void Bar(int left, int top, int right, int bottom, COLORREF fill) const
+    {
+        FillWith(dc, {At(left), At(top), At(right), At(bottom)}, fill);
+    }
+    void Stroke(const std::vector<POINT>& points, COLORREF colour) const
+    {
+        const HPEN pen = CreatePen(PS_SOLID, std::max(2, size / 9), colour);
+        const HGDIOBJ oldPen = SelectObject(dc, pen);
+        const std::vector<POINT> scaled = Scaled(points);
+        Polyline(dc, scaled.data(), static_cast<int>(scaled.size()));
+        SelectObject(dc, oldPen);
         DeleteObject(pen);
     }
 };
@@ -43,8 +76,35 @@ void DrawFolder(const Pen16& pen)
 
 void DrawEnvelope(const Pen16& pen, COLORREF paper)
 {
-    pen.Polygon({{1, 4}, {14, 4}, {14, 12}, {1, 12}}, paper);
-    pen.Polygon({{1, 4}, {14, 4}, {8, 9}, {7, 9}}, paper);
+    pen.Polygon({{0, 3}, {14, 3}, {14, 12}, {0, 12}}, paper);
+    pen.Polygon({{0, 3}, {14, 3}, {7, 8}}, paper);
+}
+
+// All saved: a disc with a tick. Some: a diamond, half of it filled. None: a square with an exclamation mark.
+// Told apart without their colours too.
+void DrawGreen(const Pen16& pen)
+{
+    constexpr COLORREF kGreen = RGB(28, 138, 56);
+    DrawEnvelope(pen, RGB(214, 240, 214));
+    pen.Disc(6, 6, 16, 16, kGreen, kGreen);
+    pen.Stroke({{8, 11}, {10, 13}, {14, 8}}, kWhite);
+}
+
+void DrawYellow(const Pen16& pen)
+{
+    constexpr COLORREF kDark = RGB(150, 100, 0);
+    DrawEnvelope(pen, RGB(255, 244, 200));
+    pen.Polygon({{10, 5}, {15, 10}, {10, 15}, {5, 10}}, kWhite, kDark);
+    pen.Polygon({{10, 5}, {10, 15}, {5, 10}}, RGB(244, 180, 0), kDark);
+}
+
+void DrawRed(const Pen16& pen)
+{
+    constexpr COLORREF kRed = RGB(196, 36, 36);
+    DrawEnvelope(pen, RGB(250, 220, 216));
+    pen.Polygon({{7, 7}, {15, 7}, {15, 15}, {7, 15}}, kRed, kRed);
+    pen.Bar(10, 8, 12, 12, kWhite);
+    pen.Bar(10, 13, 12, 15, kWhite);
 }
 
 void Draw(const Pen16& pen, const Text& key)
@@ -54,13 +114,13 @@ void Draw(const Pen16& pen, const Text& key)
     else if (key == u"other")
         DrawFolder(pen);
     else if (key == u"envelope")
-        DrawEnvelope(pen, RGB(255, 255, 255));
+        DrawEnvelope(pen, kWhite);
     else if (key == u"green")
-        DrawEnvelope(pen, RGB(120, 200, 110));
+        DrawGreen(pen);
     else if (key == u"yellow")
-        DrawEnvelope(pen, RGB(250, 214, 70));
+        DrawYellow(pen);
     else
-        DrawEnvelope(pen, RGB(226, 92, 80));
+        DrawRed(pen);
 }
 
 } // namespace
