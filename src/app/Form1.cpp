@@ -65,6 +65,7 @@ Form1::Form1(Surroundings& outside)
 bool Form1::Create(HINSTANCE instance)
 {
     InitCommonControls();
+    splash_.Show(instance, ProgramTitle(), L"Version " + std::wstring(Wide(ProgramVersion())));
     WNDCLASSW description = {};
     description.lpfnWndProc = WndProc;
     description.hInstance = instance;
@@ -130,6 +131,7 @@ void Form1::StartUp()
     Run([this] {
         log_.SetPath(state_.logPath);
         OpenDatabase();
+        ProcessEvents();                                           // a click on the splash window
         SendMessageW(controls_.cboComparison, CB_SETCURSEL, 1, 0); // "Database (medium speed)"
         ImgLstTree_ = MakeTreeImages(GetSystemMetrics(SM_CXSMICON));
         SendMessageW(controls_.tvOETree, TVM_SETIMAGELIST, TVSIL_NORMAL,
@@ -223,10 +225,18 @@ void Form1::Dispatch(MSG& message)
         ShowTab(static_cast<Tab>((controls_.nTab.Selected() + step) % count));
         return;
     }
+    if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && message.hwnd == controls_.txtSummary) {
+        // A box of several lines would keep it.
+        SetFocus(GetNextDlgTabItem(window_, message.hwnd, GetKeyState(VK_SHIFT) < 0));
+        return;
+    }
     if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && message.hwnd == controls_.Dir1) {
         OnCommand(idDir, LBN_DBLCLK);
         return;
     }
+    if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && IsChild(window_, message.hwnd) &&
+        PressByEnter(message))
+        return;
     if (window_ && IsDialogMessageW(window_, &message)) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
@@ -272,13 +282,17 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_SIZE:
         if (wParam != SIZE_MINIMIZED && controls_.nTab.Window()) controls_.Arrange();
         return 0;
+    case WM_NEXTDLGCTL: { // how a label's mnemonic gets to the control behind it
+        const HWND control = LOWORD(lParam) ? reinterpret_cast<HWND>(wParam)
+                                            : GetNextDlgTabItem(window_, GetFocus(), wParam != 0);
+        if (control) SetFocus(control);
+        return 0;
+    }
     case WM_GETMINMAXINFO: {
         const SIZE smallest = WindowSize(SmallestClient(controls_.Units()));
         reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest.cx, smallest.cy};
         return 0;
     }
-    case DM_GETDEFID: // what Enter presses where it has no meaning of its own
-        return MAKELRESULT(DefaultButton(), DC_HASDEFID);
     case WM_SETTINGCHANGE:
         if (wParam == SPI_SETNONCLIENTMETRICS) {
             controls_.TakeFonts(window_);
@@ -315,10 +329,20 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     return DefWindowProcW(window_, message, wParam, lParam);
 }
 
-int Form1::DefaultButton() const
+// The button that has the keyboard, else the main one of the page, unless the control wants Enter for itself.
+bool Form1::PressByEnter(MSG& message)
 {
-    if (running_ || controls_.nTab.Selected() != static_cast<int>(Tab::actions)) return 0;
-    return IsWindowVisible(controls_.cmdExport.Window()) ? idExport : idSync;
+    const LRESULT wishes =
+        SendMessageW(message.hwnd, WM_GETDLGCODE, VK_RETURN, reinterpret_cast<LPARAM>(&message));
+    if (wishes & DLGC_WANTALLKEYS) return false;
+    if (wishes & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) {
+        SendMessageW(message.hwnd, BM_CLICK, 0, 0);
+    } else if (controls_.nTab.Selected() == static_cast<int>(Tab::actions)) {
+        const bool synchronised = IsWindowVisible(controls_.cmdExport.Window());
+        const OrbSimpleButton& main = synchronised ? controls_.cmdExport : controls_.cmdSync;
+        if (IsWindowEnabled(main.Window())) SendMessageW(main.Window(), BM_CLICK, 0, 0);
+    }
+    return true;
 }
 
 void Form1::MoveFocus(HWND control)

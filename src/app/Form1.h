@@ -7,6 +7,7 @@
 #include "app/Form1Results.h"
 #include "app/Form1StorePicker.h"
 #include "app/Settings.h"
+#include "app/SplashWin.h"
 #include "folders/FolderRun.h"
 #include "platform/ProfileFile.h"
 #include "store/clsCRC.h"
@@ -90,7 +91,7 @@ private:
     SIZE WindowSize(const SIZE& client) const; // with its edges, and no larger than the screen
     RECT WorkArea() const;
     void TakeWishedSize();
-    int DefaultButton() const;    // 0: Enter presses nothing
+    bool PressByEnter(MSG& message);
     void MoveFocus(HWND control); // at once, or when the window is active again
 
     // Start-up and close
@@ -132,6 +133,7 @@ private:
     std::vector<HTREEITEM> folderNodes_; // of tvOETree, by line of lstTree
     // During a run, which marks nodes by selecting them: the one that the user had selected, or null.
     std::optional<HTREEITEM> chosenNode_;
+    Splash splash_; // until the first box
     Form1Controls controls_;
     Form1StorePicker store_;
     Form1Results results_;

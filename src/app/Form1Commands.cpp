@@ -66,6 +66,12 @@ void Form1::OnCommand(int id, int code)
     case mnCondenseDB:
         Run([this] { mnCondenseDBChosen(); });
         break;
+    case IDCANCEL: // Esc
+        if (GetFocus() == controls_.lvResults) {
+            controls_.ShowResults(false);
+            SetFocus(controls_.lstProgress);
+        }
+        break;
     case idProgressList:
         if (code == LBN_DBLCLK) controls_.ShowResults(true);
         break;

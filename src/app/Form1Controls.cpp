@@ -20,14 +20,24 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
         return SendMessageW(GetAncestor(frame, GA_ROOT), message, wParam, lParam);
     if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == idSummary)
         return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+    const OrbPalette palette = CurrentPalette();
     LRESULT answer = 0;
-    if (AnswerForGround(frame, message, wParam, CurrentPalette().page, answer)) return answer;
-    return DefWindowProcW(frame, message, wParam, lParam);
+    if (!AnswerForGround(frame, message, wParam, palette.page, answer))
+        return DefWindowProcW(frame, message, wParam, lParam);
+    if (message == WM_ERASEBKGND && GetDlgCtrlID(frame) == idStats) { // it stands alone, within a line
+        RECT area = {};
+        GetClientRect(frame, &area);
+        const HDC dc = reinterpret_cast<HDC>(wParam);
+        SetDCBrushColor(dc, palette.border);
+        FrameRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    }
+    return answer;
 }
 
 void RegisterFrame()
 {
     WNDCLASSW description = {};
+    description.style = CS_HREDRAW | CS_VREDRAW;
     description.lpfnWndProc = FrameProc;
     description.hInstance = GetModuleHandleW(nullptr);
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
@@ -115,7 +125,7 @@ void Form1Controls::MakeActions(HWND frame)
     cmdSync.Show(true);
     MakeLabel(capSync, frame, idLabel, L"<--- To start exporting, please synchronise first");
     cmdGetID.Create(frame, idGetID, L"&Get ID of selected email", kLater);
-    step(1, L"2  Choose store");
+    step(1, L"2  Store");
     cmdChooseStore.Create(frame, idChooseStore, L"Ch&oose store folder...", kLater);
     cmdChooseStore.Show(true);
     MakeLabel(lblStorePath, frame, idStorePath, L"");
@@ -165,6 +175,7 @@ void Form1Controls::MakeLists(HWND progressFrame, HWND summaryFrame)
         Make(progressFrame, idProgressList, L"LISTBOX", L"",
              WS_VISIBLE | WS_TABSTOP | WS_GROUP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
              WS_EX_CLIENTEDGE);
+    Make(progressFrame, idLabel, L"STATIC", L"Results", 0); // unseen, it names the table to screen readers
     lvResults = Make(progressFrame, idResults, WC_LISTVIEWW, L"", WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS,
                      WS_EX_CLIENTEDGE);
     SendMessageW(lvResults, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
@@ -177,7 +188,7 @@ void Form1Controls::MakeLists(HWND progressFrame, HWND summaryFrame)
 
 void Form1Controls::MakeStatistics(HWND form)
 {
-    fraStats = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN, WS_EX_STATICEDGE);
+    fraStats = Make(form, idStats, kFrameClass, L"", WS_CLIPCHILDREN);
     const auto line = [this](const wchar_t* caption, OrbLabel& value) {
         StatisticLabels labels = {{}, &value};
         MakeLabel(labels.name, fraStats, idLabel, caption);
@@ -201,10 +212,7 @@ void Form1Controls::MakeStatistics(HWND form)
 void Form1Controls::TakeFonts(HWND form)
 {
     DeleteFonts();
-    NONCLIENTMETRICSW metrics = {};
-    metrics.cbSize = sizeof metrics; // as Windows XP knows it; later ones take that too
-    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    LOGFONTW description = metrics.lfMessageFont;
+    LOGFONTW description = MessageFont();
     font_ = CreateFontIndirectW(&description);
     description.lfWeight = FW_BOLD;
     boldFont_ = CreateFontIndirectW(&description);

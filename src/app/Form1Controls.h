@@ -51,6 +51,7 @@ enum ControlId : int {
     idChooseStore,
     idShowLog,
     idShowResults,
+    idStats,
 };
 
 // A line of fraStats.

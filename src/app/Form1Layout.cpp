@@ -43,7 +43,7 @@ constexpr int kStatsHeight = 72;
 constexpr int kUpperEnd = kTop + kStatsHeight + 3 + kButton; // of tree or stop buttons
 constexpr int kFolderTop = kUpperEnd + 5;
 constexpr int kTabTop = kFolderTop + kLine + 4;
-constexpr int kStrip = 16; // the tabs themselves, at the most
+constexpr int kStrip = 18; // the tabs themselves, at the most
 constexpr int kPageWidth = 384, kPageHeight = 112;
 constexpr int kTabHeight = kStrip + kPageHeight;
 constexpr int kClientHeight = kTabTop + kTabHeight + kMargin;
@@ -140,7 +140,7 @@ Room ProgressRoom(const Form1Controls& c)
             {
                 {c.optLog, kPageLeft, 4, kSwitch, 10, kStays},
                 {c.optResults, kPageLeft + kSwitch, 4, kSwitch, 10, kStays},
-                {c.lblList.Window(), kPageLeft + 2 * kSwitch + 8, 5, 280, kLine, kWidens},
+                {c.lblList.Window(), kPageLeft + 2 * kSwitch + 8, 5, 268, kLine, kWidens},
                 {c.lstProgress, 0, kList, kPageWidth, kPageHeight - kList, kFills},
                 {c.lvResults, 0, kList, kPageWidth, kPageHeight - kList, kFills},
             }};
@@ -194,17 +194,6 @@ void Settle(const Room& room, const DialogUnits& units)
 }
 
 } // namespace
-
-DialogUnits UnitsOf(HFONT font)
-{
-    const HDC dc = GetDC(nullptr);
-    const HGDIOBJ oldFont = SelectObject(dc, font);
-    SIZE letters = {};
-    GetTextExtentPoint32W(dc, L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz", 52, &letters);
-    SelectObject(dc, oldFont);
-    ReleaseDC(nullptr, dc);
-    return {static_cast<int>(letters.cx), static_cast<int>(letters.cy)};
-}
 
 SIZE SmallestClient(const DialogUnits& units)
 {

@@ -55,6 +55,7 @@ void Form1::AppendProgress()
 
 void Form1::BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words)
 {
+    splash_.Close();
     if (closeAsked_) return; // nobody is there to press OK
     ShowAdded();
     const UINT picture = icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION;
