@@ -118,6 +118,23 @@ HWND ProgramUnderTest::Control(int id) const
     return search.found;
 }
 
+HWND ProgramUnderTest::Focus() const
+{
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
+    return info.hwndFocus;
+}
+
+void ProgramUnderTest::Type(WORD key) const
+{
+    constexpr LPARAM kAltHeld = 1 << 29;
+    if (key >= 'a' && key <= 'z')
+        PostMessageW(Focus(), WM_SYSKEYDOWN, static_cast<WPARAM>(key - 'a' + 'A'), kAltHeld);
+    else
+        PostMessageW(Focus(), WM_KEYDOWN, key, 0);
+}
+
 HWND ProgramUnderTest::WaitForBox(const std::wstring& caption) const
 {
     return WaitForWindow(process_.Id(), L"#32770", caption, kPatience);

@@ -26,6 +26,8 @@ public:
     bool PassStartUp(); // presses its OK and waits for the end of the first synchronisation
     HWND Window() const { return window_; }
     HWND Control(int id) const;
+    HWND Focus() const;        // the window of the program that has the keyboard
+    void Type(WORD key) const; // there, as the keyboard would; 'e' and other letters with Alt held
     HWND WaitForBox(const std::wstring& caption) const;
     void PressOk(HWND box) const;
     bool WaitUntilIdle(DWORD milliseconds) const; // no command under way

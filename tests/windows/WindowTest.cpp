@@ -170,28 +170,6 @@ TEST(WindowTest, EveryControlStandsInItsPlaceAndTab)
     EXPECT_TRUE(IsShown(program.Control(idResults)));
 }
 
-// The window of the program that has the keyboard.
-HWND FocusOf(const ProgramUnderTest& program)
-{
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(program.Window(), nullptr), &info);
-    return info.hwndFocus;
-}
-
-TEST(WindowTest, TabKeyVisitsWhatCanBeUsedInOrder)
-{
-    ProgramUnderTest program;
-    ASSERT_TRUE(program.PassStartUp());
-    ASSERT_TRUE(Eventually([&] { return FocusOf(program) == program.Control(idSync); }, 5000))
-        << "the keyboard is back on the button that a run had disabled";
-    for (const int next :
-         {idChooseStore, idJumpRemain, idSkipFiles, idIgnore, idUseSelection, idTab, idTree, idSync}) {
-        PostMessageW(FocusOf(program), WM_KEYDOWN, VK_TAB, 0);
-        EXPECT_TRUE(Eventually([&] { return FocusOf(program) == program.Control(next); }, 5000)) << next;
-    }
-}
-
 TEST(WindowTest, FolderListGoesDownAndUpAndIsTheStore)
 {
     ProgramUnderTest program;
