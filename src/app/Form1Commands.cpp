@@ -271,6 +271,12 @@ void Form1::mnMarkSavedChosen()
         EmailEntry entry;
         entry.Subject = Cell(row, ResultsColumn::subject);
         entry.Crc = Cell(row, ResultsColumn::crc);
+        if (entry.Crc.empty()) { // nothing would find such a record
+            LogLine(u"Not marked, as the e-mail could not be read: " + folder + u" - " +
+                        Cell(row, ResultsColumn::id),
+                    Record::yes);
+            continue;
+        }
         if (!IsSaved(state_.saved, entry.Crc, folder)) AddSavedEmail(state_.saved, folder, entry);
         LogLine(u"Mark as saved: " + folder + u" - " + entry.Subject + u" : " + entry.Crc, Record::yes);
         results_.Tick(place, false);
