@@ -270,7 +270,9 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         OnNotify(*reinterpret_cast<NMHDR*>(lParam));
         return 0;
     case WM_CONTEXTMENU:
-        if (reinterpret_cast<HWND>(wParam) != controls_.lvResults) break;
+        if (reinterpret_cast<HWND>(wParam) != controls_.lvResults &&
+            !IsChild(controls_.lvResults, reinterpret_cast<HWND>(wParam))) // its headers
+            break;
         if (!running_) results_.ShowMenu(window_, lParam);
         return 0;
     case WM_ACTIVATE: // the keyboard comes back to where it was

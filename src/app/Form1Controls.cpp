@@ -16,7 +16,7 @@ constexpr int kDisplayWidening = 120;                  // percent of the user's 
 // lists.
 LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_COMMAND || message == WM_NOTIFY)
+    if (message == WM_COMMAND || message == WM_NOTIFY || message == WM_CONTEXTMENU)
         return SendMessageW(GetAncestor(frame, GA_ROOT), message, wParam, lParam);
     if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == idSummary)
         return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));

@@ -78,9 +78,8 @@ TEST_F(AllFoldersWindowTest, EachStopEndsTheRunWhereItSays)
 TEST_F(AllFoldersWindowTest, NamesThatAreTakenAreSkippedOrRenamed)
 {
     AddFolder(L"Inbox", 4);
-    CreateDirectoryW((program.Folder() + L"store").c_str(), nullptr);
-    for (const wchar_t* folder : {L"", L"Inbox"})
-        CreateDirectoryW((program.Folder() + Stored(folder)).c_str(), nullptr);
+    CreateFolder(L"store");
+    for (const wchar_t* folder : {L"", L"Inbox"}) CreateFolder(Stored(folder));
     program.Write(Stored(L"Inbox\\0002_Inbox2.eml"), "the user's own");
     ASSERT_TRUE(Start("Skip Identical Files=1\r\nJump to remaining=1\r\nSystem Folders=|local folders|\r\n"));
     EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.");

@@ -89,6 +89,8 @@ TEST_F(CheckWindowTest, EachComparisonHasItsOwnTruth)
     AddFolder(L"Inbox", 6);
     ASSERT_TRUE(Start(""));
     EXPECT_EQ(Check(1).substr(0, 26), L"Folder has not been stored") << "nothing exported so far";
+    EXPECT_GT(static_cast<DWORD>(SendMessageW(Control(idSummary), EM_GETLIMITTEXT, 0, 0)), 10000000u)
+        << "many folders fit";
     EXPECT_EQ(TextOf(Control(idSummary)), L"Local Folders\\Inbox - all 6 emails need to be exported.");
     EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.");
     for (const int comparison : {0, 1, 2})
@@ -121,7 +123,7 @@ TEST_F(CheckWindowTest, EachComparisonHasItsOwnTruth)
     PressKey(list, VK_END);
     PressKey(list, VK_SPACE);
     EXPECT_TRUE(Eventually([&] { return TickImage(5) == 2; }, kPatience));
-    PostMessageW(program.Window(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
+    PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
     const HWND menu = WaitForWindow(program.Process().Id(), L"#32768", L"", kPatience);
     ASSERT_TRUE(menu) << "the menu key opens the menu";
     PressKey(menu, L'M');
@@ -129,6 +131,13 @@ TEST_F(CheckWindowTest, EachComparisonHasItsOwnTruth)
     EXPECT_TRUE(Contains(Log(), "Mark as saved: Local Folders\\Inbox - Inbox 1 : " + ToUtf8(row.at(4))));
     EXPECT_EQ(TickImage(5), 1) << "unticked, and still there";
     EXPECT_EQ(Check(1), L"Inbox has 6 saved email(s). All emails have been saved.");
+
+    PostMessageW(list, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(30, 30));
+    PostMessageW(list, WM_RBUTTONUP, 0, MAKELPARAM(30, 30));
+    const HWND clicked = WaitForWindow(program.Process().Id(), L"#32768", L"", kPatience);
+    ASSERT_TRUE(clicked) << "so does the right mouse button";
+    PressKey(clicked, VK_ESCAPE);
+    EXPECT_TRUE(Eventually([&] { return !IsWindow(clicked); }, kPatience));
 
     // The same e-mail stands in the table three times: it is recorded once.
     PressKey(list, VK_HOME);
@@ -146,6 +155,29 @@ TEST_F(CheckWindowTest, EachComparisonHasItsOwnTruth)
     EXPECT_TRUE(Eventually([&] { return TextOf(Control(idOrbVac)) == L"Removed 0 record(s)"; }, kPatience));
     EXPECT_EQ(Choose(mnMarkSaved), L"Finished updating database") << "nothing is ticked";
     EXPECT_TRUE(program.Close());
+}
+
+TEST_F(CheckWindowTest, AStopEndsALongCheckSoon)
+{
+    AddFolder(L"Inbox", 500); // some seconds to read
+    CreateFolder(L"store");
+    for (const wchar_t* folder : {L"", L"Inbox"}) CreateFolder(Stored(folder));
+    program.Write(Stored(L"Inbox\\0000_Inbox0.eml"), Message("Inbox 0", 0));
+    ASSERT_TRUE(Start(""));
+    const auto begin = [this] {
+        Press(Control(idCheckFolder));
+        return Eventually([&] { return TextOf(Control(idProg)) == L"1%"; }, kPatience);
+    };
+    ASSERT_TRUE(begin());
+    Press(Control(idStopAfterEmail));
+    const DWORD pressed = GetTickCount();
+    EXPECT_TRUE(program.WaitUntilIdle(kPatience));
+    EXPECT_LT(GetTickCount() - pressed, 1000u);
+    EXPECT_TRUE(Contains(Log(), "User aborted on email export."));
+    EXPECT_FALSE(WaitForWindow(program.Process().Id(), L"#32770", L"Quillbox", 200)) << "no verdict";
+    ASSERT_TRUE(begin());
+    EXPECT_TRUE(program.Close());
+    EXPECT_FALSE(Contains(Log(), "Inbox has")) << "nor when the window is closed";
 }
 
 } // namespace

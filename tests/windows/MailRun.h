@@ -12,19 +12,23 @@ protected:
     static std::string Message(const std::string& subject, int minute)
     {
         return "From: Ann Writer <ann@example.com>\r\nTo: Bob Reader <bob@example.com>\r\nSubject: " +
-               subject + "\r\nReceived: from a by b; Tue, 3 Apr 2007 10:" + std::to_string(10 + minute) +
-               ":30 +0000\r\nDate: Tue, 3 Apr 2007 10:" + std::to_string(10 + minute) +
+               subject + "\r\nReceived: from a by b; Tue, 3 Apr 2007 10:" + std::to_string(10 + minute % 50) +
+               ":30 +0000\r\nDate: Tue, 3 Apr 2007 10:" + std::to_string(10 + minute % 50) +
                ":00 +0000\r\n\r\nBody\r\n";
     }
     static bool Contains(const std::string& text, const std::string& sought)
     {
         return text.find(sought) != std::string::npos;
     }
+    void CreateFolder(const std::wstring& name) const // in the program's
+    {
+        CreateDirectoryW((program.Folder() + name).c_str(), nullptr);
+    }
     // Before Start; the e-mails are "Name 0", "Name 1" and so on.
     void AddFolder(const std::wstring& name, int messages)
     {
-        CreateDirectoryW((program.Folder() + L"mail").c_str(), nullptr);
-        CreateDirectoryW((program.Folder() + L"mail\\" + name).c_str(), nullptr);
+        CreateFolder(L"mail");
+        CreateFolder(L"mail\\" + name);
         for (int i = 0; i < messages; ++i)
             program.Write(L"mail\\" + name + L"\\" + std::to_wstring(i) + L".eml",
                           Message(std::string(name.begin(), name.end()) + " " + std::to_string(i), i));
@@ -32,7 +36,7 @@ protected:
     // options: further lines of settings.ini's section.
     bool Start(const std::string& options, const std::wstring& clientSwitches = {})
     {
-        CreateDirectoryW((program.Folder() + L"store").c_str(), nullptr);
+        CreateFolder(L"store");
         const std::string folder(program.Folder().begin(), program.Folder().end());
         program.Write(L"settings.ini", "[Paths]\r\nStore=" + folder +
                                            "store\r\n[Options]\r\nOE Folder Settle Time=0.1\r\n" + options);
