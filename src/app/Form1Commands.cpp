@@ -190,8 +190,8 @@ void Form1::cmdSaveAll()
     EnterRun();
     RunAllFolders(run, AllFoldersMode::check);
     if (closeAsked_) return;
-    // Kept: a stop ends the check alone, and what it found until then is exported. So each button is there
-    // anew.
+    // Kept: a stop after a folder ends the check alone, and what it found until then is exported. So each
+    // button is there anew.
     ShowStopButtons(StopButtons::shown);
     run.runTotalSaved = 0;
     state_.flags.runCompleted = false;

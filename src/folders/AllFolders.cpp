@@ -27,7 +27,9 @@ bool IsStopped(FolderRun& run)
     RunFlags& flags = run.Flags();
     if (!flags.stopAfterFolder) return false;
     Log(run, flags.stopRequested ? u"User aborted folder export." : u"Program forced to abort.");
-    flags.stopRequested = flags.stopAfterFolder = false;
+    flags.stopAfterFolder = false;
+    flags.stopRequested = flags.stopRequested &&
+                          flags.stopAfterEmail; // it is the user, too, who ends the export behind this check
     return true;
 }
 

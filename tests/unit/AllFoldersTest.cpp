@@ -159,6 +159,7 @@ TEST_F(AllFoldersTest, AStopBetweenTwoEmailsEndsTheCheckAndTheExportBehindIt)
     view.onEvents = nullptr;
     RunIn(AllFoldersMode::exportEmails);
     EXPECT_TRUE(fake.saved.empty()) << "the user has asked for the end of all";
+    EXPECT_EQ(Logged(u"User aborted on email export."), 1) << "it was the user";
 }
 
 TEST_F(AllFoldersTest, AFolderThatTheClientDoesNotShowIsLeftAlone)
