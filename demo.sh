@@ -23,7 +23,7 @@ root=$(cd "$(dirname "$0")" && pwd -P)
 usage() { sed -n '6,/^set/{/^set/d; s/^# \{0,1\}//p}' "$root/demo.sh"; }
 die() { echo "demo: $*" >&2; exit 2; }
 
-mail=$root/demo/mail out=$root/build/demo folder="" check="" steps=() client=() display=(-s 1680x900)
+mail=$root/demo/mail out=$root/build/demo folder="" check="" steps=() client=() display=(-s 2400x900)
 while (($#)); do
     case $1 in
         --mail | --out | --folder | --check | --steps | --client) [ -n "${2:-}" ] || die "$1 needs a value" ;;&

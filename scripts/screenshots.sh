@@ -29,5 +29,5 @@ take() { # DPI SCREEN DIR
     cp "$out/pictures/"*.png "$3/"
     echo "$(find "$3" -maxdepth 1 -name '*.png' | wc -l) pictures at $1 dpi in $3"
 }
-take 96 1680x900 "$pictures"
-take 192 3360x1800 "$pictures/192"
+take 96 2400x900 "$pictures"
+take 192 4800x1800 "$pictures/192"

@@ -111,7 +111,9 @@ void DotDisplay::Draw()
     lit_.assign(static_cast<std::size_t>(across_) * static_cast<std::size_t>(down_), 0);
     const int columns = (across_ + 1) / kCell;
     const int left = (across_ - (columns * kCell - 1)) / 2;
-    const int height = LineCapacity() * kLinePitch - (kLinePitch - kGlyphHeight);
+    // In the middle, however few lines there are.
+    const int shown = std::clamp(static_cast<int>(lines_.size()), 1, LineCapacity());
+    const int height = shown * kLinePitch - (kLinePitch - kGlyphHeight);
     const int top = (down_ - height) / 2;
     for (std::size_t line = 0; line < lines_.size(); ++line) {
         const int y0 = static_cast<int>(line) * kLinePitch - offset_;

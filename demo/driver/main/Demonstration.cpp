@@ -266,7 +266,7 @@ HWND Demonstration::WindowOf(const StartedProcess& program, const std::string& w
 // The client comes to the front at every save; beside each other, neither covers the other.
 void Demonstration::PlaceSideBySide()
 {
-    constexpr int kGap = 60; // pixels; the client's dialog hangs over its edge
+    constexpr int kGap = 60; // pixels
     RECT place = {};
     GetWindowRect(window_, &place);
     constexpr UINT kOnlyMove = SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE;
@@ -367,8 +367,8 @@ void Demonstration::PictureOfSplash()
         return FindProgramWindow(program_.Id(), windowClass);
     };
     Eventually([&] { return shown(kSplashClass) || shown(kBoxClass) || program_.HasEnded(); }, kStartLimit);
-    if (!shown(kSplashClass)) return;
+    Sleep(30); // until it is drawn
     program_.Hold();
-    Picture(L"splash");
+    if (shown(kSplashClass)) Picture(L"splash");
     program_.Release();
 }
