@@ -7,7 +7,7 @@ namespace {
 
 constexpr wchar_t kClass[] = L"QuillboxSplash";
 constexpr DWORD kNoActivate = 0x08000000; // WS_EX_NOACTIVATE, which older headers lack
-constexpr int kWidth = 190, kHeight = 74; // dialog units
+constexpr int kWidth = 166, kHeight = 70; // dialog units
 constexpr int kNamePercent = 260;         // of the message font
 
 // A font of the user's face, as long as this object lives.
