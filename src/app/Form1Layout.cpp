@@ -2,12 +2,12 @@
 
 #include "app/Form1Controls.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace {
 
-// How far each edge moves, in percent of what the parent is larger than at its smallest.
+// How far each edge moves, in percent of what the parent is larger than at its smallest (or smaller: a small
+// screen may leave no choice).
 struct Growth {
     int left, top, right, bottom;
 };
@@ -54,9 +54,10 @@ constexpr int kPageLeft = 6, kFirst = 62, kSecond = 176, kThird = 276;
 constexpr int kFirstWidth = 110, kSecondWidth = 96, kThirdWidth = 102;
 constexpr int kBehindFirst = kThird + kThirdWidth - kFirst, kBehindSecond = kThird + kThirdWidth - kSecond;
 
-Room FormRoom(const Form1Controls& c, Arrangement arrangement)
+Room FormRoom(const Form1Controls& c, Arrangement arrangement, bool isTooLow)
 {
-    const int share = arrangement == Arrangement::busy ? 0 : kTreeShare;
+    // On a screen that is too low for all the tree alone gives way.
+    const int share = arrangement == Arrangement::busy ? 0 : isTooLow ? 100 : kTreeShare;
     constexpr int kStop = 112;
     return {
         GetParent(c.nTab.Window()),
@@ -177,8 +178,8 @@ void Settle(const Room& room, const DialogUnits& units)
 {
     RECT area = {};
     GetClientRect(room.parent, &area);
-    const int wider = std::max(0, static_cast<int>(area.right) - units.Across(room.width));
-    const int higher = std::max(0, static_cast<int>(area.bottom) - units.Down(room.height));
+    const int wider = static_cast<int>(area.right) - units.Across(room.width);
+    const int higher = static_cast<int>(area.bottom) - units.Down(room.height);
     HDWP moves = BeginDeferWindowPos(static_cast<int>(room.rules.size()));
     for (const Rule& rule : room.rules) {
         const int left = units.Across(rule.left) + wider * rule.growth.left / 100;
@@ -207,7 +208,10 @@ SIZE WishedClient(const DialogUnits& units)
 
 void Arrange(const Form1Controls& controls, const DialogUnits& units, Arrangement arrangement)
 {
-    Settle(FormRoom(controls, arrangement), units);
+    RECT client = {};
+    GetClientRect(GetParent(controls.nTab.Window()), &client);
+    const bool isTooLow = client.bottom < SmallestClient(units).cy;
+    Settle(FormRoom(controls, arrangement, isTooLow), units);
     const RECT page = controls.nTab.Inside();
     for (const HWND frame : controls.fraTabs) {
         SetWindowPos(frame, nullptr, page.left, page.top, page.right - page.left, page.bottom - page.top,

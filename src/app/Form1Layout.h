@@ -10,7 +10,7 @@ class Form1Controls;
 // busy: fraStats and the stop buttons stand in the place of the folder tree, the tab strip below them.
 enum class Arrangement { idle, busy };
 
-// Sizes of the form's client area: below the smallest the lower controls would stand outside.
+// Sizes of the form's client area.
 SIZE SmallestClient(const DialogUnits& units);
 SIZE WishedClient(const DialogUnits& units);
 
