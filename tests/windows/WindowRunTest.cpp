@@ -1,23 +1,16 @@
 // WindowRunTest.cpp: the program's commands, pressed against the stand-in mail client in a process of its
 // own.
-#include "tests/windows/ProgramUnderTest.h"
+#include "tests/windows/MailRun.h"
 
 #include <commctrl.h>
-#include <gtest/gtest.h>
 
 namespace {
 
-constexpr DWORD kPatience = 20000;
 constexpr int kMessages = 6;
 
 bool IsShown(HWND control)
 {
     return (GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0;
-}
-
-bool Contains(const std::string& text, const std::string& sought)
-{
-    return text.find(sought) != std::string::npos;
 }
 
 int Top(HWND control)
@@ -27,48 +20,28 @@ int Top(HWND control)
     return place.top;
 }
 
-std::string Message(int number)
-{
-    return "From: Ann Writer <ann@example.com>\r\nTo: Bob Reader <bob@example.com>\r\nSubject: Note " +
-           std::to_string(number) + "\r\nDate: Tue, 3 Apr 2007 10:0" + std::to_string(number) +
-           ":00 +0100\r\n\r\nBody " + std::to_string(number) + "\r\n";
-}
-
-class WindowRunTest : public testing::Test {
+class WindowRunTest : public MailRun {
 protected:
-    // The client with an Inbox of kMessages and an empty Drafts, then the program, synchronised.
-    bool Start(const std::wstring& clientSwitches)
+    bool StartWithInbox(const std::wstring& clientSwitches = {})
     {
-        for (const wchar_t* folder : {L"mail", L"mail\\Inbox", L"mail\\Drafts", L"store"})
-            CreateDirectoryW((program.Folder() + folder).c_str(), nullptr);
-        for (int i = 0; i < kMessages; ++i)
-            program.Write(L"mail\\Inbox\\" + std::to_wstring(i) + L".eml", Message(i));
-        const std::string folder(program.Folder().begin(), program.Folder().end());
-        program.Write(L"settings.ini", "[Paths]\r\nStore=" + folder + "store\r\n");
-        client.Start(L"\"" + FolderOfTests() + L"demo-client.exe\" --mail \"" + program.Folder() +
-                         L"mail\" " + clientSwitches,
-                     program.Folder());
-        return WaitForWindow(client.Id(), L"Outlook Express Browser Class", L"", kPatience) &&
-               program.PassStartUp();
-    }
-    HWND Control(int id) const { return program.Control(id); }
-    bool WaitForLog(const std::string& words) const
-    {
-        return Eventually([&] { return Contains(program.Read(L"log.txt"), words); }, kPatience);
+        AddFolder(L"Inbox", kMessages);
+        AddFolder(L"Drafts", 0);
+        return Start("", clientSwitches);
     }
     std::string Exported(int row) const
     {
         const std::wstring number = std::to_wstring(row);
-        return program.Read(L"store\\Local Folders\\Inbox\\000" + number + L"_Note" + number + L".eml");
+        return program.Read(Stored(L"Inbox\\000" + number + L"_Inbox" + number + L".eml"));
     }
-
-    ProgramUnderTest program; // outlives the client, whose files lie in its folder
-    StartedProcess client;
+    static std::string Message(int number)
+    {
+        return MailRun::Message("Inbox " + std::to_string(number), number);
+    }
 };
 
 TEST_F(WindowRunTest, SynchronisingShowsFoldersAndUnlocksCommands)
 {
-    ASSERT_TRUE(Start(L""));
+    ASSERT_TRUE(StartWithInbox());
     EXPECT_EQ(LinesOf(Control(idTreeList)),
               (std::vector<std::wstring>{L"Outlook Express", L"-Local Folders", L"--Drafts", L"--Inbox"}));
     EXPECT_EQ(LinesOf(Control(idLines)),
@@ -77,7 +50,7 @@ TEST_F(WindowRunTest, SynchronisingShowsFoldersAndUnlocksCommands)
     EXPECT_EQ(SendMessageW(Control(idTreeList), LB_GETCURSEL, 0, 0), 3);
     EXPECT_EQ(SendMessageW(Control(idTree), TVM_GETCOUNT, 0, 0), 4);
     EXPECT_EQ(TextOf(Control(idOEFolder)), L"Local Folders\\Inbox");
-    EXPECT_EQ(TextOf(Control(idOrbVac)), L"Subject: Note 0");
+    EXPECT_EQ(TextOf(Control(idOrbVac)), L"Subject: Inbox 0");
     for (const int id : {idExport, idGetID}) {
         EXPECT_TRUE(IsShown(Control(id))) << id;
         EXPECT_TRUE(IsWindowEnabled(Control(id))) << id;
@@ -96,15 +69,15 @@ TEST_F(WindowRunTest, SynchronisingShowsFoldersAndUnlocksCommands)
     EXPECT_TRUE(Eventually([&] { return TextOf(Control(idOrbVac)) == L"Message ID: 0"; }, kPatience));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     const std::wstring summary = TextOf(Control(idSummary));
-    EXPECT_EQ(summary.find(L"Subject: Note 0\r\nFrom: Ann Writer\r\nTo: Bob Reader\r\nSent: "), 0u);
+    EXPECT_EQ(summary.find(L"Subject: Inbox 0\r\nFrom: Ann Writer\r\nTo: Bob Reader\r\nSent: "), 0u);
     EXPECT_NE(summary.find(L"\r\nCRC: "), std::wstring::npos);
 }
 
 TEST_F(WindowRunTest, ExportSavesEveryEmailOnce)
 {
-    ASSERT_TRUE(Start(L""));
+    ASSERT_TRUE(StartWithInbox());
     Press(Control(idExport));
-    ASSERT_TRUE(WaitForLog("- Exporting Note 1"));
+    ASSERT_TRUE(WaitForLog("- Exporting Inbox 1"));
     for (const int id : {idSync, idGetID, idExport, idUseSelection})
         EXPECT_FALSE(IsWindowEnabled(Control(id))) << id;
     EXPECT_TRUE(IsShown(GetParent(Control(idProg))));
@@ -135,15 +108,15 @@ TEST_F(WindowRunTest, ExportSavesEveryEmailOnce)
 
 TEST_F(WindowRunTest, StopAfterEmailEndsTheExportWithoutABox)
 {
-    ASSERT_TRUE(Start(L"--slow=200"));
+    ASSERT_TRUE(StartWithInbox(L"--slow=200"));
     Press(Control(idExport));
-    ASSERT_TRUE(WaitForLog("- Exporting Note 1"));
+    ASSERT_TRUE(WaitForLog("- Exporting Inbox 1"));
     SendMessageW(Control(idStopAfterEmail), BM_CLICK, 0, 0);
     EXPECT_FALSE(IsShown(Control(idStopAfterEmail))) << "each stop is asked for once";
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     const std::string log = program.Read(L"log.txt");
     EXPECT_TRUE(Contains(log, "User aborted on email export."));
-    EXPECT_FALSE(Contains(log, "- Exporting Note 4"));
+    EXPECT_FALSE(Contains(log, "- Exporting Inbox 4"));
     EXPECT_FALSE(WaitForWindow(program.Process().Id(), L"#32770", L"Quillbox", 300));
     EXPECT_EQ(Exported(1), Message(1)) << "the e-mail under way is finished";
     EXPECT_FALSE(IsShown(Control(idStopAfterFolder)));
@@ -152,9 +125,9 @@ TEST_F(WindowRunTest, StopAfterEmailEndsTheExportWithoutABox)
 
 TEST_F(WindowRunTest, ClosingInMidRunFinishesTheEmailAndSavesTheSettings)
 {
-    ASSERT_TRUE(Start(L"--slow=200"));
+    ASSERT_TRUE(StartWithInbox(L"--slow=200"));
     Press(Control(idExport));
-    ASSERT_TRUE(WaitForLog("- Exporting Note 1"));
+    ASSERT_TRUE(WaitForLog("- Exporting Inbox 1"));
     ASSERT_TRUE(program.Close());
     const std::string log = program.Read(L"log.txt");
     EXPECT_TRUE(Contains(log, "User aborted on email export."));
@@ -165,7 +138,7 @@ TEST_F(WindowRunTest, ClosingInMidRunFinishesTheEmailAndSavesTheSettings)
 
 TEST_F(WindowRunTest, ClientThatClosesEndsTheExportAndTheProgramLives)
 {
-    ASSERT_TRUE(Start(L"--close-after=2"));
+    ASSERT_TRUE(StartWithInbox(L"--close-after=2"));
     Press(Control(idExport));
     ASSERT_TRUE(WaitForLog("OE has closed unexpectedly"));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
