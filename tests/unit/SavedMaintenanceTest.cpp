@@ -57,6 +57,8 @@ TEST_F(SavedMaintenanceTest, TheWindowLivesAfterEvery251Rows)
     yields = 0;
     EXPECT_EQ(Crcs(u"f").size(), 1u + 502u * 2u);
     EXPECT_EQ(yields, 2);
+    EXPECT_EQ(CondenseDatabase(saved, [this] { ++yields; }), 501);
+    EXPECT_EQ(yields, 4);
 }
 
 TEST_F(SavedMaintenanceTest, CondensingKeepsOneOfEachCrcAndFolder)
