@@ -278,8 +278,8 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_ACTIVATE: // the keyboard comes back to where it was
         if (LOWORD(wParam) == WA_INACTIVE)
             lastFocus_ = GetFocus();
-        else if (lastFocus_ && IsChild(window_, lastFocus_))
-            SetFocus(lastFocus_);
+        else
+            MoveFocus(lastFocus_);
         return 0;
     case WM_SIZE:
         if (wParam != SIZE_MINIMIZED && controls_.nTab.Window()) controls_.Arrange();
@@ -349,10 +349,10 @@ bool Form1::PressByEnter(MSG& message)
 
 void Form1::MoveFocus(HWND control)
 {
-    if (GetActiveWindow() == window_ && IsWindowVisible(control) && IsChild(window_, control))
-        SetFocus(control);
-    else
-        lastFocus_ = control;
+    lastFocus_ = control;
+    if (!control || GetActiveWindow() != window_) return;
+    const bool isShown = IsChild(window_, control) && IsWindowVisible(control);
+    SetFocus(isShown ? control : controls_.nTab.Window());
 }
 
 void Form1::AskToClose()

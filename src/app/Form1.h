@@ -92,7 +92,8 @@ private:
     RECT WorkArea() const;
     void TakeWishedSize();
     bool PressByEnter(MSG& message);
-    void MoveFocus(HWND control); // at once, or when the window is active again
+    // At once, or when the window is active again. To the tabs, when the control is on a page that is hidden.
+    void MoveFocus(HWND control);
 
     // Start-up and close
     void SetUpPaths();

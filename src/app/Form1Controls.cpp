@@ -250,10 +250,13 @@ void Form1Controls::FitToFrames()
 
 void Form1Controls::ShowFrame(int index)
 {
-    for (const HWND frame : fraTabs) Show(frame, false);
-    if (index >= 0 && index < static_cast<int>(fraTabs.size())) {
-        Show(fraTabs[static_cast<std::size_t>(index)], true);
-        UpdateWindow(fraTabs[static_cast<std::size_t>(index)]);
+    const HWND focus = GetFocus();
+    for (int i = 0; i < static_cast<int>(fraTabs.size()); ++i) {
+        const HWND frame = fraTabs[static_cast<std::size_t>(i)];
+        if (i != index && IsChild(frame, focus))
+            SetFocus(nTab.Window()); // hidden, it would keep the keyboard
+        Show(frame, i == index);
+        if (i == index) UpdateWindow(frame);
     }
 }
 

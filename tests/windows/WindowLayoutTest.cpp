@@ -304,7 +304,7 @@ TEST_F(WindowKeyboardTest, KeysAloneExportAFolder)
     program.Type(VK_RETURN);
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     EXPECT_TRUE(Logged("3 passed, 0 failed, 0 skipped"));
-    ASSERT_TRUE(Eventually([&] { return program.Focus() != nullptr; }, kPatience));
+    ASSERT_TRUE(WaitForFocus(idTab)) << "the command's own page is hidden";
     PostMessageW(program.Focus(), WM_SYSKEYDOWN, VK_F4, 1 << 29);
     EXPECT_TRUE(program.Process().WaitForEnd(kPatience));
 }
