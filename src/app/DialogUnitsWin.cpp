@@ -1,9 +1,12 @@
 #include "app/DialogUnitsWin.h"
 
+// As Windows XP knows it, which refuses the longer one of later systems; these take both.
+static_assert(sizeof(NONCLIENTMETRICSW) == 500);
+
 LOGFONTW MessageFont()
 {
     NONCLIENTMETRICSW metrics = {};
-    metrics.cbSize = sizeof metrics; // as Windows XP knows it; later ones take that too
+    metrics.cbSize = sizeof metrics;
     SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     return metrics.lfMessageFont;
 }

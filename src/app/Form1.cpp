@@ -266,7 +266,7 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         OnCommand(LOWORD(wParam), HIWORD(wParam));
         return 0;
     case WM_NOTIFY:
-        if (Form1Controls::AnswerToolTip(*reinterpret_cast<const NMHDR*>(lParam))) return 0;
+        if (Form1Controls::AnswerToolTip(*reinterpret_cast<NMHDR*>(lParam))) return 0;
         OnNotify(*reinterpret_cast<NMHDR*>(lParam));
         return 0;
     case WM_CONTEXTMENU:

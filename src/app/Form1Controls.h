@@ -78,7 +78,7 @@ public:
     void LeaveBusyLayout();
     void DeleteFonts();
     // The tool tip of a label that may end in an ellipsis is its whole text. False: not such a question.
-    static bool AnswerToolTip(const NMHDR& notice);
+    static bool AnswerToolTip(NMHDR& notice);
 
     OrbVacuum OrbVac;
     OrbTab nTab;

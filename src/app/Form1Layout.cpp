@@ -36,7 +36,7 @@ constexpr int kMargin = 5;
 constexpr int kLine = 9;     // of text, with a little air
 constexpr int kButton = 14;  // height of a button
 constexpr int kDropped = 90; // a combo box counts its open list
-constexpr int kContent = 390, kClientWidth = kContent + 2 * kMargin;
+constexpr int kContent = 397, kClientWidth = kContent + 2 * kMargin;
 constexpr int kDisplay = 34;                       // two lines of dots
 constexpr int kTop = kMargin + kDisplay + kMargin; // of the tree's label, or of the statistics
 constexpr int kStatsHeight = 72;
@@ -44,14 +44,14 @@ constexpr int kUpperEnd = kTop + kStatsHeight + 3 + kButton; // of tree or stop 
 constexpr int kFolderTop = kUpperEnd + 5;
 constexpr int kTabTop = kFolderTop + kLine + 4;
 constexpr int kStrip = 18; // the tabs themselves, at the most
-constexpr int kPageWidth = 384, kPageHeight = 112;
+constexpr int kPageWidth = 391, kPageHeight = 112;
 constexpr int kTabHeight = kStrip + kPageHeight;
 constexpr int kClientHeight = kTabTop + kTabHeight + kMargin;
 constexpr int kTreeShare = 40; // percent of the height to spare; the tab pages get the rest
 
 // Columns of the pages: captions, then three of controls.
-constexpr int kPageLeft = 6, kFirst = 62, kSecond = 176, kThird = 276;
-constexpr int kFirstWidth = 110, kSecondWidth = 96, kThirdWidth = 102;
+constexpr int kPageLeft = 6, kFirst = 62, kSecond = 183, kThird = 284;
+constexpr int kFirstWidth = 118, kSecondWidth = 98, kThirdWidth = 102;
 constexpr int kBehindFirst = kThird + kThirdWidth - kFirst, kBehindSecond = kThird + kThirdWidth - kSecond;
 
 Room FormRoom(const Form1Controls& c, Arrangement arrangement, bool isTooLow)
@@ -141,7 +141,8 @@ Room ProgressRoom(const Form1Controls& c)
             {
                 {c.optLog, kPageLeft, 4, kSwitch, 10, kStays},
                 {c.optResults, kPageLeft + kSwitch, 4, kSwitch, 10, kStays},
-                {c.lblList.Window(), kPageLeft + 2 * kSwitch + 8, 5, 268, kLine, kWidens},
+                {c.lblList.Window(), kPageLeft + 2 * kSwitch + 8, 5,
+                 kPageWidth - 2 * kPageLeft - 2 * kSwitch - 8, kLine, kWidens},
                 {c.lstProgress, 0, kList, kPageWidth, kPageHeight - kList, kFills},
                 {c.lvResults, 0, kList, kPageWidth, kPageHeight - kList, kFills},
             }};
@@ -150,7 +151,7 @@ Room ProgressRoom(const Form1Controls& c)
 // Two columns, of the current folder and of all folders: a name, a bar, and a value for each name below.
 Room StatisticsRoom(const Form1Controls& c)
 {
-    constexpr int kLeft = 7, kRight = 200, kNames = 86, kColumn = 182;
+    constexpr int kLeft = 7, kRight = 203, kNames = 86, kColumn = 186;
     Room room = {c.fraStats,
                  kContent,
                  kStatsHeight,

@@ -52,11 +52,11 @@ void Form1Controls::MakeToolTips(HWND form)
     SendMessageW(tips, TTM_SETMAXTIPWIDTH, 0, units_.Across(kWidestTip));
 }
 
-bool Form1Controls::AnswerToolTip(const NMHDR& notice)
+bool Form1Controls::AnswerToolTip(NMHDR& notice)
 {
     if (notice.code != static_cast<UINT>(TTN_GETDISPINFOW)) return false;
     static wchar_t words[1024]; // the tool tip reads it after the answer
     GetWindowTextW(reinterpret_cast<HWND>(notice.idFrom), words, 1024);
-    const_cast<NMTTDISPINFOW&>(reinterpret_cast<const NMTTDISPINFOW&>(notice)).lpszText = words;
+    reinterpret_cast<NMTTDISPINFOW&>(notice).lpszText = words;
     return true;
 }

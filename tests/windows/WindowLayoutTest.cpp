@@ -144,7 +144,7 @@ TEST_F(WindowLayoutTest, TextsFitTheirControls)
         GetClientRect(control, &area);
         const SIZE size = Measure(text, id == idStep ? FW_BOLD : FW_NORMAL);
         const bool hasBox = button && (style & BS_TYPEMASK) != BS_OWNERDRAW;
-        const int beside = combo ? arrow + 6 : hasBox ? box + 4 : button ? size.cy / 2 : 0;
+        const int beside = combo ? arrow + 6 : hasBox ? box + 4 : button ? size.cy : 0;
         EXPECT_LE(size.cx + beside, area.right) << NameOf(control);
         EXPECT_LE(size.cy, area.bottom) << NameOf(control);
         ++measured;
