@@ -60,8 +60,9 @@ scripts/build.sh win32
 scripts/build.sh fuzz fuzz-targets
 scripts/build.sh native demo-pack demo-check quillbox-inspect
 
-echo "== Imports and size of the program"
+echo "== The program and its package"
 tests/imports/check.sh build/win32/quillbox.exe
+tests/package/check.sh
 
 echo "== Unit tests under the sanitizers"
 ctest --test-dir build/asan --output-on-failure
