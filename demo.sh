@@ -15,8 +15,8 @@
 #   --steps LIST   for tests: what is done instead, as demo-driver's steps, parted by blanks
 #   --client LIST  for tests: switches of demo-client, parted by blanks
 #
-# Exits with 0 only if every message of the folders is in the store or was reported as skipped; with --check,
-# if the check came to its end.
+# Exits with 0 only if every message of the folders is in the store or was reported as skipped, and log, store
+# and saved.mdb tell of equally many; with --check, if the check came to its end.
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")" && pwd -P)

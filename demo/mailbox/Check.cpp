@@ -183,6 +183,8 @@ bool MayLookAlike(const MailMessage& a, const MailMessage& b)
 
 struct Check {
     const std::vector<ExportRecord>& log;
+    std::string ignored{}; // with "/" between the names; empty: none
+    bool isIgnoring = false;
     CheckResult result{};
 
     void Folder(const MailFolder& folder, const std::string& path, const fs::path& directory)
@@ -219,7 +221,12 @@ struct Check {
 
     void Tree(const MailFolder& folder, const std::string& path, const fs::path& directory)
     {
-        Folder(folder, path, directory);
+        isIgnoring = isIgnoring || (!ignored.empty() && EqualNoCase(path, ignored));
+        if (!isIgnoring)
+            Folder(folder, path, directory);
+        else if (!folder.messages.empty())
+            result.notes.push_back(path + ": " + std::to_string(folder.messages.size()) +
+                                   " messages left out, as the first folder to ignore wants it");
         DirectoryFinder below(directory, folder);
         for (const MailFolder& child : folder.folders)
             Tree(child, path + "/" + NameToUtf8(child.name),
@@ -241,9 +248,11 @@ fs::path RootDirectory(const fs::path& store)
 
 } // namespace
 
-CheckResult CheckAll(const MailFolder& root, const fs::path& store, const std::vector<ExportRecord>& log)
+CheckResult CheckAll(const MailFolder& root, const fs::path& store, const std::vector<ExportRecord>& log,
+                     const std::string& ignored)
 {
-    Check check{log};
+    Check check{log, ignored};
+    std::replace(check.ignored.begin(), check.ignored.end(), '\\', '/');
     check.Tree(root, NameToUtf8(kRootFolderName), RootDirectory(store));
     return check.result;
 }

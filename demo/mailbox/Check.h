@@ -19,5 +19,7 @@ struct CheckResult {
 // or a file cannot be read.
 CheckResult CheckFolder(const MailFolder& root, std::u16string_view path, const std::filesystem::path& store,
                         const std::vector<ExportRecord>& log);
+// ignored: a folder's full name ("Local Folders\\Archive", letter case does not count); it and all behind it
+// are left out with a note, as they were left out of the export. Empty: none.
 CheckResult CheckAll(const MailFolder& root, const std::filesystem::path& store,
-                     const std::vector<ExportRecord>& log);
+                     const std::vector<ExportRecord>& log, const std::string& ignored = {});

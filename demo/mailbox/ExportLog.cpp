@@ -67,6 +67,18 @@ std::vector<ExportRecord> ReadExportLog(std::string_view log)
     return records;
 }
 
+std::string IgnoredFolder(std::string_view log)
+{
+    constexpr std::string_view kIgnoring = "Ignoring all folders after: ";
+    std::string ignored;
+    while (!log.empty()) {
+        const std::string_view line = TakeLogLine(log);
+        if (line == "Exporting Outlook Express folders") ignored.clear();
+        if (line.starts_with(kIgnoring)) ignored = line.substr(kIgnoring.size());
+    }
+    return ignored;
+}
+
 std::size_t SkippedForGood(const std::vector<ExportRecord>& log, std::u16string_view folder,
                            std::size_t messages)
 {

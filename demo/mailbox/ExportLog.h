@@ -19,3 +19,7 @@ std::vector<ExportRecord> ReadExportLog(std::string_view log);
 // saved before do not count: their files must be there.
 std::size_t SkippedForGood(const std::vector<ExportRecord>& log, std::u16string_view folder,
                            std::size_t messages);
+
+// The folder before which the last run over all folders stopped because its user had named it, in the log's
+// code page; empty when it went to the end.
+std::string IgnoredFolder(std::string_view log);

@@ -109,6 +109,11 @@ said '^3 of 3 messages exported$'
 expect 0 --mail "mail box/../mail box" --out hostile
 said '^5 of 5 messages exported$'
 said '5 rows: they agree$'
+sed -i 's/^First folder to ignore=.*/First folder to ignore=local folders\\CON\r/' hostile/program/settings.ini
+rm -r hostile/store hostile/program/saved.mdb hostile/program/log.txt
+expect 0 --mail "mail box" --out hostile
+said '^1 of 1 messages exported$'
+said '^note: Local Folders/Con: 1 messages left out'
 
 echo "-- an empty folder, and none"
 expect 0 --mail "mail box" --out hostile --folder empty

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The package holds what it should, its program can be moved in memory, and making it again gives the same bytes.
+# The package holds what it should, and making it again gives the same bytes.
 # usage: check.sh, in a checkout without changes
 set -euo pipefail
 cd "$(dirname "$0")/../.."
@@ -26,11 +26,4 @@ done
 while read -r picture; do
     [ -s "$picture" ] || fail "the guide shows $picture, which is not there"
 done < <(sed -n 's/.*<img src="\([^"]*\)".*/\1/p' guide.html)
-headers=$(i686-w64-mingw32-objdump -x quillbox.exe)
-for want in DYNAMIC_BASE NX_COMPAT; do
-    grep -q "$want" <<<"$headers" || fail "quillbox.exe is built without $want"
-done
-grep -q 'RELOCS_STRIPPED\|relocations stripped' <<<"$headers" && fail "quillbox.exe cannot be moved in memory"
-i686-w64-mingw32-objdump -h quillbox.exe | grep -qE '\.reloc +0*[1-9a-f][0-9a-f]{3}' ||
-    fail "quillbox.exe has no relocations"
 echo "package: $(find . -type f | wc -l) files, the same bytes twice"

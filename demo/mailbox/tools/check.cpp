@@ -39,7 +39,7 @@ std::size_t CountFiles(const std::filesystem::path& store)
 }
 
 // What the whole log tells beside what there is: after runs that nobody disturbed the three are equal.
-void CompareTotals(const std::vector<ExportRecord>& log, std::size_t files, const std::string& rows)
+bool CompareTotals(const std::vector<ExportRecord>& log, std::size_t files, const std::string& rows)
 {
     ExportRecord all{};
     for (const ExportRecord& record : log) {
@@ -47,28 +47,29 @@ void CompareTotals(const std::vector<ExportRecord>& log, std::size_t files, cons
         all.failed += record.failed;
         all.skipped += record.skipped;
     }
+    const bool agree = all.passed == files && std::to_string(files) == rows;
     std::cout << "log: " << all.passed << " passed, " << all.failed << " failed, " << all.skipped
-              << " skipped; store: " << files << " files; saved.mdb: " << rows << " rows: "
-              << (all.passed == files && std::to_string(files) == rows ? "they agree" : "THEY DIFFER")
-              << "\n";
+              << " skipped; store: " << files << " files; saved.mdb: " << rows
+              << " rows: " << (agree ? "they agree" : "THEY DIFFER") << "\n";
+    return agree;
 }
 
 int Run(const Arguments& arguments)
 {
     const MailFolder root = LoadMailbox(arguments.at("--mail"));
-    std::vector<ExportRecord> log;
-    if (arguments.count("--log")) log = ReadExportLog(ReadFileBytes(arguments.at("--log")));
+    const std::string logBytes = arguments.count("--log") ? ReadFileBytes(arguments.at("--log")) : "";
+    const std::vector<ExportRecord> log = ReadExportLog(logBytes);
     const std::filesystem::path store = arguments.at("--store");
     const CheckResult result = arguments.count("--all")
-                                   ? CheckAll(root, store, log)
+                                   ? CheckAll(root, store, log, IgnoredFolder(logBytes))
                                    : CheckFolder(root, NameFromUtf8(arguments.at("--folder")), store, log);
     for (const std::string& note : result.notes) std::cout << "note: " << note << "\n";
     for (const std::string& problem : result.problems) std::cout << "PROBLEM: " << problem << "\n";
     std::cout << result.exported << " of " << result.messages << " messages exported";
     std::cout << "\n";
-    if (arguments.count("--rows") && arguments.count("--log"))
-        CompareTotals(log, CountFiles(store), arguments.at("--rows"));
-    return result.problems.empty() ? 0 : 1;
+    const bool agree = !arguments.count("--rows") || !arguments.count("--log") ||
+                       CompareTotals(log, CountFiles(store), arguments.at("--rows"));
+    return result.problems.empty() && agree ? 0 : 1;
 }
 
 } // namespace
