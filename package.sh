@@ -13,7 +13,8 @@ case ${1:-} in
     *) sed -n '5,/^set/s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 cd "$root"
-[ -z "$(git status --porcelain)" ] ||
+changes=$(git status --porcelain) || die "this is no git checkout"
+[ -z "$changes" ] ||
     die "the checkout has changes that no commit holds; commit them, or nobody can make this package again"
 
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/quillbox-package.XXXXXX")
