@@ -116,8 +116,9 @@ for name in busy:quillbox tree:tree results:results summary:summary; do
 done
 
 if [ "$check" = file ] && grep -q '^> folder .*: \(yellow\|red\)' "$scratch/driver.log"; then
-    echo "note: a comparison by files cannot know e-mails that have no date, a zone by name or of half hours, or"
-    echo "      names and subjects beyond the code page 1252: it shows them as not saved although they are"
+    echo "note: a comparison by files cannot know e-mails that have no date, a zone by name or of half hours, line"
+    echo "      ends without a carriage return, or names and subjects beyond the code page 1252: it shows them as"
+    echo "      not saved although they are"
 fi
 [ -z "$check" ] || exit "$status"
 rows=$({ "$tools/quillbox-inspect" db "$out/program/saved.mdb" list || status=1; } | wc -l)
