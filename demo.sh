@@ -117,8 +117,8 @@ done
 
 if [ "$check" = file ] && grep -q '^> folder .*: \(yellow\|red\)' "$scratch/driver.log"; then
     echo "note: a comparison by files cannot know e-mails that have no date, a zone by name or of half hours, line"
-    echo "      ends without a carriage return, or names and subjects beyond the code page 1252: it shows them as"
-    echo "      not saved although they are"
+    echo "      ends without a carriage return, or names and subjects beyond the code page 1252: it shows them"
+    echo "      as not saved, whether they are or not"
 fi
 [ -z "$check" ] || exit "$status"
 rows=$({ "$tools/quillbox-inspect" db "$out/program/saved.mdb" list || status=1; } | wc -l)

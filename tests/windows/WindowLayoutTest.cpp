@@ -323,6 +323,7 @@ TEST_F(WindowKeyboardTest, StopButtonAnswersWhileASlowClientIsWaitedFor)
     EXPECT_TRUE(WaitForFocus(idStopAfterEmail));
     PostMessageW(stop, WM_KEYDOWN, VK_ESCAPE, 0); // stops nothing
     Sleep(200);                                   // the client's dialog is due in 800 ms
+    ASSERT_TRUE(IsWindowVisible(stop)) << "stopped by Esc";
     const DWORD start = GetTickCount();
     SendMessageW(stop, BM_CLICK, 0, 0);
     EXPECT_LT(GetTickCount() - start, 200u);
