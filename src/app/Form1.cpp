@@ -304,6 +304,9 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_SYSCOLORCHANGE:
         PassOnNewColours(window_, message, wParam, lParam);
         break;
+    case WM_TIMER:
+        if (wParam == kBoxTimer) CloseOwnBox();
+        return 0;
     case WM_CLOSE:
         AskToClose();
         return 0;
@@ -365,9 +368,8 @@ void Form1::AskToClose()
     state_.flags.stopAfterEmail = true;
     state_.flags.stopAfterFolder = true;
     state_.flags.stopRequested = true;
-    // The run may be waiting for its own message box.
-    const HWND box = GetLastActivePopup(window_);
-    if (box && box != window_) PostMessageW(box, WM_CLOSE, 0, 0);
+    state_.flags.closing = true;
+    CloseOwnBox(); // the run may be waiting for it
 }
 
 void Form1::WriteLastRecords()

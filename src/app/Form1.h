@@ -58,6 +58,7 @@ public:
     void LogLine(const Text& message, Record record) override { log_.LogLine(message, record); }
     void ShowText(const Text& text) override;
     void ShowBox(BoxIcon icon, const Text& words) override;
+    void ShowBriefBox(BoxIcon icon, const Text& words) override;
     void ProcessEvents() override;
     RunOptions Options() override;
     void ShowStatistic(Statistic which, const Text& text) override;
@@ -79,6 +80,8 @@ public:
     void AddProgress(const Text& text) override;
 
 private:
+    static constexpr UINT_PTR kBoxTimer = 1; // of a box that does not stay
+
     static LRESULT CALLBACK WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void OnCommand(int id, int code);
@@ -102,6 +105,7 @@ private:
     void WarnIfFolderIsReadOnly();
     void ReadCheckBoxesAndLists(); // from the controls into the settings
     void ShowSettings();           // the other way
+    void CloseOwnBox();            // the message box that stands over the window, if one does
     void AskToClose();             // at once, or as soon as the run has ended
     void WriteLastRecords();       // closing line and settings, once
     void Close();

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr DWORD kShowEvery = 100; // milliseconds
+constexpr UINT kBoxMilliseconds = 60'000;
 
 } // namespace
 
@@ -62,9 +63,22 @@ void Form1::BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words)
     MessageBoxW(window_, Wide(words), title, MB_OK | picture);
 }
 
+void Form1::CloseOwnBox()
+{
+    const HWND box = GetLastActivePopup(window_);
+    if (box && box != window_) PostMessageW(box, WM_CLOSE, 0, 0);
+}
+
 void Form1::ShowBox(BoxIcon icon, const Text& words)
 {
     BoxWithTitle(ProgramTitle(), icon, words);
+}
+
+void Form1::ShowBriefBox(BoxIcon icon, const Text& words)
+{
+    SetTimer(window_, kBoxTimer, kBoxMilliseconds, nullptr);
+    ShowBox(icon, words);
+    KillTimer(window_, kBoxTimer);
 }
 
 void Form1::ProcessEvents()

@@ -3,6 +3,8 @@
 #include "folders/Comparison.h"
 #include "folders/ExportFolder.h"
 #include "folders/ExportStatistics.h"
+#include "folders/ExportTally.h"
+#include "oe/Conversation.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
@@ -16,17 +18,12 @@ struct CheckTotals {
     std::int32_t emailsSaved = 0;
 };
 
-void Log(FolderRun& run, const Text& message)
-{
-    run.view.LogLine(message, Record::yes);
-}
-
 // Whether the run was asked to end before the next folder; the request is cleared then.
 bool IsStopped(FolderRun& run)
 {
     RunFlags& flags = run.Flags();
     if (!flags.stopAfterFolder) return false;
-    Log(run, flags.stopRequested ? u"User aborted folder export." : u"Program forced to abort.");
+    run.Log(flags.stopRequested ? u"User aborted folder export." : u"Program forced to abort.");
     flags.stopAfterFolder = false;
     flags.stopRequested = flags.stopRequested &&
                           flags.stopAfterEmail; // it is the user, too, who ends the export behind this check
@@ -41,7 +38,7 @@ bool IsIgnored(const Text& fullName, const Text& ignoreName)
 // The list that is then on the screen is the folder's.
 bool ShowInClient(FolderRun& run)
 {
-    Log(run, u"-> " + run.currentFolder);
+    run.Log(u"-> " + run.currentFolder);
     const Text& name = run.nodes[static_cast<std::size_t>(run.selectedFolder)].name;
     if (!ChangeFolder(run.client, run.selectedFolder, name)) return false;
     FindOeHandles(run.client);
@@ -50,9 +47,7 @@ bool ShowInClient(FolderRun& run)
 
 void StopForSilentClient(FolderRun& run)
 {
-    const Text words = u"Outlook Express has stopped responding - please restart Outlook Express.";
-    Log(run, words);
-    run.view.ShowBox(BoxIcon::warning, words);
+    ReportSilentClient(run.client);
     run.Flags().stopAfterFolder = true;
 }
 
@@ -66,19 +61,21 @@ void NoteToExport(FolderRun& run, CheckTotals& totals, std::int32_t emails, std:
 void NothingStored(FolderRun& run, CheckTotals& totals, std::int32_t count)
 {
     if (count < 1) {
-        Log(run, run.currentFolder + u" - empty.");
+        run.Log(run.currentFolder + u" - empty.");
         ++totals.foldersEmpty;
         return;
     }
     run.view.AppendSummary(run.currentFolder + u" - all " + DecimalText(count) +
                            u" emails need to be exported.");
     NoteToExport(run, totals, count, 0);
-    Log(run, run.currentFolder + u" - has all " + DecimalText(count) + u" emails to be exported.");
+    run.Log(run.currentFolder + u" - has all " + DecimalText(count) + u" emails to be exported.");
     run.view.MarkFolderNode(u"0/" + DecimalText(count), u"red");
 }
 
-void NoteResult(FolderRun& run, CheckTotals& totals, std::int32_t count, const ComparisonResult& result)
+void NoteResult(FolderRun& run, CheckTotals& totals, const ComparisonResult& result)
 {
+    const std::int32_t count = result.total;
+    run.checkedCounts[run.currentFolder] = count;
     const std::int32_t difference = count - result.saved;
     totals.emailsSaved += result.saved;
     Text image;
@@ -86,14 +83,14 @@ void NoteResult(FolderRun& run, CheckTotals& totals, std::int32_t count, const C
         const Text number = DecimalText(difference);
         run.view.AppendSummary(run.currentFolder + u" - " + number + u" email(s) not saved");
         NoteToExport(run, totals, difference, result.firstUnsaved);
-        Log(run, run.currentFolder + u" - has " + number + u" emails not saved");
+        run.Log(run.currentFolder + u" - has " + number + u" emails not saved");
         image = u"yellow";
     } else {
         ++totals.foldersSaved;
         if (difference == 0)
             image = u"green";
         else
-            Log(run, run.currentFolder + u" - has " + DecimalText(-difference) + u" too many emails saved");
+            run.Log(run.currentFolder + u" - has " + DecimalText(-difference) + u" too many emails saved");
     }
     run.view.MarkFolderNode(DecimalText(result.saved) + u'/' + DecimalText(count), image);
 }
@@ -104,41 +101,72 @@ void CheckOne(FolderRun& run, CheckTotals& totals)
     run.view.MarkFolderNode(u"", u"envelope");
     if (!ShowInClient(run)) return;
     if (!run.client.handles.listViewFound) return StopForSilentClient(run);
-    const std::int32_t count = ListItemCount(run.client);
     const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
+    const std::optional<std::int32_t> answer = CountEmails(run, !emlFiles.empty());
+    if (!answer) return StopForSilentClient(run);
+    const std::int32_t count = *answer;
+    run.checkedCounts[run.currentFolder] = count;
     if (emlFiles.empty()) return NothingStored(run, totals, count);
     if (count < 1) {
-        Log(run, u"No emails in folder.");
+        run.Log(u"No emails in folder.");
         ++totals.foldersEmpty;
         return;
     }
     const std::optional<ComparisonResult> result = CompareFolder(run, count, emlFiles);
     if (result)
-        NoteResult(run, totals, count, *result);
+        NoteResult(run, totals, *result);
     else if (run.Flags().stopAfterEmail)
         LogStopAfterEmail(run);
     else
         StopForSilentClient(run);
 }
 
-void ExportOne(FolderRun& run)
+// Kept: of several checks in the list, the first record of the folder counts.
+const FolderToExport* RecordOf(const FolderRun& run, const Text& fullName)
 {
-    // Kept: of several checks in the list, the first record of the folder counts.
-    const auto found =
-        std::find_if(run.exportList.begin(), run.exportList.end(),
-                     [&run](const FolderToExport& each) { return each.fullName == run.currentFolder; });
-    if (found == run.exportList.end() || !ShowInClient(run)) return;
-    Log(run, u"Exporting emails from " + run.currentFolder);
-    if (run.view.Options().jumpRemain && found->firstUnsaved >= 0)
-        SelectListItem(run.client, found->firstUnsaved, OtherItems::clear);
+    const auto found = std::find_if(run.exportList.begin(), run.exportList.end(),
+                                    [&](const FolderToExport& each) { return each.fullName == fullName; });
+    return found == run.exportList.end() ? nullptr : &*found;
+}
+
+// Whether the folder was exported as far as it could be.
+bool ExportOne(FolderRun& run, const FolderToExport& record)
+{
+    if (!ShowInClient(run)) return false;
+    run.Log(u"Exporting emails from " + run.currentFolder);
+    if (run.view.Options().jumpRemain && record.firstUnsaved >= 0)
+        SelectListItem(run.client, record.firstUnsaved, OtherItems::clear);
+    const std::size_t unmade = run.unmadeFolders.size();
     ExportFolder(run, true);
+    return run.unmadeFolders.size() == unmade;
+}
+
+// A mail folder that a run is about: no root, no system folder.
+bool IsPassedOver(FolderRun& run, std::size_t line)
+{
+    if (run.client.lstTree[line].level == 0) return true;
+    const Text bounded = u'|' + run.folderPaths[line] + u'|';
+    return FindNoCase(run.view.Options().systemFolders, bounded) != Text::npos;
+}
+
+// From the line that an export did not come to: what the check found there was not looked at.
+void CountUnvisited(FolderRun& run, int line, const Text& ignoreName)
+{
+    for (auto i = static_cast<std::size_t>(line); i < run.client.lstTree.size(); ++i) {
+        if (IsIgnored(run.folderPaths[i], ignoreName) && run.client.lstTree[i].level > 0) return;
+        if (IsPassedOver(run, i) || !RecordOf(run, run.folderPaths[i])) continue;
+        run.exported.notLookedAt += run.checkedCounts[run.folderPaths[i]];
+    }
 }
 
 void WalkFolders(FolderRun& run, AllFoldersMode mode, const Text& ignoreName, CheckTotals& totals)
 {
     const auto last = static_cast<int>(run.client.lstTree.size()) - 1;
     for (int line = 0; line <= last; ++line) {
-        if (IsStopped(run)) return;
+        if (IsStopped(run)) {
+            if (mode == AllFoldersMode::exportEmails) CountUnvisited(run, line, ignoreName);
+            return;
+        }
         if (mode == AllFoldersMode::check && run.folderCount > 0)
             run.view.ShowPercentage(Bar::allFolders, Percentage(line, run.folderCount));
         if (run.client.lstTree[static_cast<std::size_t>(line)].level == 0) continue; // no mail folder
@@ -146,15 +174,15 @@ void WalkFolders(FolderRun& run, AllFoldersMode mode, const Text& ignoreName, Ch
         run.view.SelectFolderLine(line);
         UseSelectedFolder(run);
         if (IsIgnored(run.currentFolder, ignoreName)) {
-            Log(run, u"Ignoring all folders after: " + ignoreName);
+            run.Log(u"Ignoring all folders after: " + ignoreName);
             return;
         }
-        const Text bounded = u'|' + run.currentFolder + u'|';
-        if (FindNoCase(run.view.Options().systemFolders, bounded) != Text::npos) continue;
+        if (IsPassedOver(run, static_cast<std::size_t>(line))) continue;
+        const FolderToExport* record = RecordOf(run, run.currentFolder);
         if (mode == AllFoldersMode::check)
             CheckOne(run, totals);
-        else
-            ExportOne(run);
+        else if (record && !ExportOne(run, *record))
+            run.exported.notLookedAt += run.checkedCounts[run.currentFolder];
         SweepRemoteMemory(run.client.memory);
         run.view.ProcessEvents();
         // A check has no e-mail to finish. The flag stays, so that no export follows either.
@@ -167,10 +195,10 @@ void SayTotals(FolderRun& run, const CheckTotals& totals)
     run.view.ShowPercentage(Bar::currentFolder, 0);
     run.checkSummary = DecimalText(run.runTotalToSave) + u" email(s) to be saved.";
     run.view.AppendSummary(run.checkSummary);
-    Log(run, DecimalText(totals.foldersSaved) + u" folder(s) saved, " + DecimalText(totals.foldersNotSaved) +
-                 u" folder(s) not saved, " + DecimalText(totals.foldersEmpty) + u" empty folder(s).");
-    Log(run, run.checkSummary);
-    Log(run, DecimalText(totals.emailsSaved) + u" email(s) already saved.");
+    run.Log(DecimalText(totals.foldersSaved) + u" folder(s) saved, " + DecimalText(totals.foldersNotSaved) +
+            u" folder(s) not saved, " + DecimalText(totals.foldersEmpty) + u" empty folder(s).");
+    run.Log(run.checkSummary);
+    run.Log(DecimalText(totals.emailsSaved) + u" email(s) already saved.");
 }
 
 } // namespace
@@ -194,17 +222,19 @@ void RunAllFolders(FolderRun& run, AllFoldersMode mode)
     run.view.ClearProgress();
     run.view.ShowTab(Tab::progress);
     if (mode == AllFoldersMode::check) {
-        Log(run, u"Checking Outlook Express folders");
+        run.Log(u"Checking Outlook Express folders");
         run.runTotalToSave = 0;
     } else {
-        Log(run, u"Exporting Outlook Express folders");
+        run.Log(u"Exporting Outlook Express folders");
+        run.exported = {};
+        run.unmadeFolders.clear();
         run.view.ShowStatistic(Statistic::totalCount, DecimalText(run.runTotalToSave));
     }
     CheckTotals totals;
     try {
         WalkFolders(run, mode, ignoreName, totals);
     } catch (const DatabaseError& error) {
-        Log(run, u"Database error: " + error.Words());
+        run.Log(u"Database error: " + error.Words());
         run.view.ShowBox(BoxIcon::warning, u"Database error: " + error.Words());
     }
     SweepRemoteMemory(run.client.memory);
@@ -212,6 +242,10 @@ void RunAllFolders(FolderRun& run, AllFoldersMode mode)
         SayTotals(run, totals);
         return;
     }
+    if (!run.unmadeFolders.empty())
+        run.view.ShowBox(BoxIcon::warning, DecimalText(static_cast<std::int32_t>(run.unmadeFolders.size())) +
+                                               u" export folder(s) could not be made; the log names them.");
+    SayClosingLine(run);
     // Kept: after a stop, too, so that the closing box follows it.
     run.Flags().runCompleted = true;
     run.view.ShowPercentage(Bar::allFolders, 100);

@@ -1,7 +1,7 @@
 #include "folders/CheckFolder.h"
 
 #include "folders/Comparison.h"
-#include "oe/RemoteListView.h"
+#include "oe/Conversation.h"
 #include "oe/WindowDiscovery.h"
 
 namespace {
@@ -10,12 +10,6 @@ void LogAndShow(FolderRun& run, BoxIcon icon, const Text& words, const Text& mor
 {
     run.view.LogLine(words, Record::yes);
     run.view.ShowBox(icon, words + more);
-}
-
-void SayClientIsSilent(FolderRun& run)
-{
-    LogAndShow(run, BoxIcon::warning,
-               u"Outlook Express has stopped responding - please restart Outlook Express.");
 }
 
 void NothingStored(FolderRun& run, std::int32_t total, const Text& words)
@@ -29,11 +23,11 @@ void NothingStored(FolderRun& run, std::int32_t total, const Text& words)
     run.view.ShowBox(BoxIcon::information, words + u"\r\n" + run.exportFolder);
 }
 
-void SayVerdict(FolderRun& run, std::int32_t total, const ComparisonResult& result)
+void SayVerdict(FolderRun& run, const ComparisonResult& result)
 {
     const Text& label = run.nodes[static_cast<std::size_t>(run.selectedFolder)].name;
     const Text saved = label + u" has " + DecimalText(result.saved) + u" saved email(s). ";
-    const Text status = DecimalText(result.saved) + u'/' + DecimalText(total);
+    const Text status = DecimalText(result.saved) + u'/' + DecimalText(result.total);
     if (result.unsaved > 0) {
         LogAndShow(run, BoxIcon::warning, saved + DecimalText(result.unsaved) + u" email(s) not saved.");
         run.view.AppendSummary(run.currentFolder + u" - " + DecimalText(result.unsaved) +
@@ -53,16 +47,18 @@ void SayVerdict(FolderRun& run, std::int32_t total, const ComparisonResult& resu
 void CheckShownFolder(FolderRun& run)
 {
     FindOeHandles(run.client);
-    if (!run.client.handles.listViewFound) return SayClientIsSilent(run);
-    const std::int32_t total = ListItemCount(run.client);
+    if (!run.client.handles.listViewFound) return ReportSilentClient(run.client);
     UseSelectedFolder(run);
     run.view.SelectFolderNode(run.selectedFolder); // the one that is marked
     if (run.view.Options().storeFolder.empty()) return;
+    const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
+    const std::optional<std::int32_t> answer = CountEmails(run, !emlFiles.empty());
+    if (!answer) return ReportSilentClient(run.client);
+    const std::int32_t total = *answer;
     if (!run.client.files.DirectoryExists(run.exportFolder))
         return NothingStored(run, total, u"Folder has not been stored.");
 
     run.view.MarkFolderNode(u"", u"envelope");
-    const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
     if (emlFiles.empty() && total <= 0)
         return LogAndShow(run, BoxIcon::information, u"No emails exist in this folder to be exported.",
                           u"\r\n" + run.exportFolder);
@@ -70,11 +66,11 @@ void CheckShownFolder(FolderRun& run)
 
     const std::optional<ComparisonResult> result = CompareFolder(run, total, emlFiles);
     if (result)
-        SayVerdict(run, total, *result);
+        SayVerdict(run, *result);
     else if (run.Flags().stopAfterEmail)
         LogStopAfterEmail(run);
     else
-        SayClientIsSilent(run);
+        ReportSilentClient(run.client);
 }
 
 } // namespace
@@ -83,7 +79,7 @@ void CheckFolder(FolderRun& run)
 {
     WindowHandle mainWindow = 0;
     if (!run.client.lstTree.empty() && !IsOeRunning(run.client.desktop, mainWindow))
-        return SayClientIsSilent(run);
+        return ReportSilentClient(run.client);
     if (!SelectShownFolder(run)) return;
     try {
         CheckShownFolder(run);

@@ -1,21 +1,19 @@
 #include "folders/Comparison.h"
 
 #include "folders/ExportStatistics.h"
+#include "folders/ExportTally.h"
 #include "folders/MatchScore.h"
 #include "oe/MessageDetails.h"
+#include "oe/RemoteListView.h"
 #include "oe/WindowDiscovery.h"
 #include "store/SavedMaintenance.h"
 #include "text/Numbers.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace {
-
-void Log(FolderRun& run, const Text& message)
-{
-    run.view.LogLine(message, Record::yes);
-}
 
 // Asked before each e-mail and each file: some folders take an hour.
 bool IsStopped(FolderRun& run)
@@ -42,6 +40,7 @@ std::optional<ComparisonResult> CompareCounts(FolderRun& run, std::int32_t total
                                               std::span<const Text> emlFiles)
 {
     ComparisonResult result;
+    result.total = total;
     result.saved = static_cast<std::int32_t>(emlFiles.size());
     result.unsaved = total - result.saved;
     if (result.unsaved <= 0) return result;
@@ -55,19 +54,51 @@ std::optional<ComparisonResult> CompareCounts(FolderRun& run, std::int32_t total
     return result;
 }
 
+// A list that is still filling, or that mail comes into, is read once more. False as ReadEntries.
+bool ReadWholeList(FolderRun& run)
+{
+    const auto show = [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); };
+    for (int reading = 1; reading <= 2; ++reading) {
+        if (!ReadFolderEntries(run.client, show)) return false;
+        if (IsStopped(run)) return false;
+        const std::optional<std::int32_t> now = ListItemCount(run.client);
+        if (!now) return false;
+        const auto read = static_cast<std::int32_t>(run.client.folderEntries.size());
+        if (*now == read) break;
+        run.Log(
+            u"The message list has changed while it was read, from " + DecimalText(read) + u" to " +
+            DecimalText(*now) +
+            (reading == 1 ? u" e-mails; it is read once more." : u" e-mails; what has come is not checked."));
+    }
+    return true;
+}
+
 // The client's e-mails in the order of its list. False when they are not all there. When the client is gone,
 // what was not read would pass for e-mails without any detail.
 bool ReadEntries(FolderRun& run, std::vector<const EmailEntry*>& entries)
 {
     run.view.ShowText(u"[1 of 3] Reading Outlook Express emails...");
-    ReadFolderEntries(run.client,
-                      [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
     WindowHandle mainWindow = 0;
-    if (IsStopped(run) || !IsOeRunning(run.client.desktop, mainWindow)) return false;
+    if (!ReadWholeList(run) || !IsOeRunning(run.client.desktop, mainWindow)) return false;
+    LogMissingColumns(run);
     for (const EmailEntry& entry : run.client.folderEntries) entries.push_back(&entry);
     std::sort(entries.begin(), entries.end(),
               [](const EmailEntry* a, const EmailEntry* b) { return a->row < b->row; });
     return true;
+}
+
+// Of those that look the same only one can be saved.
+void SayLookAlikes(FolderRun& run, const std::vector<const EmailEntry*>& entries)
+{
+    std::unordered_map<Text, std::int32_t> firstRows;
+    std::int32_t count = 0, firstRow = -1;
+    for (const EmailEntry* entry : entries) {
+        if (entry->Crc.empty()) continue;
+        const auto [first, isNew] = firstRows.emplace(entry->Crc, entry->row);
+        if (isNew) continue;
+        if (++count == 1) firstRow = first->second;
+    }
+    if (count > 0) LogLookAlikes(run, count, firstRow);
 }
 
 ResultsRow ResultsRowOf(const Text& folder, const EmailEntry& entry, Locale& locale)
@@ -78,13 +109,12 @@ ResultsRow ResultsRowOf(const Text& folder, const EmailEntry& entry, Locale& loc
 
 // Asks of each e-mail whether it is saved, and reports those that are not.
 template <class IsSavedEntry>
-std::optional<ComparisonResult> CompareEntries(FolderRun& run, std::int32_t total,
-                                               const std::vector<const EmailEntry*>& entries,
+std::optional<ComparisonResult> CompareEntries(FolderRun& run, const std::vector<const EmailEntry*>& entries,
                                                IsSavedEntry isSaved)
 {
     run.view.ShowText(u"[3 of 3] Comparing emails...");
     ComparisonResult result;
-    result.unsaved = total;
+    result.total = result.unsaved = static_cast<std::int32_t>(entries.size());
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (IsStopped(run)) return std::nullopt;
         const EmailEntry& entry = *entries[i];
@@ -93,12 +123,13 @@ std::optional<ComparisonResult> CompareEntries(FolderRun& run, std::int32_t tota
             --result.unsaved;
             ++result.saved;
         } else {
-            Log(run, u"Not saved " + DecimalText(entry.row) + u" - " + entry.Subject);
+            run.Log(u"Not saved " + DecimalText(entry.row) + u" - " + entry.Subject);
             run.view.AddResultsRow(ResultsRowOf(run.currentFolder, entry, run.client.locale));
             if (result.firstUnsaved < 0) result.firstUnsaved = entry.row;
         }
-        ShowProgress(run, i, total);
+        ShowProgress(run, i, result.total);
     }
+    SayLookAlikes(run, entries);
     return result;
 }
 
@@ -112,13 +143,13 @@ std::unordered_set<Text> CachedCrcs(FolderRun& run)
     return {crcs.begin(), crcs.end()};
 }
 
-std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run, std::int32_t total)
+std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run)
 {
     (void)OpenedDatabase(run.saved); // or it throws, before all is read for nothing
     std::vector<const EmailEntry*> entries;
     if (!ReadEntries(run, entries)) return std::nullopt;
     const std::unordered_set<Text> crcs = CachedCrcs(run);
-    return CompareEntries(run, total, entries,
+    return CompareEntries(run, entries,
                           [&crcs](const EmailEntry& entry) { return crcs.count(entry.Crc) != 0; });
 }
 
@@ -152,9 +183,9 @@ std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFil
     for (std::size_t i = 0; i < emlFiles.size() && !IsStopped(run); ++i) {
         EmlSummary summary;
         if (!ReadEmlSummary(run.exportFolder + emlFiles[i], context, summary).empty())
-            Log(run, u"Ignoring unreadable email: " + emlFiles[i]);
+            run.Log(u"Ignoring unreadable email: " + emlFiles[i]);
         else if (HasNoDate(summary))
-            Log(run, u"Ignoring dateless email: " + emlFiles[i]);
+            run.Log(u"Ignoring dateless email: " + emlFiles[i]);
         else
             records.push_back(ComparedPartOf(std::move(summary)));
         ShowProgress(run, i, static_cast<std::int64_t>(emlFiles.size()));
@@ -166,15 +197,14 @@ void LogDifference(FolderRun& run, std::size_t entryCount, std::size_t recordCou
 {
     const auto difference = static_cast<std::int64_t>(entryCount) - static_cast<std::int64_t>(recordCount);
     if (difference > 0)
-        Log(run, run.currentFolder + u" - " + DecimalText(difference) + u" unsaved email(s).");
+        run.Log(run.currentFolder + u" - " + DecimalText(difference) + u" unsaved email(s).");
     else if (difference == 0)
-        Log(run, run.currentFolder + u" - count matches the number of saved emails.");
+        run.Log(run.currentFolder + u" - count matches the number of saved emails.");
     else // Kept: the number has its minus sign
-        Log(run, run.currentFolder + u" - there are " + DecimalText(difference) + u" more saved emails.");
+        run.Log(run.currentFolder + u" - there are " + DecimalText(difference) + u" more saved emails.");
 }
 
-std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t total,
-                                                 std::span<const Text> emlFiles)
+std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::span<const Text> emlFiles)
 {
     std::vector<const EmailEntry*> entries;
     if (!ReadEntries(run, entries)) return std::nullopt;
@@ -182,7 +212,7 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t to
     if (IsStopped(run)) return std::nullopt;
     LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
-    return CompareEntries(run, total, entries, [&run, &search](const EmailEntry& entry) {
+    return CompareEntries(run, entries, [&run, &search](const EmailEntry& entry) {
         if (search.Match(entry) < 0) return false;
         // The file is there: the database learns of it.
         if (run.saved.IsOpen() && !IsSaved(run.saved, entry.Crc, run.currentFolder))
@@ -193,16 +223,16 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t to
 
 } // namespace
 
-std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t total,
+std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t count,
                                               std::span<const Text> emlFiles)
 {
     switch (run.view.Options().comparison) {
     case ComparisonType::simple:
-        return CompareCounts(run, total, emlFiles);
+        return CompareCounts(run, count, emlFiles);
     case ComparisonType::database:
-        return CompareWithDatabase(run, total);
+        return CompareWithDatabase(run);
     case ComparisonType::file:
         break;
     }
-    return CompareWithFiles(run, total, emlFiles);
+    return CompareWithFiles(run, emlFiles);
 }

@@ -1,6 +1,9 @@
 #include "folders/FolderRun.h"
 
 #include "folders/StoreFolders.h"
+#include "oe/Conversation.h"
+#include "oe/MessageDetails.h"
+#include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 
@@ -18,15 +21,20 @@ bool SelectShownFolder(FolderRun& run)
         run.view.SelectFolderLine(run.selectedFolder);
         return true;
     }
+    if (run.client.silent) {
+        ReportSilentClient(run.client);
+        return false;
+    }
+    if (run.client.memory.denied)
+        run.Log(
+            u"Outlook Express runs with higher rights than Quillbox, or as another user: start both alike.");
     run.view.ShowBox(BoxIcon::warning, u"Please ensure a folder has been selected in Outlook Express");
     return false;
 }
 
 void LogStopAfterEmail(FolderRun& run)
 {
-    run.view.LogLine(run.Flags().stopRequested ? u"User aborted on email export."
-                                               : u"Program forced to abort.",
-                     Record::yes);
+    run.Log(run.Flags().stopRequested ? u"User aborted on email export." : u"Program forced to abort.");
 }
 
 void UseSelectedFolder(FolderRun& run)
@@ -35,4 +43,17 @@ void UseSelectedFolder(FolderRun& run)
     run.currentFolder = run.folderPaths[index];
     run.exportFolder = ExportFolderOf(run.view.Options().storeFolder, run.storeDirectories[index]);
     run.view.ShowCurrentFolder(run.currentFolder);
+}
+
+std::optional<std::int32_t> CountEmails(FolderRun& run, bool hasFiles)
+{
+    const std::optional<std::int32_t> count = ListItemCount(run.client);
+    return count == 0 && hasFiles ? ListItemCount(run.client) : count;
+}
+
+void LogMissingColumns(FolderRun& run)
+{
+    Text names;
+    for (const Text& title : MissingColumns(run.client)) names += (names.empty() ? u"" : u", ") + title;
+    if (!names.empty()) run.Log(u"The message list has no column titled: " + names);
 }

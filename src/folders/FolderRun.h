@@ -4,10 +4,19 @@
 #include "oe/OeClient.h"
 #include "store/SavedEmails.h"
 
+#include <map>
+
 // What a check of all folders found to be exported.
 struct FolderToExport {
     Text fullName;
     std::int32_t firstUnsaved = -1; // row in the client's list; -1: not known
+};
+
+// Of an export command, over all its folders.
+struct ExportTotals {
+    std::int32_t handled = 0;     // e-mails
+    std::int32_t saved = 0;       // of these: now, or recorded before
+    std::int32_t notLookedAt = 0; // rows of the lists beyond those
 };
 
 struct FolderRun {
@@ -28,9 +37,13 @@ struct FolderRun {
     std::int32_t folderCount = 0;    // folders to check, for the bar; 0: not worked out
     // Kept: only the command that checks all folders empties it; an export's own check appends.
     std::vector<FolderToExport> exportList{};
-    Text checkSummary{}; // of the last check of all folders
+    Text checkSummary{};                          // of the last check of all folders
+    std::map<Text, std::int32_t> checkedCounts{}; // e-mails of each folder, by full name, as last checked
+    ExportTotals exported{};                      // of the export command under way
+    std::vector<Text> unmadeFolders{};            // export folders that it could not make
 
     RunFlags& Flags() { return client.flags; }
+    void Log(const Text& message) { view.LogLine(message, Record::yes); }
 };
 
 // Selects in lstTree the folder that the client shows. False without a client, which the log says; and, with
@@ -43,3 +56,10 @@ void LogStopAfterEmail(FolderRun& run);
 
 // Export folder and full name of the selected folder, the latter also on the window.
 void UseSelectedFolder(FolderRun& run);
+
+// E-mails in the list on the screen; nothing when the client does not say. A folder of which files are stored
+// is not taken for empty at the first word: its list may just be being rebuilt.
+std::optional<std::int32_t> CountEmails(FolderRun& run, bool hasFiles);
+
+// Names the columns that the list lacks, if it does.
+void LogMissingColumns(FolderRun& run);

@@ -2,16 +2,22 @@
 
 #include "folders/FolderPaths.h"
 #include "folders/StoreFolders.h"
+#include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 
 namespace {
 
-void ReadFolders(FolderRun& run)
+// False when the client fell silent: with a part of its folders the others would never be exported.
+bool ReadFolders(FolderRun& run)
 {
-    run.client.lstTree.clear();
-    WalkFolderTree(run.client);
+    std::vector<OeFolder> before;
+    before.swap(run.client.lstTree);
+    if (!WalkFolderTree(run.client)) {
+        run.client.lstTree.swap(before);
+        return false;
+    }
     run.nodes = FolderNodesOf(run.client.lstTree);
     run.folderPaths = BuildFolderPaths(run.nodes);
     run.storeDirectories = StoreDirectories(run.nodes, run.client.codePage);
@@ -21,6 +27,7 @@ void ReadFolders(FolderRun& run)
     for (const OeFolder& folder : run.client.lstTree) lines.push_back(folder.text);
     run.view.ShowFolderLists(lines, run.folderPaths);
     run.view.ShowFolderTree(run.nodes);
+    return true;
 }
 
 void SelectFolderOfClient(FolderRun& run)
@@ -41,7 +48,8 @@ void Synchronise(FolderRun& run)
     run.view.LogLine(u"-- Syncing with OE --", Record::yes);
     FindOeHandles(run.client);
     if (!run.client.handles.oeFound) return;
-    ReadFolders(run);
+    run.client.memory.denied = false; // it may have been started anew
+    if (!ReadFolders(run)) return ReportSilentClient(run.client);
     run.view.UnlockCommands();
     if (run.client.handles.listViewFound) SelectFolderOfClient(run);
     SweepRemoteMemory(run.client.memory);

@@ -4,6 +4,7 @@
 #include "mail/EncodedWords.h"
 #include "mail/HeaderDates.h"
 #include "mail/modUTF8.h"
+#include "oe/Conversation.h"
 #include "oe/RemoteControls.h"
 #include "oe/RemoteListView.h"
 #include "store/Identity.h"
@@ -14,6 +15,8 @@
 namespace {
 
 constexpr std::int32_t kSweepEvery = 64; // rows
+constexpr int kReadings = 3;             // of a row whose selection moves meanwhile
+constexpr TextView kTitles[] = {u"From", u"Subject", u"Received", u"Sent", u"To"};
 
 // The cell of the titled column; nothing without such a column, empty when the row lacks it.
 const Text* CellOf(const OeClient& client, const MessageDetails& details, TextView title)
@@ -58,13 +61,47 @@ double DateFrom(OeClient& client, const Text* cell)
 // What stops a reading before the row itself; empty when nothing does.
 Text WhyNoDetails(OeClient& client)
 {
-    if (ListItemCount(client) == 0) return u"ERROR: No items in message list.";
-    const std::int32_t selected = SelectedCount(client);
-    if (client.desktop.Send(client.handles.listView, message::kListHeader, 0, 0) == 0)
+    const WindowHandle list = client.handles.listView;
+    if (Ask(client, list, message::kListItemCount) == 0) return u"ERROR: No items in message list.";
+    const std::int32_t selected = SelectedCount(client).value_or(0);
+    if (Ask(client, list, message::kListHeader).value_or(0) == 0)
         return u"ERROR: Could not find message list header.";
-    if (ListColumnCount(client) == 0) return u"ERROR: No columns in message list header.";
+    if (ListColumnCount(client).value_or(0) == 0) return u"ERROR: No columns in message list header.";
     if (selected < 1) return u"ERROR: No email selected from message list.";
     return {};
+}
+
+// The list lives on while it is read: a row is the selected one only if it still is when its last cell has
+// come. When mail arrives above it, say, the same number is another e-mail's.
+MessageDetails ReadSelectedRow(OeClient& client)
+{
+    MessageDetails details;
+    for (int reading = 0; reading < kReadings && !client.silent; ++reading) {
+        const std::optional<std::int32_t> row = SelectedIndex(client);
+        details = {row.value_or(-1), {}};
+        if (!row || *row < 0) break;
+        details.cells = ReadItemTexts(client, *row);
+        if (SelectedIndex(client) == row) return details;
+    }
+    details.cells.clear();
+    return details;
+}
+
+struct SelectedReading {
+    MessageDetails details;
+    Text error; // what stopped the reading before the row itself
+};
+
+SelectedReading ReadSelected(OeClient& client)
+{
+    SelectedReading reading;
+    const bool titlesKnown = ReadListColumns(client);
+    reading.error = WhyNoDetails(client);
+    if (!reading.error.empty()) return reading;
+    reading.details = ReadSelectedRow(client);
+    // An identity made of other columns' texts would be another e-mail's.
+    if (!titlesKnown) reading.details.cells.clear();
+    return reading;
 }
 
 } // namespace
@@ -77,19 +114,16 @@ MessageDetails GetMessageDetails(OeClient& client)
     if (!client.handles.oeFound || !client.handles.listViewFound) return details;
     const auto show = [&client](const Text& words) { client.reporter.LogLine(words, Record::no); };
 
-    ReadListColumns(client);
+    const SelectedReading reading = Patiently(client, [&] { return ReadSelected(client); });
     client.subjectPosition = ColumnIndexByTitle(client, u"Subject") + 1;
     show(u"Getting message details");
-    if (const Text error = WhyNoDetails(client); !error.empty()) {
-        show(error);
+    if (!reading.error.empty()) {
+        show(reading.error);
         return details;
     }
-    const std::int32_t id = SelectedIndex(client);
-    show(u"Email ID: " + DecimalText(id));
-    if (id >= 0) {
-        details.id = client.currentEmailId = id;
-        details.cells = ReadItemTexts(client, id);
-    }
+    details = reading.details;
+    show(u"Email ID: " + DecimalText(details.id));
+    if (details.id >= 0) client.currentEmailId = details.id;
     client.detailsFound = !details.cells.empty();
     if (client.detailsFound) {
         show(u"Subject: " + SubjectOf(client, details));
@@ -124,23 +158,41 @@ double EntryDateKey(const EmailEntry& entry)
     return std::max({kNoListDate, entry.Received, entry.Sent});
 }
 
-void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress)
+std::vector<Text> MissingColumns(const OeClient& client)
+{
+    std::vector<Text> missing;
+    for (const TextView title : kTitles)
+        if (!client.columnsKnown || ColumnIndexByTitle(client, title) < 0) missing.emplace_back(title);
+    return missing;
+}
+
+std::optional<EmailEntry> ReadSelectedEntry(OeClient& client)
+{
+    const MessageDetails details = Patiently(
+        client, [&] { return SelectedCount(client) == 1 ? ReadSelectedRow(client) : MessageDetails(); });
+    if (details.cells.empty()) return std::nullopt;
+    return BuildEmailEntry(client, details);
+}
+
+bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress)
 {
     client.folderEntries.clear(); // those of the folder before
-    if (!client.handles.oeFound || !client.handles.listViewFound) return;
-    ReadListColumns(client);
-    const std::int32_t count = ListItemCount(client);
-    if (count < 1) return;
+    if (!client.handles.oeFound || !client.handles.listViewFound) return false;
+    const std::int32_t count = ListItemCount(client).value_or(-1);
+    if (count < 0) return false;
+    if (count == 0) return true;
+    const bool titlesKnown = Patiently(client, [&] { return ReadListColumns(client); });
     client.folderEntries.assign(static_cast<std::size_t>(count), EmailEntry());
     for (std::int32_t row = 0; row < count; ++row) {
         if (client.flags.stopAfterEmail) {
             client.folderEntries.resize(static_cast<std::size_t>(row));
             break;
         }
-        const MessageDetails details{row, ReadItemTexts(client, row)};
+        const MessageDetails details{row, Patiently(client, [&] { return ReadItemTexts(client, row); })};
+        if (client.silent) return false;
         EmailEntry& entry = client.folderEntries[static_cast<std::size_t>(row)];
         entry = BuildEmailEntry(client, details);
-        if (details.cells.empty()) entry.Crc.clear();
+        if (details.cells.empty() || !titlesKnown) entry.Crc.clear();
         if ((row + 1) % kSweepEvery == 0) SweepRemoteMemory(client.memory);
         progress(count == 1 ? 100 : static_cast<int>(RoundHalfEven(row * 100.0 / (count - 1))));
         client.reporter.ProcessEvents();
@@ -149,4 +201,5 @@ void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
     std::stable_sort(
         client.folderEntries.begin(), client.folderEntries.end(),
         [](const EmailEntry& a, const EmailEntry& b) { return EntryDateKey(a) < EntryDateKey(b); });
+    return true;
 }

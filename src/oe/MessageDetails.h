@@ -7,8 +7,9 @@ struct MessageDetails {
     std::vector<Text> cells; // by column index
 };
 
-// The selected row. Says on the display what it found or why not; client.detailsFound tells which, and
-// client.currentEmailId is the row or -1.
+// The selected row, or a row that could not be read when the selection changes while it is read three times
+// over: its cells would be another row's. Says on the display what it found or why not; client.detailsFound
+// tells which, and client.currentEmailId is the row or -1.
 MessageDetails GetMessageDetails(OeClient& client);
 
 // Cells are found by the titles of their columns: "From", "Subject", "Received", "Sent", "To". A column that
@@ -19,7 +20,15 @@ Text SubjectOf(const OeClient& client, const MessageDetails& details); // the ce
 // The later of the two dates, counting only those after 1 January 1900; that date when neither counts.
 double EntryDateKey(const EmailEntry& entry);
 
+// Of "From", "Subject", "Received", "Sent" and "To" those that the list has no column for, in that order, as
+// the columns were last read.
+std::vector<Text> MissingColumns(const OeClient& client);
+
+// The one row that is selected, with its identity; nothing when it is not exactly one, or could not be read.
+std::optional<EmailEntry> ReadSelectedEntry(OeClient& client);
+
 // Reads every row of the folder shown into client.folderEntries, oldest first. progress is given the
 // percentage after each row; the window lives meanwhile. A row that could not be read has an empty Crc. Once
-// stopAfterEmail is set, the rows that follow are left out.
-void ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress);
+// stopAfterEmail is set, the rows that follow are left out. False when the client fell silent, or did not say
+// how many rows there are.
+bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress);

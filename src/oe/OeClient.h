@@ -12,6 +12,8 @@
 #include "store/clsCRC.h"
 #include "store/EmailEntry.h"
 
+#include <optional>
+
 struct OeHandles {
     WindowHandle mainWindow = 0;  // "Outlook Express Browser Class"
     WindowHandle messageView = 0; // its child "Outlook Express Message View"
@@ -41,6 +43,14 @@ struct OeSettings {
     float timeOffset = 0; // months
 };
 
+// What is known of the "Save Message As" dialogs that the client was asked for.
+struct SaveDialogState {
+    std::uint32_t processId = 0;            // of the client that this is about
+    std::optional<std::uint32_t> overdue{}; // Desktop's milliseconds of an ask that nothing has come of yet
+    int writtenOff = 0; // asks of which nothing came within a minute: as many dialogs may be another e-mail's
+    int blocked = 0;    // e-mails in a row for which the client's main window was disabled
+};
+
 struct OeClient {
     Desktop& desktop;
     RemoteMemory memory;
@@ -61,9 +71,6 @@ struct OeClient {
     bool detailsFound = false;
     int subjectPosition = 0; // column index of "Subject", plus 1
     std::vector<EmailEntry> folderEntries{};
-    bool dialogOverdue = false; // the client was told to open its Save dialog and has not done so yet
+    bool silent = false; // it let a message run out of time and has not answered since
+    SaveDialogState saveDialog{};
 };
-
-// The one way to wait: asks the condition, then up to `tries` times sleeps and asks again. Whether the
-// condition came true. The window lives meanwhile, and answers within 50 ms.
-bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition);

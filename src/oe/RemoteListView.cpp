@@ -1,5 +1,6 @@
 #include "oe/RemoteListView.h"
 
+#include "oe/Conversation.h"
 #include "oe/RemoteControls.h"
 
 #include <numeric>
@@ -12,12 +13,12 @@ constexpr std::uint32_t kFocused = 1, kSelected = 2;
 
 WindowHandle HeaderOf(OeClient& client)
 {
-    return client.desktop.Send(client.handles.listView, message::kListHeader, 0, 0);
+    return Ask(client, client.handles.listView, message::kListHeader).value_or(0);
 }
 
-std::int32_t ColumnCountOf(OeClient& client, WindowHandle header)
+std::optional<std::int32_t> ColumnCountOf(OeClient& client, WindowHandle header)
 {
-    return header < 1 ? 0 : client.desktop.Send(header, message::kHeaderItemCount, 0, 0);
+    return header < 1 ? 0 : Ask(client, header, message::kHeaderItemCount);
 }
 
 std::int32_t Param(RemoteAddress address)
@@ -25,74 +26,92 @@ std::int32_t Param(RemoteAddress address)
     return static_cast<std::int32_t>(address);
 }
 
+// Nothing when it was not answered.
 std::vector<std::int32_t> ReadColumnOrder(OeClient& client, std::int32_t count)
 {
     std::vector<std::int32_t> order(static_cast<std::size_t>(count));
     const auto bytes = static_cast<std::uint32_t>(order.size() * sizeof order[0]);
     const RemoteAddress block = RemoteAlloc(client.memory, client.handles.listView, bytes);
-    (void)RemoteWrite(client.memory, block, order.data(), bytes); // zeros either way
-    client.desktop.Send(client.handles.listView, message::kListColumnOrder, count, Param(block));
-    (void)RemoteRead(client.memory, block, order.data(), bytes);
+    const WindowHandle list = client.handles.listView;
+    const bool answered =
+        RemoteWrite(client.memory, block, order.data(), bytes) &&
+        Ask(client, list, message::kListColumnOrder, count, Param(block)).value_or(0) != 0 &&
+        RemoteRead(client.memory, block, order.data(), bytes);
     RemoteFree(client.memory, block);
+    if (!answered) order.clear();
     return order;
+}
+
+// The blocks for one header item and its text, in the client.
+struct HeaderBlocks {
+    RemoteAddress item, text;
+};
+
+bool ReadTitle(OeClient& client, WindowHandle header, std::int32_t index, HeaderBlocks blocks, Text& title)
+{
+    RemoteHeaderItem item{};
+    item.mask = kHeaderItemText;
+    item.text = blocks.text;
+    item.textMax = kHeaderTextBytes;
+    std::array<char, kHeaderTextBytes> bytes{};
+    const bool answered =
+        RemoteWrite(client.memory, blocks.item, &item, sizeof item) &&
+        Ask(client, header, message::kHeaderItemA, index, Param(blocks.item)).value_or(0) != 0 &&
+        RemoteRead(client.memory, blocks.text, bytes.data(), kHeaderTextBytes);
+    if (answered) title = CutAtNul(client.codePage.FromAnsi({bytes.data(), bytes.size()}));
+    return answered;
 }
 
 } // namespace
 
-std::int32_t ListItemCount(OeClient& client)
+std::optional<std::int32_t> ListItemCount(OeClient& client)
 {
-    return client.desktop.Send(client.handles.listView, message::kListItemCount, 0, 0);
+    return Patiently(client, [&] { return Ask(client, client.handles.listView, message::kListItemCount); });
 }
 
-std::int32_t ListColumnCount(OeClient& client)
+std::optional<std::int32_t> ListColumnCount(OeClient& client)
 {
     return ColumnCountOf(client, HeaderOf(client));
 }
 
-std::int32_t SelectedIndex(OeClient& client)
+std::optional<std::int32_t> SelectedIndex(OeClient& client)
 {
     constexpr std::int32_t kOfSelected = 2; // LVNI_SELECTED
-    return client.desktop.Send(client.handles.listView, message::kListNextItem, -1, kOfSelected);
+    return Ask(client, client.handles.listView, message::kListNextItem, -1, kOfSelected);
 }
 
-std::int32_t SelectedCount(OeClient& client)
+std::optional<std::int32_t> SelectedCount(OeClient& client)
 {
-    return client.desktop.Send(client.handles.listView, message::kListSelectedCount, 0, 0);
+    return Ask(client, client.handles.listView, message::kListSelectedCount);
 }
 
-void ReadListColumns(OeClient& client)
+bool ReadListColumns(OeClient& client)
 {
     client.columnsKnown = false;
     const WindowHandle header = HeaderOf(client);
-    const std::int32_t count = ColumnCountOf(client, header);
-    if (count < 1) return;
-    client.columns.resize(static_cast<std::size_t>(count));
+    const std::int32_t count = ColumnCountOf(client, header).value_or(0);
+    if (count < 1) return !client.silent;
+    client.columns.assign(static_cast<std::size_t>(count), ListColumn());
     const std::vector<std::int32_t> order = ReadColumnOrder(client, count);
+    if (order.empty()) return false;
     // Kept: the order of a single column is just 0, which looks like an order that could not be read.
-    if (std::accumulate(order.begin(), order.end(), std::int64_t{0}) <= 0) return;
+    if (std::accumulate(order.begin(), order.end(), std::int64_t{0}) <= 0) return true;
 
-    RemoteMemory& memory = client.memory;
-    const RemoteAddress itemBlock = RemoteAlloc(memory, header, sizeof(RemoteHeaderItem));
-    const RemoteAddress textBlock = RemoteAlloc(memory, header, kHeaderTextBytes);
+    HeaderBlocks blocks{};
+    blocks.item = RemoteAlloc(client.memory, header, sizeof(RemoteHeaderItem));
+    blocks.text = RemoteAlloc(client.memory, header, kHeaderTextBytes);
     std::size_t total = 0;
-    for (std::size_t place = 0; place < order.size(); ++place) {
-        RemoteHeaderItem item{};
-        item.mask = kHeaderItemText;
-        item.text = textBlock;
-        item.textMax = kHeaderTextBytes;
-        const bool answered =
-            RemoteWrite(memory, itemBlock, &item, sizeof item) &&
-            client.desktop.Send(header, message::kHeaderItemA, order[place], Param(itemBlock)) != 0;
-        std::array<char, kHeaderTextBytes> title{};
-        if (answered) (void)RemoteRead(memory, textBlock, title.data(), kHeaderTextBytes);
+    bool answered = true;
+    for (std::size_t place = 0; answered && place < order.size(); ++place) {
         ListColumn& column = client.columns[place];
-        column.title = CutAtNul(client.codePage.FromAnsi({title.data(), title.size()}));
         column.index = static_cast<std::int16_t>(order[place]);
+        answered = ReadTitle(client, header, order[place], blocks, column.title);
         total += column.title.size();
     }
-    RemoteFree(memory, textBlock);
-    RemoteFree(memory, itemBlock);
-    client.columnsKnown = total >= 1;
+    RemoteFree(client.memory, blocks.text);
+    RemoteFree(client.memory, blocks.item);
+    client.columnsKnown = answered && total >= 1;
+    return answered;
 }
 
 int ColumnIndexByTitle(const OeClient& client, TextView title)
@@ -105,7 +124,7 @@ int ColumnIndexByTitle(const OeClient& client, TextView title)
 
 std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
 {
-    const std::int32_t count = ListColumnCount(client);
+    const std::int32_t count = ListColumnCount(client).value_or(0);
     if (count < 1) return {};
     std::vector<Text> texts(static_cast<std::size_t>(count) + 1);
     if (item < 0) return texts;
@@ -116,7 +135,7 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
     const RemoteAddress textBlock = RemoteAlloc(memory, list, kTextBytes);
     TextBuffer buffer;
     bool complete = true; // but for the text beyond the last column, which a list need not answer
-    for (std::size_t column = 0; column < texts.size(); ++column) {
+    for (std::size_t column = 0; column < texts.size() && !client.silent; ++column) {
         RemoteListItem request{};
         request.mask = kListItemText;
         request.item = static_cast<std::uint32_t>(item);
@@ -126,19 +145,19 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
         // The text block needs no clearing: it is zero when fresh, and later a list that answers fills it. If
         // it is not asked or does not answer, the block holds the cell before, which must not pass for this.
         const bool isRead = RemoteWrite(memory, itemBlock, &request, sizeof request) &&
-                            client.desktop.Send(list, message::kListItemW, 0, Param(itemBlock)) != 0 &&
+                            Ask(client, list, message::kListItemW, 0, Param(itemBlock)).value_or(0) != 0 &&
                             buffer.Receive(memory, textBlock, texts[column]);
         complete = complete && (isRead || column + 1 == texts.size());
     }
     RemoteFree(memory, textBlock);
     RemoteFree(memory, itemBlock);
-    if (!complete) texts.clear();
+    if (!complete || client.silent) texts.clear();
     return texts;
 }
 
 void SelectListItem(OeClient& client, std::int32_t item, OtherItems others)
 {
-    if (!client.handles.listViewFound || client.handles.listView <= 0) return;
+    if (!client.handles.listViewFound || client.handles.listView <= 0 || !AwaitClient(client)) return;
     // Kept: a count compared with an index. With one row selected, row 1 is never selected by this.
     if (SelectedCount(client) == item) return;
     if (others == OtherItems::clear) SetListItemState(client, -1, 0);
@@ -154,22 +173,8 @@ void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state)
     request.state = state;
     request.stateMask = kFocused | kSelected;
     const bool done = RemoteWrite(client.memory, block, &request, sizeof request) &&
-                      client.desktop.Send(list, message::kListSetItemState, item, Param(block)) != 0;
+                      Ask(client, list, message::kListSetItemState, item, Param(block)).value_or(0) != 0;
     RemoteFree(client.memory, block);
-    client.desktop.Send(list, message::kListEnsureVisible, item, 0);
+    Act(client, list, message::kListEnsureVisible, item);
     if (!done) client.reporter.LogLine(u"Listview select failed", Record::no);
-}
-
-void SendKey(OeClient& client, WindowHandle window, std::int32_t virtualKey, WithCharacter character)
-{
-    client.desktop.Send(window, message::kKeyDown, virtualKey, 0);
-    if (character == WithCharacter::yes) client.desktop.Send(window, message::kChar, virtualKey, 0);
-    client.desktop.Send(window, message::kKeyUp, virtualKey, 0);
-}
-
-void SendClick(OeClient& client, WindowHandle window, MouseButton button)
-{
-    const bool left = button == MouseButton::left;
-    client.desktop.Send(window, left ? message::kLeftDown : message::kRightDown, 0, 0);
-    client.desktop.Send(window, left ? message::kLeftUp : message::kRightUp, 0, 0);
 }

@@ -1,15 +1,22 @@
 // RemoteListView.h: reads and drives the client's message list, a list view of another process.
-// Fails by: a list that has gone, or has no header, gives zero counts and empty texts.
+// Fails by: nothing is thrown. What was not answered is no value, never 0: a client that is silent or gone
+// says neither "no e-mails" nor "the first row".
 #pragma once
 #include "oe/OeClient.h"
 
-std::int32_t ListItemCount(OeClient& client);
-std::int32_t ListColumnCount(OeClient& client);
-std::int32_t SelectedIndex(OeClient& client); // first selected row, -1 when none
-std::int32_t SelectedCount(OeClient& client);
+#include <optional>
 
-// Fills client.columns and columnsKnown. Kept: a list of a single column yields no titles.
-void ReadListColumns(OeClient& client);
+// An operation of its own: it waits for the client to be free.
+std::optional<std::int32_t> ListItemCount(OeClient& client);
+// The others belong to an operation.
+std::optional<std::int32_t> ListColumnCount(OeClient& client); // 0 without a header
+std::optional<std::int32_t> SelectedIndex(OeClient& client);   // first selected row, -1 when none
+std::optional<std::int32_t> SelectedCount(OeClient& client);
+
+// Fills client.columns and columnsKnown. Kept: a list of a single column yields no titles, and neither does
+// one whose titles are all empty. False when the order or a title was asked for and not answered: nothing
+// that is read by titles is to be trusted then.
+bool ReadListColumns(OeClient& client);
 // Column index by title in any letter case, the leftmost of several; -1 when there is none. Kept: 0 for every
 // title while no columns are known.
 int ColumnIndexByTitle(const OeClient& client, TextView title);
@@ -24,9 +31,3 @@ enum class OtherItems { keep, clear };
 void SelectListItem(OeClient& client, std::int32_t item, OtherItems others);
 // LVIS_FOCUSED (1) and LVIS_SELECTED (2) of one row, or of all with item -1; then scrolls the row into view.
 void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state);
-
-enum class WithCharacter { no, yes };
-void SendKey(OeClient& client, WindowHandle window, std::int32_t virtualKey, WithCharacter character);
-enum class MouseButton { left, right };
-void SendClick(OeClient& client, WindowHandle window,
-               MouseButton button = MouseButton::left); // at its (0, 0)

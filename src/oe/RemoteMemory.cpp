@@ -24,7 +24,7 @@ RemoteAddress RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32
         return memory.api.MapView(memory.sharedHandle);
     }
     const std::uint32_t processId = memory.api.ProcessIdOf(window);
-    memory.sharedHandle = memory.api.OpenProcessHandle(kAccess, processId);
+    memory.sharedHandle = memory.api.OpenProcessHandle(kAccess, processId, memory.denied);
     const RemoteAddress address = memory.api.AllocateIn(memory.sharedHandle, size);
     if (memory.sharedHandle != 0) memory.blocks.push_back({address, memory.sharedHandle, processId});
     return address;
@@ -78,7 +78,7 @@ void SweepRemoteMemory(RemoteMemory& memory)
             if (own == 0 || block.processId != processId) {
                 if (own != 0) (void)memory.api.Close(own);
                 processId = block.processId;
-                own = memory.api.OpenProcessHandle(kAccess, processId);
+                own = memory.api.OpenProcessHandle(kAccess, processId, memory.denied);
             }
             (void)memory.api.FreeIn(own, block.address);
         }
@@ -86,4 +86,10 @@ void SweepRemoteMemory(RemoteMemory& memory)
     }
     if (own != 0) (void)memory.api.Close(own);
     memory.blocks.clear();
+}
+
+void ForgetRemoteMemory(RemoteMemory& memory)
+{
+    memory.blocks.clear();
+    memory.sharedHandle = 0; // without it, the operation under way can neither read nor release
 }

@@ -23,6 +23,7 @@ struct RemoteMemory {
     bool platformChecked = false;
     bool platformIsNt = false;
     std::int32_t sharedHandle = 0;
+    bool denied = false;       // the client has higher rights than this program
     std::vector<Block> blocks; // on the NT path: what is not released or not closed yet
 };
 
@@ -37,3 +38,7 @@ void RemoteFree(RemoteMemory& memory, RemoteAddress address);
 // Releases what stayed behind, with a handle of its own. To be called between operations: a left block
 // takes 64 KB of the client's address space, so that some 30,000 of them would bring it down.
 void SweepRemoteMemory(RemoteMemory& memory);
+
+// Leaves everything to the client for good: no release, no reading back, no sweep reaches it any more. For a
+// message that was not answered: its handler may still be running, and would write into what was released.
+void ForgetRemoteMemory(RemoteMemory& memory);

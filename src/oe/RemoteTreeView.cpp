@@ -1,5 +1,6 @@
 #include "oe/RemoteTreeView.h"
 
+#include "oe/Conversation.h"
 #include "oe/RemoteControls.h"
 #include "oe/RemoteListView.h"
 #include "oe/WindowDiscovery.h"
@@ -12,30 +13,33 @@ namespace {
 constexpr std::int32_t kRoot = 0, kNext = 1, kChild = 4, kFirstVisible = 5, kCaret = 9; // TVGN_...
 constexpr std::uint32_t kTreeItemText = 1, kTreeItemChildren = 0x40;                    // mask bits
 constexpr int kRefreshTries = 31, kRefreshInterval = 100;                               // milliseconds
+constexpr std::uint32_t kEventInterval = 50; // milliseconds between two looks at what the user does
 constexpr std::int32_t kHomeKey = 0x24;
 constexpr int kDeepest = 500; // a tree deeper than this is damaged or malicious
 
 std::int32_t NextItem(OeClient& client, WindowHandle tree, std::int32_t relation, std::int32_t item)
 {
-    return client.desktop.Send(tree, message::kTreeNextItem, relation, item);
+    return Ask(client, tree, message::kTreeNextItem, relation, item).value_or(0);
 }
 
 void Visit(OeClient& client, WindowHandle tree, std::int32_t item, int depth)
 {
-    const TreeItemReading reading = ReadTreeItem(client, tree, item);
+    const TreeItemReading reading = Patiently(client, [&] { return ReadTreeItem(client, tree, item); });
     if (!reading.text.empty())
         client.lstTree.push_back({Text(static_cast<std::size_t>(depth), u'-') + reading.text, item, depth});
     if (reading.children < 1 || depth >= kDeepest) return;
     // A folder without a text takes no line, so what lies below it goes one level up.
     const int below = reading.text.empty() ? depth : depth + 1;
-    for (std::int32_t child = NextItem(client, tree, kChild, item); child > 0;
-         child = NextItem(client, tree, kNext, child))
+    const auto next = [&](std::int32_t relation, std::int32_t of) {
+        return Patiently(client, [&] { return NextItem(client, tree, relation, of); });
+    };
+    for (std::int32_t child = next(kChild, item); child > 0; child = next(kNext, child))
         Visit(client, tree, child, below);
 }
 
 std::int32_t CaretItem(OeClient& client)
 {
-    return NextItem(client, FindFolderTree(client), kCaret, 0);
+    return Patiently(client, [&] { return NextItem(client, FindFolderTree(client), kCaret, 0); });
 }
 
 const OeFolder* LineOf(const OeClient& client, std::int32_t item)
@@ -48,14 +52,16 @@ const OeFolder* LineOf(const OeClient& client, std::int32_t item)
 // Whether the list on the screen has become the new folder's.
 class FolderRefresh {
 public:
-    FolderRefresh(OeClient& client, const Text& folderName, std::int32_t before)
-        : client_(client), folderName_(folderName), before_(before)
+    FolderRefresh(OeClient& client, const Text& folderName)
+        : client_(client), folderName_(folderName), before_(ListItemCount(client).value_or(0))
     {
     }
 
     void Look()
     {
-        now_ = ListItemCount(client_);
+        // A list that has gone counts nothing; one that does not answer has not changed yet.
+        const bool isThere = client_.desktop.IsThere(client_.handles.listView);
+        now_ = isThere ? ListItemCount(client_).value_or(before_) : 0;
         hit_ = FindNoCase(GetWindowCaption(client_.desktop, client_.handles.mainWindow), folderName_);
     }
 
@@ -64,6 +70,7 @@ public:
     bool Arrived()
     {
         if (waits_ > 0) Look();
+        if (client_.silent) return true; // no further wait
         // An empty folder after an empty folder cannot change the count: a caption that begins with its name
         // is enough, from the first wait on.
         if (waits_ > 0 && hit_ == 0 && before_ == 0 && now_ == 0) before_ = -1;
@@ -79,11 +86,20 @@ private:
     int waits_ = 0;
 };
 
+// In full, whatever is pressed meanwhile; only closing ends it.
 void Settle(OeClient& client)
 {
     const double milliseconds = RoundHalfEven(static_cast<double>(client.settings.settleTime) * 1000.0);
-    const int limited = static_cast<int>(std::clamp(milliseconds, 0.0, 3600.0 * 1000.0));
-    WaitUntil(client, 1, limited, [] { return false; });
+    const auto limit = static_cast<std::uint32_t>(std::clamp(milliseconds, 0.0, 3600.0 * 1000.0));
+    Text said;
+    for (std::uint32_t slept = 0; slept < limit && !client.flags.closing; slept += kEventInterval) {
+        client.desktop.Sleep(static_cast<int>(std::min(limit - slept, kEventInterval)));
+        client.reporter.ProcessEvents();
+        const Text left = DecimalText(static_cast<std::int32_t>((limit - slept + 999) / 1000));
+        if (!client.flags.stopRequested || left == said) continue;
+        said = left;
+        client.reporter.LogLine(u"Stopping when Outlook Express has settled, in " + left + u" s", Record::no);
+    }
 }
 
 void AbortRun(OeClient& client)
@@ -111,7 +127,7 @@ TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t i
     request.text = textBlock;
     request.textMax = kTextBytes;
     (void)RemoteWrite(memory, itemBlock, &request, sizeof request); // both blocks are zero until it succeeds
-    client.desktop.Send(tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock));
+    (void)Ask(client, tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock));
     (void)RemoteRead(memory, itemBlock, &request, sizeof request);
     TextBuffer buffer;
     TreeItemReading reading{{}, request.children};
@@ -121,12 +137,13 @@ TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t i
     return reading;
 }
 
-void WalkFolderTree(OeClient& client)
+bool WalkFolderTree(OeClient& client)
 {
     const WindowHandle tree = FindFolderTree(client);
-    if (tree < 1) return;
-    const std::int32_t root = NextItem(client, tree, kRoot, 0);
+    if (tree < 1) return true;
+    const std::int32_t root = Patiently(client, [&] { return NextItem(client, tree, kRoot, 0); });
     if (root >= 1) Visit(client, tree, root, 0);
+    return !client.silent;
 }
 
 int CurrentFolderIndex(OeClient& client)
@@ -151,25 +168,25 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
         ReportFailure(client);
         return false;
     }
-    FolderRefresh refresh(client, folderName, ListItemCount(client));
+    FolderRefresh refresh(client, folderName);
     client.reporter.LogLine(u"Sending message to Outlook Express", Record::no);
-    client.desktop.Send(tree, message::kTreeSelectItem, kFirstVisible, item);
+    Act(client, tree, message::kTreeSelectItem, kFirstVisible, item);
     client.reporter.ProcessEvents();
-    client.desktop.Send(tree, message::kTreeSelectItem, kCaret, item);
+    Act(client, tree, message::kTreeSelectItem, kCaret, item);
+    if (client.silent) (void)AwaitClient(client); // how far it came shows in its list
     refresh.Look();
     client.reporter.LogLine(u"Allowing OE to settle", Record::no);
     client.reporter.ProcessEvents();
     Settle(client);
     client.reporter.LogLine(u"Waiting for folder to refresh", Record::no);
     bool arrived =
-        WaitUntil(client, kRefreshTries, kRefreshInterval, [&refresh] { return refresh.Arrived(); });
-    if (!arrived) ReportFailure(client);
+        WaitUntil(client, kRefreshTries, kRefreshInterval, [&refresh] { return refresh.Arrived(); }) &&
+        !client.silent;
+    if (!arrived && !client.silent) ReportFailure(client);
     FindOeHandles(client);
-    if (ListColumnCount(client) == 0) {
-        const Text words = u"Outlook Express has stopped responding - please restart Outlook Express.";
-        client.reporter.LogLine(words, Record::yes);
+    if (client.silent || ListColumnCount(client).value_or(0) == 0) {
         AbortRun(client);
-        client.reporter.ShowBox(BoxIcon::warning, words);
+        ReportSilentClient(client);
         arrived = false;
     }
     if (arrived) SendKey(client, client.handles.listView, kHomeKey, WithCharacter::no);

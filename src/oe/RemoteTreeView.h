@@ -9,7 +9,8 @@ struct TreeItemReading {
 TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t item);
 
 // Appends the first root and everything below it to client.lstTree, depth first. Without a tree: nothing.
-void WalkFolderTree(OeClient& client);
+// False when the client fell silent meanwhile: folders are missing then.
+bool WalkFolderTree(OeClient& client);
 
 // Line of lstTree that the client shows; 0 also when it is none of them.
 int CurrentFolderIndex(OeClient& client);

@@ -11,8 +11,10 @@ struct Reporter {
     virtual void LogLine(const Text& message, Record record) = 0;
     // On the vacuum-tube display only, not a message of the log.
     virtual void ShowText(const Text& text) = 0;
-    // A message box with the program's title; returns when the user has closed it.
+    // A message box with the program's title; returns when it has been closed.
     virtual void ShowBox(BoxIcon icon, const Text& words) = 0;
+    // One that closes itself after a minute.
+    virtual void ShowBriefBox(BoxIcon icon, const Text& words) = 0;
     // Lets the user interface handle what is pending. Stop buttons and closing arrive here.
     virtual void ProcessEvents() = 0;
 };

@@ -1,7 +1,9 @@
 #include "oe/SaveDialog.h"
 
+#include "oe/ClientBoxes.h"
+#include "oe/Conversation.h"
+#include "oe/MessageDetails.h"
 #include "oe/RemoteControls.h"
-#include "oe/RemoteListView.h"
 #include "oe/WindowDiscovery.h"
 
 #include <algorithm>
@@ -13,11 +15,16 @@ const Text kDialogCaption = u"Save Message As", kDialogClass = u"#32770";
 constexpr TextView kExtension = u".eml";
 constexpr std::int32_t kSaveAsCommand = 40101; // the client's menu command
 constexpr int kDialogTries = 20, kFileTries = 20, kCloseTries = 10, kCloseRounds = 3;
-constexpr int kInterval = 100; // milliseconds
+constexpr int kInterval = 100;                  // milliseconds
+constexpr std::uint32_t kLongestDelay = 60'000; // milliseconds from asking for a dialog to writing it off
+constexpr int kMostWrittenOff =
+    3; // more are never counted: a client that opens none would never be used again
+constexpr int kFocusTries = 20, kFocusWait = 10; // milliseconds until a window really has the focus
 
+// The client's own: another program may have a dialog of that name.
 WindowHandle FindDialog(OeClient& client)
 {
-    return FindTopWindowEx(client.desktop, kDialogCaption, kDialogClass);
+    return FindTopWindowOf(client, kDialogCaption, kDialogClass);
 }
 
 bool ClickButton(OeClient& client, WindowHandle dialog, const Text& caption)
@@ -93,36 +100,102 @@ WindowHandle FindNameBox(OeClient& client, WindowHandle dialog)
     return std::max(edit, 0);
 }
 
-WindowHandle WaitForDialog(OeClient& client)
+void TypeKeys(OeClient& client)
 {
-    return WaitForTopWindow(client, kDialogCaption, kDialogClass, kDialogTries);
+    // The window comes to the foreground before its thread has the focus; keys typed at once would go astray,
+    // and without it they would go to another program.
+    const WindowHandle mainWindow = client.handles.mainWindow;
+    const auto focused = [&] { return client.desktop.IsForeground(mainWindow); };
+    if (!WaitUntil(client, kFocusTries, kFocusWait, focused) || !AwaitClient(client) || !focused()) return;
+    client.desktop.TypeSaveAsKeys();
+    (void)AwaitClient(client); // processed
 }
 
+// Tells the client to open its dialog and waits for it; 0 when none came in time.
 WindowHandle AskForDialog(OeClient& client, bool sendKeys)
 {
-    const WindowHandle mainWindow = client.handles.mainWindow;
-    client.desktop.BringToForeground(mainWindow);
+    client.desktop.BringToForeground(client.handles.mainWindow);
+    client.saveDialog.overdue = client.desktop.Milliseconds();
     if (sendKeys)
-        client.desktop.TypeSaveAsKeys(mainWindow);
+        TypeKeys(client);
     else
-        client.desktop.Post(mainWindow, message::kCommand, kSaveAsCommand, 0);
-    return WaitForDialog(client);
+        client.desktop.Post(client.handles.mainWindow, message::kCommand, kSaveAsCommand, 0);
+    const WindowHandle dialog = WaitForTopWindow(client, kDialogCaption, kDialogClass, kDialogTries);
+    if (dialog > 0) client.saveDialog.overdue.reset();
+    return dialog;
 }
 
+bool IsOverdue(const OeClient& client)
+{
+    return client.saveDialog.overdue &&
+           client.desktop.Milliseconds() - *client.saveDialog.overdue < kLongestDelay;
+}
+
+// While a dialog that was asked for has not come, no other is asked for: which is which could not be told.
+// The one that is late is closed. False when it was a stop that ended the wait.
+bool AwaitOverdueDialog(OeClient& client)
+{
+    SaveDialogState& state = client.saveDialog;
+    if (!state.overdue) return true;
+    const auto stopped = [&client] { return client.flags.stopAfterEmail || client.flags.closing; };
+    client.reporter.LogLine(u"Waiting for an earlier Save Message As", Record::no);
+    while (FindDialog(client) == 0 && IsOverdue(client) && !stopped())
+        WaitUntil(client, 1, kInterval, stopped);
+    const bool came = FindDialog(client) != 0;
+    if (!came && stopped()) return false;
+    if (!came && state.writtenOff < kMostWrittenOff) ++state.writtenOff;
+    state.overdue.reset();
+    return true;
+}
+
+// What was written off may come yet, and in place of this e-mail's: as many dialogs as were written off are
+// closed first, and asked for again.
 WindowHandle OpenDialog(OeClient& client, bool sendKeys)
 {
     WindowHandle dialog = AskForDialog(client, sendKeys);
-    if (dialog > 0 && client.dialogOverdue) {
-        // It may be the one that an earlier e-mail waited for in vain, and so hold that one's message. With
-        // everything closed that still comes, the next one is this e-mail's.
-        for (int round = 0; dialog > 0 && round < kCloseRounds; ++round) {
-            if (!CloseDialogs(client)) return 0;
-            dialog = WaitForDialog(client);
-        }
-        dialog = dialog > 0 ? 0 : AskForDialog(client, sendKeys);
+    for (int closed = 0; dialog > 0 && closed < client.saveDialog.writtenOff; ++closed) {
+        if (!CloseDialogs(client)) return 0;
+        dialog = AskForDialog(client, sendKeys);
     }
-    client.dialogOverdue = dialog <= 0;
     return dialog;
+}
+
+// Nobody can select anything behind the dialog, so what is selected now is what it will save.
+bool HoldsThatEmail(OeClient& client, const SaveRequest& request)
+{
+    const std::optional<EmailEntry> selected = ReadSelectedEntry(client);
+    return selected && selected->Crc == request.crc;
+}
+
+// Types the path, presses Save and waits for the file.
+bool SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, const Text& path)
+{
+    // Without the path in it the dialog would save under a name of its own.
+    if (!AskToTakeText(client, nameBox, path)) return false;
+    const ClientBoxes boxes(client, dialog);
+    const auto hasBox = [&boxes] { return boxes.Newest() != 0; };
+    const WindowHandle button = FindChildWindowEx(client.desktop, dialog, u"&Save", u"Button");
+    if (button > 0) SendClick(client, button, MouseButton::left, hasBox);
+    if (client.silent) (void)AwaitClient(client); // it may have been writing all the time
+    // By name only: a file that is still being written counts as saved.
+    bool saved = false;
+    WaitUntil(client, kFileTries, kInterval, [&] {
+        saved = client.files.FileExists(path);
+        return saved || hasBox();
+    });
+    if (!hasBox()) return saved;
+    boxes.Answer(); // the client has not saved it as it was told to
+    return false;
+}
+
+bool IsBlocked(OeClient& client)
+{
+    const WindowHandle mainWindow = client.handles.mainWindow;
+    const auto enabled = [&] { return client.desktop.IsEnabled(mainWindow); };
+    const bool blocked =
+        client.desktop.IsThere(mainWindow) && !WaitUntil(client, kDialogTries, kInterval, enabled);
+    client.saveDialog.blocked = blocked ? client.saveDialog.blocked + 1 : 0;
+    return blocked;
 }
 
 } // namespace
@@ -130,6 +203,10 @@ WindowHandle OpenDialog(OeClient& client, bool sendKeys)
 SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
 {
     const auto log = [&client](const Text& words) { client.reporter.LogLine(words, Record::yes); };
+    const std::uint32_t processId = client.memory.api.ProcessIdOf(client.handles.mainWindow);
+    if (client.saveDialog.processId != processId) client.saveDialog = {processId}; // it was started anew
+    if (!AwaitOverdueDialog(client)) return SaveResult::untried;
+
     const Text failure = u"FAIL: " + DecimalText(request.id) + u' ' + request.subject;
     SaveResult result;
     const Text path = ChoosePath(client, request, result);
@@ -138,24 +215,19 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
         log(failure);
         return SaveResult::failed;
     }
-
-    const WindowHandle dialog = OpenDialog(client, request.sendKeys);
+    const WindowHandle dialog = IsBlocked(client) ? 0 : OpenDialog(client, request.sendKeys);
     if (dialog <= 0) {
+        if (client.silent) return SaveResult::untried;
         log(u"No dialog found");
         return SaveResult::failed;
     }
     const WindowHandle nameBox = FindNameBox(client, dialog);
     if (nameBox == 0) return SaveResult::failed; // the dialog stays open
-    // Without the path in it the dialog would save under a name of its own.
-    if (client.desktop.SendSetText(nameBox, client.codePage.ToAnsi(path)) != 0) {
-        ClickButton(client, dialog, u"&Save");
-        // By name only: a file that is still being written counts as saved.
-        if (WaitUntil(client, kFileTries, kInterval, [&] { return client.files.FileExists(path); }))
-            return SaveResult::saved;
-    }
-    log(failure);
+    if (HoldsThatEmail(client, request) && SaveAs(client, dialog, nameBox, path)) return SaveResult::saved;
     ClickButton(client, dialog, u"Cancel");
     client.reporter.ProcessEvents();
+    if (client.silent) return SaveResult::untried;
+    log(failure);
     return SaveResult::failed;
 }
 

@@ -4,9 +4,10 @@
 #include "oe/OeClient.h"
 
 enum class SaveResult : std::int16_t {
-    saved = 1,   // the file was there after the Save button was pressed
-    failed = 0,  // no dialog, no box for the name, or no file in time
-    skipped = -1 // a file of that name existed and identical names are to be skipped
+    saved = 1,    // the file was there after the Save button was pressed
+    failed = 0,   // no dialog, no box for the name, or no file in time
+    skipped = -1, // a file of that name existed and identical names are to be skipped
+    untried = -2  // a stop came before the client was asked for anything, or it fell silent: not failed yet
 };
 
 struct SaveRequest {
@@ -16,10 +17,15 @@ struct SaveRequest {
     bool idOnly = false;
     bool skipFiles = false;
     bool sendKeys = false;
+    Text crc{}; // of the e-mail that was read
 };
 
-// Every outcome but `saved` has a line in the log. No message is ever saved under another's name: a dialog
-// left over from an earlier e-mail is closed first, and a path that the dialog cannot be told is a failure.
+// Every outcome but `saved` and `untried` has a line in the log. No message is ever saved under another's
+// name: a dialog left over from an earlier e-mail is closed first, one that is late is waited for, up to a
+// minute from its asking; with the dialog open, which nobody can select behind, the one e-mail selected must
+// be the one that was read; and a path that the dialog cannot be told is a failure. A box of the client that
+// comes after the click on "Save" is answered with "No", "Cancel" or "OK", its words are logged, and the
+// e-mail has failed.
 SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request);
 
 // At least four digits of the ID, then "_" and what of the subject a file name may hold, cut so that the

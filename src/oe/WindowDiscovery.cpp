@@ -1,13 +1,12 @@
 #include "oe/WindowDiscovery.h"
 
-#include <algorithm>
+#include "oe/Conversation.h"
 
 namespace {
 
 constexpr int kClassBuffer = 100;
 constexpr int kCaptionBuffer = 256;
 constexpr int kDialogInterval = 100; // milliseconds between two searches
-constexpr int kEventInterval = 50;   // and between two looks at what the user does meanwhile
 constexpr TextView kMainClass = u"Outlook Express Browser Class";
 
 // The shared state of a search. Searches do not overlap, so each call has its own.
@@ -41,19 +40,6 @@ struct WindowSearch {
 
 } // namespace
 
-bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition)
-{
-    bool met = condition();
-    for (; !met && tries >= 1; --tries) {
-        for (int left = intervalMilliseconds; left > 0; left -= kEventInterval) {
-            client.desktop.Sleep(std::min(left, kEventInterval));
-            client.reporter.ProcessEvents();
-        }
-        met = condition();
-    }
-    return met;
-}
-
 WindowHandle FindTopWindow(Desktop& desktop, const Text& className)
 {
     return WindowSearch{desktop, nullptr, className, 0}.Run();
@@ -75,11 +61,29 @@ WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text
     return WindowSearch{desktop, &caption, className, parent}.Run();
 }
 
+bool IsOfClient(OeClient& client, WindowHandle window)
+{
+    ProcessApi& api = client.memory.api;
+    const std::uint32_t own = api.ProcessIdOf(client.handles.mainWindow);
+    return own != 0 && api.ProcessIdOf(window) == own;
+}
+
+WindowHandle FindTopWindowOf(OeClient& client, const Text& caption, const Text& className)
+{
+    WindowHandle found = 0;
+    WindowSearch search{client.desktop, &caption, className, 0};
+    client.desktop.EnumTopWindows([&](WindowHandle window) {
+        if (search.Matches(window) && IsOfClient(client, window)) found = window;
+        return found == 0;
+    });
+    return found;
+}
+
 WindowHandle WaitForTopWindow(OeClient& client, const Text& caption, const Text& className, int tries)
 {
     WindowHandle found = 0;
     WaitUntil(client, tries, kDialogInterval, [&] {
-        found = FindTopWindowEx(client.desktop, caption, className);
+        found = FindTopWindowOf(client, caption, className);
         return found != 0;
     });
     return found;

@@ -11,7 +11,10 @@ WindowHandle FindTopWindowEx(Desktop& desktop, const Text& caption, const Text& 
 WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, const Text& className);
 WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption,
                                const Text& className);
-// FindTopWindowEx, tries + 1 times at the most, 100 ms apart.
+// FindTopWindowEx among the windows of the client's process alone.
+WindowHandle FindTopWindowOf(OeClient& client, const Text& caption, const Text& className);
+bool IsOfClient(OeClient& client, WindowHandle window); // of the process of client.handles.mainWindow
+// FindTopWindowOf, tries + 1 times at the most, 100 ms apart.
 WindowHandle WaitForTopWindow(OeClient& client, const Text& caption, const Text& className, int tries);
 Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 characters
 

@@ -1,6 +1,5 @@
 // Desktop.h: the windows of other programs: finding them, reading their names, sending them messages.
-// Nothing here is checked by its callers: a window that has gone has no class, no caption, no parent, and
-// answers 0 to every message.
+// A window that has gone has no class, no caption and no parent, and answers no message.
 #pragma once
 #include "text/Text.h"
 
@@ -8,6 +7,18 @@
 
 // 32-bit signed, as the program has always held them: found means greater than 0.
 using WindowHandle = std::int32_t;
+
+enum class Reply {
+    given,
+    timedOut, // the window's thread did not answer within the limit; its handler may still be running
+    gone,     // there is no such window (any more)
+    refused,  // the system does not let this program send to that one: it has higher rights
+};
+
+struct Answer {
+    Reply reply = Reply::gone;
+    std::int32_t value = 0; // 0 unless given
+};
 
 struct Desktop {
     using Visit = std::function<bool(WindowHandle)>; // false ends the enumeration
@@ -21,15 +32,27 @@ struct Desktop {
     virtual Text CaptionOf(WindowHandle window, int bufferSize) = 0;
     virtual WindowHandle ParentOf(WindowHandle window) = 0;
 
-    // Waits for the answer, 60 seconds at the most; then, and when the window has gone, the answer is 0.
-    virtual std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
-                              std::int32_t lParam) = 0;
-    virtual std::int32_t SendSetText(WindowHandle window, const std::string& ansi) = 0; // WM_SETTEXT
+    virtual WindowHandle OwnerOf(WindowHandle window) = 0; // of a dialog or box; 0: none
+    virtual bool IsEnabled(WindowHandle window) = 0;       // a window behind a modal dialog is not
+    virtual bool IsThere(WindowHandle window) = 0;
+
+    // Asks: waits for the answer, 60 seconds at the most, and handles no event meanwhile.
+    virtual Answer Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                        std::int32_t lParam) = 0;
+    // Acts: sent like the others, but the caller goes on; the parameters must not be addresses. There is one
+    // act at a time: beginning the next forgets the one before, whose answer is then nobody's.
+    virtual void BeginAct(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                          std::int32_t lParam) = 0;
+    virtual bool IsActOver() = 0; // answered, or could not be sent, or its window has gone
+    // Sleeps until a message for this thread has come (the answer to an act is one) or the time is over.
+    virtual void AwaitMessage(int milliseconds) = 0;
+    virtual Answer SendSetText(WindowHandle window, const std::string& ansi) = 0; // WM_SETTEXT, as Send
     virtual void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam,
                       std::int32_t lParam) = 0;
     virtual void BringToForeground(WindowHandle window) = 0;
-    // Alt held while F and A are typed, as a user does; returns when they are processed. Types nothing when
-    // the window does not come to the foreground: the keys would go to another program.
-    virtual void TypeSaveAsKeys(WindowHandle window) = 0;
+    virtual bool IsForeground(WindowHandle window) = 0;
+    // Alt held while F and A are typed, as a user does, for whatever window is in the foreground.
+    virtual void TypeSaveAsKeys() = 0;
     virtual void Sleep(int milliseconds) = 0;
+    virtual std::uint32_t Milliseconds() = 0; // since some moment; begins anew every 49.7 days
 };

@@ -9,7 +9,8 @@ struct ProcessApi {
     virtual ~ProcessApi() = default;
     virtual bool GetPlatformId(std::uint32_t& platformId) = 0; // GetVersionExA; 2 is the NT family
     virtual std::uint32_t ProcessIdOf(WindowHandle window) = 0;
-    virtual std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId) = 0; // 0: refused
+    // 0: not to be had; denied is set when that is for want of rights and left alone otherwise.
+    virtual std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied) = 0;
     virtual RemoteAddress AllocateIn(std::int32_t process,
                                      std::uint32_t size) = 0; // VirtualAllocEx, read and write
     virtual bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) = 0;

@@ -10,6 +10,13 @@ std::unique_ptr<Database> OpenChecked(const DatabaseMaker& maker, const Text& pa
     return database;
 }
 
+Text RecordsSql(const Text& crc, const Text& folder)
+{
+    return folder.empty()
+               ? u"SELECT * FROM saved WHERE ecrc='" + crc + u"'"
+               : u"SELECT * FROM saved WHERE (ecrc='" + crc + u"') AND (efolder='" + SqlQuote(folder) + u"')";
+}
+
 } // namespace
 
 Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
@@ -44,11 +51,16 @@ Database& OpenedDatabase(SavedEmails& saved)
 
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder)
 {
-    const Text sql = folder.empty() ? u"SELECT * FROM saved WHERE ecrc='" + crc + u"'"
-                                    : u"SELECT * FROM saved WHERE (ecrc='" + crc + u"') AND (efolder='" +
-                                          SqlQuote(folder) + u"')";
-    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(sql);
+    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(RecordsSql(crc, folder));
     return !rows->AtEnd() && !rows->AtBeginning();
+}
+
+std::int32_t CountRecords(SavedEmails& saved, const Text& crc, const Text& folder)
+{
+    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(RecordsSql(crc, folder));
+    std::int32_t count = 0;
+    for (; !rows->AtEnd(); rows->MoveNext()) ++count;
+    return count;
 }
 
 void AddSavedEmail(SavedEmails& saved, const Text& folder, const EmailEntry& entry)

@@ -33,6 +33,8 @@ Database& OpenedDatabase(SavedEmails& saved);
 
 // Whether the CRC is recorded under the folder, or, with an empty folder, under any.
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder);
+// How many rows have the CRC under the folder.
+std::int32_t CountRecords(SavedEmails& saved, const Text& crc, const Text& folder);
 // Adds a row; whether there is one already is the caller's to ask. On disk when this returns.
 void AddSavedEmail(SavedEmails& saved, const Text& folder, const EmailEntry& entry);
 

@@ -30,7 +30,7 @@ WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, W
 {
     const WindowHandle window = nextWindow_;
     nextWindow_ += 2;
-    windows_[window] = {className, caption, parent};
+    windows_[window] = {className, caption, parent, 0, kProcess};
     order_.insert(parent == 0 ? order_.begin() : order_.end(), window); // a new one is on top
     return window;
 }
@@ -105,30 +105,98 @@ WindowHandle FakeClient::ParentOf(WindowHandle window)
     return windows_.count(window) ? windows_[window].parent : 0;
 }
 
-std::int32_t FakeClient::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
-                              std::int32_t lParam)
+WindowHandle FakeClient::OwnerOf(WindowHandle window)
 {
+    return windows_.count(window) ? windows_[window].owner : 0;
+}
+
+// Its dialogs and boxes are modal.
+bool FakeClient::IsEnabled(WindowHandle window)
+{
+    return windows_.count(window) && !(blocked && window == main_) &&
+           std::none_of(windows_.begin(), windows_.end(),
+                        [&](const auto& each) { return each.second.owner == window; });
+}
+
+void FakeClient::FallSilent(int milliseconds)
+{
+    silentUntil_ = sleptMilliseconds + milliseconds;
+}
+
+WindowHandle FakeClient::AddForeignDialog()
+{
+    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0);
+    windows_[dialog].process = kProcess + 1;
+    return dialog;
+}
+
+Answer FakeClient::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
+{
+    constexpr int kLimit = 60'000;
+    if (onMessage) onMessage(window, message);
+    if (elevated) return {Reply::refused};
+    if (!windows_.count(window)) return {Reply::gone};
+    // While it works on an act, only a client that pumps answers.
+    const int until = pumps ? silentUntil_ : std::max(silentUntil_, act_ ? actUntil_ : 0);
+    const bool inTime = until - sleptMilliseconds <= kLimit;
+    if (until > sleptMilliseconds) Sleep(inTime ? until - sleptMilliseconds : kLimit);
+    if (inTime) return {Reply::given, Handle({window, message, wParam, lParam})};
+    late_.push_back({window, message, wParam, lParam});
+    return {Reply::timedOut};
+}
+
+void FakeClient::BeginAct(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                          std::int32_t lParam)
+{
+    if (onMessage) onMessage(window, message);
+    if (act_ && actUntil_ > sleptMilliseconds) late_.push_back(*act_); // nobody waits for it any more
+    act_ = SentMessage{window, message, wParam, lParam};
+    openBox_ = 0; // it was the act before that waits for a box
+    const int works = message == 0 ? 0 : actTakes;
+    const int busy = message == 0 && pumps ? 0 : std::max(actUntil_ - sleptMilliseconds, 0);
+    actUntil_ = std::max({sleptMilliseconds + works, silentUntil_, sleptMilliseconds + busy});
+    Sleep(0);
+}
+
+bool FakeClient::IsActOver()
+{
+    return (!act_ || !windows_.count(act_->window)) && !windows_.count(openBox_);
+}
+
+std::int32_t FakeClient::Handle(const SentMessage& sent)
+{
+    const auto& [window, message, wParam, lParam] = sent;
     if (!windows_.count(window)) return 0;
     if (message == message::kKeyDown) keys.emplace_back(window, wParam);
     if (message >= message::kKeyDown && message <= message::kRightUp) input.emplace_back(message, wParam);
     if (window == tree_) return TreeMessage(message, wParam, lParam);
     if (window == list_) return ListMessage(message, wParam, lParam);
     if (window == header_) return HeaderMessage(message, wParam, lParam);
-    if (message == message::kLeftUp && windows_[window].className == u"Button") {
-        const WindowHandle dialog = windows_[window].parent;
-        if (windows_[window].caption == u"&Save")
-            PressSave(dialog);
-        else if (!keepDialog)
-            RemoveWindow(dialog);
-    }
+    if (message == message::kLeftUp && windows_[window].className == u"Button") PressButton(window);
     return 0;
 }
 
-std::int32_t FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
+void FakeClient::PressButton(WindowHandle button)
 {
-    if (deafEdit || ClassOf(window, 100) != u"Edit") return 0;
+    const WindowHandle dialog = TopOf(button);
+    const Text label = windows_[button].caption;
+    pressed.push_back(label);
+    if (label == u"&Save") {
+        PressSave(dialog);
+    } else if (!dialogs_.count(dialog)) { // a box
+        const WindowHandle owner = windows_[dialog].owner;
+        RemoveWindow(dialog);
+        ShowNextBox(owner);
+    } else if (!keepDialog) {
+        RemoveWindow(dialog);
+    }
+}
+
+Answer FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
+{
+    if (deafEdit || ClassOf(window, 100) != u"Edit") return {Reply::given, 0};
     dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
-    return 1;
+    return {Reply::given, 1};
 }
 
 void FakeClient::Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t)
@@ -139,27 +207,36 @@ void FakeClient::Post(WindowHandle window, std::uint32_t message, std::int32_t w
 void FakeClient::Sleep(int milliseconds)
 {
     sleptMilliseconds += milliseconds;
-    for (; sleeps < sleptMilliseconds / kSleep; ++sleeps) {
+    for (; sleeps < sleptMilliseconds / kSleep; ++sleeps)
         if (pendingFolder_ >= 0 && --pendingSleeps_ <= 0) ShowFolder(std::exchange(pendingFolder_, -1));
-        for (auto& [sleepsLeft, row] : pendingDialogs_)
-            if (--sleepsLeft == 0) OpenDialog(row);
-        std::erase_if(pendingDialogs_, [](const auto& pending) { return pending.first == 0; });
+    if (IsSilent()) return;
+    for (const SentMessage& sent : std::exchange(late_, {})) (void)Handle(sent);
+    if (act_ && actUntil_ <= sleptMilliseconds) (void)Handle(*std::exchange(act_, std::nullopt));
+    std::sort(pendingDialogs_.begin(), pendingDialogs_.end());
+    while (!pendingDialogs_.empty() && pendingDialogs_.front().first <= sleptMilliseconds) {
+        const int row = pendingDialogs_.front().second;
+        pendingDialogs_.erase(pendingDialogs_.begin());
+        OpenDialog(row);
     }
 }
 
 void FakeClient::AskForDialog()
 {
     if (noDialog || !windows_.count(main_)) return;
+    const std::size_t ask = asks_++;
+    const int delay = ask < dialogDelays.size() ? dialogDelays[ask] : dialogAfter * kSleep;
     const int row = selected.empty() ? -1 : *selected.begin();
-    if (dialogAfter == 0)
+    if (delay == 0 && !IsSilent())
         OpenDialog(row);
     else
-        pendingDialogs_.emplace_back(dialogAfter, row);
+        pendingDialogs_.emplace_back(sleptMilliseconds + delay, row);
 }
 
 void FakeClient::OpenDialog(int row)
 {
     const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0);
+    windows_[dialog].owner = main_;
+    if (takesAtOpening) row = selected.empty() ? -1 : *selected.begin();
     dialogs_[dialog] = {row, u"C:\\Proposed.eml"};
     AddWindow(u"Button", u"&Save", dialog);
     AddWindow(u"Button", u"Cancel", dialog);
@@ -171,10 +248,8 @@ void FakeClient::OpenDialog(int row)
 
 void FakeClient::PressSave(WindowHandle dialog)
 {
-    if (badName) {
-        AddWindow(u"Button", u"OK", AddWindow(u"#32770", u"Save Message As", 0));
-        return;
-    }
+    boxesLeft_ = boxes;
+    if (!boxes.empty()) return ShowNextBox(dialog);
     if (!saveNothing) {
         saveTo_.AddFile(dialogs_[dialog].typed, "mail");
         saved.emplace_back(dialogs_[dialog].typed, dialogs_[dialog].row);
@@ -182,6 +257,20 @@ void FakeClient::PressSave(WindowHandle dialog)
     if (!keepDialog) RemoveWindow(dialog);
     if (onSave) onSave(static_cast<int>(saved.size()));
     if (closeAfterSaves == static_cast<int>(saved.size())) Close();
+}
+
+void FakeClient::ShowNextBox(WindowHandle dialog)
+{
+    if (boxesLeft_.empty()) return;
+    const Box shownBox = boxesLeft_.front();
+    boxesLeft_.erase(boxesLeft_.begin());
+    if (shownBox.ofMainWindow && dialogs_.count(dialog)) RemoveWindow(dialog);
+    const WindowHandle box = AddWindow(u"#32770", u"Save Message As", 0);
+    windows_[box].owner = windows_.count(dialog) ? dialog : main_;
+    AddWindow(u"Static", shownBox.words, box);
+    const WindowHandle nest = AddWindow(u"DirectUIHWND", u"", box);
+    for (const Text& label : shownBox.buttons) AddWindow(u"Button", label, nest);
+    if (!shownBox.late) openBox_ = box;
 }
 
 WindowHandle FakeClient::TopOf(WindowHandle window) const
@@ -250,6 +339,7 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
     case message::kListNextItem:
         return rowCount == 0 || selected.empty() ? -1 : *selected.begin();
     case message::kListColumnOrder:
+        if (silentHeader) return 0;
         if (char* order = Bytes(static_cast<std::uint32_t>(lParam), columnOrder.size() * 4, "column order"))
             std::memcpy(order, columnOrder.data(), columnOrder.size() * 4);
         return 1;
@@ -282,7 +372,7 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
 std::int32_t FakeClient::HeaderMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
 {
     if (message == message::kHeaderItemCount) return static_cast<std::int32_t>(columnTitles.size());
-    if (message != message::kHeaderItemA) return 0;
+    if (message != message::kHeaderItemA || silentHeader) return 0;
     auto* item = reinterpret_cast<RemoteHeaderItem*>(
         Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteHeaderItem), "header item"));
     if (!item || wParam < 0 || wParam >= static_cast<std::int32_t>(columnTitles.size())) return 0;
@@ -324,9 +414,11 @@ bool FakeClient::GetPlatformId(std::uint32_t& platformId)
     return true;
 }
 
-std::int32_t FakeClient::OpenProcessHandle(std::uint32_t access, std::uint32_t processId)
+std::int32_t FakeClient::OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied)
 {
     EXPECT_EQ(access, 0x38u);
+    denied = denied || elevated;
+    if (elevated) return 0;
     if (!Note("open") || processId != kProcess) return 0;
     nextHandle_ += 4;
     handles_.insert(nextHandle_);

@@ -7,6 +7,7 @@
 #include "tests/support/FakeFiles.h"
 
 #include <map>
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -30,10 +31,25 @@ public:
     int refreshAfter = 0;               // sleeps between selecting a folder and the new list
     bool keepsList = false;             // the list is filled anew instead of rebuilt
     bool ignoreDownKey = false, noDialog = false, noCombo = false, noEdit = false, saveNothing = false;
-    bool keepDialog = false;  // it stays open after Save and after Cancel
-    bool deafEdit = false;    // the box for the name takes no text
-    bool badName = false;     // Save is answered by a box with the dialog's caption and an OK
-    int dialogAfter = 0;      // sleeps between the command and the dialog
+    bool keepDialog = false;       // it stays open after Save and after Cancel
+    bool deafEdit = false;         // the box for the name takes no text
+    int dialogAfter = 0;           // sleeps between the command and the dialog
+    std::vector<int> dialogDelays; // milliseconds, for the first commands in turn; dialogAfter for the rest
+    bool takesAtOpening = false; // the dialog takes the row selected when it opens, not when it was asked for
+    struct Box {
+        Text words;
+        std::vector<Text> buttons;
+        bool ofMainWindow = false; // the dialog closes before it comes
+        bool late = false;         // a moment after the click was handled; else the click waits for it
+    };
+    std::vector<Box> boxes;    // each Save is answered by these, one after the other, and saves nothing
+    bool blocked = false;      // by a box of its own over the main window
+    bool elevated = false;     // it has higher rights than the program
+    int actTakes = 0;          // milliseconds, for every act but an empty one
+    bool pumps = false;        // meanwhile it answers what else is sent
+    bool silentHeader = false; // the header answers neither order nor titles, but its count
+    // Before each message that asks or acts: the place for what the user and the mail do meanwhile.
+    std::function<void(WindowHandle window, std::uint32_t message)> onMessage;
     int closeAfterSaves = -1; // the client ends itself
     std::function<void(int saves)> onSave;
 
@@ -48,7 +64,11 @@ public:
 
     void ShowFolder(int index);                     // at once: new list, new handles
     void Close();                                   // every window goes
+    void FallSilent(int milliseconds);              // from now on
+    WindowHandle AddForeignDialog();                // another program's "Save Message As"
+    std::vector<Text> pressed;                      // labels of the buttons
     WindowHandle Find(const Text& className) const; // 0 when there is none
+    std::size_t Asks() const { return asks_; }      // for a Save dialog
     std::size_t LiveBlocks() const { return blocks_.size(); }
     std::size_t OpenHandles() const { return handles_.size(); }
 
@@ -58,18 +78,33 @@ public:
     Text ClassOf(WindowHandle window, int bufferSize) override;
     Text CaptionOf(WindowHandle window, int bufferSize) override;
     WindowHandle ParentOf(WindowHandle window) override;
-    std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
-                      std::int32_t lParam) override;
-    std::int32_t SendSetText(WindowHandle window, const std::string& ansi) override;
+    WindowHandle OwnerOf(WindowHandle window) override;
+    bool IsEnabled(WindowHandle window) override;
+    bool IsThere(WindowHandle window) override { return windows_.count(window) != 0; }
+    Answer Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                std::int32_t lParam) override;
+    void BeginAct(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                  std::int32_t lParam) override;
+    bool IsActOver() override;
+    void AwaitMessage(int milliseconds) override { Sleep(milliseconds); }
+    Answer SendSetText(WindowHandle window, const std::string& ansi) override;
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle) override {}
-    void TypeSaveAsKeys(WindowHandle) override { AskForDialog(); }
+    bool IsForeground(WindowHandle window) override { return IsThere(window); }
+    void TypeSaveAsKeys() override { AskForDialog(); }
     void Sleep(int milliseconds) override;
+    std::uint32_t Milliseconds() override
+    {
+        return 0xFFFFF000u + static_cast<std::uint32_t>(sleptMilliseconds);
+    }
 
     // ProcessApi
     bool GetPlatformId(std::uint32_t& platformId) override;
-    std::uint32_t ProcessIdOf(WindowHandle window) override { return windows_.count(window) ? kProcess : 0; }
-    std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId) override;
+    std::uint32_t ProcessIdOf(WindowHandle window) override
+    {
+        return windows_.count(window) ? windows_[window].process : 0;
+    }
+    std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied) override;
     RemoteAddress AllocateIn(std::int32_t process, std::uint32_t size) override;
     bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) override;
     bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) override;
@@ -89,6 +124,13 @@ private:
     struct Window {
         Text className, caption;
         WindowHandle parent;
+        WindowHandle owner = 0;
+        std::uint32_t process = kProcess;
+    };
+    struct SentMessage {
+        WindowHandle window;
+        std::uint32_t message;
+        std::int32_t wParam, lParam;
     };
 
     WindowHandle AddWindow(const Text& className, const Text& caption, WindowHandle parent);
@@ -96,6 +138,10 @@ private:
     void AskForDialog();
     void OpenDialog(int row);
     void PressSave(WindowHandle dialog);
+    void PressButton(WindowHandle button);
+    void ShowNextBox(WindowHandle dialog);
+    std::int32_t Handle(const SentMessage& sent);
+    bool IsSilent() const { return sleptMilliseconds < silentUntil_; }
     WindowHandle TopOf(WindowHandle window) const;
     std::int32_t TreeMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
     std::int32_t ListMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
@@ -116,7 +162,14 @@ private:
         Text typed;
     };
     std::map<WindowHandle, SaveDialog> dialogs_;
-    std::vector<std::pair<int, int>> pendingDialogs_; // sleeps left, row
+    std::vector<std::pair<int, int>> pendingDialogs_; // when (of sleptMilliseconds), row
+    std::size_t asks_ = 0;
+    int silentUntil_ = 0;            // of sleptMilliseconds
+    std::vector<SentMessage> late_;  // unanswered, but handled when the client is back
+    std::optional<SentMessage> act_; // under way
+    int actUntil_ = 0;               // of sleptMilliseconds
+    std::vector<Box> boxesLeft_;
+    WindowHandle openBox_ = 0; // that the act under way waits for
     int pendingFolder_ = -1, pendingSleeps_ = 0;
     std::map<std::uint32_t, std::vector<char>> blocks_;
     std::set<std::int32_t> handles_;

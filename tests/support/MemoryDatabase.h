@@ -2,6 +2,7 @@
 #pragma once
 #include "platform/Database.h"
 
+#include <algorithm>
 #include <map>
 #include <vector>
 
@@ -15,14 +16,14 @@ struct MemoryDatabase : Database {
     bool failAdds = false;
 
     struct Rows : Recordset {
-        Rows(MemoryDatabase& owner, bool empty) : database(owner), none(empty) {}
+        Rows(MemoryDatabase& owner, std::size_t found) : database(owner), count(found), left(found) {}
         MemoryDatabase& database;
-        bool none;
+        std::size_t count, left;
         std::map<Text, Text> added;
 
-        bool AtBeginning() override { return none; }
-        bool AtEnd() override { return none; }
-        void MoveNext() override {}
+        bool AtBeginning() override { return count == 0; }
+        bool AtEnd() override { return left == 0; }
+        void MoveNext() override { --left; }
         Text Field(const Text&) override { return {}; }
         void Delete() override {}
         void AddNew() override { added.clear(); }
@@ -38,12 +39,13 @@ struct MemoryDatabase : Database {
     std::unique_ptr<Recordset> OpenRecordset(const Text& sql) override
     {
         statements.push_back(sql);
-        bool found = sql.find(u"WHERE") == Text::npos && !rows.empty();
-        for (const auto& row : rows)
-            found = found || (sql.find(u"ecrc='" + row.at(u"ecrc") + u"'") != Text::npos &&
-                              sql.find(u"efolder='" + ReplaceAll(row.at(u"efolder"), u"'", u"''") + u"'") !=
-                                  Text::npos);
-        return std::make_unique<Rows>(*this, !found);
+        const bool all = sql.find(u"WHERE") == Text::npos;
+        const auto found = std::count_if(rows.begin(), rows.end(), [&](const auto& row) {
+            const Text folder = ReplaceAll(row.at(u"efolder"), u"'", u"''");
+            return all || (sql.find(u"ecrc='" + row.at(u"ecrc") + u"'") != Text::npos &&
+                           sql.find(u"efolder='" + folder + u"'") != Text::npos);
+        });
+        return std::make_unique<Rows>(*this, static_cast<std::size_t>(found));
     }
     void Close() noexcept override {}
 };

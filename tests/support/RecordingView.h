@@ -10,6 +10,7 @@ struct RecordingView : RunView {
     std::vector<Text> log;   // recorded lines
     std::vector<Text> shown; // lines of the display alone
     std::vector<Text> boxes, lines, paths;
+    std::vector<Text> briefBoxes; // those that close themselves
     std::vector<FolderNode> tree;
     std::map<Statistic, Text> statistics;
     std::vector<std::pair<Bar, int>> percentages;
@@ -28,6 +29,7 @@ struct RecordingView : RunView {
     }
     void ShowText(const Text& text) override { shown.push_back(text); }
     void ShowBox(BoxIcon, const Text& words) override { boxes.push_back(words); }
+    void ShowBriefBox(BoxIcon, const Text& words) override { briefBoxes.push_back(words); }
     void ProcessEvents() override
     {
         if (onEvents) onEvents();

@@ -128,7 +128,7 @@ TEST_F(AllFoldersTest, AStopEndsTheRunBeforeTheNextFolder)
     fake.onSave = [this](int) { flags.stopAfterFolder = flags.stopRequested = true; };
     SaveAll();
     EXPECT_EQ(fake.saved.size(), 2u) << "the folder is finished";
-    EXPECT_EQ(view.log.back(), u"User aborted folder export.");
+    EXPECT_EQ(view.log[view.log.size() - 2], u"User aborted folder export.");
     EXPECT_TRUE(flags.runCompleted) << "the closing box follows all the same";
     EXPECT_FALSE(flags.stopAfterFolder || flags.stopRequested);
 }

@@ -1,4 +1,5 @@
 // OeReadingTest.cpp: finding the client's windows and reading its list and tree through foreign memory.
+#include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"

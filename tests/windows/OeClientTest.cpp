@@ -1,4 +1,5 @@
 // OeClientTest.cpp: what drives the mail client, against the stand-in client in a process of its own.
+#include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"
@@ -8,6 +9,7 @@
 #include "tests/windows/ProgramUnderTest.h"
 #include "tests/windows/WinOeBench.h"
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -63,6 +65,12 @@ protected:
         request.exportFolder = directory / u"out" + u"\\";
         request.sendKeys = sendKeys;
         return request;
+    }
+    // As the loop does it: what is selected is read, then saved.
+    SaveResult Save(SaveRequest request)
+    {
+        request.crc = BuildEmailEntry(client, GetMessageDetails(client)).Crc;
+        return SaveCurrentEmail(client, request);
     }
     std::filesystem::path Saved(int row) const
     {
@@ -167,7 +175,7 @@ TEST_F(OeClientTest, EmailsAreSavedByCommandAndByKeys)
     ASSERT_NO_FATAL_FAILURE(StartClient(L""));
     for (int row = 0; row < kInbox; ++row) {
         EXPECT_EQ(SelectedIndex(client), row);
-        EXPECT_EQ(SaveCurrentEmail(client, Request(row, row % 2 == 1)), SaveResult::saved) << row;
+        EXPECT_EQ(Save(Request(row, row % 2 == 1)), SaveResult::saved) << row;
         EXPECT_EQ(BytesOf(Saved(row)), Message(row)) << row;
         SendKey(client, client.handles.listView, VK_DOWN, WithCharacter::no);
     }
@@ -175,16 +183,15 @@ TEST_F(OeClientTest, EmailsAreSavedByCommandAndByKeys)
     EXPECT_EQ(Saved(0).filename().u16string(), u"0000_Price\u00A30now.eml");
 
     SelectRow(2);
-    EXPECT_EQ(SaveCurrentEmail(client, Request(2)), SaveResult::saved);
+    EXPECT_EQ(Save(Request(2)), SaveResult::saved);
     EXPECT_EQ(view.log.back(), u"RENAME: 2 0002_Price\u00A32now.eml - file already exists");
     EXPECT_EQ(BytesOf(Request(2).exportFolder + u"0002_Price\u00A32nowa.eml"), Message(2));
     SaveRequest tooLong = Request(2);
     tooLong.exportFolder += Text(300, u'x') + u"\\";
-    EXPECT_EQ(SaveCurrentEmail(client, tooLong), SaveResult::failed);
+    EXPECT_EQ(Save(tooLong), SaveResult::failed);
     SaveRequest nowhere = Request(2);
     nowhere.exportFolder += u"missing\\";
-    EXPECT_EQ(SaveCurrentEmail(client, nowhere), SaveResult::failed)
-        << "the client refuses, and is cancelled";
+    EXPECT_EQ(Save(nowhere), SaveResult::failed) << "the client refuses, and is cancelled";
     EXPECT_EQ(FindTopWindowEx(desktop, u"Save Message As", u"#32770"), 0);
 }
 
@@ -205,12 +212,14 @@ TEST_F(OeClientTest, MisbehaviourHasItsWords)
         view.log.clear();
         std::filesystem::remove(Saved(0));
         ASSERT_NO_FATAL_FAILURE(StartClient(c.switches));
-        EXPECT_EQ(SaveCurrentEmail(client, Request(0)), c.result) << c.switches;
+        EXPECT_EQ(Save(Request(0)), c.result) << c.switches;
         EXPECT_EQ(view.log, c.words.empty() ? std::vector<Text>{} : std::vector<Text>{c.words}) << c.switches;
-        // The next e-mail fares the same: nothing that was left open is in its way.
+        // The next e-mail fares the same: nothing that was left open is in its way. (For a dialog that has
+        // not come it would wait a minute.)
+        if (c.words == u"No dialog found") continue;
         SelectRow(1);
         std::filesystem::remove(Saved(1));
-        EXPECT_EQ(SaveCurrentEmail(client, Request(1)), c.result) << c.switches;
+        EXPECT_EQ(Save(Request(1)), c.result) << c.switches;
         ExpectNoneMislabelled();
         process.reset();
     }
@@ -247,7 +256,7 @@ TEST_F(OeClientTest, ACarelessDialogLosesNoEmailSilently)
     ASSERT_NO_FATAL_FAILURE(StartClient(L"--careless-dialog"));
     for (int row = 0; row < kInbox; ++row) {
         SelectRow(row);
-        const SaveResult result = SaveCurrentEmail(client, Request(row));
+        const SaveResult result = Save(Request(row));
         EXPECT_EQ(result == SaveResult::saved, std::filesystem::exists(Saved(row))) << row;
     }
     ExpectNoneMislabelled();
@@ -258,7 +267,7 @@ TEST_F(OeClientTest, ADialogThatComesTooLateSavesNoOtherEmail)
     ASSERT_NO_FATAL_FAILURE(StartClient(L"--slow=2300"));
     for (int row = 0; row < 3; ++row) {
         SelectRow(row);
-        EXPECT_NE(SaveCurrentEmail(client, Request(row)), SaveResult::skipped) << row;
+        EXPECT_NE(Save(Request(row)), SaveResult::skipped) << row;
     }
     Sleep(2500); // for what it still writes
     ExpectNoneMislabelled();
@@ -267,33 +276,37 @@ TEST_F(OeClientTest, ADialogThatComesTooLateSavesNoOtherEmail)
 TEST_F(OeClientTest, AClientThatClosesIsSeenGone)
 {
     ASSERT_NO_FATAL_FAILURE(StartClient(L"--close-after=1"));
-    EXPECT_EQ(SaveCurrentEmail(client, Request(0)), SaveResult::saved);
+    EXPECT_EQ(Save(Request(0)), SaveResult::saved);
     EXPECT_TRUE(process->WaitForEnd(kPatience));
     WindowHandle window = 0;
     EXPECT_FALSE(IsOeRunning(desktop, window));
-    EXPECT_EQ(ListItemCount(client), 0);
+    EXPECT_EQ(ListItemCount(client), std::nullopt);
     EXPECT_TRUE(ReadItemTexts(client, 0).empty());
     (void)GetMessageDetails(client);
     EXPECT_FALSE(client.detailsFound);
-    EXPECT_EQ(SaveCurrentEmail(client, Request(1)), SaveResult::failed);
+    EXPECT_EQ(Save(Request(1)), SaveResult::failed);
     EXPECT_EQ(view.log.back(), u"No dialog found");
     FindOeHandles(client);
     EXPECT_EQ(view.shown.back(), u"Could not find Outlook Express window");
 }
 
-TEST_F(OeClientTest, AClientThatHangsCostsItsMinuteOnce)
+TEST_F(OeClientTest, AClientThatHangsGetsItsMinute)
 {
     ASSERT_NO_FATAL_FAILURE(StartClient(L"--hang-after=1"));
-    EXPECT_EQ(SaveCurrentEmail(client, Request(0)), SaveResult::saved);
+    EXPECT_EQ(Save(Request(0)), SaveResult::saved);
     Sleep(500); // it hangs when it is idle again
+    // An act leaves this thread free.
     DWORD start = GetTickCount();
-    EXPECT_EQ(ListItemCount(client), 0);
-    const DWORD first = GetTickCount() - start;
-    EXPECT_GT(first, 50000u) << "a client that is merely slow gets its time";
-    EXPECT_LT(first, 70000u);
+    desktop.BeginAct(client.handles.listView, WM_KEYDOWN, VK_DOWN, 0);
+    EXPECT_FALSE(desktop.IsActOver());
+    desktop.AwaitMessage(100);
+    EXPECT_FALSE(desktop.IsActOver());
+    EXPECT_LT(GetTickCount() - start, 1000u);
+
     start = GetTickCount();
-    for (int i = 0; i < 100; ++i) EXPECT_EQ(ListItemCount(client), 0);
-    EXPECT_LT(GetTickCount() - start, 10000u);
+    EXPECT_EQ(desktop.Send(client.handles.listView, LVM_GETITEMCOUNT, 0, 0).reply, Reply::timedOut);
+    EXPECT_GT(GetTickCount() - start, 50000u) << "a client that is merely slow gets its time";
+    EXPECT_LT(GetTickCount() - start, 70000u);
 }
 
 } // namespace

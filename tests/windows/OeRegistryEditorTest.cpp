@@ -1,5 +1,6 @@
 // OeRegistryEditorTest.cpp: the tree and the list of a program that nobody here wrote, read from outside: the
 // system's registry editor.
+#include "oe/Conversation.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
@@ -49,7 +50,7 @@ protected:
 
     std::int32_t Next(int relation, std::int32_t item)
     {
-        return desktop.Send(tree, TVM_GETNEXTITEM, relation, item);
+        return desktop.Send(tree, TVM_GETNEXTITEM, relation, item).value;
     }
     std::map<Text, std::int32_t> ChildrenOf(std::int32_t item)
     {
@@ -102,7 +103,7 @@ TEST_F(OeRegistryEditor, ItsListIsReadByColumnAndRow)
     EXPECT_EQ(ColumnIndexByTitle(client, u"DATA"), 2);
 
     std::map<Text, Text> seen;
-    const std::int32_t rows = ListItemCount(client);
+    const std::int32_t rows = ListItemCount(client).value_or(-1);
     for (std::int32_t row = 0; row < rows; ++row) {
         const std::vector<Text> texts = ReadItemTexts(client, row);
         ASSERT_EQ(texts.size(), 4u);

@@ -5,7 +5,6 @@
 namespace {
 
 constexpr UINT kAnswerLimit = 60 * 1000; // milliseconds: a dead client cannot hold the program for ever
-constexpr int kFocusTries = 20, kFocusWait = 10; // milliseconds until the window really has the focus
 
 HWND WindowOf(WindowHandle handle)
 {
@@ -43,26 +42,29 @@ void Press(WORD key)
     TypeKey(key, KEYEVENTF_KEYUP);
 }
 
-} // namespace
-
-// Every synchronous message takes this road. A client that hangs costs the limit once, not once a message:
-// until it answers again it is only asked whether it is still hanging.
-std::int32_t WinDesktop::SendAndWait(WindowHandle window, std::uint32_t message, std::uint32_t wParam,
-                                     std::int32_t lParam)
+// Every synchronous message takes this road.
+Answer SendAndWait(WindowHandle window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    const DWORD thread = window == 0 ? 0 : GetWindowThreadProcessId(WindowOf(window), nullptr);
-    if (thread == 0) return 0; // no window, or one that has gone
-    const UINT patience = thread == silentThread_ ? SMTO_ABORTIFHUNG : SMTO_NORMAL;
+    if (window == 0 || !IsWindow(WindowOf(window))) return {Reply::gone};
     DWORD_PTR answer = 0;
     SetLastError(0);
-    if (SendMessageTimeoutA(WindowOf(window), message, wParam, lParam, patience, kAnswerLimit, &answer)) {
-        if (thread == silentThread_) silentThread_ = 0;
-        return static_cast<std::int32_t>(answer);
-    }
-    // Older systems tell a time-out by error 0, newer ones by ERROR_TIMEOUT.
-    if (GetLastError() != ERROR_INVALID_WINDOW_HANDLE) silentThread_ = thread;
-    return 0;
+    if (SendMessageTimeoutA(WindowOf(window), message, wParam, lParam, SMTO_NORMAL, kAnswerLimit, &answer))
+        return {Reply::given, static_cast<std::int32_t>(answer)};
+    const DWORD error = GetLastError();
+    if (error == ERROR_ACCESS_DENIED) return {Reply::refused};
+    // Older systems tell a time-out by error 0, newer ones by ERROR_TIMEOUT; a window may also have gone.
+    return {IsWindow(WindowOf(window)) ? Reply::timedOut : Reply::gone};
 }
+
+using AnswerPlace = std::shared_ptr<bool>;
+
+void CALLBACK OnActAnswered(HWND, UINT, ULONG_PTR place, LRESULT)
+{
+    const std::unique_ptr<AnswerPlace> own(reinterpret_cast<AnswerPlace*>(place));
+    **own = true;
+}
+
+} // namespace
 
 void WinDesktop::EnumTopWindows(const Visit& visit)
 {
@@ -95,15 +97,55 @@ WindowHandle WinDesktop::ParentOf(WindowHandle window)
     return HandleOf(GetParent(WindowOf(window)));
 }
 
-std::int32_t WinDesktop::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
-                              std::int32_t lParam)
+WindowHandle WinDesktop::OwnerOf(WindowHandle window)
+{
+    return HandleOf(GetWindow(WindowOf(window), GW_OWNER));
+}
+
+bool WinDesktop::IsEnabled(WindowHandle window)
+{
+    return IsWindowEnabled(WindowOf(window)) != FALSE;
+}
+
+bool WinDesktop::IsThere(WindowHandle window)
+{
+    return IsWindow(WindowOf(window)) != FALSE;
+}
+
+Answer WinDesktop::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
 {
     return SendAndWait(window, message, static_cast<std::uint32_t>(wParam), lParam);
 }
 
-std::int32_t WinDesktop::SendSetText(WindowHandle window, const std::string& ansi)
+Answer WinDesktop::SendSetText(WindowHandle window, const std::string& ansi)
 {
     return SendAndWait(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(ansi.c_str()));
+}
+
+void WinDesktop::BeginAct(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                          std::int32_t lParam)
+{
+    actWindow_ = window;
+    actAnswered_ = std::make_shared<bool>(false);
+    auto place = std::make_unique<AnswerPlace>(actAnswered_);
+    if (window != 0 && SendMessageCallbackA(WindowOf(window), message, static_cast<std::uint32_t>(wParam),
+                                            lParam, OnActAnswered, reinterpret_cast<ULONG_PTR>(place.get())))
+        (void)place.release(); // the answer deletes it
+    else
+        *actAnswered_ = true; // nobody was there to be told, or it is not allowed
+}
+
+bool WinDesktop::IsActOver()
+{
+    // The answer is handed over when this thread looks for messages.
+    MSG message;
+    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);
+    return !actAnswered_ || *actAnswered_ || !IsThere(actWindow_);
+}
+
+void WinDesktop::AwaitMessage(int milliseconds)
+{
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(milliseconds), QS_ALLINPUT);
 }
 
 void WinDesktop::Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
@@ -117,22 +159,25 @@ void WinDesktop::BringToForeground(WindowHandle window)
     if (window != 0) SetForegroundWindow(WindowOf(window));
 }
 
-void WinDesktop::TypeSaveAsKeys(WindowHandle window)
+bool WinDesktop::IsForeground(WindowHandle window)
 {
-    // The call that brings a window to the foreground returns before its thread has the focus; keys typed at
-    // once would go astray. One empty message then shows that the thread is back in its loop.
-    const HWND target = WindowOf(window);
-    for (int tries = 0; tries < kFocusTries && GetForegroundWindow() != target; ++tries) ::Sleep(kFocusWait);
-    if (!target || GetForegroundWindow() != target) return;
-    SendAndWait(window, WM_NULL, 0, 0);
+    return window != 0 && GetForegroundWindow() == WindowOf(window);
+}
+
+void WinDesktop::TypeSaveAsKeys()
+{
     TypeKey(VK_MENU, 0);
     Press('F');
     Press('A');
     TypeKey(VK_MENU, KEYEVENTF_KEYUP);
-    SendAndWait(window, WM_NULL, 0, 0);
 }
 
 void WinDesktop::Sleep(int milliseconds)
 {
     ::Sleep(static_cast<DWORD>(milliseconds));
+}
+
+std::uint32_t WinDesktop::Milliseconds()
+{
+    return GetTickCount();
 }

@@ -3,6 +3,8 @@
 #include "platform/CodePage.h"
 #include "platform/Desktop.h"
 
+#include <memory>
+
 class WinDesktop : public Desktop {
 public:
     explicit WinDesktop(CodePage& codePage) : codePage_(codePage) {}
@@ -12,18 +14,27 @@ public:
     Text ClassOf(WindowHandle window, int bufferSize) override;
     Text CaptionOf(WindowHandle window, int bufferSize) override;
     WindowHandle ParentOf(WindowHandle window) override;
-    std::int32_t Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
-                      std::int32_t lParam) override;
-    std::int32_t SendSetText(WindowHandle window, const std::string& ansi) override;
+    WindowHandle OwnerOf(WindowHandle window) override;
+    bool IsEnabled(WindowHandle window) override;
+    bool IsThere(WindowHandle window) override;
+    Answer Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                std::int32_t lParam) override;
+    void BeginAct(WindowHandle window, std::uint32_t message, std::int32_t wParam,
+                  std::int32_t lParam) override;
+    bool IsActOver() override;
+    void AwaitMessage(int milliseconds) override;
+    Answer SendSetText(WindowHandle window, const std::string& ansi) override;
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle window) override;
-    void TypeSaveAsKeys(WindowHandle window) override;
+    bool IsForeground(WindowHandle window) override;
+    void TypeSaveAsKeys() override;
     void Sleep(int milliseconds) override;
+    std::uint32_t Milliseconds() override;
 
 private:
-    std::int32_t SendAndWait(WindowHandle window, std::uint32_t message, std::uint32_t wParam,
-                             std::int32_t lParam);
-
     CodePage& codePage_;
-    std::uint32_t silentThread_ = 0; // let a message run out of time and has not answered since
+    WindowHandle actWindow_ = 0;
+    // Whether the act was answered. Shared with the answer's own place, which outlives an act that nobody
+    // waits for any more.
+    std::shared_ptr<bool> actAnswered_;
 };

@@ -36,9 +36,11 @@ std::uint32_t WinProcessApi::ProcessIdOf(WindowHandle window)
     return processId;
 }
 
-std::int32_t WinProcessApi::OpenProcessHandle(std::uint32_t access, std::uint32_t processId)
+std::int32_t WinProcessApi::OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied)
 {
-    return reinterpret_cast<std::int32_t>(OpenProcess(access, FALSE, processId));
+    const HANDLE process = OpenProcess(access, FALSE, processId);
+    if (!process && GetLastError() == ERROR_ACCESS_DENIED) denied = true;
+    return reinterpret_cast<std::int32_t>(process);
 }
 
 RemoteAddress WinProcessApi::AllocateIn(std::int32_t process, std::uint32_t size)

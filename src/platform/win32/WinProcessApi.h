@@ -6,7 +6,7 @@ class WinProcessApi : public ProcessApi {
 public:
     bool GetPlatformId(std::uint32_t& platformId) override;
     std::uint32_t ProcessIdOf(WindowHandle window) override;
-    std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId) override;
+    std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied) override;
     RemoteAddress AllocateIn(std::int32_t process, std::uint32_t size) override;
     bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) override;
     bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) override;

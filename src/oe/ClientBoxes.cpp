@@ -1,0 +1,91 @@
+#include "oe/ClientBoxes.h"
+
+#include "oe/Conversation.h"
+#include "oe/WindowDiscovery.h"
+
+namespace {
+
+constexpr TextView kBoxClass = u"#32770";
+constexpr int kClassBuffer = 100, kMostBoxes = 3;
+constexpr int kCloseTries = 10, kInterval = 100; // milliseconds
+
+// Without the mark of its mnemonic.
+Text LabelOf(Desktop& desktop, WindowHandle window)
+{
+    return ReplaceAll(GetWindowCaption(desktop, window), u"&", u"");
+}
+
+// Newer systems nest the parts of a box in windows of their own.
+WindowHandle FindButton(Desktop& desktop, WindowHandle box, TextView label)
+{
+    WindowHandle found = 0;
+    desktop.EnumDescendants(box, [&](WindowHandle window) {
+        if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), u"Button")) return true;
+        if (!EqualNoCase(LabelOf(desktop, window), label)) return true;
+        found = window;
+        return false;
+    });
+    return found;
+}
+
+Text WordsOf(Desktop& desktop, WindowHandle box)
+{
+    Text words = GetWindowCaption(desktop, box);
+    desktop.EnumDescendants(box, [&](WindowHandle window) {
+        if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), u"Static")) return true;
+        const Text text = GetWindowCaption(desktop, window);
+        if (!text.empty()) words += u" - " + text;
+        return true;
+    });
+    return words;
+}
+
+} // namespace
+
+ClientBoxes::ClientBoxes(OeClient& client, WindowHandle dialog) : client_(client), dialog_(dialog)
+{
+    client.desktop.EnumTopWindows([this](WindowHandle window) {
+        before_.insert(window);
+        return true;
+    });
+}
+
+bool ClientBoxes::IsOurs(WindowHandle window) const
+{
+    Desktop& desktop = client_.desktop;
+    if (before_.count(window)) return false;
+    if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), kBoxClass)) return false;
+    if (!IsOfClient(client_, window)) return false;
+    const WindowHandle owner = desktop.IsThere(dialog_) ? dialog_ : client_.handles.mainWindow;
+    // A box may stand in front of another one.
+    for (WindowHandle above = desktop.OwnerOf(window); above != 0; above = desktop.OwnerOf(above))
+        if (above == owner) return true;
+    return false;
+}
+
+WindowHandle ClientBoxes::Newest() const
+{
+    WindowHandle found = 0;
+    client_.desktop.EnumTopWindows([&](WindowHandle window) {
+        if (IsOurs(window)) found = window;
+        return found == 0;
+    });
+    return found;
+}
+
+void ClientBoxes::Answer() const
+{
+    Desktop& desktop = client_.desktop;
+    for (int answered = 0; answered < kMostBoxes; ++answered) {
+        const WindowHandle box = Newest();
+        if (box == 0) return;
+        client_.reporter.LogLine(u"Outlook Express says: " + WordsOf(desktop, box), Record::yes);
+        WindowHandle button = 0;
+        for (const TextView label : {u"No", u"Cancel", u"OK"})
+            if (button == 0) button = FindButton(desktop, box, label);
+        if (button == 0) return;
+        const auto gone = [&] { return !desktop.IsThere(box); };
+        SendClick(client_, button, MouseButton::left, gone);
+        if (!WaitUntil(client_, kCloseTries, kInterval, gone)) return;
+    }
+}

@@ -1,0 +1,24 @@
+// ClientBoxes.h: the message boxes by which the client answers a click of ours.
+#pragma once
+#include "oe/OeClient.h"
+
+#include <set>
+
+// Knows what is open when it is made, right before a click in the client's dialog: a box of the client that
+// comes later and belongs to the dialog (to the main window, when the dialog has gone) is its answer.
+class ClientBoxes {
+public:
+    ClientBoxes(OeClient& client, WindowHandle dialog);
+
+    WindowHandle Newest() const; // the topmost such box; 0: none
+    // Presses "No", else "Cancel", else "OK" in each, never another button, and logs its words. Gives up
+    // after three boxes, and at one that has none of these or does not go.
+    void Answer() const;
+
+private:
+    bool IsOurs(WindowHandle window) const;
+
+    OeClient& client_;
+    WindowHandle dialog_;
+    std::set<WindowHandle> before_;
+};
