@@ -6,9 +6,10 @@
 
 namespace {
 
-constexpr int kEventInterval = 50;          // milliseconds between two looks at what the user does
-constexpr std::uint32_t kPatience = 60'000; // milliseconds, for an act or an empty message
-constexpr std::uint32_t kEmpty = 0;         // WM_NULL
+constexpr int kEventInterval = 50;             // milliseconds between two looks at what the user does
+constexpr std::uint32_t kPatience = 60'000;    // milliseconds, for an act or an empty message
+constexpr std::uint32_t kLastPatience = 2'000; // for an empty message when the program is to close
+constexpr std::uint32_t kEmpty = 0;            // WM_NULL
 
 enum class ActEnd { over, enough, timedOut };
 
@@ -31,8 +32,11 @@ ActEnd AwaitAct(OeClient& client, const std::function<bool()>& isEnough)
 
 ActEnd SendEmpty(OeClient& client)
 {
+    const std::uint32_t began = client.desktop.Milliseconds();
     client.desktop.BeginAct(client.handles.mainWindow, kEmpty, 0, 0);
-    return AwaitAct(client, [&client] { return client.flags.closing; });
+    return AwaitAct(client, [&client, began] {
+        return client.flags.closing && client.desktop.Milliseconds() - began >= kLastPatience;
+    });
 }
 
 // A handler that is still running may yet write to the memory that it was lent.

@@ -47,7 +47,7 @@ TEST_F(AllFoldersWindowTest, ChecksAndExportsAllFolders)
     const std::vector<std::wstring> lines = LinesOf(Control(idProgressList));
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.front(), L"Exporting Outlook Express folders") << "the check's lines are cleared away";
-    EXPECT_EQ(lines.back(), L"Ignoring all folders after: Local Folders\\OLD");
+    EXPECT_EQ(lines.back(), L"7 of 7 e-mail(s) handled in this run are saved; 0 are not.");
 
     EXPECT_EQ(Run(idCheckAllFolders), L"All folders have been checked - 0 email(s) to be saved.");
     EXPECT_TRUE(Contains(Log(), "2 folder(s) saved, 0 folder(s) not saved, 1 empty folder(s)."));
