@@ -242,7 +242,7 @@ void RunAllFolders(FolderRun& run, AllFoldersMode mode)
         SayTotals(run, totals);
         return;
     }
-    if (!run.unmadeFolders.empty())
+    if (!run.unmadeFolders.empty() && IsStoreThere(run)) // without it the run has ended with a box of its own
         run.view.ShowBox(BoxIcon::warning, DecimalText(static_cast<std::int32_t>(run.unmadeFolders.size())) +
                                                u" export folder(s) could not be made; the log names them.");
     SayClosingLine(run);

@@ -193,11 +193,8 @@ void ReportNoExportFolder(FolderRun& run, const Text& words, bool partOfAllFolde
 {
     run.Log(words);
     run.Flags().runCompleted = false;
-    const bool storeIsThere = run.client.files.DirectoryExists(run.view.Options().storeFolder);
-    if (partOfAllFolders && storeIsThere) {
-        run.unmadeFolders.push_back(run.currentFolder);
-        return;
-    }
+    if (partOfAllFolders) run.unmadeFolders.push_back(run.currentFolder);
+    if (partOfAllFolders && IsStoreThere(run)) return;
     if (partOfAllFolders) run.Flags().stopAfterFolder = true;
     run.view.ShowBox(BoxIcon::warning, words);
 }

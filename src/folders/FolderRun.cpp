@@ -45,6 +45,11 @@ void UseSelectedFolder(FolderRun& run)
     run.view.ShowCurrentFolder(run.currentFolder);
 }
 
+bool IsStoreThere(FolderRun& run)
+{
+    return run.client.files.DirectoryExists(run.view.Options().storeFolder);
+}
+
 std::optional<std::int32_t> CountEmails(FolderRun& run, bool hasFiles)
 {
     const std::optional<std::int32_t> count = ListItemCount(run.client);

@@ -57,6 +57,8 @@ void LogStopAfterEmail(FolderRun& run);
 // Export folder and full name of the selected folder, the latter also on the window.
 void UseSelectedFolder(FolderRun& run);
 
+bool IsStoreThere(FolderRun& run);
+
 // E-mails in the list on the screen; nothing when the client does not say. A folder of which files are stored
 // is not taken for empty at the first word: its list may just be being rebuilt.
 std::optional<std::int32_t> CountEmails(FolderRun& run, bool hasFiles);
