@@ -1,6 +1,7 @@
 #include "mail/Addresses.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -9,9 +10,8 @@ namespace {
 constexpr char16_t kEscapable[] = {u'\'', u'"', u'<', u'>'};
 
 // Escapes become placeholders 1 to 4, line breaks one space each.
-Text ProtectEscapes(TextView value)
+Text ProtectEscapes(Text value)
 {
-    Text out(value);
     std::size_t size = 0;
     for (std::size_t i = 0; i < value.size(); ++i) {
         char16_t unit = value[i];
@@ -26,14 +26,15 @@ Text ProtectEscapes(TextView value)
                 ++i;
             }
         }
-        out[size++] = unit;
+        value[size++] = unit;
     }
-    out.resize(size);
-    return out;
+    value.resize(size);
+    return value;
 }
 
-Text RestoreEscapes(TextView value)
+Text RestoreEscapes(Text value)
 {
+    if (value.find_first_of(u"\x01\x02\x03\x04") == Text::npos) return value;
     Text out;
     out.reserve(value.size());
     for (const char16_t unit : value) {
@@ -106,50 +107,13 @@ private:
     std::size_t open_, close_, at_;
 };
 
-} // namespace
-
-Text DetagAddressList(TextView value, bool listMode)
+void TrimSpacesIn(Text& text)
 {
-    if (listMode) return AddressSeparator(value);
-    if (value.empty()) return {};
-    const Text whole = ProtectEscapes(value);
-    std::vector<std::size_t> ends = FindSeparators(whole).positions;
-    ends.push_back(whole.size());
-
-    Text joined;
-    std::size_t start = 0;
-    for (const std::size_t end : ends) {
-        const TextView piece = TrimSpaces(TextView(whole).substr(start, end - start));
-        start = end + 1; // the space of "; " goes with the next piece
-        const Text name = CleanGroupName(NameOrAddress(piece));
-        if (!name.empty()) joined.append(joined.empty() ? u"" : u"; ").append(EscapeParens(name));
-    }
-    return RestoreEscapes(joined);
+    text.resize(text.find_last_not_of(u' ') + 1); // npos + 1 is 0
+    text.erase(0, std::min(text.find_first_not_of(u' '), text.size()));
 }
 
-Text AddressSeparator(TextView value)
-{
-    const Separators found = FindSeparators(ProtectEscapes(value));
-    if (found.semicolons) return u"; ";
-    if (found.commas) return u",";
-    if (found.quotedSemicolons) return u"; ";
-    return found.quotedCommas ? u"," : u"";
-}
-
-Text BareAddressOf(TextView value)
-{
-    const std::size_t at = value.find(u'@');
-    if (at != TextView::npos) {
-        const std::size_t before = FindAnyOf(value, u"\" <,;'", at + 1, false, true);
-        const std::size_t behind = FindAnyOf(value, u"\" >,;'", at + 1, true, false);
-        return Text(value.substr(before, behind - 1 - before));
-    }
-    const TextView bare = StripEdges(StripEdges(TrimSpaces(value), u"'"), u"\"");
-    Text out = ReplaceAll(ReplaceAll(StripTrailing(bare, u";"), u"(", u"\\("), u")", u"\\)");
-    CollapseSpacesIn(out);
-    return Text(TrimSpaces(out));
-}
-
+// The display name of a piece, quotes included, or its address without the brackets.
 Text NameOrAddress(TextView piece)
 {
     Text outside;
@@ -169,22 +133,25 @@ Text NameOrAddress(TextView piece)
             outside += reader.TakeUntil(close + 1); // brackets without "@" hold no address
     }
     CollapseSpacesIn(outside);
-    const TextView name = TrimSpaces(outside);
-    if (!name.empty()) return Text(name);
-    return address.size() >= 3 ? Text(address.substr(1, address.size() - 2)) : Text();
+    TrimSpacesIn(outside);
+    if (outside.empty() && address.size() >= 3) outside = address.substr(1, address.size() - 2);
+    return outside;
 }
 
-Text CleanGroupName(TextView piece)
+// The quotes of a group's name become spaces.
+Text CleanGroupName(Text piece)
 {
-    Text out(piece);
-    if (piece.find(u": ") == TextView::npos) return out;
-    std::replace(out.begin(), out.end(), u'"', u' ');
-    std::replace(out.begin(), out.end(), u'\'', u' ');
-    return Text(TrimSpaces(out));
+    if (piece.find(u": ") == Text::npos) return piece;
+    std::replace(piece.begin(), piece.end(), u'"', u' ');
+    std::replace(piece.begin(), piece.end(), u'\'', u' ');
+    TrimSpacesIn(piece);
+    return piece;
 }
 
-Text EscapeParens(TextView text)
+// Every parenthesis behind exactly one backslash.
+Text EscapeParens(Text text)
 {
+    if (text.find_first_of(u"()\x05\x06") == Text::npos) return text;
     Text out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -203,16 +170,63 @@ Text EscapeParens(TextView text)
     return out;
 }
 
-TextView StripTrailing(TextView text, TextView what)
+TextView StripTrailing(TextView text, char16_t what)
 {
-    while (!what.empty() && text.ends_with(what)) text.remove_suffix(what.size());
+    while (text.ends_with(what)) text.remove_suffix(1);
     return text;
 }
 
-TextView StripEdges(TextView text, TextView what)
+TextView StripEdges(TextView text, char16_t what)
 {
-    while (!what.empty() && text.starts_with(what)) text.remove_prefix(what.size());
+    while (text.starts_with(what)) text.remove_prefix(1);
     return StripTrailing(text, what);
+}
+
+} // namespace
+
+Text DetagAddressList(Text value, bool listMode)
+{
+    if (listMode) return AddressSeparator(value);
+    if (value.empty()) return {};
+    const Text whole = ProtectEscapes(std::move(value));
+    std::vector<std::size_t> ends = FindSeparators(whole).positions;
+    ends.push_back(whole.size());
+
+    Text joined;
+    std::size_t start = 0;
+    for (const std::size_t end : ends) {
+        const TextView piece = TrimSpaces(TextView(whole).substr(start, end - start));
+        start = end + 1; // the space of "; " goes with the next piece
+        Text name = EscapeParens(CleanGroupName(NameOrAddress(piece)));
+        if (joined.empty())
+            joined = std::move(name);
+        else if (!name.empty())
+            joined.append(u"; ").append(name);
+    }
+    return RestoreEscapes(std::move(joined));
+}
+
+Text AddressSeparator(TextView value)
+{
+    const Separators found = FindSeparators(ProtectEscapes(Text(value)));
+    if (found.semicolons) return u"; ";
+    if (found.commas) return u",";
+    if (found.quotedSemicolons) return u"; ";
+    return found.quotedCommas ? u"," : u"";
+}
+
+Text BareAddressOf(TextView value)
+{
+    const std::size_t at = value.find(u'@');
+    if (at != TextView::npos) {
+        const std::size_t before = FindAnyOf(value, u"\" <,;'", at + 1, false, true);
+        const std::size_t behind = FindAnyOf(value, u"\" >,;'", at + 1, true, false);
+        return Text(value.substr(before, behind - 1 - before));
+    }
+    const TextView bare = StripEdges(StripEdges(TrimSpaces(value), u'\''), u'"');
+    Text out = ReplaceAll(ReplaceAll(StripTrailing(bare, u';'), u"(", u"\\("), u")", u"\\)");
+    CollapseSpacesIn(out);
+    return Text(TrimSpaces(out));
 }
 
 std::size_t FindAnyOf(TextView text, TextView characters, std::size_t start, bool endIfNone, bool backwards)

@@ -5,7 +5,7 @@
 
 // "Ann" <a@x.org>, b@x.org becomes "Ann"; b@x.org: each address becomes its display name, or the bare address
 // when it has none, joined by "; ". With listMode the answer is AddressSeparator(value) instead.
-Text DetagAddressList(TextView value, bool listMode);
+Text DetagAddressList(Text value, bool listMode);
 
 // What joins the addresses of a value: "; ", "," or nothing. One that stands inside a quoted name is the
 // answer only when there is no other.
@@ -13,13 +13,6 @@ Text AddressSeparator(TextView value);
 
 // The one address that a text contains; a text without "@" is cleaned of quotes and semicolons.
 Text BareAddressOf(TextView value);
-
-// Parts of the above.
-Text NameOrAddress(TextView piece);  // display name, quotes included, or the address without its brackets
-Text CleanGroupName(TextView piece); // quotes become spaces when the piece contains ": "
-Text EscapeParens(TextView text);    // every parenthesis behind exactly one backslash
-TextView StripEdges(TextView text, TextView what);
-TextView StripTrailing(TextView text, TextView what);
 
 // 1-based position of the first character from start on that is one of characters, in either direction.
 // None: 0, or length + 1 when endIfNone is set and the search goes forwards.

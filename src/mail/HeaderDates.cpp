@@ -132,6 +132,12 @@ std::int64_t SecondsOfText(TextView text)
     return hour * 3600 + minute * 60 + second;
 }
 
+// The seconds stay: the format it is used with does not show them.
+double RoundToMinute(double date)
+{
+    return FieldsOf(date).second >= 30 ? AddMinutes(date, 1) : date;
+}
+
 } // namespace
 
 double ParseHeaderDate(Text& text, Locale& locale)
@@ -185,11 +191,6 @@ Text MonthFromWeekday(TextView text, Locale& locale)
 double TimeOfText(TextView text)
 {
     return DateFromSeconds(SecondsOfText(text));
-}
-
-double RoundToMinute(double date)
-{
-    return FieldsOf(date).second >= 30 ? AddMinutes(date, 1) : date;
 }
 
 Text FormatListDate(double date, bool roundFirst)

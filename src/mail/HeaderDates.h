@@ -23,10 +23,7 @@ Text MonthFromWeekday(TextView text, Locale& locale);
 // carry over (25 hours are a day and an hour).
 double TimeOfText(TextView text);
 
-// A minute more from second 30 on. The seconds stay: the formats it is used with do not show them.
-double RoundToMinute(double date);
-
-// "dd/mm/yyyy hh:nn".
+// "dd/mm/yyyy hh:nn"; with roundFirst a minute later from second 30 on.
 Text FormatListDate(double date, bool roundFirst);
 
 // A cell of a date column of the mail client's list: the user's locale first, then ParseHeaderDate.
