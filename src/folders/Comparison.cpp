@@ -182,8 +182,9 @@ std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFil
     records.reserve(emlFiles.size());
     for (std::size_t i = 0; i < emlFiles.size() && !IsStopped(run); ++i) {
         EmlSummary summary;
-        if (!ReadEmlSummary(run.exportFolder + emlFiles[i], context, summary).empty())
-            run.Log(u"Ignoring unreadable email: " + emlFiles[i]);
+        const Text fault = ReadEmlSummary(run.exportFolder + emlFiles[i], context, summary);
+        if (!fault.empty())
+            run.Log(u"Ignoring unreadable email: " + emlFiles[i] + u" (" + fault + u")");
         else if (HasNoDate(summary))
             run.Log(u"Ignoring dateless email: " + emlFiles[i]);
         else

@@ -163,21 +163,25 @@ std::size_t EndOfWord(TextView text)
     return closing == TextView::npos ? closing : closing + 2;
 }
 
+// Takes the first segment off a text.
+HeaderSegment TakeSegment(TextView& rest)
+{
+    std::size_t end = rest.find(u"=?");
+    const bool atWord = end == 0;
+    if (atWord) end = EndOfWord(rest);
+    const bool isWord = atWord && end != TextView::npos; // one that is never closed is plain to the end
+    const TextView text = rest.substr(0, end);
+    rest.remove_prefix(text.size());
+    return {text, isWord};
+}
+
 } // namespace
 
 std::vector<HeaderSegment> SplitEncodedWords(TextView value)
 {
     std::vector<HeaderSegment> segments;
-    TextView rest = value;
-    for (std::size_t start = rest.find(u"=?"); start != TextView::npos; start = rest.find(u"=?")) {
-        if (start > 0) segments.push_back({rest.substr(0, start), false});
-        rest.remove_prefix(start);
-        const std::size_t end = EndOfWord(rest);
-        if (end == TextView::npos) break;
-        segments.push_back({rest.substr(0, end), true});
-        rest.remove_prefix(end);
-    }
-    if (!rest.empty() || segments.empty()) segments.push_back({rest, false});
+    do segments.push_back(TakeSegment(value));
+    while (!value.empty());
     return segments;
 }
 
@@ -185,7 +189,8 @@ Text DecodeHeaderText(TextView value, bool comparisonMode, CodePage& codePage)
 {
     Text out;
     out.reserve(value.size());
-    for (const HeaderSegment& segment : SplitEncodedWords(value)) {
+    while (!value.empty()) { // one by one: a long value may have millions
+        const HeaderSegment segment = TakeSegment(value);
         if (segment.isWord)
             AppendWord(out, segment.text, comparisonMode, codePage);
         else if (segment.text != u" ") // the space between two encoded words

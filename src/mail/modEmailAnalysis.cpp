@@ -7,6 +7,9 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
+#include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -57,41 +60,74 @@ void ReplaceInPlace(std::string& text, std::string_view sought, std::string_view
     text.resize(out);
 }
 
-// What the header block of a file says, in the order of the queries of ReadHeaders.
+// What the header block of a file says, in the order of the queries of ReadHeaders. A value stays bytes
+// until its turn comes: it may be as large as the file, and its text takes twice as much.
 struct Headers {
-    Text deliveryDate, from, to, bcc, cc, subject, date, received;
+    std::string deliveryDate, from, to, bcc, cc, subject, date, received;
 };
 
-Headers ReadHeaders(std::string_view block, CodePage& codePage)
+Headers ReadHeaders(std::string_view block)
 {
     HeaderQuery queries[] = {{"Delivery-date:"}, {"From:"},          {"To:"}, {"Bcc:"}, {"Cc:"}, {"Subject:"},
                              {"Date:"},          {"Received:", true}};
     CollectHeaders(block, queries);
-    const auto value = [&](std::size_t i) { return codePage.FromAnsi(queries[i].value); };
+    const auto value = [&queries](std::size_t i) { return std::move(queries[i].value); };
     return {value(0), value(1), value(2), value(3), value(4), value(5), value(6), value(7)};
+}
+
+// The file's bytes are gone when it is done.
+FileError ReadFile(const Text& path, Files& files, Headers& headers, bool& hasAttachment)
+{
+    std::string message;
+    const FileError error = files.ReadWhole(path, message);
+    if (error != FileError::none) return error;
+    hasAttachment = HasAttachmentMark(message);
+    KeepHeaderBlock(message);
+    headers = ReadHeaders(message);
+    return FileError::none;
+}
+
+// Turns the bytes into text and lets go of them.
+Text TakeText(std::string& bytes, CodePage& codePage)
+{
+    const std::string taken = std::move(bytes);
+    return codePage.FromAnsi(taken);
+}
+
+double DateOf(Text text, Locale& locale)
+{
+    return ParseHeaderDate(text, locale);
+}
+
+void FillAddresses(Text value, Text& shown, Text& key, CodePage& codePage)
+{
+    shown = DecodeHeaderText(value, false, codePage);
+    Text decoded = DecodeHeaderText(value, true, codePage);
+    Text().swap(value); // gives the memory back, as an assignment would not
+    key = DetagAddressList(std::move(decoded), false);
+}
+
+void FillSubject(TextView value, Text& shown, Text& key, CodePage& codePage)
+{
+    shown = DecodeHeaderText(value, false, codePage);
+    key = DecodeHeaderText(value, true, codePage);
+    // Kept: the list shows the en dash as the control character 22, and the key must match the list.
+    for (const char16_t enDash : codePage.FromAnsi("\x96"))
+        std::replace(key.begin(), key.end(), enDash, u'\x16');
 }
 
 void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& context)
 {
     CodePage& codePage = context.codePage;
-    const auto addressKey = [&codePage](const Text& value) {
-        return DetagAddressList(DecodeHeaderText(value, true, codePage), false);
-    };
-    summary.DeliveryDate = ParseHeaderDate(headers.deliveryDate, context.locale);
-    summary.From = DecodeHeaderText(headers.from, false, codePage);
-    summary.FromKey = addressKey(headers.from);
-    summary.To = DecodeHeaderText(headers.to, false, codePage);
-    summary.ToKey = addressKey(headers.to);
-    summary.Bcc = headers.bcc;
-    summary.Cc = headers.cc;
-    summary.Subject = DecodeHeaderText(headers.subject, false, codePage);
-    summary.SubjectKey = DecodeHeaderText(headers.subject, true, codePage);
-    // Kept: the list shows the en dash as the control character 22, and the key must match the list.
-    for (const char16_t enDash : codePage.FromAnsi("\x96"))
-        std::replace(summary.SubjectKey.begin(), summary.SubjectKey.end(), enDash, u'\x16');
-    summary.SentDate = ParseHeaderDate(headers.date, context.locale);
-    Text lastHop(TrimSpaces(FieldOf(headers.received, u";", 2)));
-    summary.ReceivedDate = ParseHeaderDate(lastHop, context.locale);
+    summary.DeliveryDate = DateOf(TakeText(headers.deliveryDate, codePage), context.locale);
+    FillAddresses(TakeText(headers.from, codePage), summary.From, summary.FromKey, codePage);
+    FillAddresses(TakeText(headers.to, codePage), summary.To, summary.ToKey, codePage);
+    summary.Bcc = TakeText(headers.bcc, codePage);
+    summary.Cc = TakeText(headers.cc, codePage);
+    FillSubject(TakeText(headers.subject, codePage), summary.Subject, summary.SubjectKey, codePage);
+    summary.SentDate = DateOf(TakeText(headers.date, codePage), context.locale);
+    const Text received = TakeText(headers.received, codePage);
+    summary.ReceivedDate = DateOf(Text(TrimSpaces(FieldOf(received, u";", 2))), context.locale);
     summary.DeliveryDateText = FormatListDate(summary.DeliveryDate, false);
     summary.SentDateText = FormatListDate(summary.SentDate, false);
     summary.ReceivedDateText = FormatListDate(summary.ReceivedDate, false);
@@ -103,23 +139,22 @@ Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& sum
 {
     summary = {};
     if (FileExtension(path) != u"eml") return {};
-    std::string message;
-    const FileError error = context.files.ReadWhole(path, message);
-    if (error != FileError::none) return Describe(error);
-    EmlSummary read;
-    read.FileName = FileNameOf(path);
-    read.FolderPath = FolderOf(path, context.firstFolder);
-    read.HasAttachment = HasAttachmentMark(message);
-    KeepHeaderBlock(message);
-    Headers headers = ReadHeaders(message, context.codePage);
-    message = std::string(); // the values may be as large as the file
     try {
+        EmlSummary read;
+        Headers headers;
+        const FileError error = ReadFile(path, context.files, headers, read.HasAttachment);
+        if (error != FileError::none) return Describe(error);
+        read.FileName = FileNameOf(path);
+        read.FolderPath = FolderOf(path, context.firstFolder);
         FillSummary(read, headers, context);
+        summary = std::move(read);
+        return {};
     } catch (const ValueFault& fault) {
         return fault.Words();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) { // more characters than a text can have
     }
-    summary = std::move(read);
-    return {};
+    return Describe(FileError::outOfMemory);
 }
 
 Text FileExtension(TextView path)

@@ -38,7 +38,8 @@ struct EmlContext {
 
 // Reads the file at path, whose extension must be "eml" in any letter case; any other leaves the summary
 // empty and is no failure. The answer is empty, or says what is wrong ("Type mismatch", "Overflow", the read
-// error), and then the summary is empty.
+// error, that memory does not suffice), and then the summary is empty. While it works it holds about seven
+// times the bytes of the header block, or the file alone if that is more.
 Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& summary);
 
 Text FileExtension(TextView path); // lower-cased; the whole name when it has no "."

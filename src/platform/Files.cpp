@@ -23,6 +23,8 @@ Text Describe(FileError error)
         return u"The file could not be written";
     case FileError::full:
         return u"The disk is full";
+    case FileError::outOfMemory:
+        return u"There is not enough memory to read the file";
     }
     return {};
 }

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-enum class FileError { none, notFound, exists, inUse, denied, readFailed, writeFailed, full };
+enum class FileError { none, notFound, exists, inUse, denied, readFailed, writeFailed, full, outOfMemory };
 Text Describe(FileError error); // plain words for a message, without a full stop; empty for none
 
 // One open file that is read and written at any place: the database file.

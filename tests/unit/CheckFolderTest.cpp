@@ -293,8 +293,9 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     Check(ComparisonType::file);
     const Text verdict = u"Inbox has 2 saved email(s). 2 email(s) not saved.";
     EXPECT_EQ(view.log, (Texts{u"Ignoring dateless email: 0005_b.eml",
-                               u"Ignoring unreadable email: 0006_c.eml", kFolder + u" - 1 unsaved email(s).",
-                               u"Not saved 2 - Mail 2", u"Not saved 3 - Mail 3", verdict}));
+                               u"Ignoring unreadable email: 0006_c.eml (Type mismatch)",
+                               kFolder + u" - 1 unsaved email(s).", u"Not saved 2 - Mail 2",
+                               u"Not saved 3 - Mail 3", verdict}));
     EXPECT_EQ(ResultIds(), (Texts{u"2", u"3"}));
     EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"2/4", u"yellow"}));
     const Text crc0 = RowEntry(0).Crc, crc1 = RowEntry(1).Crc;

@@ -6,6 +6,8 @@
 #include "text/DayCount.h"
 
 #include <gtest/gtest.h>
+#include <new>
+#include <stdexcept>
 
 namespace {
 
@@ -208,6 +210,39 @@ TEST(Eml, FaultsLeaveTheSummaryEmpty)
     const Read locked = ReadMessage("Subject: x", u"a.eml", FileError::inUse);
     EXPECT_EQ(locked.error, Describe(FileError::inUse));
     EXPECT_EQ(locked.summary.FileName, u"");
+}
+
+// A text that does not fit into memory is a fault of its file and of no other.
+TEST(Eml, AFileLargerThanMemoryIsToldAsSuch)
+{
+    struct NoMemoryForFiles final : NoFiles {
+        FileError ReadWhole(const Text&, std::string&) override { throw std::bad_alloc(); }
+    } files;
+    struct NoMemoryForText final : CodePage1252 {
+        bool tooLong = false;
+        Text FromAnsi(std::string_view bytes) override
+        {
+            if (bytes.size() < 1000) return CodePage1252::FromAnsi(bytes);
+            if (tooLong) throw std::length_error("too long");
+            throw std::bad_alloc();
+        }
+    } codePage;
+    EnglishLocale locale;
+    OneFile largeFile, unreadFile;
+    unreadFile.error = FileError::outOfMemory;
+    for (const char* name : {"From: ", "Bcc: ", "Received: ", "Subject: =?iso-8859-1?b?"})
+        for (const bool tooLong : {false, true})
+            for (Files* each : {static_cast<Files*>(&files), static_cast<Files*>(&largeFile),
+                                static_cast<Files*>(&unreadFile)}) {
+                largeFile.content = name + std::string(2000, 'Q') + "?=";
+                codePage.tooLong = tooLong;
+                EmlSummary summary;
+                summary.Subject = u"old";
+                EXPECT_EQ(ReadEmlSummary(u"/a.eml", {*each, codePage, locale, {}}, summary),
+                          u"There is not enough memory to read the file")
+                    << name << tooLong;
+                EXPECT_EQ(summary.FileName + summary.Subject, u"") << name << tooLong;
+            }
 }
 
 TEST(Eml, Paths)

@@ -5,7 +5,7 @@
 #pragma once
 #include "platform/CodePage.h"
 
-struct CodePage1252 final : CodePage {
+struct CodePage1252 : CodePage {
     std::string ToAnsi(TextView text) override;
     Text FromAnsi(std::string_view bytes) override;
     Text FromUtf8Bytes(std::string_view bytes) override; // U+FFFD for each maximal bad part

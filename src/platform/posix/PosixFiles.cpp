@@ -223,7 +223,7 @@ FileError PosixFiles::ReadWhole(const Text& path, std::string& bytes)
         bytes.resize(filled);
     } catch (const std::exception&) { // larger than memory
         std::string{}.swap(bytes);
-        return FileError::readFailed;
+        return FileError::outOfMemory;
     }
     return FileError::none;
 }

@@ -186,11 +186,11 @@ FileError WinFiles::ReadWhole(const Text& path, std::string& bytes)
                           OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN);
     LARGE_INTEGER size{};
     if (!file.IsOpen() || !GetFileSizeEx(file, &size)) return ErrorOf(GetLastError(), FileError::readFailed);
-    if (size.QuadPart >= 0x7FFFFFFF) return FileError::readFailed; // larger than memory
+    if (size.QuadPart >= 0x7FFFFFFF) return FileError::outOfMemory;
     try {
         bytes.resize(static_cast<std::size_t>(size.QuadPart));
     } catch (const std::exception&) {
-        return FileError::readFailed;
+        return FileError::outOfMemory;
     }
     std::size_t filled = 0;
     while (filled < bytes.size()) {
