@@ -22,6 +22,8 @@ constexpr std::array<char, 256> MakeLowerCase()
     return lower;
 }
 
+constexpr std::string_view kEnDash = "\x96"; // in the ANSI code pages of Windows but the East Asian ones
+
 constexpr std::array<char, 256> kLowerCase = MakeLowerCase();
 
 char Lower(char byte)
@@ -112,8 +114,10 @@ void FillSubject(TextView value, Text& shown, Text& key, CodePage& codePage)
     shown = DecodeHeaderText(value, false, codePage);
     key = DecodeHeaderText(value, true, codePage);
     // Kept: the list shows the en dash as the control character 22, and the key must match the list.
-    for (const char16_t enDash : codePage.FromAnsi("\x96"))
-        std::replace(key.begin(), key.end(), enDash, u'\x16');
+    // Not in the code pages that have none, where the byte alone becomes a question mark.
+    const Text enDash = codePage.FromAnsi(kEnDash);
+    if (enDash.size() == 1 && codePage.ToAnsi(enDash) == kEnDash)
+        std::replace(key.begin(), key.end(), enDash[0], u'\x16');
 }
 
 void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& context)

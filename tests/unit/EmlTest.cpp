@@ -5,6 +5,7 @@
 #include "tests/support/OneFile.h"
 #include "text/DayCount.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <new>
 #include <stdexcept>
@@ -243,6 +244,26 @@ TEST(Eml, AFileLargerThanMemoryIsToldAsSuch)
                     << name << tooLong;
                 EXPECT_EQ(summary.FileName + summary.Subject, u"") << name << tooLong;
             }
+}
+
+// Where 0x96 begins a character of two bytes, a single one reads as a question mark.
+TEST(Eml, OnlyAnEnDashOfTheCodePageIsReplaced)
+{
+    struct NoEnDash final : CodePage1252 {
+        Text FromAnsi(std::string_view bytes) override
+        {
+            Text text = CodePage1252::FromAnsi(bytes);
+            std::replace(text.begin(), text.end(), u'\u2013', u'?');
+            return text;
+        }
+    } codePage;
+    OneFile files;
+    files.content = "Subject: Who? What? \x96\r\nX:\r\n\r\n";
+    EnglishLocale locale;
+    EmlSummary summary;
+    EXPECT_EQ(ReadEmlSummary(u"/a.eml", {files, codePage, locale, {}}, summary), u"");
+    EXPECT_EQ(summary.SubjectKey, u"Who? What? ?");
+    EXPECT_EQ(ReadMessage(files.content).summary.SubjectKey, u"Who? What? \x16");
 }
 
 TEST(Eml, Paths)
