@@ -6,6 +6,7 @@
 #include "text/DayCount.h"
 
 #include <algorithm>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <new>
 #include <stdexcept>
@@ -33,6 +34,19 @@ Read ReadMessage(const std::string& content,
     return read;
 }
 
+// The least of several tries: whatever else the machine does only adds.
+double SecondsToRead(const std::string& message)
+{
+    double least = 1e9;
+    for (int i = 0; i < 5 && (i == 0 || least < 0.2); ++i) {
+        const auto begin = std::chrono::steady_clock::now();
+        EXPECT_FALSE(ReadMessage(message).summary.HasAttachment);
+        least =
+            std::min(least, std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+    }
+    return least;
+}
+
 // The lines of a message, ended as a mail client ends them.
 std::string Lines(std::initializer_list<const char*> lines)
 {
@@ -55,7 +69,7 @@ TEST(Eml, ReadsAWholeMessage)
         "To: \"Lee, Ann\" <ann@x.example>,",
         " bob@x.example, (Carol) <carol@x.example>",
         "CC: =?utf-8?B?w6k=?= <e@x.example>",
-        "Bcc: d@x.example",
+        "Bcc: =?utf-8?B?w6k=?= <d@x.example>",
         "Subject: =?windows-1252?Q?Bulbs_=96_part?=",
         "\t=?windows-1252?Q?_two?=",
         "Date: Sun, 14 Nov 2004 09:30:59 +0100",
@@ -76,7 +90,7 @@ TEST(Eml, ReadsAWholeMessage)
     EXPECT_EQ(got.To, u"\"Lee, Ann\" <ann@x.example>, bob@x.example, (Carol) <carol@x.example>");
     EXPECT_EQ(got.ToKey, u"\"Lee, Ann\"; bob@x.example; \\(Carol\\)");
     EXPECT_EQ(got.Cc, u"=?utf-8?B?w6k=?= <e@x.example>");
-    EXPECT_EQ(got.Bcc, u"d@x.example");
+    EXPECT_EQ(got.Bcc, u"=?utf-8?B?w6k=?= <d@x.example>");
     EXPECT_EQ(got.Subject, u"Bulbs \u2013 part two");
     EXPECT_EQ(got.SubjectKey, u" Bulbs \x16 part two");
     EXPECT_EQ(got.DeliveryDateText, u"14/11/2004 08:31");
@@ -174,6 +188,8 @@ TEST(Eml, Dates)
         {"even when it has no date", "Received: x\r\nReceived: y; 4 Apr 2007", u"01/01/1900 00:00",
          u"01/01/1900 00:00"},
         {"between the first and the second semicolon", "Received: x ; 3 Apr 2007 10:00:00 ; z",
+         u"03/04/2007 10:00", u"01/01/1900 00:00"},
+        {"no blank needs to follow a semicolon", "Received: x;3 Apr 2007 10:00:00;z; 4 Apr 2007",
          u"03/04/2007 10:00", u"01/01/1900 00:00"},
         {"two Date: headers are read as one", "Date: 3 Apr 2007 10:00:00 +0200\r\nDate: 1 Jan 2000",
          u"01/01/1900 00:00", u"03/04/2007 08:00"},
@@ -313,42 +329,50 @@ TEST(Eml, AttachmentMarkAtEveryPlace)
     }
 }
 
-TEST(Eml, HostileFilesAreReadInTheirTime)
+// Eight times the bytes take eight times as long, sixty-four times if each asks for all the others.
+TEST(Eml, HostileFilesAreReadInTimeThatGrowsWithTheirSize)
 {
-    constexpr std::size_t kSize = 1 << 20;
-    const auto repeated = [](const char* part) {
-        std::string out;
-        while (out.size() < kSize) out += part;
-        return out;
+    struct Case {
+        const char *begin, *repeated, *end = "";
+        std::string OfSize(std::size_t size) const
+        {
+            std::string message = begin;
+            while (message.size() < size) message += repeated;
+            return message += end;
+        }
     };
-    const std::string messages[] = {
-        "Subject: " + repeated("x"),
-        "Subject: " + repeated("=?"),
-        "Subject: " + repeated("=?iso-8859-1?q?"),
-        "Subject: " + repeated("=?a?b?c"),
-        "To: " + repeated("<"),
-        "To: " + repeated(">"),
-        "To: " + repeated("a <b@c>, '\""),
-        "To: <a@b>" + repeated("<>"),
-        "To: " + repeated("\"a, b\"; "),
-        "Date: " + repeated("9"),
-        "Date: " + repeated(" "),
-        "Date: " + repeated("a "),
-        repeated("Subject: x\r\n"),
-        repeated("\r\n\t"),
-        repeated("\r\n "),
-        repeated("  x"),
-        repeated("\r"),
-        repeated("To: a@b,\r\n"),
-        repeated("content-disposition: attachment;\r"),
-        repeated("\n"),
-        repeated("Date: 1 Jan 2000\r\n"),
-        "Subject: =?iso-8859-1?b?" + repeated("QUJD") + "?=",
-        "Subject: =?iso-8859-1?q?" + repeated("=") + "?=",
+    const Case cases[] = {
+        {"Subject: ", "x"},
+        {"Subject: ", "=?"},
+        {"Subject: ", "=?iso-8859-1?q?"},
+        {"Subject: ", "=?a?b?c"},
+        {"Subject: ", " =?iso-8859-1?q?a?="},
+        {"To: ", "<"},
+        {"To: ", ">"},
+        {"To: ", "a <b@c>, '\""},
+        {"To: <a@b>", "<>"},
+        {"To: ", "<a>", "@"},
+        {"To: @", "<a>"},
+        {"To: ", "<a@b>", "<"},
+        {"To: ", "\"a, b\"; "},
+        {"Date: ", "9"},
+        {"Date: ", " "},
+        {"Date: ", "a "},
+        {"", "Subject: x\r\n"},
+        {"", "\r\n\t"},
+        {"", "\r\n "},
+        {"", "  x"},
+        {"", "\r"},
+        {"", "To: a@b,\r\n"},
+        {"", "content-disposition: attachment;\r"},
+        {"", "\n"},
+        {"", "Date: 1 Jan 2000\r\n"},
+        {"Subject: =?iso-8859-1?b?", "QUJD", "?="},
+        {"Subject: =?iso-8859-1?q?", "=", "?="},
     };
-    for (const std::string& message : messages) {
-        const Read read = ReadMessage(message);
-        EXPECT_TRUE(read.error.empty() || read.summary.FileName.empty());
-        EXPECT_FALSE(read.summary.HasAttachment);
+    constexpr std::size_t kSize = 1 << 13;
+    for (const Case& c : cases) {
+        const double small = SecondsToRead(c.OfSize(kSize)), large = SecondsToRead(c.OfSize(8 * kSize));
+        EXPECT_LT(large, 24 * small + 0.005) << c.begin << c.repeated << " in " << small << " and " << large;
     }
 }
