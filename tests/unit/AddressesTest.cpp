@@ -83,6 +83,8 @@ TEST(Addresses, BareAddressOf)
     const Case cases[] = {
         {"between brackets", u"Ann <a@x.org>", u"a@x.org"},
         {"between quotes", u"\"a@x.org\"", u"a@x.org"},
+        {"between apostrophes", u"'a@x.org'", u"a@x.org"},
+        {"between separators", u"Ann;a@x.org;b", u"a@x.org"},
         {"the first of several", u"Ann a@x.org, b@y.org", u"a@x.org"},
         {"the whole text", u"a@x.org", u"a@x.org"},
         {"an opening bracket behind it is part of it", u"a@x<y> z", u"a@x<y"},

@@ -6,7 +6,7 @@
 #include "text/DayCount.h"
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 #include <gtest/gtest.h>
 #include <new>
 #include <stdexcept>
@@ -34,15 +34,15 @@ Read ReadMessage(const std::string& content,
     return read;
 }
 
-// The least of several tries: whatever else the machine does only adds.
+// The least of several tries, in seconds of the processor where the system tells them: whatever else the
+// machine does only adds.
 double SecondsToRead(const std::string& message)
 {
     double least = 1e9;
     for (int i = 0; i < 5 && (i == 0 || least < 0.2); ++i) {
-        const auto begin = std::chrono::steady_clock::now();
+        const std::clock_t begin = std::clock();
         EXPECT_FALSE(ReadMessage(message).summary.HasAttachment);
-        least =
-            std::min(least, std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count());
+        least = std::min(least, static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC);
     }
     return least;
 }
@@ -61,7 +61,7 @@ TEST(Eml, ReadsAWholeMessage)
 {
     const Read read = ReadMessage(Lines({
         "Return-Path: <lists@garden.example>",
-        "Delivery-date: Sun, 14 Nov 2004 08:31:07 +0000",
+        "Delivery-date: Sun, 14 Nov 2004 08:31:37 +0000",
         "Received: from relay.example ([192.0.2.7]) by mx.example",
         "\twith SMTP id 17; Sun, 14 Nov 2004 08:31:05 +0000 (GMT)",
         "Received: from home by relay.example; Sun, 14 Nov 2004 10:00:00 +0100",
@@ -162,6 +162,15 @@ TEST(Eml, HeaderBlocks)
         EXPECT_EQ(read.summary.Subject, c.subject) << c.why;
         EXPECT_EQ(read.summary.To, c.to) << c.why;
     }
+
+    const EmlSummary twice =
+        ReadMessage("From: a\r\nFrom: b\r\nCc: c\r\nCc: d\r\nBcc: e\r\nBcc: f\r\n").summary;
+    EXPECT_EQ(twice.From + u" " + twice.Cc + u" " + twice.Bcc, u"a; b c; d e; f");
+    EXPECT_EQ(twice.FromKey, u"a; b");
+    EXPECT_EQ(
+        ReadMessage("Delivery-date:\r\nDelivery-date: 3 Apr 2007 10:00:00\r\n").summary.DeliveryDateText,
+        u"03/04/2007 10:00")
+        << "an empty one does not hide the next";
 
     std::string block = "Subject: a  b\r\n";
     KeepHeaderBlock(block);
@@ -373,6 +382,7 @@ TEST(Eml, HostileFilesAreReadInTimeThatGrowsWithTheirSize)
     constexpr std::size_t kSize = 1 << 13;
     for (const Case& c : cases) {
         const double small = SecondsToRead(c.OfSize(kSize)), large = SecondsToRead(c.OfSize(8 * kSize));
-        EXPECT_LT(large, 24 * small + 0.005) << c.begin << c.repeated << " in " << small << " and " << large;
+        EXPECT_LT(large, std::max(24 * small, 0.1))
+            << c.begin << c.repeated << " in " << small << " and " << large;
     }
 }

@@ -57,6 +57,7 @@ TEST(EncodedWords, DecodeInBothModes)
          u"ab", u" a b"},
         {"a single space at the start goes too", u" =?iso-8859-1?q?a?=", u"a", u" a"},
         {"and one before a word that is never closed", u"=?iso-8859-1?q?a?= =?x", u"a=?x", u" a=?x"},
+        {"two spaces are text", u"=?iso-8859-1?q?a?=  =?iso-8859-1?q?bc?=", u"a bc", u" a bc"},
         {"other text stays", u"x =?iso-8859-1?q?a?= y", u"x a y", u"x a y"},
         {"ISO-8859-1 is read as Windows-1252", u"=?iso-8859-1?q?=80=A4?=", u"\u20AC\u00A4", u" \u20AC\u00A4"},
         {"ISO-8859-15 first, ISO-8859-1 where it has nothing", u"=?iso-8859-15?q?=A4=BE=E9=80?=",

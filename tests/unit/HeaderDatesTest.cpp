@@ -58,6 +58,8 @@ TEST(HeaderDates, Shapes)
         {"no month: from the weekday", u"Tue, 3 2007 10:15:00 +0000", "2007/04/03 10:15:00"},
         {"no month fits the weekday", u"Tues, 3 2007 10:15:00 +0000", "Type mismatch"},
         {"weekday first, month as a number", u"Tue, 3 04 2007 10:15:00 +0100", "2007/04/03 09:15:00"},
+        {"up to the 11th", u"Sat, 3 11 2007 10:15:00 +0100", "2007/11/03 09:15:00"},
+        {"from 12 on it is the year, and the month is missing", u"Tue, 3 12 10:15:00", "2012/01/03 10:15:00"},
         {"slashes: month first, letters of pm in any case", u"04/03/2007 10:15:00 PM", "2007/04/03 22:15:00"},
         {"no seconds: midnight, and pm is noon", u"04/03/2007 10:15 PM", "2007/04/03 12:00:00"},
         {"half past noon is the next day", u"04/03/2007 12:30:00 pm -0200", "2007/04/04 02:30:00"},
