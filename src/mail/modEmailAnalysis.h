@@ -38,7 +38,7 @@ struct EmlContext {
 
 // Reads the file at path, whose extension must be "eml" in any letter case; any other leaves the summary
 // empty and is no failure. The answer is empty, or says what is wrong ("Type mismatch", "Overflow", the read
-// error, that memory does not suffice), and then the summary is empty. While it works it holds about seven
+// error, that memory does not suffice), and then the summary is empty. While it works it holds about six
 // times the bytes of the header block, or the file alone if that is more.
 Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& summary);
 

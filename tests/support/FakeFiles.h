@@ -4,12 +4,14 @@
 #include "tests/support/NoFiles.h"
 
 #include <map>
+#include <new>
 #include <set>
 
 struct FakeFiles : NoFiles {
     std::map<Text, std::string> files; // by folded path
     std::set<Text> directories;        // likewise, without a separator at the end
     std::set<Text> refused;            // directories that cannot be made
+    std::set<Text> tooLarge;           // files that do not fit into memory
 
     static Text Key(Text path)
     {
@@ -34,6 +36,7 @@ struct FakeFiles : NoFiles {
     FileError ReadWhole(const Text& path, std::string& bytes) override
     {
         const auto found = files.find(Key(path));
+        if (tooLarge.count(Key(path))) throw std::bad_alloc();
         bytes = found == files.end() ? std::string() : found->second;
         return found == files.end() ? FileError::notFound : FileError::none;
     }

@@ -310,6 +310,19 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     EXPECT_EQ(Verdict(), verdict) << "files can be compared without a database";
 }
 
+TEST_F(CheckFolderTest, AFileThatDoesNotFitIntoMemoryEndsNoCheck)
+{
+    for (const Text n : {u"0", u"1", u"2", u"3"})
+        Store(u"000" + n + u"_a.eml", Message(ToUtf8(n), "1" + std::to_string(9 - (n[0] - u'0'))));
+    files.tooLarge = {FakeFiles::Key(kDirectory + u"0001_a.eml")};
+    Check(ComparisonType::file);
+    EXPECT_EQ(view.log,
+              (Texts{u"Ignoring unreadable email: 0001_a.eml (There is not enough memory to read the file)",
+                     kFolder + u" - 1 unsaved email(s).", u"Not saved 1 - Mail 1",
+                     u"Inbox has 3 saved email(s). 1 email(s) not saved."}));
+    EXPECT_EQ(ResultIds(), Texts{u"1"});
+}
+
 TEST_F(CheckFolderTest, ARowThatCannotBeReadIsNotSaved)
 {
     // A sent message, say: what is unread would have its dates, which are none.
