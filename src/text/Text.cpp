@@ -224,8 +224,3 @@ std::size_t FindNoCase(TextView text, TextView sought, std::size_t from)
     if (at == text.end() && !sought.empty()) return TextView::npos;
     return static_cast<std::size_t>(at - text.begin());
 }
-
-bool StartsWithNoCase(TextView text, TextView start)
-{
-    return text.size() >= start.size() && EqualNoCase(text.substr(0, start.size()), start);
-}

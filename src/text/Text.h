@@ -79,4 +79,3 @@ Text FoldCase(TextView text);
 bool EqualNoCase(TextView a, TextView b);
 // Position of the first occurrence at or after from; npos when none. An empty sought text is found at from.
 std::size_t FindNoCase(TextView text, TextView sought, std::size_t from = 0);
-bool StartsWithNoCase(TextView text, TextView start);

@@ -24,7 +24,7 @@ Text PlainHeaderValue(TextView block, TextView name)
 {
     Text joined;
     for (const Text& line : SplitAt(block, u"\r\n")) {
-        if (!StartsWithNoCase(line, name)) continue;
+        if (!EqualNoCase(TextView(line).substr(0, name.size()), name)) continue;
         const TextView value = TrimSpaces(TextView(line).substr(name.size()));
         if (value.empty()) continue;
         if (!joined.empty()) joined += u"; ";
