@@ -17,8 +17,8 @@ struct RandomFile {
     virtual std::uint64_t Size() = 0;
     // Both are all or nothing as far as the answer goes: a short read or write is false.
     virtual bool ReadAt(std::uint64_t offset, char* bytes, std::size_t count) = 0;
-    virtual bool WriteAt(std::uint64_t offset, const char* bytes,
-                         std::size_t count) = 0; // past the end: extends
+    // Past the end it extends the file.
+    virtual bool WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) = 0;
     virtual bool Resize(std::uint64_t size) = 0;
     virtual bool Flush() = 0; // down to the disk
 };
@@ -42,8 +42,8 @@ struct Files {
     virtual FileError ReadWhole(const Text& path, std::string& bytes) = 0; // bytes are empty on failure
     // Opens for appending (made when missing), writes, closes.
     virtual FileError Append(const Text& path, std::string_view bytes) = 0;
-    virtual std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode,
-                                             FileError& error) = 0; // null: error
+    // Null when it fails, and error says why.
+    virtual std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) = 0;
     virtual FileError Rename(const Text& from, const Text& to) = 0; // never replaces
     virtual bool Delete(const Text& path) = 0;
 };

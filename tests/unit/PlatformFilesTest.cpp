@@ -1,3 +1,4 @@
+// PlatformFilesTest.cpp: the file system of the system that the tests run on, and the order of names.
 #include "platform/FileNames.h"
 #include "platform/System.h"
 #include "tests/support/ScratchDirectory.h"

@@ -1,3 +1,4 @@
+// FilesTest.cpp: what only Windows does to files: sharing, long paths, short names.
 #include "platform/win32/WideText.h"
 #include "platform/win32/WinFiles.h"
 #include "tests/support/ScratchDirectory.h"
