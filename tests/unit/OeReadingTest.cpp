@@ -282,6 +282,22 @@ TEST_F(OeReading, TheSettleTimeIsSleptInFull)
     EXPECT_EQ(fake.sleptMilliseconds, 1250);
 }
 
+TEST_F(OeReading, OnlyClosingShortensTheSettleTime)
+{
+    WalkFolderTree(client);
+    settings.settleTime = 1500; // somebody meant milliseconds
+    view.onEvents = [this] {
+        if (fake.sleptMilliseconds >= 5000) flags.stopAfterFolder = flags.stopRequested = true;
+        if (fake.sleptMilliseconds >= 20000) flags.closing = true;
+    };
+    EXPECT_TRUE(ChangeFolder(client, 3, u"Work"));
+    EXPECT_EQ(fake.sleptMilliseconds, 20000);
+    EXPECT_EQ(std::count(view.shown.begin(), view.shown.end(),
+                         u"Stopping when Outlook Express has settled, in 1490 s"),
+              1)
+        << "what a stop waits for, once a second";
+}
+
 TEST_F(OeReading, DetailsSayWhatIsMissing)
 {
     struct Case {

@@ -232,6 +232,34 @@ TEST_F(OeSave, ADialogThatWasWrittenOffIsNotTakenForAnothersEither)
     EXPECT_EQ(stuck, 0);
 }
 
+TEST_F(OeSave, AStopEndsTheWaitForALateDialogAndTheEmailIsNotFailed)
+{
+    fake.dialogDelays = {30'000};
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::failed);
+    view.onEvents = [this] { flags.stopAfterEmail = flags.stopRequested = fake.sleptMilliseconds > 9000; };
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::untried);
+    EXPECT_EQ(fake.Asks(), 1u) << "no other was asked for";
+    EXPECT_LT(fake.sleptMilliseconds, 10'000);
+    EXPECT_EQ(view.log, std::vector<Text>{u"No dialog found"});
+
+    view.onEvents = nullptr;
+    flags = {};
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::saved) << "in the next run the wait goes on";
+    EXPECT_GT(fake.sleptMilliseconds, 30'000);
+    EXPECT_EQ(fake.saved.size(), 1u);
+}
+
+TEST_F(OeSave, AClientThatWasStartedAnewOwesNoDialog)
+{
+    fake.noDialog = true;
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::failed);
+    fake.noDialog = false;
+    client.saveDialog.processId += 1; // that was the one before
+    EXPECT_EQ(SaveCurrentEmail(client, request), SaveResult::saved);
+    EXPECT_LT(fake.sleptMilliseconds, 3'000);
+    EXPECT_EQ(fake.Asks(), 1u);
+}
+
 TEST_F(OeSave, ADialogThatDoesNotTakeTheNameIsCancelled)
 {
     fake.deafEdit = true;
