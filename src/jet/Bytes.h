@@ -15,6 +15,9 @@ inline constexpr std::size_t kPageSize = 4096;
 
 // "The database is damaged (page 17): what", thrown as DatabaseError.
 [[noreturn]] void ThrowDamaged(PageNumber page, TextView what);
+// For what another program may do to a file in good order, but this one cannot go on with:
+// "The database has a layout that this program does not extend (page 1): what".
+[[noreturn]] void ThrowForeignLayout(PageNumber page, TextView what);
 
 // Part of a page, remembering which, so that a number that is not there can be reported. The bytes are
 // not owned.

@@ -31,8 +31,25 @@ public:
     }
     void Delete(RowId row)
     {
+        if (held_)
+            held_->push_back(row);
+        else
+            DeleteAll({&row, 1});
+    }
+    void HoldDeletions() { held_.emplace(); }
+    void StoreHeld()
+    {
+        const std::vector<RowId> rows = *std::exchange(held_, std::nullopt);
+        if (!rows.empty()) DeleteAll(rows);
+    }
+    void DropHeld() { held_.reset(); }
+
+    Readiness Prepare(const std::vector<ColumnNeed>& needs)
+    {
         Refresh();
-        writer_->Delete(row); // the lookup keeps it: a place is never used again
+        Readiness readiness{writer_->RefusalOf(needs), {}};
+        if (readiness.refusal.empty()) readiness.notes = writer_->Mend();
+        return readiness;
     }
     // After a failed write nothing that is remembered need be true.
     void Refresh()
@@ -41,6 +58,11 @@ public:
     }
 
 private:
+    void DeleteAll(std::span<const RowId> rows)
+    {
+        Refresh();
+        writer_->Delete(rows); // the lookup keeps them: a place is never used again
+    }
     void Renew()
     {
         auto table = std::make_unique<Table>(*file_, definition_);
@@ -57,6 +79,26 @@ private:
     std::unique_ptr<Table> table_;
     std::unique_ptr<TableWriter> writer_; // refers to *table_
     Lookup lookup_;
+    std::optional<std::vector<RowId>> held_; // during a batch: what it will delete
+};
+
+class JetBatch final : public DeletionBatch {
+public:
+    explicit JetBatch(std::vector<std::shared_ptr<OpenTable>> tables) : tables_(std::move(tables))
+    {
+        for (const auto& table : tables_) table->HoldDeletions();
+    }
+    ~JetBatch() override
+    {
+        for (const auto& table : tables_) table->DropHeld();
+    }
+    void Store() override
+    {
+        for (const auto& table : tables_) table->StoreHeld();
+    }
+
+private:
+    std::vector<std::shared_ptr<OpenTable>> tables_;
 };
 
 const Column& NeedColumn(const TableDefinition& table, const Text& name)
@@ -92,6 +134,8 @@ public:
         (void)Current();
         ++current_;
     }
+
+    std::int32_t Count() override { return static_cast<std::int32_t>(Found().size()); }
 
     Text Field(const Text& name) override
     {
@@ -218,6 +262,19 @@ public:
         return names;
     }
 
+    Readiness PrepareForWriting(const Text& table, const std::vector<ColumnNeed>& needs) override
+    {
+        return Find(table)->Prepare(needs);
+    }
+
+    std::unique_ptr<DeletionBatch> BeginDeletions() override
+    {
+        std::vector<std::shared_ptr<OpenTable>> tables;
+        for (const auto& [name, table] : tables_)
+            if (table) tables.push_back(table);
+        return std::make_unique<JetBatch>(std::move(tables));
+    }
+
     void Close() noexcept override { file_->Close(); }
 
 private:
@@ -239,8 +296,14 @@ std::unique_ptr<JetDatabase> OpenJetDatabase(Files& files, const Text& path, Ope
 {
     FileError error = FileError::none;
     std::unique_ptr<RandomFile> opened = files.Open(path, mode, error);
+    Text whyReadOnly = u"The database is open for reading only";
+    if (!opened && error == FileError::denied && mode == OpenMode::exclusive) {
+        mode = OpenMode::read;
+        opened = files.Open(path, mode, error);
+        whyReadOnly = u"The file is write-protected, or this user may not write it";
+    }
     if (!opened) throw DatabaseError(u"The database " + path + u" cannot be opened: " + Describe(error));
-    auto file = std::make_shared<PageFile>(std::move(opened), mode);
+    auto file = std::make_shared<PageFile>(std::move(opened), mode, std::move(whyReadOnly));
     CheckHeader(*file);
     return std::make_unique<OpenFile>(std::move(file));
 }

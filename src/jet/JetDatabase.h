@@ -12,7 +12,9 @@ struct JetDatabase : Database {
     virtual std::vector<Text> ColumnNames(const Text& table) = 0;
 };
 
-// mode: OpenMode::exclusive, or OpenMode::read to look into a file that others may be reading. Lookups by
+// Changes no byte: only what is added and deleted does, and Database::PrepareForWriting. mode:
+// OpenMode::exclusive, which reads a file that may not be written, or OpenMode::read to look into a file that
+// others may be reading. Lookups by
 // "=" do not read the whole table but for the first time; rows come in the order of the file unless ORDER
 // BY is given. Null and empty text are the same: both are stored as null and found by =''.
 std::unique_ptr<JetDatabase> OpenJetDatabase(Files& files, const Text& path,

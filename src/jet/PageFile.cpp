@@ -2,15 +2,13 @@
 
 #include "platform/Database.h"
 
-#include <array>
-#include <vector>
+#include <algorithm>
 
 namespace jet {
 
 namespace {
 
-constexpr std::size_t kGeneration = 1024;  // pages: the cache holds 4 to 8 MB
-constexpr PageNumber kMostPages = 0x7FFFF; // 2 GB less one page, the limit of the format
+constexpr std::size_t kGeneration = 1024; // pages: the cache holds 4 to 8 MB
 
 constexpr std::uint64_t Offset(PageNumber page)
 {
@@ -24,15 +22,33 @@ void ThrowDamaged(PageNumber page, TextView what)
     throw DatabaseError(u"The database is damaged (page " + DecimalText(page) + u"): " + Text(what));
 }
 
-PageFile::PageFile(std::unique_ptr<RandomFile> file, OpenMode mode)
-    : file_(std::move(file)), writable_(mode != OpenMode::read)
+void ThrowForeignLayout(PageNumber page, TextView what)
 {
-    const std::uint64_t size = file_->Size();
-    const std::uint64_t pages = size / kPageSize;
+    throw DatabaseError(u"The database has a layout that this program does not extend (page " +
+                        DecimalText(page) + u"): " + Text(what));
+}
+
+PageFile::PageFile(std::unique_ptr<RandomFile> file, OpenMode mode, Text whyReadOnly) : file_(std::move(file))
+{
+    if (mode == OpenMode::read) whyReadOnly_ = std::move(whyReadOnly);
+    const std::uint64_t pages = file_->Size() / kPageSize;
     if (pages > kMostPages + 1) throw DatabaseError(u"The file is larger than a database can be (2 GB)");
     count_ = static_cast<PageNumber>(pages);
-    if (writable_ && count_ > 0 && size % kPageSize != 0 && !file_->Resize(Offset(count_)))
-        throw DatabaseError(u"The partial page at the end of the database cannot be cut off");
+}
+
+std::string PageFile::Tail()
+{
+    const std::uint64_t size = File().Size(), end = Offset(count_);
+    std::string bytes(
+        size > end ? static_cast<std::size_t>(std::min<std::uint64_t>(size - end, kPageSize)) : 0, '\0');
+    if (!bytes.empty() && !File().ReadAt(end, bytes.data(), bytes.size()))
+        throw DatabaseError(u"The end of the database cannot be read");
+    return bytes;
+}
+
+void PageFile::CutTail()
+{
+    if (!File().Resize(Offset(count_))) FailWrite(u"The unfinished page at its end cannot be cut off");
 }
 
 RandomFile& PageFile::File()
@@ -76,7 +92,7 @@ ByteView PageFile::View(PageNumber page, PageRef& hold)
 void PageFile::Write(PageNumber page, std::string bytes)
 {
     RandomFile& file = File();
-    if (!writable_) throw DatabaseError(u"The database is open for reading only");
+    if (!whyReadOnly_.empty()) throw DatabaseError(whyReadOnly_);
     if (page > kMostPages) throw DatabaseError(u"The database is full (2 GB)");
     const bool extends = page == count_;
     const PageRef before = extends ? nullptr : Read(page);
@@ -108,7 +124,7 @@ void PageFile::FailWrite(Text words)
 
 void PageFile::Close() noexcept
 {
-    if (file_ && writable_) (void)file_->Flush(); // closing has no one to tell
+    if (file_ && whyReadOnly_.empty()) (void)file_->Flush(); // closing has no one to tell
     file_.reset();
     young_.clear();
     old_.clear();
@@ -147,17 +163,20 @@ bool WriteSet::IsPlannedBefore(PageNumber page, Phase phase) const
 void WriteSet::Commit()
 {
     if (next_ > kMostPages + 1) throw DatabaseError(u"The database is full (2 GB)");
-    bool unflushed = false;
+    bool earlier = false; // something of an earlier phase is perhaps not on the disk
     for (Phase phase :
          {Phase::fresh, Phase::global, Phase::prepare, Phase::commit, Phase::tidy, Phase::count}) {
-        if (phase == Phase::commit && unflushed) file_.Flush();
+        bool written = false;
         for (auto& [page, pending] : pages_) {
             if (pending.phase != phase) continue;
+            if (earlier) file_.Flush();
+            earlier = false;
             file_.Write(page, std::move(pending.bytes));
-            unflushed = true;
+            written = true;
         }
-        if (phase == Phase::commit && unflushed) file_.Flush();
+        if (phase <= Phase::commit) earlier = earlier || written;
     }
+    if (earlier) file_.Flush();
     pages_.clear();
 }
 

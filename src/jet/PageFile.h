@@ -11,16 +11,22 @@
 
 namespace jet {
 
+inline constexpr PageNumber kMostPages = 0x7FFFF; // 2 GB less one page, the limit of the format
+
 using PageRef = std::shared_ptr<const std::string>; // kPageSize bytes; stays good when the cache moves on
 
 class PageFile {
 public:
-    // A partial last page, left by a stop while the file grew, is cut off when writing is allowed and
-    // ignored otherwise.
-    PageFile(std::unique_ptr<RandomFile> file, OpenMode mode);
+    // Changes nothing. whyReadOnly is what a refused write is told when mode is OpenMode::read.
+    PageFile(std::unique_ptr<RandomFile> file, OpenMode mode,
+             Text whyReadOnly = u"The database is open for reading only");
 
-    bool Writable() const { return writable_; }
-    PageNumber Count() const { return count_; }
+    const Text& WhyReadOnly() const { return whyReadOnly_; } // empty: it may be written
+    PageNumber Count() const { return count_; }              // of whole pages
+    // The bytes behind the last page: part of one, left by a stop while the file grew or by a copy that was
+    // cut short. Nothing reads them but this.
+    std::string Tail();
+    void CutTail();
     PageRef Read(PageNumber page);
     ByteView View(PageNumber page, PageRef& hold); // hold keeps the bytes alive
 
@@ -38,7 +44,7 @@ private:
     [[noreturn]] void FailWrite(Text words);
 
     std::unique_ptr<RandomFile> file_;
-    bool writable_;
+    Text whyReadOnly_;
     PageNumber count_ = 0;
     unsigned writeFailures_ = 0;
     // Two generations: what is used while the young one fills survives, the rest goes with the old one.
@@ -46,17 +52,19 @@ private:
 };
 
 // When a page of an operation is written. A stop between any two writes must leave a file in which every
-// row added so far is there, and nothing refers to a page that is not complete:
+// row added so far is there, nothing refers to a page that is not complete, and the table does not count
+// more rows than it has:
 enum class Phase {
     fresh,   // new pages at the end of the file; nothing refers to them
     global,  // they are taken out of the map of free pages
-    prepare, // long values get their maps and rows; no row refers to them
-    commit,  // one page: the row is there, or gone
+    prepare, // long values get their maps and rows; no row refers to them. The count of rows that will go
+    commit,  // a row is there: one page. Or rows are gone: pages that do not depend on each other
     tidy,    // hints and leftovers
-    count,   // the row count of the table
+    count,   // the count of rows that have come
 };
 
-// The page writes of one operation: collected first, written in order by Commit.
+// The page writes of one operation: collected first, written in order by Commit. No phase up to the commit
+// begins before the one before it is on the disk, and nothing comes behind the commit before that is.
 class WriteSet {
 public:
     explicit WriteSet(PageFile& file) : file_(file), firstFresh_(file.Count()), next_(firstFresh_) {}

@@ -118,9 +118,9 @@ TableDefinition ReadTableDefinition(PageFile& file, PageNumber page)
     return table;
 }
 
-void WriteRowCount(WriteSet& writes, PageNumber definition, std::uint32_t rows)
+void WriteRowCount(WriteSet& writes, PageNumber definition, std::uint32_t rows, Phase phase)
 {
-    Put32(writes.Edit(definition, Phase::count), kRowCountAt, rows);
+    Put32(writes.Edit(definition, phase), kRowCountAt, rows);
 }
 
 } // namespace jet

@@ -52,6 +52,6 @@ struct TableDefinition {
 };
 
 TableDefinition ReadTableDefinition(PageFile& file, PageNumber page);
-void WriteRowCount(WriteSet& writes, PageNumber definition, std::uint32_t rows);
+void WriteRowCount(WriteSet& writes, PageNumber definition, std::uint32_t rows, Phase phase);
 
 } // namespace jet

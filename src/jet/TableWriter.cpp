@@ -4,6 +4,7 @@
 #include "platform/Database.h"
 
 #include <algorithm>
+#include <set>
 
 namespace jet {
 
@@ -16,7 +17,7 @@ bool IsKnown(ColumnType type)
 }
 
 // What cannot be kept consistent, whatever the table's pages hold.
-Text RefusalOf(const TableDefinition& table)
+Text RefusalOfTable(const TableDefinition& table)
 {
     if (table.system) return u"Tables of the database system are not written";
     if (table.indexes > 0) return u"The table has an index or a key, which would not be kept up to date";
@@ -35,12 +36,20 @@ Text RefusalOf(const TableDefinition& table)
     return {};
 }
 
+Text NeedsValue(const Column& column)
+{
+    return u"The column " + column.name + u" needs a value";
+}
+Text TakesNoText(const Column& column)
+{
+    return u"The column " + column.name + u" does not take text";
+}
+
 std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
                                       const std::optional<Text>& value, TableRooms& rooms)
 {
     if (!value || value->empty()) {
-        if (!column.mayBeNull && column.type != ColumnType::boolean)
-            throw DatabaseError(u"The column " + column.name + u" needs a value");
+        if (!column.mayBeNull && column.type != ColumnType::boolean) throw DatabaseError(NeedsValue(column));
         return std::nullopt;
     }
     const Compression wanted = column.compressed ? Compression::compressed : Compression::plain;
@@ -50,8 +59,7 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
             EncodeText(*value, value->size() > kMostCompressed ? Compression::plain : wanted);
         return StoreLongValue(writes, column, bytes, rooms.longValues[column.number]);
     }
-    if (column.type != ColumnType::text || column.fixed)
-        throw DatabaseError(u"The column " + column.name + u" does not take text");
+    if (column.type != ColumnType::text || column.fixed) throw DatabaseError(TakesNoText(column));
     if (value->size() * 2 > column.length)
         throw DatabaseError(u"The text is too long for the column " + column.name + u" (" +
                             DecimalText(column.length / 2) + u" characters at most): " + *value);
@@ -76,19 +84,51 @@ void OfferAgain(WriteSet& writes, RowId freeMap, std::vector<Room>& rooms, PageN
 
 } // namespace
 
-TableWriter::TableWriter(Table& table) : table_(table), refusal_(RefusalOf(table.Definition()))
+TableWriter::TableWriter(Table& table) : table_(table), refusal_(RefusalOfTable(table.Definition()))
 {
-    if (!table.File().Writable()) refusal_ = u"The database is open for reading only";
+    if (!table.File().WhyReadOnly().empty()) refusal_ = table.File().WhyReadOnly();
     if (!refusal_.empty()) return;
     try {
         Inspect();
-        if (rowCount_ == table.Definition().rowCount) return;
-        WriteSet writes(table.File());
-        WriteRowCount(writes, table.Definition().page, rowCount_);
-        writes.Commit();
     } catch (const DatabaseError& error) {
         refusal_ = error.Words();
     }
+}
+
+Text TableWriter::RefusalOf(const std::vector<ColumnNeed>& needs) const
+{
+    if (!refusal_.empty()) return refusal_;
+    for (const Column& column : table_.Definition().columns) {
+        const auto need = std::find_if(needs.begin(), needs.end(), [&](const ColumnNeed& sought) {
+            return EqualNoCase(sought.name, column.name);
+        });
+        const bool mayLackValue = column.mayBeNull || column.type == ColumnType::boolean;
+        if (!mayLackValue && (need == needs.end() || need->mayBeEmpty)) return NeedsValue(column);
+        if (need == needs.end() || column.type == ColumnType::memo) continue;
+        if (column.type != ColumnType::text || column.fixed) return TakesNoText(column);
+        if (column.length / 2 < need->characters) return TooNarrow(*need, column.length / 2);
+    }
+    return {};
+}
+
+std::vector<Text> TableWriter::Mend()
+{
+    std::vector<Text> notes;
+    if (!refusal_.empty() || mended_) return notes;
+    PageFile& file = table_.File();
+    if (!file.Tail().empty()) {
+        file.CutTail();
+        notes.push_back(u"an unfinished page at its end was cut off");
+    }
+    if (const std::uint32_t counted = table_.Definition().rowCount; counted != rowCount_) {
+        WriteSet writes(file);
+        WriteRowCount(writes, table_.Definition().page, rowCount_, Phase::count);
+        writes.Commit();
+        notes.push_back(u"the count of its rows was corrected from " + DecimalText(counted) + u" to " +
+                        DecimalText(rowCount_));
+    }
+    mended_ = true;
+    return notes;
 }
 
 void TableWriter::Inspect()
@@ -96,6 +136,7 @@ void TableWriter::Inspect()
     PageFile& file = table_.File();
     const TableDefinition& table = table_.Definition();
     InspectMaps();
+    InspectTail();
     const std::vector<PageNumber> pages = table_.Pages();
     std::vector<std::uint32_t> referred; // places outside their row, each of which only one row may use
     PageRef hold;
@@ -109,6 +150,9 @@ void TableWriter::Inspect()
     std::sort(referred.begin(), referred.end());
     const auto twice = std::adjacent_find(referred.begin(), referred.end());
     if (twice != referred.end()) ThrowDamaged(*twice >> 8, u"two rows share the same bytes");
+    if (rowCount_ < table.rowCount)
+        throw DatabaseError(u"The table has lost rows: it should have " + DecimalText(table.rowCount) +
+                            u" and has " + DecimalText(rowCount_));
 
     rooms_.rows = RoomsOf(file, table.freeMap, pages, table.page);
     for (const Column& column : table.columns) {
@@ -129,7 +173,31 @@ void TableWriter::InspectMaps() const
         if (map->page == 0) continue; // no free map
         NeedDataPage(table_.File().View(map->page, hold), 0);
         if (std::find(maps.begin(), map, *map) != map) ThrowDamaged(map->page, u"a usage map has two uses");
+        NeedExtensible(table_.File(), *map);
     }
+    NeedExtensible(table_.File(), kFreePages);
+}
+
+// A stop while the file grew leaves the beginning of a page that this program makes, and nothing in use yet.
+void TableWriter::InspectTail() const
+{
+    PageFile& file = table_.File();
+    const std::string tail = file.Tail();
+    if (tail.empty()) return;
+    const auto begins = [&tail](std::string_view page, std::size_t freeAt) {
+        // The two bytes of a figure may be any.
+        for (std::size_t at = 0; at < std::min(tail.size(), page.size()); ++at)
+            if (tail[at] != page[at] && at != freeAt && at != freeAt + 1) return false;
+        return true;
+    };
+    const std::string_view bitmap("\5\1\0\0", 4);
+    constexpr std::size_t kFreeFigure = 2;
+    const bool ours = begins(NewDataPage(table_.Definition().page).substr(0, 8), kFreeFigure) ||
+                      begins(NewDataPage(kLongValueOwner).substr(0, 8), kFreeFigure) ||
+                      begins(bitmap, bitmap.size());
+    if (!ours || !IsPageFree(file, file.Count()))
+        throw DatabaseError(u"The file ends in the middle of a page that this program did not begin: it was "
+                            u"cut short, or something was added to it");
 }
 
 void TableWriter::InspectRow(const StoredRow& stored, std::vector<std::uint32_t>& referred) const
@@ -178,42 +246,60 @@ RowId TableWriter::Append(const std::vector<std::optional<Text>>& values)
                   {id.page, left});
     }
     MarkFreshPagesUsed(writes);
-    WriteRowCount(writes, table.page, rowCount_ + 1);
+    WriteRowCount(writes, table.page, rowCount_ + 1, Phase::count);
     writes.Commit();
     rooms_ = std::move(rooms);
     ++rowCount_;
     return id;
 }
 
-void TableWriter::Delete(RowId id)
+void TableWriter::Delete(std::span<const RowId> rows)
 {
     NeedWritable();
-    const std::optional<StoredRow> stored = table_.Fetch(id);
-    if (!stored) throw DatabaseError(u"The row was deleted before");
+    std::vector<StoredRow> inPlace, moved;
+    std::set<std::uint32_t> pointers;
+    for (RowId id : rows) {
+        std::optional<StoredRow> stored = table_.Fetch(id);
+        if (!stored || !pointers.insert(ToPointer(id)).second)
+            throw DatabaseError(u"The row was deleted before");
+        std::vector<StoredRow>& rowsLike = stored->places.size() > 1 ? moved : inPlace;
+        rowsLike.push_back(std::move(*stored));
+    }
+    if (!inPlace.empty()) DeleteTogether(inPlace);
+    // Where it has moved to is a leftover only when the row itself is gone, so nothing else may be on the
+    // way.
+    for (const StoredRow& row : moved) DeleteTogether({&row, 1});
+}
+
+void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
+{
     const TableDefinition& table = table_.Definition();
-    const Row row(table, stored->bytes);
     WriteSet writes(table_.File());
     TableRooms rooms = rooms_;
-    Phase phase = Phase::commit; // only the row itself; its target, if it has moved, is a leftover then
-    for (RowId place : stored->places) {
-        DeleteRow(writes.Edit(place.page, phase), place.slot);
-        phase = Phase::tidy;
-    }
-    for (const Column& column : table.columns) {
-        const std::optional<std::string_view> cell = row.Cell(column);
-        if (!cell || cell->empty() || !column.IsLong()) continue;
-        for (RowId place : ReadLongValue(table_.File(), ByteView(*cell, row.Page())).places) {
-            CheckDirectory(writes.View(place.page));
-            DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
-            OfferAgain(writes, column.freeMap, rooms.longValues[column.number], place.page);
+    const std::uint32_t left = rowCount_ - static_cast<std::uint32_t>(rows.size());
+    WriteRowCount(writes, table.page, left, Phase::prepare);
+    for (const StoredRow& stored : rows) {
+        const Row row(table, stored.bytes);
+        Phase phase = Phase::commit; // only the row itself
+        for (RowId place : stored.places) {
+            DeleteRow(writes.Edit(place.page, phase), place.slot);
+            phase = Phase::tidy;
         }
+        for (const Column& column : table.columns) {
+            const std::optional<std::string_view> cell = row.Cell(column);
+            if (!cell || cell->empty() || !column.IsLong()) continue;
+            for (RowId place : ReadLongValue(table_.File(), ByteView(*cell, row.Page())).places) {
+                CheckDirectory(writes.View(place.page));
+                DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
+                OfferAgain(writes, column.freeMap, rooms.longValues[column.number], place.page);
+            }
+        }
+        for (RowId place : stored.places) OfferAgain(writes, table.freeMap, rooms.rows, place.page);
     }
-    for (RowId place : stored->places) OfferAgain(writes, table.freeMap, rooms.rows, place.page);
     MarkFreshPagesUsed(writes); // of a free map that had to grow
-    WriteRowCount(writes, table.page, rowCount_ - 1);
     writes.Commit();
     rooms_ = std::move(rooms);
-    --rowCount_;
+    rowCount_ = left;
 }
 
 } // namespace jet

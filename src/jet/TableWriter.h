@@ -1,12 +1,15 @@
 // TableWriter.h: adds rows to a table and deletes rows from it, in an order of page writes in which a stop
-// at any point loses no row that was added.
+// at any point loses no row that was added, and leaves a row count that is right or too small. So a count
+// that is too large tells of rows that something else has lost.
 // Fails by: DatabaseError. After a write that failed (PageFile::WriteFailures) the writer does not know
 // what the file holds and must be made anew.
 #pragma once
 #include "jet/LongValue.h"
 #include "jet/Table.h"
+#include "platform/Database.h"
 
 #include <map>
+#include <span>
 
 namespace jet {
 
@@ -18,24 +21,33 @@ struct TableRooms {
 
 class TableWriter {
 public:
-    // Looks the whole table through, and corrects its row count if a stop left it wrong. What is found
-    // that speaks against writing is kept and said by the first Append or Delete: such a table can still
-    // be read.
+    // Looks the whole table through and changes nothing. What is found that speaks against writing is kept
+    // and said by each Append or Delete: such a table can still be read.
     explicit TableWriter(Table& table);
+
+    // Why no row with values in these columns, and no other, can be added; empty: it can.
+    Text RefusalOf(const std::vector<ColumnNeed>& needs) const;
+    // Mends what a stop has left, and says what it was. Append and Delete do not need it.
+    std::vector<Text> Mend();
 
     // Values by position in the definition's columns; nothing and empty text are stored as null.
     RowId Append(const std::vector<std::optional<Text>>& values);
-    void Delete(RowId row);
+    // The count first, then the rows: two flushes, however many they are. Rows that have moved, which only
+    // other programs make, take two each.
+    void Delete(std::span<const RowId> rows);
 
 private:
     void Inspect();
+    void InspectTail() const;
     void InspectMaps() const;
     void InspectRow(const StoredRow& stored, std::vector<std::uint32_t>& referred) const;
     void NeedWritable() const;
+    void DeleteTogether(std::span<const StoredRow> rows);
 
     Table& table_;
     Text refusal_; // why the table cannot be written; empty: it can
     std::uint32_t rowCount_ = 0;
+    bool mended_ = false;
     TableRooms rooms_;
 };
 

@@ -6,10 +6,11 @@ namespace jet {
 
 namespace {
 
-constexpr RowId kFreePages{1, 0}; // the map in which a 1 means free, also for pages beyond its end
 constexpr std::size_t kInlineHeader = 5, kListHeader = 1, kBitmapHeader = 4;
 constexpr PageNumber kBitmapReach = (kPageSize - kBitmapHeader) * 8;
 constexpr char kInline = 0, kList = 1;
+constexpr TextView kTooShort = u"a usage map has no place for all pages that the file may come to have",
+                   kLateBeginning = u"the map of free pages does not begin with the first page";
 
 // What a bit is where nothing was said about the page: in a table's map the page is not the table's, in
 // the map of free pages it is free.
@@ -81,7 +82,7 @@ public:
         const std::size_t at = kListHeader + 4 * std::size_t{entry};
         if (at + 4 > Row().Size()) {
             if (on == (DefaultOf(map_) == Default::present)) return;
-            ThrowDamaged(map_.page, u"a usage map has no place for another page");
+            ThrowForeignLayout(map_.page, kTooShort);
         }
         PageNumber bitmap = Row().U32(at);
         if (bitmap == 0) {
@@ -109,8 +110,7 @@ private:
         const std::string row(Row().Bytes());
         const PageNumber first = ByteView(row, map_.page).U32(1);
         if (map_ == kFreePages) {
-            if (first != 0)
-                ThrowDamaged(map_.page, u"the map of free pages does not begin with the first page");
+            if (first != 0) ThrowForeignLayout(map_.page, kLateBeginning);
             if (Lengthen(page)) return;
         } else if (InlineReach(Row()) >= 8 &&
                    Bits(std::string_view(row).substr(kInlineHeader), true).empty()) {
@@ -174,6 +174,39 @@ std::vector<PageNumber> PagesOf(PageFile& file, RowId map)
         take(Bitmap(file.View(bitmap, bitmapHold)).Bytes(), first);
     }
     return pages;
+}
+
+void NeedExtensible(PageFile& file, RowId map)
+{
+    PageRef hold, bitmapHold;
+    const ByteView page = file.View(map.page, hold);
+    const ByteView row = MapRow(page, map);
+    // A bitmap in the row turns into a list in the same bytes.
+    const std::size_t entries = (row.Size() - kListHeader) / 4;
+    if (entries <= kMostPages / kBitmapReach) ThrowForeignLayout(map.page, kTooShort);
+    if (row.U8(0) == kInline) {
+        if (map != kFreePages) return;
+        if (row.U32(1) != 0) ThrowForeignLayout(map.page, kLateBeginning);
+        CheckDirectory(page); // the row will grow
+        return;
+    }
+    for (std::size_t entry = 0; entry < entries; ++entry)
+        if (const PageNumber bitmap = row.U32(kListHeader + 4 * entry))
+            (void)Bitmap(file.View(bitmap, bitmapHold));
+}
+
+bool IsPageFree(PageFile& file, PageNumber page)
+{
+    PageRef hold, bitmapHold;
+    const ByteView row = MapRow(file.View(kFreePages.page, hold), kFreePages);
+    const auto isSet = [](std::string_view bits, PageNumber index) {
+        return index / 8 >= bits.size() ||
+               (static_cast<unsigned char>(bits[index / 8]) >> index % 8 & 1) != 0;
+    };
+    if (row.U8(0) == kInline) return isSet(row.Bytes().substr(kInlineHeader), page);
+    const std::size_t at = kListHeader + 4 * std::size_t{page / kBitmapReach};
+    const PageNumber bitmap = at + 4 <= row.Size() ? row.U32(at) : 0;
+    return bitmap == 0 || isSet(Bitmap(file.View(bitmap, bitmapHold)).Bytes(), page % kBitmapReach);
 }
 
 void AddToMap(WriteSet& writes, RowId map, PageNumber page, Phase phase)

@@ -5,9 +5,11 @@
 #pragma once
 #include "text/Text.h"
 
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <utility>
+#include <vector>
 
 class DatabaseError : public std::exception {
 public:
@@ -26,16 +28,47 @@ struct Recordset {
     virtual bool AtBeginning() = 0; // before the first row; true together with AtEnd when there are no rows
     virtual bool AtEnd() = 0;       // behind the last row
     virtual void MoveNext() = 0;
+    virtual std::int32_t Count() = 0;         // of all rows; only before the first MoveNext
     virtual Text Field(const Text& name) = 0; // of the current row; null reads as empty text
-    virtual void Delete() = 0;                // the current row; the place stays until MoveNext
-    virtual void AddNew() = 0;                // starts a row; nothing is stored before Update
+    // The current row; the place stays until MoveNext. On disk when this returns, but see DeletionBatch.
+    virtual void Delete() = 0;
+    virtual void AddNew() = 0; // starts a row; nothing is stored before Update
     virtual void SetField(const Text& name, const Text& value) = 0;
     virtual void Update() = 0; // the row is on disk when this returns
 };
 
+// While it lives, the database's recordsets gather what they delete. None is deleted unless Store is called.
+struct DeletionBatch {
+    virtual ~DeletionBatch() = default;
+    // All of them, on disk when this returns. When it fails, some may be deleted. Once, and last of all.
+    virtual void Store() = 0;
+};
+
+// What a column must be able to take.
+struct ColumnNeed {
+    Text name;
+    unsigned characters; // so many, at least
+    bool mayBeEmpty;     // and nothing
+};
+inline Text TooNarrow(const ColumnNeed& need, unsigned characters)
+{
+    return u"The column " + need.name + u" takes " + DecimalText(characters) + u" characters, but " +
+           DecimalText(need.characters) + u" are needed";
+}
+
+// Whether a table can be written.
+struct Readiness {
+    Text refusal;            // why not, a sentence without a full stop; empty: it can
+    std::vector<Text> notes; // what was mended: "the count of its rows was corrected from 5 to 6"
+};
+
 struct Database {
     virtual ~Database() = default; // closes
+    // Looks whether rows with values in these columns can be added to the table and deleted from it, and only
+    // then mends what an earlier stop has left there. A file that is refused is not changed by a byte.
+    virtual Readiness PrepareForWriting(const Text& table, const std::vector<ColumnNeed>& needs) = 0;
     // "SELECT columns FROM table [WHERE ...] [ORDER BY ...]". "=" on texts ignores letter case.
     virtual std::unique_ptr<Recordset> OpenRecordset(const Text& sql) = 0;
-    virtual void Close() noexcept = 0; // errors are ignored: the program is ending
+    virtual std::unique_ptr<DeletionBatch> BeginDeletions() = 0; // of recordsets that are open; one at a time
+    virtual void Close() noexcept = 0;                           // errors are ignored: the program is ending
 };

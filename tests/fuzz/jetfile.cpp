@@ -121,10 +121,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     try {
         auto database = OpenJetDatabase(files, kSavedPath);
-        Require(image.Size() % jet::kPageSize == 0, "a partial page is cut off");
         ReadCatalog(*database);
         Rows before, after;
         const bool whole = List(*database, before);
+        const bool refused = !database->PrepareForWriting(u"saved", {}).refusal.empty();
+        Require(!refused || files.changes == files.flushes, "what is refused is not written");
+        if (refused) return 0;
+        Require(image.Size() % jet::kPageSize == 0, "a partial page is cut off");
         const bool shortAdded = Add(*database, u"short");
         const bool longAdded = Add(*database, Text(2100, u'a'));
         std::vector<Text> deleted;

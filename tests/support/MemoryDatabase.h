@@ -14,6 +14,7 @@ struct MemoryDatabase : Database {
     MemoryRows& rows;
     std::vector<Text> statements;
     bool failAdds = false;
+    Readiness readiness; // what PrepareForWriting answers
 
     struct Rows : Recordset {
         Rows(MemoryDatabase& owner, std::size_t found) : database(owner), count(found), left(found) {}
@@ -24,6 +25,7 @@ struct MemoryDatabase : Database {
         bool AtBeginning() override { return count == 0; }
         bool AtEnd() override { return left == 0; }
         void MoveNext() override { --left; }
+        std::int32_t Count() override { return static_cast<std::int32_t>(count); }
         Text Field(const Text&) override { return {}; }
         void Delete() override {}
         void AddNew() override { added.clear(); }
@@ -47,5 +49,7 @@ struct MemoryDatabase : Database {
         });
         return std::make_unique<Rows>(*this, static_cast<std::size_t>(found));
     }
+    Readiness PrepareForWriting(const Text&, const std::vector<ColumnNeed>&) override { return readiness; }
+    std::unique_ptr<DeletionBatch> BeginDeletions() override { return nullptr; }
     void Close() noexcept override {}
 };

@@ -71,6 +71,7 @@ struct MemoryFiles : NoFiles {
     std::map<Text, std::shared_ptr<MemoryImage>> files;
     bool record = false;
     std::vector<std::map<Text, MemoryImage>> history; // while record: all files after each change
+    std::vector<std::size_t> flushedAt;               // while record: the history's length at each flush
     std::size_t changes = 0; // writes, resizes, renames, deletions and flushes so far
     std::size_t failAt = 0;  // this change and, if failForGood, all later ones fail
     bool failForGood = false;
@@ -155,6 +156,7 @@ public:
     bool Flush() override
     {
         ++files_.flushes;
+        if (files_.record) files_.flushedAt.push_back(files_.history.size());
         return !files_.Fails();
     }
 

@@ -99,6 +99,14 @@ bool Variant::ToBool() const
     return converted.value_.boolVal != VARIANT_FALSE;
 }
 
+std::int32_t Variant::ToNumber() const
+{
+    Variant converted;
+    const HRESULT result = VariantChangeType(&converted.value_, const_cast<VARIANT*>(&value_), 0, VT_I4);
+    if (FAILED(result)) Fail(u"a value", result);
+    return converted.value_.lVal;
+}
+
 AutomationObject::AutomationObject(Variant answer, const Text& member)
 {
     VARIANT& value = answer.Raw();

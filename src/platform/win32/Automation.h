@@ -40,6 +40,7 @@ public:
 
     Text ToText() const; // empty for null; numbers and dates in the user's locale
     bool ToBool() const;
+    std::int32_t ToNumber() const;
     VARIANT& Raw() { return value_; }
 
 private:

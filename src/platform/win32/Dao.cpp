@@ -13,6 +13,8 @@ constexpr std::int32_t kOpenOptions = 2;                                    // n
 constexpr std::int32_t kVersion40 = 64;                                     // dbVersion40
 constexpr std::int32_t kFailOnError = 128;                                  // dbFailOnError
 constexpr std::int32_t kImplicitCommitSync = 59;                            // dbImplicitCommitSync
+constexpr std::int32_t kForceToDisk = 1;                                    // dbForceOSFlush
+constexpr std::int32_t kTextColumn = 10, kMemoColumn = 12;                  // dbText, dbMemo
 constexpr TextView kGeneralSortOrder = u";LANGID=0x0409;CP=1252;COUNTRY=0"; // dbLangGeneral
 
 // Nothing when it is not installed.
@@ -56,6 +58,14 @@ public:
     bool AtBeginning() override { return rows_.Get(u"BOF").ToBool(); }
     bool AtEnd() override { return rows_.Get(u"EOF").ToBool(); }
     void MoveNext() override { rows_.Call(u"MoveNext"); }
+    std::int32_t Count() override
+    {
+        if (AtEnd()) return 0;
+        rows_.Call(u"MoveLast"); // rows count only when they have been met
+        const std::int32_t count = rows_.Get(u"RecordCount").ToNumber();
+        rows_.Call(u"MoveFirst");
+        return count;
+    }
     Text Field(const Text& name) override { return Column(name).Get(u"Value").ToText(); }
     void Delete() override { rows_.Call(u"Delete"); }
     void AddNew() override { rows_.Call(u"AddNew"); }
@@ -66,6 +76,21 @@ public:
         Column(name).Put(u"Value", value.empty() ? Variant::Null() : Variant{TextView(value)});
     }
     void Update() override { rows_.Call(u"Update"); }
+
+    // Why rows with values in these columns cannot be added; empty: they can.
+    Text RefusalOf(const std::vector<ColumnNeed>& needs)
+    {
+        if (!rows_.Get(u"Updatable").ToBool()) return u"The database engine lets the table be read only";
+        for (const ColumnNeed& need : needs) {
+            AutomationObject& column = Column(need.name);
+            const std::int32_t type = column.Get(u"Type").ToNumber();
+            if (type == kMemoColumn) continue;
+            if (type != kTextColumn) return u"The column " + need.name + u" does not take text";
+            const auto size = static_cast<unsigned>(column.Get(u"Size").ToNumber());
+            if (size < need.characters) return TooNarrow(need, size);
+        }
+        return {};
+    }
 
 private:
     // A column's object always tells of the current row, so it is fetched once.
@@ -79,6 +104,27 @@ private:
 
     AutomationObject rows_;
     std::vector<std::pair<Text, AutomationObject>> columns_;
+};
+
+// A transaction. The workspace's object outlives it.
+class DaoBatch final : public DeletionBatch {
+public:
+    explicit DaoBatch(AutomationObject& workspace) : workspace_(workspace) { workspace_.Call(u"BeginTrans"); }
+    ~DaoBatch() override
+    try {
+        if (!stored_ && workspace_) workspace_.Call(u"Rollback");
+    } catch (const std::exception&) { // what made it necessary is told already
+    }
+    void Store() override
+    {
+        Variant toDisk{kForceToDisk};
+        workspace_.Call(u"CommitTrans", {&toDisk, 1});
+        stored_ = true;
+    }
+
+private:
+    AutomationObject& workspace_;
+    bool stored_ = false;
 };
 
 class DaoDatabase final : public Database {
@@ -100,12 +146,21 @@ public:
     }
     ~DaoDatabase() override { Close(); }
 
-    std::unique_ptr<Recordset> OpenRecordset(const Text& sql) override
+    // The engine keeps its files in order itself; what it cannot tell is whether our values will fit.
+    Readiness PrepareForWriting(const Text& table, const std::vector<ColumnNeed>& needs) override
     {
-        if (!database_) throw DatabaseError(u"The database is closed");
-        Variant statement{TextView(sql)};
-        return std::make_unique<DaoRecordset>(
-            AutomationObject{database_.Call(u"OpenRecordset", {&statement, 1}), u"OpenRecordset"});
+        const std::unique_ptr<DaoRecordset> rows = Open(u"SELECT * FROM " + table);
+        if (!database_.Get(u"Updatable").ToBool())
+            return {u"The file is write-protected, or this user may not write it", {}};
+        return {rows->RefusalOf(needs), {}};
+    }
+
+    std::unique_ptr<Recordset> OpenRecordset(const Text& sql) override { return Open(sql); }
+
+    std::unique_ptr<DeletionBatch> BeginDeletions() override
+    {
+        if (!workspace_) throw DatabaseError(u"The database is closed");
+        return std::make_unique<DaoBatch>(workspace_);
     }
 
     void Close() noexcept override
@@ -117,6 +172,14 @@ public:
     }
 
 private:
+    std::unique_ptr<DaoRecordset> Open(const Text& sql)
+    {
+        if (!database_) throw DatabaseError(u"The database is closed");
+        Variant statement{TextView(sql)};
+        return std::make_unique<DaoRecordset>(
+            AutomationObject{database_.Call(u"OpenRecordset", {&statement, 1}), u"OpenRecordset"});
+    }
+
     // Jet writes single updates some time later, unless it is told to write them before it answers.
     void CommitAtOnce()
     try {
