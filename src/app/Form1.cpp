@@ -140,6 +140,7 @@ void Form1::StartUp()
         BoxWithTitle(L"IMPORTANT! Please Read", BoxIcon::information, kImportant);
         LogLine(kSeparatorLine, Record::yes);
         LogLine(u"Started " + FromWide(ProgramTitle()) + u" - " + ProgramVersion(), Record::yes);
+        for (const Text& note : state_.saved.notes) LogLine(note, Record::yes);
         WarnIfFolderIsReadOnly();
         if (!closeAsked_) cmdSync();
     });
@@ -157,7 +158,12 @@ void Form1::OpenDatabase()
 {
     const Text reasons =
         OpenSavedEmails(state_.saved, outside_.files, state_.databasePath, outside_.databaseMakers);
-    if (state_.saved.IsOpen()) return;
+    if (state_.saved.IsWritable()) return;
+    if (state_.saved.IsOpen())
+        return ShowBox(
+            BoxIcon::warning,
+            u"The database of saved emails can be read but not written, so exporting stays off:\r\n" +
+                state_.databasePath + u"\r\n\r\n" + state_.saved.whyReadOnly);
     ShowBox(BoxIcon::warning, u"The database of saved emails cannot be opened, so exporting stays off:\r\n" +
                                   state_.databasePath + u"\r\n\r\n" + reasons);
 }

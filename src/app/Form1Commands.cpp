@@ -130,7 +130,7 @@ void Form1::UpdateCommands()
     controls_.cmdChooseStore.Enable(!running_);
     controls_.cmdCheckFolder.Enable(!running_);
     controls_.cmdCheckAllFolders.Enable(!running_);
-    const bool canExport = !running_ && state_.saved.IsOpen(); // no export without a record of it
+    const bool canExport = !running_ && state_.saved.IsWritable(); // no export without a record of it
     controls_.cmdExport.Enable(canExport);
     controls_.cmdSaveAll.Enable(canExport);
     const bool synchronised = state_.run && !state_.run->nodes.empty();

@@ -213,10 +213,13 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::span<const
     if (IsStopped(run)) return std::nullopt;
     LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
+    if (!run.saved.IsWritable())
+        run.Log(u"Nothing is recorded: " +
+                (run.saved.IsOpen() ? run.saved.whyReadOnly : u"the database of saved emails is not open"));
     return CompareEntries(run, entries, [&run, &search](const EmailEntry& entry) {
         if (search.Match(entry) < 0) return false;
         // The file is there: the database learns of it.
-        if (run.saved.IsOpen() && !IsSaved(run.saved, entry.Crc, run.currentFolder))
+        if (run.saved.IsWritable() && !IsSaved(run.saved, entry.Crc, run.currentFolder))
             AddSavedEmail(run.saved, run.currentFolder, entry);
         return true;
     });

@@ -1,5 +1,7 @@
 #include "store/SavedEmails.h"
 
+#include "store/SavedTable.h"
+
 namespace {
 
 std::unique_ptr<Database> OpenChecked(const DatabaseMaker& maker, const Text& path)
@@ -17,6 +19,21 @@ Text RecordsSql(const Text& crc, const Text& folder)
                : u"SELECT * FROM saved WHERE (ecrc='" + crc + u"') AND (efolder='" + SqlQuote(folder) + u"')";
 }
 
+void FindOutWhetherWritable(SavedEmails& saved)
+{
+    Readiness found;
+    try {
+        found = saved.database->PrepareForWriting(kSavedTable, SavedColumns());
+    } catch (const DatabaseError& error) {
+        found.refusal = error.Words();
+    }
+    saved.whyReadOnly = found.refusal;
+    for (const Text& note : found.notes) saved.notes.push_back(u"Database of saved emails: " + note);
+    if (!saved.whyReadOnly.empty())
+        saved.notes.push_back(u"The database of saved emails can be read but not written: " +
+                              saved.whyReadOnly);
+}
+
 } // namespace
 
 Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
@@ -28,6 +45,7 @@ Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
         try {
             if (!files.FileExists(path)) maker.create(path);
             saved.database = OpenChecked(maker, path);
+            FindOutWhetherWritable(saved);
             return {};
         } catch (const DatabaseError& error) {
             if (!reasons.empty()) reasons += u"\r\n";
@@ -40,13 +58,21 @@ Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
 void CloseSavedEmails(SavedEmails& saved) noexcept
 {
     if (saved.database) saved.database->Close();
-    saved.database.reset();
+    saved = {};
 }
 
 Database& OpenedDatabase(SavedEmails& saved)
 {
     if (!saved.IsOpen()) throw DatabaseError(u"the database of saved emails is not open");
     return *saved.database;
+}
+
+Database& WritableDatabase(SavedEmails& saved)
+{
+    Database& database = OpenedDatabase(saved);
+    if (!saved.IsWritable())
+        throw DatabaseError(u"the database of saved emails cannot be written: " + saved.whyReadOnly);
+    return database;
 }
 
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder)
@@ -58,14 +84,12 @@ bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder)
 std::int32_t CountRecords(SavedEmails& saved, const Text& crc, const Text& folder)
 {
     const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(RecordsSql(crc, folder));
-    std::int32_t count = 0;
-    for (; !rows->AtEnd(); rows->MoveNext()) ++count;
-    return count;
+    return rows->Count();
 }
 
 void AddSavedEmail(SavedEmails& saved, const Text& folder, const EmailEntry& entry)
 {
-    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(u"SELECT * FROM saved");
+    const std::unique_ptr<Recordset> rows = WritableDatabase(saved).OpenRecordset(u"SELECT * FROM saved");
     rows->AddNew();
     rows->SetField(u"efolder", folder);
     rows->SetField(u"esubject", entry.Subject);

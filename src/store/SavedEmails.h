@@ -17,19 +17,24 @@ struct DatabaseMaker {
 };
 
 struct SavedEmails {
-    std::unique_ptr<Database> database; // null while closed
+    std::unique_ptr<Database> database{}; // null while closed
+    Text whyReadOnly{};                   // why it can be read but not written; empty: it can be written
+    std::vector<Text> notes{};            // for the log: what opening has mended, or why it is read-only
 
     bool IsOpen() const { return database != nullptr; }
+    bool IsWritable() const { return IsOpen() && whyReadOnly.empty(); }
 };
 
 // Opens the file with the first engine that can, having created it when it is missing. Empty when open
-// afterwards (also when it was open before); otherwise the reasons, a line for each engine.
+// afterwards (also when it was open before); otherwise the reasons, a line for each engine. A file that can
+// be read but not written is open, too, says why, and no byte of it is changed.
 Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
                      const std::vector<DatabaseMaker>& makers);
 void CloseSavedEmails(SavedEmails& saved) noexcept;
 
-// The open database; throws when there is none.
+// The open database; throws when there is none, the second also when it cannot be written.
 Database& OpenedDatabase(SavedEmails& saved);
+Database& WritableDatabase(SavedEmails& saved);
 
 // Whether the CRC is recorded under the folder, or, with an empty folder, under any.
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder);

@@ -69,6 +69,51 @@ TEST(Store, ApostrophesAreDoubledInSqlAlone)
     EXPECT_EQ(statements.back(), u"SELECT * FROM saved WHERE ecrc='1A2B'");
 }
 
+TEST(Store, ADatabaseThatCannotBeWrittenIsOpenAndSaysWhy)
+{
+    MemoryRows rows = {{{u"ecrc", u"A1"}, {u"efolder", u"f"}}};
+    FakeFiles files;
+    files.AddFile(u"C:\\saved.mdb");
+    Readiness readiness;
+    bool probeFails = false;
+    struct Probed : MemoryDatabase {
+        Probed(MemoryRows& table, const bool& fail) : MemoryDatabase(table), fails(fail) {}
+        const bool& fails;
+        Readiness PrepareForWriting(const Text& table, const std::vector<ColumnNeed>& needs) override
+        {
+            EXPECT_EQ(table, u"saved");
+            EXPECT_EQ(needs.at(2).name, u"ecrc");
+            EXPECT_EQ(needs.at(2).characters, 8u);
+            if (fails) throw DatabaseError(u"The engine is broken");
+            return readiness;
+        }
+    };
+    const DatabaseMaker maker{nullptr, [&](const Text&) {
+                                  auto database = std::make_unique<Probed>(rows, probeFails);
+                                  database->readiness = readiness;
+                                  return database;
+                              }};
+    SavedEmails saved;
+    readiness.notes = {u"this was mended"};
+    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {maker}), u"");
+    EXPECT_TRUE(saved.IsWritable());
+    EXPECT_EQ(saved.notes, std::vector<Text>{u"Database of saved emails: this was mended"});
+    CloseSavedEmails(saved);
+
+    readiness = {u"A reason", {}};
+    for (const Text reason : {u"A reason", u"The engine is broken"}) {
+        EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {maker}), u"");
+        EXPECT_TRUE(saved.IsOpen() && !saved.IsWritable());
+        EXPECT_EQ(saved.notes,
+                  std::vector<Text>{u"The database of saved emails can be read but not written: " + reason});
+        EXPECT_TRUE(IsSaved(saved, u"A1", u"f"));
+        EXPECT_THROW(AddSavedEmail(saved, u"f", {}), DatabaseError);
+        EXPECT_EQ(rows.size(), 1u);
+        CloseSavedEmails(saved);
+        probeFails = true;
+    }
+}
+
 TEST(Store, TheFirstEngineThatCanOpensTheDatabase)
 {
     MemoryRows rows;
