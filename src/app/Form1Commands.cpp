@@ -287,6 +287,14 @@ void Form1::mnMarkSavedChosen()
 
 void Form1::mnCondenseDBChosen()
 {
-    const std::int32_t removed = CondenseDatabase(state_.saved, [this] { ProcessEvents(); });
-    ShowText(u"Removed " + DecimalText(removed) + u" record(s)");
+    (void)WritableDatabase(state_.saved); // or it throws, before the window changes
+    EnterRun();
+    ShowText(u"Condensing database...");
+    const Condensed done = CondenseDatabase(state_.saved, [this](int percent) {
+        ShowPercentage(Bar::currentFolder, percent);
+        ProcessEvents();
+        return !state_.flags.stopAfterEmail && !state_.flags.stopAfterFolder;
+    });
+    if (done.stopped) LogLine(u"Condensing was stopped: the records behind were not looked at.", Record::yes);
+    ShowText(u"Removed " + DecimalText(done.removed) + u" record(s)");
 }

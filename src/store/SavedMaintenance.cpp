@@ -5,7 +5,7 @@ namespace {
 // Counts rows and lets the window live now and then.
 class Yielding {
 public:
-    explicit Yielding(const std::function<void()>& yield) : yield_(yield) {}
+    explicit Yielding(std::function<void()> yield) : yield_(std::move(yield)) {}
     void RowDone()
     {
         if (++rows_ < kEvery) return;
@@ -15,7 +15,7 @@ public:
 
 private:
     static constexpr int kEvery = 251;
-    const std::function<void()>& yield_;
+    std::function<void()> yield_;
     int rows_ = 0;
 };
 
@@ -35,23 +35,39 @@ Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
     return list;
 }
 
-std::int32_t CondenseDatabase(SavedEmails& saved, const std::function<void()>& yield)
+Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int percent)>& goOn)
 {
-    const auto rows = OpenedDatabase(saved).OpenRecordset(u"SELECT * FROM saved ORDER BY ecrc, efolder");
+    Database& database = WritableDatabase(saved);
+    const auto rows = database.OpenRecordset(u"SELECT * FROM saved ORDER BY ecrc, efolder");
+    const std::int64_t count = rows->Count();
+    // Each batch waits for the disk, and each of its rows may lock a page.
+    constexpr std::int32_t kMostInBatch = 1000;
+    std::unique_ptr<DeletionBatch> batch;
+    std::int32_t inBatch = 0;
+    Condensed done;
+    const auto store = [&] {
+        if (batch) batch->Store();
+        batch.reset();
+        done.removed += std::exchange(inBatch, 0);
+    };
     // Kept: a first row whose CRC and folder are both empty equals these and goes too.
     Text previousCrc, previousFolder;
-    std::int32_t removed = 0;
-    Yielding yielding(yield);
-    for (; !rows->AtEnd(); rows->MoveNext()) {
+    std::int64_t looked = 0;
+    Yielding yielding([&] { done.stopped = !goOn(static_cast<int>(looked * 100 / count)); });
+    for (; !done.stopped && !rows->AtEnd(); rows->MoveNext()) {
         Text crc = rows->Field(u"ecrc");
         Text folder = rows->Field(u"efolder");
         if (crc == previousCrc && folder == previousFolder) {
+            if (!batch) batch = database.BeginDeletions();
             rows->Delete();
-            ++removed;
+            if (++inBatch == kMostInBatch) store();
         }
         previousCrc = std::move(crc);
         previousFolder = std::move(folder);
+        ++looked;
         yielding.RowDone();
     }
-    return removed;
+    store();
+    if (looked == count) done.stopped = false;
+    return done;
 }

@@ -8,6 +8,11 @@
 Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
                    const std::function<void()>& yield);
 
+struct Condensed {
+    std::int32_t removed = 0;
+    bool stopped = false; // before the last row
+};
 // Deletes each row that repeats CRC and folder, letter case included, of the row before it in their order.
-// Returns how many. Yields like FolderCrcList.
-std::int32_t CondenseDatabase(SavedEmails& saved, const std::function<void()>& yield);
+// After every 251 rows goOn is told the percentage of rows looked at, and ends it by false; what was found
+// until then is deleted.
+Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int percent)>& goOn);

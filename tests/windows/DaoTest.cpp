@@ -1,6 +1,7 @@
 #include "platform/win32/Dao.h"
-#include "store/SavedEmails.h"
+#include "store/SavedMaintenance.h"
 #include "store/SavedTable.h"
+#include "tests/support/FakeFiles.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/windows/FakeDao.h"
 
@@ -195,6 +196,8 @@ TEST_F(Dao, SurvivesTheFailureOfAnyCall)
             SavedEmails saved{OpenDaoDatabase(kPath)};
             IsSaved(saved, u"A1", u"Inbox");
             AddSavedEmail(saved, u"Inbox", Entry(u"Again", u"B2"));
+            AddSavedEmail(saved, u"Inbox", Entry(u"Twice", u"B2"));
+            CondenseDatabase(saved, [](int) { return true; });
             {
                 const auto rows = saved.database->OpenRecordset(u"SELECT ecrc FROM saved");
                 rows->Field(u"ecrc");
@@ -208,6 +211,16 @@ TEST_F(Dao, SurvivesTheFailureOfAnyCall)
         const std::string& failed = dao.calls[call - 1];
         const bool ignored = failed.ends_with("Close()") || failed.starts_with("engine.SetOption");
         EXPECT_EQ(words, ignored ? u"(no error)" : u"The engine cannot do this") << failed;
+        const bool begun = std::count(dao.calls.begin(), dao.calls.end(), "workspace.BeginTrans()") != 0 &&
+                           failed != "workspace.BeginTrans()";
+        const bool condensed =
+            std::count(dao.calls.begin(), dao.calls.end(), "workspace.CommitTrans(1)") != 0 &&
+            failed != "workspace.CommitTrans(1)";
+        EXPECT_EQ(std::count(dao.calls.begin(), dao.calls.end(), "workspace.Rollback()"), begun && !condensed)
+            << failed;
+        if (begun) {
+            EXPECT_EQ(dao.rows.at(2).empty(), condensed) << failed;
+        }
         // What was opened is closed again, once.
         const bool workspaceOpened = call != 2, databaseOpened = call != 2 && call != 3;
         EXPECT_EQ(std::count(dao.calls.begin(), dao.calls.end(), "workspace.Close()"), workspaceOpened)
@@ -216,6 +229,75 @@ TEST_F(Dao, SurvivesTheFailureOfAnyCall)
             << failed;
         ASSERT_LT(call, 100u);
     }
+}
+
+// The promise of the opening: what cannot be recorded is known before the first e-mail is saved.
+TEST_F(Dao, FindsOutAtOpeningWhetherItCanBeWritten)
+{
+    Install();
+    const struct {
+        const char* why;
+        std::function<void(FakeDao&)> change;
+        const char16_t* reason;
+    } cases[] = {
+        {"as this program makes it", [](FakeDao&) {}, u""},
+        {"a subject that is a text", [](FakeDao& d) { d.types[1] = 10, d.sizes[1] = 255; }, u""},
+        {"a file that is write-protected", [](FakeDao& d) { d.databaseUpdatable = false; },
+         u"The file is write-protected, or this user may not write it"},
+        {"a table that is linked or has rights of its own", [](FakeDao& d) { d.recordsetUpdatable = false; },
+         u"The database engine lets the table be read only"},
+        {"CRCs that would not fit", [](FakeDao& d) { d.sizes[2] = 7; },
+         u"The column ecrc takes 7 characters, but 8 are needed"},
+        {"CRCs as numbers", [](FakeDao& d) { d.types[2] = 4; }, u"The column ecrc does not take text"},
+    };
+    FakeFiles files;
+    files.AddFile(kPath);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        FakeDao engine;
+        dao.types = engine.types, dao.sizes = engine.sizes;
+        dao.databaseUpdatable = dao.recordsetUpdatable = true;
+        dao.rows = {{u"Inbox", u"Hi", u"A1"}};
+        c.change(dao);
+        dao.calls.clear();
+        SavedEmails saved;
+        EXPECT_EQ(OpenSavedEmails(saved, files, kPath, {{nullptr, OpenDaoDatabase}}), u"");
+        EXPECT_EQ(saved.whyReadOnly, c.reason);
+        for (const std::string& call : dao.TakeCalls())
+            for (const char* writes : {"AddNew", "Update(", "Delete", "Execute", "BeginTrans", " = "})
+                EXPECT_EQ(call.find(writes), std::string::npos) << call;
+        EXPECT_TRUE(IsSaved(saved, u"A1", u""));
+        const bool writable = Text(c.reason).empty();
+        EXPECT_EQ(saved.IsWritable(), writable);
+        EXPECT_EQ(WordsOf([&] { AddSavedEmail(saved, u"Inbox", Entry(u"Again", u"B2")); }),
+                  writable ? Text(u"(no error)")
+                           : u"the database of saved emails cannot be written: " + Text(c.reason));
+    }
+}
+
+TEST_F(Dao, CondensesInTransactions)
+{
+    Install();
+    for (int i = 0; i < 2500; ++i) dao.rows.push_back({u"f", u"s", u"A1"});
+    SavedEmails saved{OpenDaoDatabase(kPath)};
+    dao.calls.clear();
+    std::vector<int> percentages;
+    const Condensed done = CondenseDatabase(saved, [&](int percent) {
+        percentages.push_back(percent);
+        return true;
+    });
+    EXPECT_EQ(done.removed, 2499);
+    EXPECT_FALSE(dao.rows[0].empty());
+    EXPECT_TRUE(std::all_of(dao.rows.begin() + 1, dao.rows.end(), [](auto& row) { return row.empty(); }));
+    EXPECT_EQ(percentages, (std::vector<int>{10, 20, 30, 40, 50, 60, 70, 80, 90}));
+    Calls transactions;
+    for (const std::string& call : dao.calls)
+        if (call.starts_with("workspace.")) transactions.push_back(call);
+    EXPECT_EQ(transactions, (Calls{"workspace.BeginTrans()", "workspace.CommitTrans(1)", // to the disk
+                                   "workspace.BeginTrans()", "workspace.CommitTrans(1)",
+                                   "workspace.BeginTrans()", "workspace.CommitTrans(1)"}));
+    dao.rows.clear();
+    EXPECT_EQ(CondenseDatabase(saved, [](int) { return true; }).removed, 0) << "no row to go to";
 }
 
 TEST_F(Dao, CreatesAFileWithItsTable)

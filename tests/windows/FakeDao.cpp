@@ -138,6 +138,13 @@ private:
         return S_OK;
     }
 
+    static HRESULT Give(VARIANT* answer, std::int32_t value)
+    {
+        answer->vt = VT_I4;
+        answer->lVal = value;
+        return S_OK;
+    }
+
     HRESULT Do(const std::string& member, const DISPPARAMS& arguments, bool puts, VARIANT* answer)
     {
         if (member == "CreateWorkspace") return Give(answer, "workspace", dao_);
@@ -151,6 +158,16 @@ private:
         if (member == "BOF") return Give(answer, dao_.rows.empty());
         if (member == "EOF") return Give(answer, dao_.current >= dao_.rows.size());
         if (member == "MoveNext") ++dao_.current;
+        if (member == "MoveFirst") dao_.current = 0;
+        if (member == "MoveLast") dao_.current = dao_.rows.size() - 1;
+        if (member == "RecordCount") return Give(answer, static_cast<std::int32_t>(dao_.rows.size()));
+        if (member == "Delete" && dao_.current < dao_.rows.size()) dao_.rows[dao_.current].clear();
+        if (member == "BeginTrans") dao_.rowsBefore = dao_.rows;
+        if (member == "Rollback") dao_.rows = dao_.rowsBefore;
+        if (member == "Updatable")
+            return Give(answer, kind_ == "database" ? dao_.databaseUpdatable : dao_.recordsetUpdatable);
+        if (member == "Type") return Give(answer, dao_.types[column_]);
+        if (member == "Size") return Give(answer, dao_.sizes[column_]);
         if (member == "AddNew") dao_.edited.assign(dao_.columns.size(), std::nullopt);
         if (member == "Update") dao_.rows.push_back(dao_.edited);
         if (member == "Item") {
@@ -164,6 +181,7 @@ private:
             if (value.vt == VT_BSTR)
                 dao_.edited[column_] = FromWide(value.bstrVal, SysStringLen(value.bstrVal));
         } else if (member == "Value") {
+            if (dao_.rows[dao_.current].empty()) return DISP_E_BADINDEX; // deleted
             const std::optional<Text>& value = dao_.rows[dao_.current][column_];
             answer->vt = value ? VT_BSTR : VT_NULL;
             if (value) answer->bstrVal = SysAllocStringLen(Wide(*value), static_cast<UINT>(value->size()));
@@ -176,15 +194,20 @@ private:
 };
 
 const std::vector<std::pair<std::string, std::string>> FakeObject::kMembers = {
-    {"engine", "SetOption"},    {"engine", "CreateWorkspace"},
-    {"engine", "OpenDatabase"}, {"engine", "CreateDatabase"},
-    {"workspace", "Close"},     {"database", "OpenRecordset"},
-    {"database", "Execute"},    {"database", "Close"},
-    {"recordset", "BOF"},       {"recordset", "EOF"},
-    {"recordset", "MoveNext"},  {"recordset", "Fields"},
-    {"recordset", "AddNew"},    {"recordset", "Update"},
-    {"recordset", "Delete"},    {"recordset", "Close"},
-    {"fields", "Item"},         {"field", "Value"},
+    {"engine", "SetOption"},     {"engine", "CreateWorkspace"},
+    {"engine", "OpenDatabase"},  {"engine", "CreateDatabase"},
+    {"workspace", "BeginTrans"}, {"workspace", "CommitTrans"},
+    {"workspace", "Rollback"},   {"database", "Updatable"},
+    {"recordset", "Updatable"},  {"recordset", "MoveFirst"},
+    {"recordset", "MoveLast"},   {"recordset", "RecordCount"},
+    {"field", "Type"},           {"field", "Size"},
+    {"workspace", "Close"},      {"database", "OpenRecordset"},
+    {"database", "Execute"},     {"database", "Close"},
+    {"recordset", "BOF"},        {"recordset", "EOF"},
+    {"recordset", "MoveNext"},   {"recordset", "Fields"},
+    {"recordset", "AddNew"},     {"recordset", "Update"},
+    {"recordset", "Delete"},     {"recordset", "Close"},
+    {"fields", "Item"},          {"field", "Value"},
 };
 
 class EngineFactory final : public Counted<IClassFactory> {

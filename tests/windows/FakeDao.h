@@ -16,11 +16,14 @@ enum class FailWith { description, deferredDescription, noDescription, plainResu
 
 // What the objects of one fake engine share.
 struct FakeDao {
-    using Row = std::vector<std::optional<Text>>; // as many as columns; nothing is null
+    // As many as columns; nothing is null. A deleted row has none, and keeps its place.
+    using Row = std::vector<std::optional<Text>>;
 
     std::vector<Text> columns = {u"efolder", u"esubject", u"ecrc"};
-    std::vector<Row> rows;
-    std::size_t current = 0; // in rows
+    std::vector<std::int32_t> types = {10, 12, 10}, sizes = {255, 0, 8}; // text, memo, text; characters
+    bool databaseUpdatable = true, recordsetUpdatable = true;
+    std::vector<Row> rows, rowsBefore; // now, and when the transaction began
+    std::size_t current = 0;           // in rows
     Row edited;
 
     std::vector<std::string> calls; // "database.OpenRecordset('SELECT ...')"

@@ -68,8 +68,10 @@ int Forget(Files& files, const Text& path, const Text& folder, const Text& crc)
     const auto database = OpenJetDatabase(files, path);
     const auto rows = database->OpenRecordset(u"SELECT * FROM saved WHERE (ecrc='" + SqlQuote(crc) +
                                               u"') AND (efolder='" + SqlQuote(folder) + u"')");
+    const auto batch = database->BeginDeletions();
     int deleted = 0;
     for (; !rows->AtEnd(); rows->MoveNext(), ++deleted) rows->Delete();
+    batch->Store();
     std::printf("%d\n", deleted);
     return kYes;
 }
@@ -93,7 +95,7 @@ int Condense(Files& files, const Text& path)
 {
     SavedEmails saved;
     saved.database = OpenJetDatabase(files, path);
-    std::printf("%d\n", CondenseDatabase(saved, [] {}));
+    std::printf("%d\n", CondenseDatabase(saved, [](int) { return true; }).removed);
     return kYes;
 }
 
