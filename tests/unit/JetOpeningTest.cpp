@@ -111,6 +111,13 @@ TEST(JetOpening, TellsWhyADatabaseCannotBeWritten)
          u"The table has an index or a key, which would not be kept up to date"},
         {"CRCs of 7 characters", page(kDefinition, [](std::string& p) { Put16(p, 63 + 2 * 25 + 23, 14); }),
          u"The column ecrc takes 7 characters, but 8 are needed"},
+        {"CRCs of 7 characters, and something to be mended",
+         page(kDefinition,
+              [](std::string& p) {
+                  Put16(p, 63 + 2 * 25 + 23, 14);
+                  Put32(p, 16, 5);
+              }),
+         u"The column ecrc takes 7 characters, but 8 are needed"},
         {"CRCs as numbers", page(kDefinition, [](std::string& p) { p[63 + 2 * 25] = 4; }),
          u"The column ecrc does not take text"},
         {"subjects that may not be missing", page(kDefinition, [](std::string& p) { p[63 + 25 + 15] = 0; }),
@@ -309,6 +316,14 @@ TEST(JetOpening, ARealFileThatIsRefusedKeepsEveryByte)
             SavedEmails saved;
             EXPECT_NE(Open(saved, files, scratch / u"saved.mdb"), u"") << "it has no such table";
             EXPECT_FALSE(saved.IsOpen());
+            if (bytes.size() < whole.size()) {
+                try { // a table that it has, or had
+                    const Readiness found =
+                        OpenJetDatabase(files, scratch / u"saved.mdb")->PrepareForWriting(u"Table1", {});
+                    EXPECT_NE(found.refusal, u"");
+                } catch (const DatabaseError&) {
+                }
+            }
             EXPECT_EQ(Bytes(path), bytes) << entry.path() << " " << size;
             ++seen;
         }

@@ -300,6 +300,25 @@ TEST_F(Dao, CondensesInTransactions)
     EXPECT_EQ(CondenseDatabase(saved, [](int) { return true; }).removed, 0) << "no row to go to";
 }
 
+TEST_F(Dao, AnEngineThatIsGoneEndsCondensing)
+{
+    Install();
+    for (std::size_t call = 1;; ++call) {
+        dao.rows = {{u"f", u"s", u"A1"}, {u"f", u"s", u"A1"}, {u"f", u"s", u"B2"}};
+        SavedEmails saved{OpenDaoDatabase(kPath)};
+        dao.calls.clear();
+        dao.failAt = call;
+        dao.failForGood = true;
+        const Text words = WordsOf([&] { CondenseDatabase(saved, [](int) { return true; }); });
+        const bool failed = dao.calls.size() >= call && !dao.calls[call - 1].ends_with("Close()");
+        dao.failAt = 0;
+        EXPECT_EQ(words, failed ? u"The engine cannot do this" : u"(no error)") << call;
+        if (!failed) break;
+        ASSERT_LT(call, 100u);
+    }
+    EXPECT_TRUE(dao.rows[1].empty());
+}
+
 TEST_F(Dao, CreatesAFileWithItsTable)
 {
     Install();

@@ -108,7 +108,9 @@ public:
         if (puts && (arguments->cNamedArgs != 1 || arguments->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
             return DISP_E_PARAMNOTOPTIONAL;
         dao_.calls.push_back(kind_ + "." + member + NoteOf(*arguments, flags));
-        if (dao_.calls.size() == dao_.failAt) return Raise(dao_.failWith, exception);
+        const std::size_t call = dao_.calls.size();
+        if (call == dao_.failAt || (dao_.failForGood && dao_.failAt != 0 && call > dao_.failAt))
+            return Raise(dao_.failWith, exception);
         return Do(member, *arguments, puts, answer);
     }
 

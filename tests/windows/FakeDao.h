@@ -28,6 +28,7 @@ struct FakeDao {
 
     std::vector<std::string> calls; // "database.OpenRecordset('SELECT ...')"
     std::size_t failAt = 0;         // the failAt-th call fails, counted from 1
+    bool failForGood = false;       // and all later ones
     FailWith failWith = FailWith::description;
     bool makesFiles = false; // CreateDatabase makes an empty file
     int liveObjects = 0;

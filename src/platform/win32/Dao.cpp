@@ -111,9 +111,8 @@ class DaoBatch final : public DeletionBatch {
 public:
     explicit DaoBatch(AutomationObject& workspace) : workspace_(workspace) { workspace_.Call(u"BeginTrans"); }
     ~DaoBatch() override
-    try {
-        if (!stored_ && workspace_) workspace_.Call(u"Rollback");
-    } catch (const std::exception&) { // what made it necessary is told already
+    {
+        if (!stored_) Rollback();
     }
     void Store() override
     {
@@ -123,6 +122,12 @@ public:
     }
 
 private:
+    void Rollback() noexcept
+    try {
+        workspace_.Call(u"Rollback");
+    } catch (const std::exception&) { // what made it necessary is told already
+    }
+
     AutomationObject& workspace_;
     bool stored_ = false;
 };
