@@ -114,6 +114,26 @@ TEST_F(DatabaseWindowTest, WhatCannotBeWrittenIsSaidAtOnceAndKeepsExportingOff)
     EXPECT_EQ(program.Read(L"saved.mdb"), bytes);
 }
 
+TEST_F(DatabaseWindowTest, AWriteProtectedFileIsReadOnly)
+{
+    const std::string bytes = Database(3, 2);
+    program.Write(L"saved.mdb", bytes);
+    const std::wstring path = program.Folder() + L"saved.mdb";
+    ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
+    const HANDLE opened = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (opened != INVALID_HANDLE_VALUE) {
+        CloseHandle(opened);
+        GTEST_SKIP() << "this user may write everything, as the superuser below Wine may";
+    }
+    Start();
+    EXPECT_NE(Box().find(L"The file is write-protected, or this user may not write it"), std::wstring::npos);
+    ASSERT_TRUE(PassStartUp());
+    EXPECT_FALSE(IsOn(idExport));
+    EXPECT_TRUE(IsOn(idCheckFolder));
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(program.Read(L"saved.mdb"), bytes);
+}
+
 TEST_F(DatabaseWindowTest, WhatWasMendedIsLogged)
 {
     std::string bytes = Database(3, 3);
