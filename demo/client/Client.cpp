@@ -3,16 +3,17 @@
 
 #include "demo/client/FolderTree.h"
 #include "demo/client/Pane.h"
-#include "demo/client/SaveDialog.h"
 #include "demo/mailbox/Names.h"
+
+#include <algorithm>
 
 namespace {
 
 constexpr wchar_t kMainClass[] = L"Outlook Express Browser Class";
 constexpr wchar_t kProgramName[] = L"Outlook Express";
 constexpr int kSaveAsCommand = 40101, kExitCommand = 40102;
-constexpr WPARAM kOpenDialogTimer = 1, kLateFileTimer = 2;
-constexpr UINT kHang = WM_APP + 1;
+constexpr UINT_PTR kTimer = 1;
+constexpr UINT kTimerStep = 20; // milliseconds
 constexpr int kNavigationWidth = 200;
 
 HMENU CreateMainMenu()
@@ -62,6 +63,8 @@ bool Client::Show(int showCommand)
     ShowWindow(window_, showCommand);
     list_->SetFocusToList();
     shown_ = true;
+    shownSince_ = GetTickCount();
+    KeepTimer();
     SetWindowTextW(window_, caption_.c_str());
     return true;
 }
@@ -83,7 +86,8 @@ void Client::OnCreate(HWND window)
                               window, nullptr, nullptr, nullptr);
     navigation_ = CreateFolderPane(window, root_, !options_.noTree);
     messageView_ = CreatePane(window, L"Outlook Express Message View", L"", PaneHeading::none);
-    list_ = std::make_unique<MessageList>(nullptr);
+    list_ = std::make_unique<MessageList>(nullptr, none_);
+    Watch(TreeOf(navigation_));
 }
 
 void Client::Layout() const
@@ -103,8 +107,15 @@ void Client::ShowFolder(const MailFolder* folder)
     const bool hadFocus = listHost_ && IsChild(listHost_, GetFocus());
     if (listHost_) DestroyWindow(listHost_);
     listHost_ = nullptr;
-    list_ = std::make_unique<MessageList>(folder);
+    FolderRows& rows =
+        folder ? rows_.try_emplace(folder, RowsOf(folder, options_.holdBack)).first->second : none_;
+    list_ = std::make_unique<MessageList>(folder, rows);
     if (!options_.noList) listHost_ = list_->Create(messageView_, options_);
+    Watch(list_->ListView());
+    if (listHost_) Watch(reinterpret_cast<HWND>(SendMessageW(list_->ListView(), LVM_GETHEADER, 0, 0)));
+    fillingSince_ = GetTickCount();
+    filling_ = options_.fill > 0;
+    KeepTimer();
     RECT place;
     GetClientRect(messageView_, &place);
     SendMessageW(messageView_, WM_SIZE, SIZE_RESTORED, MAKELPARAM(place.right, place.bottom));
@@ -118,48 +129,95 @@ void Client::ShowFolder(const MailFolder* folder)
 
 void Client::AskForSave()
 {
-    if (options_.noDialog || dialogOpen_) return;
-    if (options_.slow > 0)
-        SetTimer(window_, kOpenDialogTimer, static_cast<UINT>(options_.slow), nullptr);
-    else
-        Save();
+    if (dialogOpen_) return;
+    const Handling handling = Occur(Event::command);
+    if (handling.lost) return;
+    for (int times = handling.twice ? 2 : 1; times > 0; --times) {
+        const std::vector<int>& delays = options_.dialogDelays;
+        const int delay = delays.empty() ? 0 : delays[commands_ % delays.size()];
+        ++commands_;
+        const MailMessage* selected = options_.takeAtCommand ? Selected() : nullptr;
+        lateDialogs_.push_back({GetTickCount(), delay, selected});
+    }
+    KeepTimer();
+    OpenDueDialogs();
 }
 
-void Client::Save()
+const MailMessage* Client::Selected()
 {
-    const MailMessage* message = list_->SelectedMessage();
-    if (!message || dialogOpen_) return;
+    ++insideMessage_;
+    const MailMessage* selected = list_->SelectedMessage();
+    --insideMessage_;
+    return selected;
+}
+
+void Client::Save(const MailMessage* message)
+{
+    if (!message) message = Selected();
+    if (!message) return;
     dialogOpen_ = true;
-    const SaveAnswer answer = RunSaveDialog(window_, options_, {message->bytes, L"Message.eml"});
+    const auto occur = [this](Event event, HWND dialog) { return Occur(event, dialog); };
+    const SaveAnswer answer = RunSaveDialog(window_, options_, {message->bytes, L"Message.eml", occur});
     dialogOpen_ = false;
-    if (!answer.writeLater.empty()) {
-        lateFiles_.push_back({answer.writeLater, message->bytes});
-        SetTimer(window_, kLateFileTimer, static_cast<UINT>(options_.slow), nullptr);
+    if (!answer.writeLater.empty()) lateFiles_.push_back({GetTickCount(), answer, message->bytes});
+    KeepTimer();
+    if (answer.accepted) Occur(Event::saved);
+}
+
+void Client::OpenDueDialogs()
+{
+    while (!dialogOpen_) {
+        const DWORD now = GetTickCount();
+        const auto due =
+            std::find_if(lateDialogs_.begin(), lateDialogs_.end(), [now](const LateDialog& each) {
+                return now - each.since >= static_cast<DWORD>(each.delay);
+            });
+        if (due == lateDialogs_.end()) return;
+        const MailMessage* message = due->message;
+        lateDialogs_.erase(due);
+        Save(message);
     }
-    if (answer.accepted) CountSave();
 }
 
 void Client::WriteDueFiles()
 {
-    KillTimer(window_, kLateFileTimer);
-    for (const LateFile& file : lateFiles_)
-        if (!WriteNewFile(file.path, file.bytes)) MessageBeep(MB_ICONEXCLAMATION);
-    lateFiles_.clear();
+    const DWORD now = GetTickCount();
+    std::erase_if(lateFiles_, [now](const LateFile& file) {
+        if (now - file.since < static_cast<DWORD>(file.answer.milliseconds)) return false;
+        if (!WriteMessageFile(file.answer.writeLater, file.bytes, file.answer.replaceFile))
+            MessageBeep(MB_ICONEXCLAMATION);
+        return true;
+    });
 }
 
-void Client::CountSave()
+bool Client::FillList()
 {
-    ++saves_;
-    if (saves_ == options_.closeAfter) PostMessageW(window_, WM_CLOSE, 0, 0);
-    if (saves_ == options_.hangAfter) PostMessageW(window_, kHang, 0, 0);
+    if (!filling_ || !listHost_) return false;
+    const DWORD gone = GetTickCount() - fillingSince_, all = static_cast<DWORD>(options_.fill);
+    filling_ = gone < all;
+    list_->ShowRows(filling_ ? static_cast<int>(static_cast<DWORD>(list_->Count()) * gone / all)
+                             : list_->Count());
+    return filling_;
 }
 
-void Client::OnTimer(WPARAM timer)
+void Client::KeepTimer()
 {
-    if (timer == kLateFileTimer) WriteDueFiles();
-    if (timer != kOpenDialogTimer) return;
-    KillTimer(window_, kOpenDialogTimer);
-    Save();
+    if (filling_ || !lateFiles_.empty() || !lateDialogs_.empty() || mishaps_.WaitsForTime())
+        SetTimer(window_, kTimer, kTimerStep, nullptr);
+}
+
+void Client::OnTimer()
+{
+    KillTimer(window_, kTimer);
+    FillList();
+    WriteDueFiles();
+    KeepTimer(); // what follows may last
+    if (shown_)
+        for (const Mishap& mishap : mishaps_.TakeDue(GetTickCount() - shownSince_)) {
+            Handling unused;
+            Do(mishap, nullptr, unused);
+        }
+    OpenDueDialogs();
 }
 
 LRESULT Client::OnNotify(NMHDR* notification)
@@ -185,16 +243,18 @@ LRESULT Client::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lPara
         return 0;
     case WM_NOTIFY:
         return OnNotify(reinterpret_cast<NMHDR*>(lParam));
-    case WM_TIMER:
-        OnTimer(wParam);
-        return 0;
     case WM_COMMAND:
         if (LOWORD(wParam) == kSaveAsCommand) AskForSave();
         if (LOWORD(wParam) == kExitCommand) PostMessageW(window, WM_CLOSE, 0, 0);
         return 0;
-    case kHang:
-        Sleep(INFINITE);
+    case WM_TIMER:
+        OnTimer();
         return 0;
+    case kShowBox: {
+        Handling unused;
+        ShowBox(*reinterpret_cast<const Box*>(lParam), nullptr, unused);
+        return 0;
+    }
     case WM_DESTROY:
         PostQuitMessage(0);
         return 0;

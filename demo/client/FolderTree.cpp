@@ -52,13 +52,6 @@ HWND CreateTree(HWND host, const MailFolder& root)
     return tree;
 }
 
-HWND TreeOf(HWND pane)
-{
-    HWND window = pane;
-    for (int level = 0; level < 3 && window; ++level) window = GetWindow(window, GW_CHILD);
-    return window;
-}
-
 HTREEITEM FindItem(HWND tree, HTREEITEM item, const MailFolder* folder)
 {
     for (; item; item = TreeView_GetNextSibling(tree, item)) {
@@ -81,6 +74,13 @@ HWND CreateFolderPane(HWND mainWindow, const MailFolder& root, bool withTree)
     const HWND host = CreatePane(frame, L"ThorTreeViewWndClass", L"", PaneHeading::none);
     if (withTree) CreateTree(host, root);
     return pane;
+}
+
+HWND TreeOf(HWND pane)
+{
+    HWND window = pane;
+    for (int level = 0; level < 3 && window; ++level) window = GetWindow(window, GW_CHILD);
+    return window;
 }
 
 void SelectFolder(HWND pane, const MailFolder* folder)

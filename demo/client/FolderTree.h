@@ -8,6 +8,8 @@
 // and answers the pane. The tree's notifications reach the main window.
 HWND CreateFolderPane(HWND mainWindow, const MailFolder& root, bool withTree);
 
+HWND TreeOf(HWND pane); // null without a tree
+
 // Selects a folder; null is the item above "Local Folders". The notification follows before it returns.
 void SelectFolder(HWND pane, const MailFolder* folder);
 

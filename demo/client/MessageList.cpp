@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <set>
 
 namespace {
 
@@ -34,20 +35,12 @@ WNDCLASSW SystemListClass()
     return found;
 }
 
-LRESULT CALLBACK DeafListProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    static const WNDPROC system = SystemListClass().lpfnWndProc;
-    if (message == WM_KEYDOWN && wParam == VK_DOWN) return 0;
-    return CallWindowProcW(system, list, message, wParam, lParam);
-}
-
-void RegisterListClass(bool deaf)
+void RegisterListClass()
 {
     WNDCLASSW list = SystemListClass();
     list.style &= ~UINT(CS_GLOBALCLASS);
     list.hInstance = GetModuleHandleW(nullptr);
     list.lpszClassName = kListClass;
-    if (deaf) list.lpfnWndProc = DeafListProc;
     (void)RegisterClassW(&list); // registered already from the second folder on
 }
 
@@ -109,7 +102,7 @@ const wchar_t* CellText(const Summary& summary, int field)
 
 HWND MessageList::Create(HWND messageView, const Options& options)
 {
-    RegisterListClass(options.ignoreDownKey);
+    RegisterListClass();
     const HWND host = CreatePane(messageView, L"Outlook Express Message List", L"", PaneHeading::none);
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_OWNERDATA | LVS_SHOWSELALWAYS;
     list_ = CreateWindowExW(WS_EX_CLIENTEDGE, kListClass, L"", style, 0, 0, 0, 0, host, nullptr,
@@ -117,22 +110,29 @@ HWND MessageList::Create(HWND messageView, const Options& options)
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP,
                  LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP);
     fields_ = AddColumns(list_, options);
-    SendMessageW(list_, LVM_SETITEMCOUNT, rows_.size(), 0);
+    ShowRows(options.fill > 0 ? 0 : Count());
     return host;
 }
 
-const Summary& MessageList::Row(std::size_t row)
+void MessageList::ShowRows(int count) const
 {
-    if (!rows_[row]) rows_[row] = Summarise(folder_->messages[row].bytes);
-    return *rows_[row];
+    SendMessageW(list_, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), LVSICF_NOSCROLL);
+}
+
+const Summary& MessageList::SummaryOf(std::size_t message)
+{
+    const auto found = summaries_.find(message);
+    if (found != summaries_.end()) return found->second;
+    return summaries_[message] = Summarise(folder_->messages[message].bytes);
 }
 
 void MessageList::OnGetDispInfo(NMLVDISPINFOW& info)
 {
     const auto row = static_cast<std::size_t>(info.item.iItem);
-    if (!(info.item.mask & LVIF_TEXT) || row >= rows_.size()) return;
+    if (!(info.item.mask & LVIF_TEXT) || row >= rows_.shown.size()) return;
     const auto column = static_cast<std::size_t>(info.item.iSubItem);
-    const wchar_t* text = column < fields_.size() ? CellText(Row(row), fields_[column]) : L"";
+    const wchar_t* text =
+        column < fields_.size() ? CellText(SummaryOf(rows_.shown[row]), fields_[column]) : L"";
     info.item.pszText = const_cast<wchar_t*>(text); // the list only reads it
 }
 
@@ -143,8 +143,73 @@ void MessageList::SelectFirst() const
     SendMessageW(list_, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&item));
 }
 
-const MailMessage* MessageList::SelectedMessage() const
+int MessageList::SelectedRow() const
 {
     const LRESULT row = SendMessageW(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED);
-    return row < 0 || row >= Count() ? nullptr : &folder_->messages[static_cast<std::size_t>(row)];
+    return row < Count() ? static_cast<int>(row) : -1;
+}
+
+const MailMessage* MessageList::SelectedMessage() const
+{
+    const int row = SelectedRow();
+    return row < 0 ? nullptr : &folder_->messages[rows_.shown[static_cast<std::size_t>(row)]];
+}
+
+void MessageList::Change(const std::function<void(std::vector<std::size_t>&)>& change)
+{
+    if (!folder_ || !list_) return;
+    std::vector<std::size_t>& shown = rows_.shown;
+    const int row = SelectedRow();
+    const std::size_t message = row < 0 ? 0 : shown[static_cast<std::size_t>(row)];
+    change(shown);
+    ShowRows(Count());
+    const auto place = std::find(shown.begin(), shown.end(), message);
+    const int newRow = place == shown.end() ? (std::min)(row, Count() - 1) : int(place - shown.begin());
+    LVITEMW item{};
+    item.stateMask = LVIS_FOCUSED | LVIS_SELECTED;
+    SendMessageW(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+    item.state = item.stateMask;
+    if (row >= 0 && newRow >= 0)
+        SendMessageW(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(newRow), reinterpret_cast<LPARAM>(&item));
+    InvalidateRect(list_, nullptr, TRUE);
+}
+
+void MessageList::Arrive(int messages)
+{
+    Change([&](std::vector<std::size_t>& shown) {
+        for (; messages > 0 && rows_.heldBack > 0; --messages) shown.insert(shown.begin(), --rows_.heldBack);
+    });
+}
+
+void MessageList::Delete(int fromSelected)
+{
+    const int row = SelectedRow() + fromSelected;
+    if (SelectedRow() < 0 || row < 0 || row >= Count()) return;
+    Change([row](std::vector<std::size_t>& shown) { shown.erase(shown.begin() + row); });
+}
+
+void MessageList::Reverse()
+{
+    Change([](std::vector<std::size_t>& shown) { std::reverse(shown.begin(), shown.end()); });
+}
+
+void MessageList::Group()
+{
+    Change([this](std::vector<std::size_t>& shown) {
+        std::set<std::wstring> subjects;
+        std::erase_if(shown, [&](std::size_t message) {
+            std::wstring subject = SummaryOf(message).subject;
+            while (subject.starts_with(L"Re: ")) subject.erase(0, 4);
+            return !subjects.insert(subject).second;
+        });
+    });
+}
+
+FolderRows RowsOf(const MailFolder* folder, int holdBack)
+{
+    FolderRows rows;
+    const std::size_t count = folder ? folder->messages.size() : 0;
+    rows.heldBack = (std::min)(count, static_cast<std::size_t>(holdBack));
+    for (std::size_t message = rows.heldBack; message < count; ++message) rows.shown.push_back(message);
+    return rows;
 }

@@ -1,12 +1,15 @@
 // Options.cpp: reads the command line of the stand-in client.
 #include "demo/client/Options.h"
 
+#include <algorithm>
 #include <cwchar>
 
 const wchar_t kUsage[] = L"usage: demo-client --mail DIRECTORY_OR_PACK [--select Projects/Alpha]\n"
-                         L"  --slow=MS  --close-after=N  --hang-after=N  --column-titles=A,B,..\n"
+                         L"  --system-dialog  --dialog-delays=MS,MS,..  --take-at-command  --slow=MS\n"
                          L"  --no-dialog  --no-combo  --no-edit  --careless-dialog  --save-nothing\n"
-                         L"  --no-columns  --one-column  --no-list  --no-tree  --ignore-down-key\n";
+                         L"  --no-columns  --one-column  --column-titles=A,B,..  --no-list  --no-tree\n"
+                         L"  --fill=MS  --hold-back=N  --ignore-down-key  --close-after=N  --hang-after=N\n"
+                         L"  --at=EVENT:N:ACTION[:VALUE]  (see Mishaps.h)\n";
 
 namespace {
 
@@ -15,16 +18,15 @@ struct Flag {
     bool Options::*field;
 };
 const Flag kFlags[] = {
-    {L"--no-dialog", &Options::noDialog},
     {L"--no-combo", &Options::noCombo},
     {L"--no-edit", &Options::noEdit},
     {L"--no-columns", &Options::noColumns},
     {L"--one-column", &Options::oneColumn},
     {L"--no-list", &Options::noList},
     {L"--no-tree", &Options::noTree},
-    {L"--save-nothing", &Options::saveNothing},
     {L"--careless-dialog", &Options::carelessDialog},
-    {L"--ignore-down-key", &Options::ignoreDownKey},
+    {L"--system-dialog", &Options::systemDialog},
+    {L"--take-at-command", &Options::takeAtCommand},
 };
 
 struct Number {
@@ -32,9 +34,23 @@ struct Number {
     int Options::*field;
 };
 const Number kNumbers[] = {
-    {L"--slow", &Options::slow},
-    {L"--close-after", &Options::closeAfter},
-    {L"--hang-after", &Options::hangAfter},
+    {L"--fill", &Options::fill},
+    {L"--hold-back", &Options::holdBack},
+};
+
+// A short form of a mishap; what it takes as its value is the count, for --slow the milliseconds.
+struct ShortForm {
+    const wchar_t* name;
+    bool takesValue;
+    Mishap mishap;
+};
+const ShortForm kShortForms[] = {
+    {L"--no-dialog", false, {Event::command, 0, Action::lose}},
+    {L"--save-nothing", false, {Event::save, 0, Action::noFile}},
+    {L"--ignore-down-key", false, {Event::down, 0, Action::lose}},
+    {L"--close-after", true, {Event::saved, 0, Action::close}},
+    {L"--hang-after", true, {Event::saved, 0, Action::silent}},
+    {L"--slow", true, {Event::save, 0, Action::late}},
 };
 
 bool ParseNumber(const std::wstring& text, int& number)
@@ -61,16 +77,50 @@ bool SetFlag(const std::wstring& name, Options& options)
 {
     for (const Flag& flag : kFlags)
         if (name == flag.name) return options.*flag.field = true;
+    for (const ShortForm& form : kShortForms) {
+        if (name != form.name || form.takesValue) continue;
+        options.mishaps.push_back(form.mishap);
+        return true;
+    }
     return false;
+}
+
+bool SetShortForm(Mishap mishap, const std::wstring& value, Options& options)
+{
+    int number = 0;
+    if (!ParseNumber(value, number)) return false;
+    const bool slow = mishap.action == Action::late;
+    if (slow) options.dialogDelays = {number};
+    (slow ? mishap.value : mishap.at) = number;
+    if (number > 0) options.mishaps.push_back(mishap); // 0: never
+    return true;
+}
+
+bool SetDelays(const std::wstring& value, Options& options)
+{
+    options.dialogDelays.clear();
+    for (const std::wstring& part : SplitAtCommas(value)) {
+        options.dialogDelays.push_back(0);
+        if (!ParseNumber(part, options.dialogDelays.back())) return false;
+    }
+    return true;
 }
 
 enum class ValueResult { taken, unknownName, badValue };
 
 ValueResult SetValue(const std::wstring& name, const std::wstring& value, Options& options)
 {
+    const auto result = [](bool good) { return good ? ValueResult::taken : ValueResult::badValue; };
     for (const Number& number : kNumbers)
-        if (name == number.name)
-            return ParseNumber(value, options.*number.field) ? ValueResult::taken : ValueResult::badValue;
+        if (name == number.name) return result(ParseNumber(value, options.*number.field));
+    for (const ShortForm& form : kShortForms)
+        if (name == form.name && form.takesValue) return result(SetShortForm(form.mishap, value, options));
+    if (name == L"--dialog-delays") return result(SetDelays(value, options));
+    if (name == L"--at") {
+        const std::optional<Mishap> mishap = ParseMishap(value);
+        if (mishap) options.mishaps.push_back(*mishap);
+        return result(mishap.has_value());
+    }
     if (name == L"--mail")
         options.mail = value;
     else if (name == L"--select")
@@ -102,7 +152,7 @@ std::wstring ParseOptions(const std::vector<std::wstring>& arguments, Options& o
         case ValueResult::unknownName:
             return L"unknown option " + name;
         case ValueResult::badValue:
-            return name + L" needs a number";
+            return name + L": \"" + value + L"\" is no value for it";
         }
     }
     return options.mail.empty() ? L"--mail is missing" : L"";

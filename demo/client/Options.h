@@ -1,5 +1,7 @@
 // Options.h: the command line of the stand-in client: what it shows and how it misbehaves.
 #pragma once
+#include "demo/client/Mishaps.h"
+
 #include <string>
 #include <vector>
 
@@ -7,24 +9,29 @@ struct Options {
     std::wstring mail;   // mail directory or pack
     std::wstring select; // the folder shown first, "Projects/Alpha"; empty: Inbox, or the first with messages
 
-    bool noDialog = false;       // Save As does nothing
-    bool noCombo = false;        // the dialog has no file-name box
-    bool noEdit = false;         // the file-name box cannot be typed into
-    bool noColumns = false;      // the message list has no columns
-    bool oneColumn = false;      // only "Subject"
-    bool noList = false;         // the message view is empty
-    bool noTree = false;         // the folder pane is empty
-    bool saveNothing = false;    // "Save" closes the dialog and writes no file
-    bool carelessDialog = false; // the caption is there before the controls and until the window has gone
-    bool ignoreDownKey = false;  // the Down key does not move the selection
-    int slow = 0;                // milliseconds until the dialog opens, and from "Save" to the file
-    int closeAfter = 0;          // the client closes itself after so many saves; 0: never
-    int hangAfter = 0;           // the client stops answering after so many saves; 0: never
+    bool noCombo = false;          // the dialog has no file-name box
+    bool noEdit = false;           // the file-name box cannot be typed into
+    bool noColumns = false;        // the message list has no columns
+    bool oneColumn = false;        // only "Subject"
+    bool noList = false;           // the message view is empty
+    bool noTree = false;           // the folder pane is empty
+    bool carelessDialog = false;   // the caption is there before the controls and until the window has gone
+    bool systemDialog = false;     // the system's own Save dialog, with its boxes, in place of the drawn one
+    bool takeAtCommand = false;    // a dialog that comes late holds what was selected when the command came
+    int fill = 0;                  // milliseconds until all rows of a folder are in the list
+    int holdBack = 0;              // first messages of each folder that are not in the list until they arrive
+    std::vector<int> dialogDelays; // milliseconds from the command to the dialog, one for each in turn, then
+                                   // again from the first; empty: at once
     std::vector<std::wstring> columnTitles; // for From, Subject, Received, Sent, To; empty: these
+    std::vector<Mishap> mishaps;            // --at
 };
 
 extern const wchar_t kUsage[];
 
 // arguments without the program's name. Values follow "=" or come as the next argument. Answers what is
-// wrong, empty when nothing is.
+// wrong, empty when nothing is. Switches that are a short form of others:
+//   --slow=MS         --dialog-delays=MS --at=save:0:late:MS
+//   --close-after=N   --at=saved:N:close        --hang-after=N     --at=saved:N:silent
+//   --no-dialog       --at=command:0:lose       --save-nothing     --at=save:0:no-file
+//   --ignore-down-key --at=down:0:lose
 std::wstring ParseOptions(const std::vector<std::wstring>& arguments, Options& options);

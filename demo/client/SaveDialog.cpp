@@ -1,12 +1,17 @@
-// SaveDialog.cpp: a dialog with the controls of the system's own, as far as a driver looks at them.
+// SaveDialog.cpp: a dialog with the controls of the system's own, as far as a driver looks at them, and the
+// system's own.
 #include "demo/client/SaveDialog.h"
 
 #include <commctrl.h>
+#include <commdlg.h>
+
+#include <array>
 
 namespace {
 
 constexpr wchar_t kCaption[] = L"Save Message As";
 constexpr int kFileNameId = 1148, kFileTypeId = 1136; // as in the system's file dialogs
+constexpr UINT kIsOpen = WM_APP + 1;
 
 struct Dialog {
     const Options& options;
@@ -60,26 +65,41 @@ std::wstring TypedPath(HWND dialog)
     return path;
 }
 
-bool Store(const Options& options, std::string_view message, const std::wstring& path, SaveAnswer& answer)
+bool Store(std::string_view message, const std::wstring& path, bool replaceFile, const Handling& handling,
+           SaveAnswer& answer)
 {
-    if (path.empty() || GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES) return false;
-    if (options.saveNothing) return true;
-    if (options.slow == 0) return WriteNewFile(path, message);
+    const bool there = GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+    if (path.empty() || (there && !replaceFile)) return false;
+    if (handling.noFile) return true;
+    if (handling.empty && !WriteMessageFile(path, {}, replaceFile)) return false;
+    if (handling.empty && handling.milliseconds == 0) return true;
+    if (!handling.empty && !handling.late) return WriteMessageFile(path, message, replaceFile);
     answer.writeLater = path;
+    answer.milliseconds = handling.milliseconds;
+    answer.replaceFile = handling.empty || replaceFile;
     return true;
 }
 
 void OnSave(HWND dialog, Dialog& state)
 {
+    const Handling handling = state.request.occur(Event::save, dialog);
+    if (handling.lost) return;
     // Without its caption the dialog cannot be mistaken for the next message's while it closes.
     if (!state.options.carelessDialog) SetWindowTextW(dialog, L"");
-    if (Store(state.options, state.request.message, TypedPath(dialog), state.answer)) {
+    if (Store(state.request.message, TypedPath(dialog), handling.replaceFile, handling, state.answer)) {
         state.answer.accepted = true;
         EndDialog(dialog, IDOK);
         return;
     }
     MessageBeep(MB_ICONEXCLAMATION);
     SetWindowTextW(dialog, kCaption);
+}
+
+void OnCancel(HWND dialog, const Dialog& state)
+{
+    if (state.request.occur(Event::cancel, dialog).lost) return;
+    if (!state.options.carelessDialog) SetWindowTextW(dialog, L"");
+    EndDialog(dialog, IDCANCEL);
 }
 
 INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
@@ -92,23 +112,90 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
         AddControls(dialog, *state);
         // Last: who finds the dialog by its caption finds its controls as well.
         SetWindowTextW(dialog, kCaption);
+        PostMessageW(dialog, kIsOpen, 0, 0);
         return FALSE; // the focus is set
     }
+    if (message == kIsOpen) state->request.occur(Event::dialog, dialog);
     if (message != WM_COMMAND || !state) return FALSE;
     if (LOWORD(wParam) == IDOK) OnSave(dialog, *state);
-    if (LOWORD(wParam) == IDCANCEL) {
-        if (!state->options.carelessDialog) SetWindowTextW(dialog, L"");
-        EndDialog(dialog, IDCANCEL);
-    }
+    if (LOWORD(wParam) == IDCANCEL) OnCancel(dialog, *state);
     return TRUE;
+}
+
+SaveAnswer RunDrawnDialog(HWND owner, const Options& options, const SaveRequest& request)
+{
+    Dialog state{options, request, {}};
+    Template empty{};
+    empty.head.style = DS_MODALFRAME | DS_CENTER | WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU;
+    empty.head.cx = 269;
+    empty.head.cy = 48;
+    DialogBoxIndirectParamW(nullptr, &empty.head, owner, DialogProc, reinterpret_cast<LPARAM>(&state));
+    return state.answer;
+}
+
+struct SystemDialog {
+    const SaveRequest& request;
+    Handling lastSave;
+};
+
+// Before the system's dialog looks at what was typed.
+LRESULT CALLBACK SystemDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                  DWORD_PTR data)
+{
+    auto* state = reinterpret_cast<SystemDialog*>(data);
+    if (message == kIsOpen) {
+        state->request.occur(Event::dialog, dialog);
+        return 0;
+    }
+    if (message == WM_COMMAND && LOWORD(wParam) == IDOK) {
+        state->lastSave = state->request.occur(Event::save, dialog);
+        if (state->lastSave.lost) return 0;
+    }
+    if (message == WM_COMMAND && LOWORD(wParam) == IDCANCEL &&
+        state->request.occur(Event::cancel, dialog).lost)
+        return 0;
+    return DefSubclassProc(dialog, message, wParam, lParam);
+}
+
+UINT_PTR CALLBACK SystemDialogHook(HWND child, UINT message, WPARAM, LPARAM lParam)
+{
+    if (message != WM_NOTIFY || reinterpret_cast<const NMHDR*>(lParam)->code != CDN_INITDONE) return 0;
+    const HWND dialog = GetParent(child);
+    SetWindowSubclass(dialog, SystemDialogProc, 1,
+                      static_cast<DWORD_PTR>(reinterpret_cast<const OFNOTIFYW*>(lParam)->lpOFN->lCustData));
+    PostMessageW(dialog, kIsOpen, 0, 0);
+    return 0;
+}
+
+SaveAnswer RunSystemDialog(HWND owner, const SaveRequest& request)
+{
+    SystemDialog state{request, {}};
+    std::array<wchar_t, 1024> path{};
+    request.suggestedName.copy(path.data(), path.size() - 1);
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = owner;
+    dialog.lpstrFilter = L"Mail (*.eml)\0*.eml\0";
+    dialog.lpstrFile = path.data();
+    dialog.nMaxFile = static_cast<DWORD>(path.size());
+    dialog.lpstrTitle = kCaption;
+    dialog.lpstrDefExt = L"eml";
+    dialog.lCustData = reinterpret_cast<LPARAM>(&state);
+    dialog.lpfnHook = SystemDialogHook;
+    dialog.Flags = OFN_EXPLORER | OFN_ENABLEHOOK | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST |
+                   OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    SaveAnswer answer;
+    if (!GetSaveFileNameW(&dialog)) return answer;
+    answer.accepted = Store(request.message, path.data(), true, state.lastSave, answer); // it has asked
+    return answer;
 }
 
 } // namespace
 
-bool WriteNewFile(const std::wstring& path, std::string_view bytes)
+bool WriteMessageFile(const std::wstring& path, std::string_view bytes, bool replaceFile)
 {
-    const HANDLE file =
-        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr,
+                                    replaceFile ? CREATE_ALWAYS : CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return false;
     DWORD written = 0;
     const bool whole = WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
@@ -121,11 +208,5 @@ bool WriteNewFile(const std::wstring& path, std::string_view bytes)
 
 SaveAnswer RunSaveDialog(HWND owner, const Options& options, const SaveRequest& request)
 {
-    Dialog state{options, request, {}};
-    Template empty{};
-    empty.head.style = DS_MODALFRAME | DS_CENTER | WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU;
-    empty.head.cx = 269;
-    empty.head.cy = 48;
-    DialogBoxIndirectParamW(nullptr, &empty.head, owner, DialogProc, reinterpret_cast<LPARAM>(&state));
-    return state.answer;
+    return options.systemDialog ? RunSystemDialog(owner, request) : RunDrawnDialog(owner, options, request);
 }

@@ -129,16 +129,48 @@ TEST(ClientTextTest, CommandLineIsChecked)
     Options o;
     EXPECT_EQ(ParseOptions({L"--mail", L"x", L"--slow=20", L"--no-tree", L"--column-titles=A,,B"}, o), L"");
     EXPECT_EQ(o.mail, L"x");
-    EXPECT_EQ(o.slow, 20);
+    EXPECT_EQ(o.dialogDelays, std::vector<int>{20});
     EXPECT_TRUE(o.noTree);
     EXPECT_EQ(o.columnTitles, (std::vector<std::wstring>{L"A", L"", L"B"}));
+    ASSERT_EQ(o.mishaps.size(), 1u);
+    EXPECT_EQ(ParseOptions({L"--mail=x", L"--dialog-delays=2100,0,5", L"--at=LVM_GETITEMW:120:arrive:2",
+                            L"--at", L"down:3:lose", L"--at=save:0:box:replace", L"--hang-after=0"},
+                           o),
+              L"");
+    EXPECT_EQ(o.dialogDelays, (std::vector<int>{2100, 0, 5}));
+    ASSERT_EQ(o.mishaps.size(), 4u) << "the one before, three now, and none for a count of 0";
+    EXPECT_EQ(o.mishaps[1].event, Event::itemText);
+    EXPECT_EQ(o.mishaps[1].at, 120);
+    EXPECT_EQ(o.mishaps[1].value, 2);
+    EXPECT_EQ(o.mishaps[2].action, Action::lose);
+    EXPECT_EQ(o.mishaps[3].box->kind, UINT{MB_YESNO});
     for (const std::vector<std::wstring>& wrong : {std::vector<std::wstring>{},
                                                    {L"--mail=x", L"--slow=1s"},
                                                    {L"--mail=x", L"--close-after", L"-1"},
+                                                   {L"--mail=x", L"--dialog-delays=1,,2"},
+                                                   {L"--mail=x", L"--at=down:1"},
+                                                   {L"--mail=x", L"--at=up:1:lose"},
+                                                   {L"--mail=x", L"--at=down:-1:lose"},
+                                                   {L"--mail=x", L"--at=down:1:late:5"},
+                                                   {L"--mail=x", L"--at=save:1:box:big"},
                                                    {L"--mail=x", L"--tree"}}) {
         Options ignored;
-        EXPECT_NE(ParseOptions(wrong, ignored), L"");
+        EXPECT_NE(ParseOptions(wrong, ignored), L"") << (wrong.empty() ? L"nothing" : wrong.back());
     }
+}
+
+TEST(ClientTextTest, MishapsComeAtTheirCount)
+{
+    MishapCounter counter(
+        {{Event::down, 2, Action::lose}, {Event::down, 0, Action::twice}, {Event::time, 100, Action::close}});
+    EXPECT_EQ(counter.Count(Event::down).size(), 1u);
+    EXPECT_EQ(counter.Count(Event::home).size(), 0u);
+    EXPECT_EQ(counter.Count(Event::down).size(), 2u);
+    EXPECT_EQ(counter.Count(Event::down).size(), 1u);
+    EXPECT_TRUE(counter.WaitsForTime());
+    EXPECT_EQ(counter.TakeDue(99).size(), 0u);
+    EXPECT_EQ(counter.TakeDue(100).size(), 1u);
+    EXPECT_FALSE(counter.WaitsForTime());
 }
 
 } // namespace
