@@ -207,4 +207,181 @@ TEST_F(ClientTest, MisbehavesOnRequest)
     EXPECT_TRUE(std::filesystem::exists(directory.Path() / "y.eml"));
 }
 
+// Each at the second question for the number of selected rows, or at a key.
+TEST_F(ClientTest, ListChangesBetweenTwoQuestions)
+{
+    const struct {
+        const wchar_t* switches;
+        int downKeys;
+        int rowsBefore, selectedBefore, rows, selected;
+    } cases[] = {
+        {L"--hold-back=1 --at=LVM_GETSELECTEDCOUNT:2:arrive", 0, 2, 0, 3, 1},
+        {L"--hold-back=9 --at=LVM_GETSELECTEDCOUNT:2:arrive:2", 0, 0, -1, 2, -1},
+        {L"--at=LVM_GETSELECTEDCOUNT:2:delete", 1, 3, 1, 2, 0},
+        {L"--at=LVM_GETSELECTEDCOUNT:2:delete:0", 2, 3, 2, 2, 1},
+        {L"--at=LVM_GETSELECTEDCOUNT:2:delete:-1", 0, 3, 0, 3, 0},
+        {L"--at=LVM_GETSELECTEDCOUNT:2:resort", 0, 3, 0, 3, 2},
+        {L"--at=LVM_GETSELECTEDCOUNT:2:group", 0, 3, 0, 2, 0}, // two have no subject
+        {L"--at=down:1:lose", 2, 3, 1, 3, 1},
+        {L"--at=down:1:double", 1, 3, 2, 3, 2},
+    };
+    for (const auto& c : cases) {
+        ASSERT_NO_FATAL_FAILURE(StartClient(c.switches));
+        const HWND list = List();
+        for (int i = 0; i < c.downKeys; ++i) Key(list, VK_DOWN);
+        EXPECT_EQ(SendMessageW(list, LVM_GETSELECTEDCOUNT, 0, 0), c.selectedBefore < 0 ? 0 : 1) << c.switches;
+        EXPECT_EQ(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), c.rowsBefore) << c.switches;
+        EXPECT_EQ(Selected(list), c.selectedBefore) << c.switches;
+        EXPECT_EQ(SendMessageW(list, LVM_GETSELECTEDCOUNT, 0, 0), c.selected < 0 ? 0 : 1) << c.switches;
+        EXPECT_EQ(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), c.rows) << c.switches;
+        EXPECT_EQ(Selected(list), c.selected) << c.switches;
+    }
+}
+
+// While the list works on a message, does another window of the client answer?
+TEST_F(ClientTest, SlowActsAreBusyOrPump)
+{
+    const struct {
+        const wchar_t* switches;
+        bool answers;
+    } cases[] = {{L"--at=LVM_GETITEMCOUNT:2:silent:1500", false},
+                 {L"--at=LVM_GETITEMCOUNT:2:pump:1500", true}};
+    for (const auto& c : cases) {
+        ASSERT_NO_FATAL_FAILURE(StartClient(c.switches));
+        EXPECT_EQ(SendMessageW(List(), LVM_GETITEMCOUNT, 0, 0), 3);
+        const DWORD start = GetTickCount();
+        SendNotifyMessageW(List(), LVM_GETITEMCOUNT, 0, 0);
+        DWORD_PTR unused = 0;
+        EXPECT_EQ(SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 800, &unused) != 0, c.answers)
+            << c.switches;
+        EXPECT_TRUE(SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 5000, &unused));
+        EXPECT_TRUE(c.answers || GetTickCount() - start >= 1400u);
+        EXPECT_EQ(SendMessageW(List(), LVM_GETITEMCOUNT, 0, 0), 3) << "it comes back";
+    }
+    ASSERT_NO_FATAL_FAILURE(StartClient(L"--at=LVM_GETCOLUMNORDERARRAY:0:lose --fill=2000"));
+    EXPECT_EQ(SendMessageW(List(), LVM_GETCOLUMNORDERARRAY, 0, 0), 0);
+    EXPECT_LT(SendMessageW(List(), LVM_GETITEMCOUNT, 0, 0), 3) << "the list is still filling";
+    EXPECT_TRUE(Eventually([&] { return SendMessageW(List(), LVM_GETITEMCOUNT, 0, 0) == 3; }, 5000));
+}
+
+TEST_F(ClientTest, LateDialogHoldsOneOfTwoMessages)
+{
+    const struct {
+        const wchar_t* switches;
+        const char* message;
+    } cases[] = {{L"--dialog-delays=700,0", "mail/Inbox/2.eml"},
+                 {L"--dialog-delays=700,0 --take-at-command", "mail/Inbox/1.eml"}};
+    for (const auto& c : cases) {
+        std::filesystem::remove(directory.Path() / "x.eml");
+        ASSERT_NO_FATAL_FAILURE(StartClient(c.switches));
+        PostMessageW(window, WM_COMMAND, kSaveAs, 0);
+        EXPECT_EQ(WaitForWindow(process->Id(), L"#32770", kSaveDialog, 300), nullptr);
+        Key(List(), VK_DOWN);
+        const HWND dialog = WaitForWindow(process->Id(), L"#32770", kSaveDialog, 5000);
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_FALSE(IsWindowEnabled(window));
+        Save(dialog, "x.eml");
+        EXPECT_EQ(BytesOf(directory.Path() / "x.eml"), BytesOf(directory.Path() / c.message)) << c.switches;
+        EXPECT_NE(OpenDialog(300), nullptr) << "the second comes at once";
+    }
+}
+
+TEST_F(ClientTest, BoxesStandInFrontOfTheDialog)
+{
+    const struct {
+        const wchar_t* box;
+        const wchar_t* caption;
+        const wchar_t* button;
+        bool saved;
+    } cases[] = {{L"bad-name", kSaveDialog, L"OK", false},
+                 {L"replace", kSaveDialog, L"No", false},
+                 {L"replace", kSaveDialog, L"Yes", true},
+                 {L"disk-full", L"Outlook Express", L"OK", false}};
+    for (const auto& c : cases) {
+        directory.Write("x.eml", "old");
+        ASSERT_NO_FATAL_FAILURE(StartClient(std::wstring(L"--at=save:1:box:") + c.box));
+        const HWND dialog = OpenDialog();
+        SendMessageW(Edit(dialog), WM_SETTEXT, 0,
+                     reinterpret_cast<LPARAM>((directory.Path() / "x.eml").wstring().c_str()));
+        PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
+        HWND box = nullptr;
+        EXPECT_TRUE(Eventually([&] { return (box = GetLastActivePopup(window)) != dialog; }, 5000)) << c.box;
+        EXPECT_EQ(TextOf(box), c.caption);
+        EXPECT_EQ(GetWindow(box, GW_OWNER), dialog);
+        EXPECT_FALSE(IsWindowEnabled(dialog));
+        PostMessageW(FindButton(box, c.button), BM_CLICK, 0, 0);
+        EXPECT_TRUE(Eventually([&] { return !IsWindow(box); }, 5000));
+        EXPECT_EQ(Eventually([&] { return !IsWindow(dialog); }, 500), c.saved) << c.box;
+        EXPECT_EQ(BytesOf(directory.Path() / "x.eml") == "old", !c.saved) << c.box;
+    }
+    ASSERT_NO_FATAL_FAILURE(StartClient(L"--at=time:300:box:other"));
+    EXPECT_TRUE(Eventually([&] { return !IsWindowEnabled(window); }, 5000));
+    const HWND box = WaitForWindow(process->Id(), L"#32770", L"Outlook Express", 5000);
+    EXPECT_EQ(GetWindow(box, GW_OWNER), nullptr);
+    PostMessageW(FindButton(box, L"Cancel"), BM_CLICK, 0, 0);
+    EXPECT_TRUE(Eventually([&] { return IsWindowEnabled(window) != FALSE; }, 5000));
+}
+
+TEST_F(ClientTest, SavesGoWrong)
+{
+    const struct {
+        const wchar_t* switches;
+        bool closes;
+        const char *at0, *at600; // the file's bytes; null: no file
+    } cases[] = {
+        {L"--at=save:1:lose", false, nullptr, nullptr},
+        {L"--at=save:1:no-file", true, nullptr, nullptr},
+        {L"--at=save:1:late:500", true, nullptr, "Subject: one\r\n\r\nA"},
+        {L"--at=save:1:empty", true, "", ""},
+        {L"--at=save:1:empty:500", true, "", "Subject: one\r\n\r\nA"},
+    };
+    const auto check = [this](const char* wanted, const wchar_t* switches) {
+        EXPECT_EQ(std::filesystem::exists(directory.Path() / "x.eml"), wanted != nullptr) << switches;
+        EXPECT_EQ(BytesOf(directory.Path() / "x.eml"), wanted ? wanted : "") << switches;
+    };
+    for (const auto& c : cases) {
+        std::filesystem::remove(directory.Path() / "x.eml");
+        ASSERT_NO_FATAL_FAILURE(StartClient(c.switches));
+        const HWND dialog = OpenDialog();
+        Save(dialog, "x.eml");
+        check(c.at0, c.switches);
+        EXPECT_EQ(Eventually([&] { return !IsWindow(dialog); }, 300), c.closes) << c.switches;
+        Sleep(600);
+        check(c.at600, c.switches);
+        if (!c.closes) Save(dialog, "x.eml");
+        EXPECT_TRUE(Eventually([&] { return !IsWindow(dialog); }, 5000));
+    }
+}
+
+TEST_F(ClientTest, SystemDialogHasTheSameControlsAndItsOwnBoxes)
+{
+    directory.Write("there.eml", "mine");
+    ASSERT_NO_FATAL_FAILURE(StartClient(L"--system-dialog --at=save:2:lose"));
+    HWND dialog = OpenDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_FALSE(IsWindowEnabled(window));
+    Save(dialog, "x.eml");
+    EXPECT_TRUE(Eventually([&] { return !IsWindow(dialog); }, 5000));
+    EXPECT_EQ(BytesOf(directory.Path() / "x.eml"), "Subject: one\r\n\r\nA");
+
+    dialog = OpenDialog();
+    Save(dialog, "y.eml");
+    EXPECT_FALSE(Eventually([&] { return !IsWindow(dialog); }, 300)) << "the lost one";
+    // The box is not the dialog; the file stays as it is.
+    for (const char* name : {"no such directory\\x.eml", "there.eml"}) {
+        SendMessageW(Edit(dialog), WM_SETTEXT, 0,
+                     reinterpret_cast<LPARAM>((directory.Path() / name).wstring().c_str()));
+        PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
+        HWND box = nullptr;
+        ASSERT_TRUE(Eventually([&] { return (box = GetLastActivePopup(window)) != dialog; }, 5000)) << name;
+        const HWND no = FindButton(box, L"No");
+        PostMessageW(no ? no : FindButton(box, L"OK"), BM_CLICK, 0, 0);
+        EXPECT_TRUE(Eventually([&] { return !IsWindow(box); }, 5000)) << name;
+        EXPECT_TRUE(IsWindow(dialog)) << name;
+    }
+    Click(dialog, IDCANCEL);
+    EXPECT_TRUE(Eventually([&] { return !IsWindow(dialog); }, 5000));
+    EXPECT_EQ(BytesOf(directory.Path() / "there.eml"), "mine");
+}
+
 } // namespace
