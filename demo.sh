@@ -14,6 +14,9 @@
 #   --show         on the real display, not on a virtual one
 #   --steps LIST   for tests: what is done instead, as demo-driver's steps, parted by blanks
 #   --client LIST  for tests: switches of demo-client, parted by blanks
+#   --beside LINE  for tests: one more Windows program with its arguments, which runs on the same display from
+#                  the press of the first button on and is ended with the run. Its path, of either system, is
+#                  put in double quotes when it has blanks
 #
 # Exits with 0 only if every message of the folders is in the store or was reported as skipped, and log, store
 # and saved.mdb tell of equally many; with --check, if the check came to its end.
@@ -22,17 +25,31 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")" && pwd -P)
 usage() { sed -n '6,/^set/{/^set/d; s/^# \{0,1\}//p}' "$root/demo.sh"; }
 die() { echo "demo: $*" >&2; exit 2; }
+# A program and its arguments as Windows is told them.
+command_line() {
+    local program=${1%% *} arguments=""
+    if [[ $1 == \"*\"* ]]; then
+        program=${1#\"}
+        arguments=${program#*\"}
+        program=${program%%\"*}
+    elif [[ $1 == *" "* ]]; then
+        arguments=" ${1#* }"
+    fi
+    [[ $program == [A-Za-z]:* || $program == \\\\* ]] || program="Z:$(realpath -m -- "$program" | tr / '\\')"
+    printf '"%s"%s' "$program" "$arguments"
+}
 
-mail=$root/demo/mail out=$root/build/demo folder="" check="" steps=() client=() display=(-s 2400x900)
+mail=$root/demo/mail out=$root/build/demo folder="" check="" steps=() client=() beside=() display=(-s 2400x900)
 while (($#)); do
     case $1 in
-        --mail | --out | --folder | --check | --steps | --client) [ -n "${2:-}" ] || die "$1 needs a value" ;;&
+        --mail | --out | --folder | --check | --steps | --client | --beside) [ -n "${2:-}" ] || die "$1 needs a value" ;;&
         --mail) mail=$2; shift 2 ;;
         --out) out=$2; shift 2 ;;
         --folder) folder=${2#./}; shift 2 ;;
         --check) [[ $2 =~ ^(simple|database|file)$ ]] || die "--check simple, database or file"; check=$2; shift 2 ;;
         --steps) read -ra steps <<<"$2"; shift 2 ;;
         --client) read -ra client <<<"$2"; shift 2 ;;
+        --beside) beside=(--beside "$(command_line "$2")"); shift 2 ;;
         --show) [ -n "${DISPLAY:-}" ] || die "--show, but DISPLAY is not set"; display=(-d); shift ;;
         -h | --help) usage; exit 0 ;;
         *) usage >&2; exit 2 ;;
@@ -105,7 +122,7 @@ cp -- "$root/build/win32/quillbox.exe" "$out/program/"
 limit=$((900 + 5 * ${packed%% *}))
 # In Universal Time: there the dates of the message list are those of the files.
 TZ=UTC "$root/scripts/wine-run.sh" -t "$limit" "${display[@]}" -- \
-    "$root/demo/driver/run.sh" "$root/build/win32" "$out" "$scratch" "$shown" "${steps[@]}" -- "${client[@]}" 8<&- &
+    "$root/demo/driver/run.sh" "${beside[@]}" "$root/build/win32" "$out" "$scratch" "$shown" "${steps[@]}" -- "${client[@]}" 8<&- &
 pid=$!
 status=0
 wait "$pid" || status=$?

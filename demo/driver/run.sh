@@ -1,8 +1,14 @@
 #!/usr/bin/env bash
 # Inside a running Wine: lets the driver do its steps, and takes the pictures that it asks for.
-# usage: run.sh PROGRAMS OUT SCRATCH FOLDER STEP... [-- CLIENT_SWITCH...]
+# usage: run.sh [--beside COMMANDLINE] PROGRAMS OUT SCRATCH FOLDER STEP... [-- CLIENT_SWITCH...]
+#   COMMANDLINE is Windows's, of one more program that runs meanwhile;
 #   OUT has program/quillbox.exe; SCRATCH has mail.pack and gets pictures/NAME.png; FOLDER is shown first
 set -euo pipefail
+beside=()
+if [ "$1" = --beside ]; then
+    beside=(--beside "$2")
+    shift 2
+fi
 programs=$1 out=$2 scratch=$3 folder=$4
 shift 4
 steps=()
@@ -17,7 +23,7 @@ pictures=$scratch/pictures
 mkdir -p "$pictures"
 : >"$scratch/driver.log"
 wine "$programs/demo-driver.exe" --program "$(windows_path "$out/program/quillbox.exe")" \
-    --pictures "$(windows_path "$pictures")" "${steps[@]}" -- "$(windows_path "$programs/demo-client.exe")" \
+    --pictures "$(windows_path "$pictures")" "${beside[@]}" "${steps[@]}" -- "$(windows_path "$programs/demo-client.exe")" \
     --mail "$(windows_path "$scratch/mail.pack")" --select "$folder" "$@" >"$scratch/driver.log" 2>&1 </dev/null &
 driver=$!
 tail -n +1 -f --pid="$driver" -s 0.2 "$scratch/driver.log" | tr -d '\r' &

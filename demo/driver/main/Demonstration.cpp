@@ -164,6 +164,8 @@ void Demonstration::Press(const Command& command)
     const HWND button = FindButton(window_, command.caption);
     boxesAnswered_ = exporting_ = 0;
     completed_ = false;
+    if (!choices_.beside.empty() && !beside_)
+        beside_ = std::make_unique<StartedProcess>(choices_.beside, std::wstring());
     if (!button || !::Press(button)) throw std::runtime_error("the button of the step cannot be pressed");
     commandRuns_ = true;
     Print(L"> pressed \"" + std::wstring(command.caption) + L"\"");
@@ -218,6 +220,13 @@ void Demonstration::Tick(std::wstring caption)
     const HWND box = FindControl(window_, L"Button", caption, Visible::no);
     if (!box) throw std::runtime_error("there is no such check box");
     if (SendMessageW(box, BM_GETCHECK, 0, 0) != BST_CHECKED) SendMessageW(box, BM_CLICK, 0, 0);
+}
+
+void Demonstration::EndBeside()
+{
+    if (beside_ && beside_->HasEnded())
+        Print(L"> the program beside had ended with code " + std::to_wstring(beside_->ExitCode()));
+    beside_.reset();
 }
 
 void Demonstration::CloseProgram()

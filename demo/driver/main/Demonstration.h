@@ -3,6 +3,7 @@
 #pragma once
 #include "demo/driver/ProgramDriver.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,7 @@ struct Choices {
     std::wstring program;             // Quillbox
     std::wstring pictures;            // directory, or empty: nobody takes pictures
     std::vector<std::wstring> client; // program and arguments
+    std::wstring beside;              // command line of a program that runs beside the commands; or empty
     std::vector<std::wstring> steps;  // see kSteps
 };
 
@@ -25,6 +27,7 @@ public:
     void StartClient();
     void StartProgram(); // until the commands are offered
     void Do(const std::wstring& step);
+    void EndBeside(); // the program beside; the first command has started it
     void CloseProgram();
     void CloseClient();
     void ShowLog(); // the lines that have come since the last time
@@ -54,6 +57,7 @@ private:
     const Choices& choices_;
     GrowingFile log_;
     StartedProcess client_, program_;
+    std::unique_ptr<StartedProcess> beside_;
     HWND clientWindow_ = nullptr, window_ = nullptr;
     std::vector<std::wstring> requested_;   // files of pictures that may not have been taken yet
     std::size_t lines_ = 0, exporting_ = 0; // of the log; those about one e-mail since the button was pressed

@@ -8,10 +8,12 @@
 namespace {
 
 constexpr char kUsage[] =
-    "usage: demo-driver --program QUILLBOX.EXE [--pictures DIR] [--do STEP]... -- CLIENT.EXE [ARGUMENTS]\n"
+    "usage: demo-driver --program QUILLBOX.EXE [--pictures DIR] [--beside COMMANDLINE] [--do STEP]...\n"
+    "                   -- CLIENT.EXE [ARGUMENTS]\n"
     "  --pictures DIR   for each picture to be taken a file DIR\\NAME.place is made, \"WxH+X+Y\", the place "
     "of\n"
     "                   the window on the screen; who has taken it removes the file\n"
+    "  --beside LINE    one more program, from the first button that is pressed to the end of the steps\n"
     "steps:\n";
 
 bool ReadArguments(int argc, wchar_t** argv, Choices& choices)
@@ -23,6 +25,8 @@ bool ReadArguments(int argc, wchar_t** argv, Choices& choices)
             choices.program = argv[i + 1];
         else if (name == L"--pictures")
             choices.pictures = argv[i + 1];
+        else if (name == L"--beside")
+            choices.beside = argv[i + 1];
         else if (name == L"--do")
             choices.steps.push_back(argv[i + 1]);
         else
@@ -47,6 +51,7 @@ int wmain(int argc, wchar_t** argv)
         demonstration.StartClient();
         demonstration.StartProgram();
         for (const std::wstring& step : choices.steps) demonstration.Do(step);
+        demonstration.EndBeside();
         demonstration.CloseProgram();
         demonstration.CloseClient();
         return 0;
