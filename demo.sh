@@ -17,9 +17,12 @@
 #   --beside LINE  for tests: one more Windows program with its arguments, which runs on the same display from
 #                  the press of the first button on and is ended with the run. Its path, of either system, is
 #                  put in double quotes when it has blanks
+#   --moving       for tests: rows move during the run, so that a stored e-mail is known by the subject in its
+#                  name, not by its number; no two messages of a folder have the same subject
 #
-# Exits with 0 only if every message of the folders is in the store or was reported as skipped, and log, store
-# and saved.mdb tell of equally many; with --check, if the check came to its end.
+# Exits with 0 only if every message of the folders is in the store or was reported as skipped, every stored
+# e-mail is byte for byte the message that its name and its record tell of, and log, store and saved.mdb tell of
+# equally many; with --check, if the check came to its end.
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")" && pwd -P)
@@ -39,7 +42,7 @@ command_line() {
     printf '"%s"%s' "$program" "$arguments"
 }
 
-mail=$root/demo/mail out=$root/build/demo folder="" check="" steps=() client=() beside=() display=(-s 2400x900)
+mail=$root/demo/mail out=$root/build/demo folder="" check="" steps=() client=() beside=() moving=() display=(-s 2400x900)
 while (($#)); do
     case $1 in
         --mail | --out | --folder | --check | --steps | --client | --beside) [ -n "${2:-}" ] || die "$1 needs a value" ;;&
@@ -50,6 +53,7 @@ while (($#)); do
         --steps) read -ra steps <<<"$2"; shift 2 ;;
         --client) read -ra client <<<"$2"; shift 2 ;;
         --beside) beside=(--beside "$(command_line "$2")"); shift 2 ;;
+        --moving) moving=(--moving); shift ;;
         --show) [ -n "${DISPLAY:-}" ] || die "--show, but DISPLAY is not set"; display=(-d); shift ;;
         -h | --help) usage; exit 0 ;;
         *) usage >&2; exit 2 ;;
@@ -138,7 +142,7 @@ if [ "$check" = file ] && grep -q '^> folder .*: \(yellow\|red\)' "$scratch/driv
     echo "      as not saved, whether they are or not"
 fi
 [ -z "$check" ] || exit "$status"
-rows=$({ "$tools/quillbox-inspect" db "$out/program/saved.mdb" list || status=1; } | wc -l)
-"$tools/demo-check" --mail "$scratch/mail.pack" --store "$out/store" "${which[@]}" \
-    --log "$out/program/log.txt" --rows "$rows" || status=1
+"$tools/quillbox-inspect" db "$out/program/saved.mdb" list >"$scratch/records" || status=1
+"$tools/demo-check" --mail "$scratch/mail.pack" --store "$out/store" "${which[@]}" "${moving[@]}" \
+    --log "$out/program/log.txt" --records "$scratch/records" || status=1
 exit "$status"

@@ -12,34 +12,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-using FilesByRow = std::multimap<std::size_t, fs::path>;
+constexpr std::size_t kNameLimit = 128; // of a folder's name as the program reads it
 
 std::string Shown(const fs::path& path)
 {
     const std::u8string name = path.filename().u8string();
     return std::string(name.begin(), name.end());
-}
-
-// The row that a file name begins with: all its digits count, and there are at least four.
-bool ReadRow(const std::string& name, std::size_t& row)
-{
-    const std::size_t digits = std::min(name.find_first_not_of("0123456789"), name.size());
-    if (digits < 4 || digits > 9 || (digits > 4 && name[0] == '0')) return false;
-    if (name.size() < 4 || !EqualNoCase(name.substr(name.size() - 4), ".eml")) return false;
-    row = static_cast<std::size_t>(std::stoul(name.substr(0, digits)));
-    return true;
-}
-
-FilesByRow ListFiles(const fs::path& directory)
-{
-    FilesByRow files;
-    std::error_code error;
-    for (auto entry = fs::directory_iterator(directory, error); !error && entry != fs::directory_iterator();
-         entry.increment(error)) {
-        std::size_t row = 0;
-        if (entry->is_regular_file() && ReadRow(Shown(entry->path()), row)) files.emplace(row, entry->path());
-    }
-    return files;
 }
 
 std::vector<fs::path> ListDirectories(const fs::path& directory)
@@ -51,26 +29,6 @@ std::vector<fs::path> ListDirectories(const fs::path& directory)
         if (entry->is_directory()) found.push_back(entry->path());
     std::sort(found.begin(), found.end());
     return found;
-}
-
-bool HoldsBytes(const fs::path& file, const std::string& bytes)
-{
-    std::error_code error;
-    return fs::file_size(file, error) == bytes.size() && !error && ReadFileBytes(file) == bytes;
-}
-
-bool IsExported(const FilesByRow& files, std::size_t row, const std::string& bytes)
-{
-    const auto [first, last] = files.equal_range(row);
-    return std::any_of(first, last, [&](const auto& file) { return HoldsBytes(file.second, bytes); });
-}
-
-std::vector<bool> ExportedRows(const MailFolder& folder, const FilesByRow& files)
-{
-    std::vector<bool> exported;
-    for (std::size_t row = 0; row < folder.messages.size(); ++row)
-        exported.push_back(IsExported(files, row, folder.messages[row].bytes));
-    return exported;
 }
 
 struct Found {
@@ -119,7 +77,8 @@ public:
 private:
     static std::size_t Score(const MailFolder& folder, const fs::path& directory)
     {
-        const std::vector<bool> exported = ExportedRows(folder, ListFiles(directory));
+        const std::vector<bool> exported =
+            HoldFilesAgainst(folder, ListStoredFiles(directory), Rows::stay).exported;
         auto score = static_cast<std::size_t>(std::count(exported.begin(), exported.end(), true));
         if (folder.folders.empty()) return score;
         DirectoryFinder below(directory, folder);
@@ -182,18 +141,42 @@ bool MayLookAlike(const MailMessage& a, const MailMessage& b)
 }
 
 struct Check {
-    const std::vector<ExportRecord>& log;
-    std::string ignored{}; // with "/" between the names; empty: none
+    const CheckInput& input;
     bool isIgnoring = false;
     CheckResult result{};
+    std::set<std::u16string> foldersMet{};
+    std::set<fs::path> directoriesMet{};
 
-    void Folder(const MailFolder& folder, const std::string& path, const fs::path& directory)
+    // fullName: the names of all levels joined by "\\", as records have it.
+    void Folder(const MailFolder& folder, const std::string& path, const std::u16string& fullName,
+                const fs::path& directory)
     {
-        const FilesByRow files = directory.empty() ? FilesByRow() : ListFiles(directory);
-        const std::vector<bool> exported = ExportedRows(folder, files);
+        const std::vector<StoredFile> files = ListStoredFiles(directory);
+        const FolderClaims claims = HoldFilesAgainst(folder, files, input.rows);
+        AddProblems(path, claims.problems);
+        const std::u16string folded = FoldAscii(fullName);
+        foldersMet.insert(folded);
+        directoriesMet.insert(directory);
+        if (input.records) {
+            const auto found = input.records->find(folded);
+            AddProblems(path, HoldRecordsAgainst(folder, files, claims,
+                                                 found == input.records->end() ? std::vector<std::u16string>()
+                                                                               : found->second));
+        }
+        Messages(folder, path, claims.exported);
+    }
+
+    void AddProblems(const std::string& path, const std::vector<std::string>& problems)
+    {
+        for (const std::string& problem : problems) result.problems.push_back(path + ": " + problem);
+    }
+
+    void Messages(const MailFolder& folder, const std::string& path, const std::vector<bool>& exported)
+    {
         const auto saved = static_cast<std::size_t>(std::count(exported.begin(), exported.end(), true));
         const std::size_t unsaved = exported.size() - saved;
-        const std::size_t skipped = unsaved == 0 ? 0 : SkippedForGood(log, folder.name, exported.size());
+        const std::size_t skipped =
+            unsaved == 0 ? 0 : SkippedForGood(input.log, folder.name, exported.size());
         result.messages += exported.size();
         result.exported += saved;
         for (std::size_t row = 0; row < exported.size(); ++row) {
@@ -201,7 +184,7 @@ struct Check {
             const std::string what =
                 path + ": row " + std::to_string(row) + " (" + NameToUtf8(folder.messages[row].source) + ") ";
             if (unsaved > skipped)
-                result.problems.push_back(what + (files.count(row) ? "differs from its file" : "is missing"));
+                result.problems.push_back(what + "is not stored");
             else if (HasTwin(folder, row, exported))
                 result.notes.push_back(what + "was skipped: a stored one looks the same in the list");
             else
@@ -219,18 +202,35 @@ struct Check {
         return false;
     }
 
-    void Tree(const MailFolder& folder, const std::string& path, const fs::path& directory)
+    void Tree(const MailFolder& folder, const std::u16string& fullName, const fs::path& directory)
     {
-        isIgnoring = isIgnoring || (!ignored.empty() && EqualNoCase(path, ignored));
+        std::string path = NameToUtf8(fullName);
+        isIgnoring = isIgnoring || (!input.ignored.empty() && EqualNoCase(path, input.ignored));
+        std::replace(path.begin(), path.end(), '\\', '/');
         if (!isIgnoring)
-            Folder(folder, path, directory);
+            Folder(folder, path, fullName, directory);
         else if (!folder.messages.empty())
             result.notes.push_back(path + ": " + std::to_string(folder.messages.size()) +
                                    " messages left out, as the first folder to ignore wants it");
         DirectoryFinder below(directory, folder);
         for (const MailFolder& child : folder.folders)
-            Tree(child, path + "/" + NameToUtf8(child.name),
+            Tree(child, fullName + u"\\" + child.name.substr(0, kNameLimit),
                  directory.empty() ? fs::path() : below.Take(child).directory);
+    }
+
+    // Files and records of no folder that there is.
+    void Strays()
+    {
+        std::error_code error;
+        for (auto entry = fs::recursive_directory_iterator(input.store, error);
+             !error && entry != fs::recursive_directory_iterator(); entry.increment(error))
+            if (entry->is_regular_file() && !directoriesMet.count(entry->path().parent_path()))
+                result.problems.push_back(Shown(entry->path().parent_path()) + "/" + Shown(entry->path()) +
+                                          ": in no folder's directory");
+        for (const auto& [folder, subjects] : input.records.value_or(SavedRecords()))
+            if (!foldersMet.count(folder))
+                result.problems.push_back(NameToUtf8(folder) + ": " + std::to_string(subjects.size()) +
+                                          " records, but there is no such folder");
     }
 };
 
@@ -248,23 +248,22 @@ fs::path RootDirectory(const fs::path& store)
 
 } // namespace
 
-CheckResult CheckAll(const MailFolder& root, const fs::path& store, const std::vector<ExportRecord>& log,
-                     const std::string& ignored)
+CheckResult CheckAll(const MailFolder& root, const CheckInput& input)
 {
-    Check check{log, ignored};
-    std::replace(check.ignored.begin(), check.ignored.end(), '\\', '/');
-    check.Tree(root, NameToUtf8(kRootFolderName), RootDirectory(store));
+    Check check{input};
+    check.Tree(root, std::u16string(kRootFolderName), RootDirectory(input.store));
+    if (!check.isIgnoring) check.Strays();
     return check.result;
 }
 
-CheckResult CheckFolder(const MailFolder& root, std::u16string_view path, const fs::path& store,
-                        const std::vector<ExportRecord>& log)
+CheckResult CheckFolder(const MailFolder& root, std::u16string_view path, const CheckInput& input)
 {
     const MailFolder* const wanted = FindFolder(root, path);
     if (!wanted) throw MailboxError(NameToUtf8(path) + ": no such folder");
     // Down from the root: of each level's folders one is or holds the wanted one.
     const MailFolder* folder = &root;
-    fs::path directory = RootDirectory(store);
+    std::u16string fullName(kRootFolderName);
+    fs::path directory = RootDirectory(input.store);
     while (folder != wanted) {
         DirectoryFinder below(directory, *folder);
         fs::path found;
@@ -276,9 +275,10 @@ CheckResult CheckFolder(const MailFolder& root, std::u16string_view path, const 
             break;
         }
         folder = next;
+        fullName += u"\\" + folder->name.substr(0, kNameLimit);
         directory = found;
     }
-    Check check{log};
-    check.Folder(*wanted, NameToUtf8(path), directory);
+    Check check{input};
+    check.Folder(*wanted, NameToUtf8(path), fullName, directory);
     return check.result;
 }

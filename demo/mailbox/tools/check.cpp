@@ -1,4 +1,5 @@
-// check.cpp: demo-check: tells whether an export is whole: every message stored byte for byte, or reported.
+// check.cpp: demo-check: tells whether an export is whole: every message stored byte for byte, or reported;
+// every file and every record what it says it is.
 #include "demo/mailbox/Check.h"
 #include "demo/mailbox/Names.h"
 
@@ -9,7 +10,11 @@ namespace {
 
 constexpr char kUsage[] =
     "usage: demo-check --mail DIRECTORY_OR_PACK --store DIRECTORY (--folder PATH | --all)\n"
-    "                  [--log LOGFILE [--rows N]]\n";
+    "                  [--log LOGFILE] [--records FILE] [--moving]\n"
+    "  --records FILE  the rows of saved.mdb, as quillbox-inspect lists them\n"
+    "  --moving        rows moved during the export: a file's message is told by the subject in its name, "
+    "and\n"
+    "                  no two messages of a folder have the same\n";
 
 using Arguments = std::map<std::string, std::string>;
 
@@ -17,10 +22,10 @@ bool ReadArguments(int argc, char** argv, Arguments& arguments)
 {
     for (int i = 1; i < argc; ++i) {
         const std::string name = argv[i];
-        if (name == "--all")
+        if (name == "--all" || name == "--moving")
             arguments[name];
         else if ((name == "--mail" || name == "--store" || name == "--folder" || name == "--log" ||
-                  name == "--rows") &&
+                  name == "--records") &&
                  i + 1 < argc)
             arguments[name] = argv[++i];
         else
@@ -39,7 +44,7 @@ std::size_t CountFiles(const std::filesystem::path& store)
 }
 
 // What the whole log tells beside what there is: after runs that nobody disturbed the three are equal.
-bool CompareTotals(const std::vector<ExportRecord>& log, std::size_t files, const std::string& rows)
+bool CompareTotals(const std::vector<ExportRecord>& log, std::size_t files, std::size_t rows)
 {
     ExportRecord all{};
     for (const ExportRecord& record : log) {
@@ -47,7 +52,7 @@ bool CompareTotals(const std::vector<ExportRecord>& log, std::size_t files, cons
         all.failed += record.failed;
         all.skipped += record.skipped;
     }
-    const bool agree = all.passed == files && std::to_string(files) == rows;
+    const bool agree = all.passed == files && files == rows;
     std::cout << "log: " << all.passed << " passed, " << all.failed << " failed, " << all.skipped
               << " skipped; store: " << files << " files; saved.mdb: " << rows
               << " rows: " << (agree ? "they agree" : "THEY DIFFER") << "\n";
@@ -58,17 +63,21 @@ int Run(const Arguments& arguments)
 {
     const MailFolder root = LoadMailbox(arguments.at("--mail"));
     const std::string logBytes = arguments.count("--log") ? ReadFileBytes(arguments.at("--log")) : "";
-    const std::vector<ExportRecord> log = ReadExportLog(logBytes);
-    const std::filesystem::path store = arguments.at("--store");
+    CheckInput input;
+    input.store = arguments.at("--store");
+    input.log = ReadExportLog(logBytes);
+    input.ignored = IgnoredFolder(logBytes);
+    if (arguments.count("--records")) input.records = ReadRecords(ReadFileBytes(arguments.at("--records")));
+    if (arguments.count("--moving")) input.rows = Rows::move;
     const CheckResult result = arguments.count("--all")
-                                   ? CheckAll(root, store, log, IgnoredFolder(logBytes))
-                                   : CheckFolder(root, NameFromUtf8(arguments.at("--folder")), store, log);
+                                   ? CheckAll(root, input)
+                                   : CheckFolder(root, NameFromUtf8(arguments.at("--folder")), input);
     for (const std::string& note : result.notes) std::cout << "note: " << note << "\n";
     for (const std::string& problem : result.problems) std::cout << "PROBLEM: " << problem << "\n";
     std::cout << result.exported << " of " << result.messages << " messages exported";
     std::cout << "\n";
-    const bool agree = !arguments.count("--rows") || !arguments.count("--log") ||
-                       CompareTotals(log, CountFiles(store), arguments.at("--rows"));
+    const bool agree = !input.records || !arguments.count("--log") ||
+                       CompareTotals(input.log, CountFiles(input.store), CountRecords(*input.records));
     return result.problems.empty() && agree ? 0 : 1;
 }
 
