@@ -38,7 +38,10 @@ command_line() {
     elif [[ $1 == *" "* ]]; then
         arguments=" ${1#* }"
     fi
-    [[ $program == [A-Za-z]:* || $program == \\\\* ]] || program="Z:$(realpath -m -- "$program" | tr / '\\')"
+    if [[ $program != [A-Za-z]:* && $program != \\\\* ]]; then
+        program=Z:$(realpath -m -- "$program")
+        program=${program//\//\\}
+    fi
     printf '"%s"%s' "$program" "$arguments"
 }
 

@@ -19,7 +19,7 @@ namespace {
 
 constexpr DWORD kStartLimit = 60000; // milliseconds until a window is there; machines under load are slow
 constexpr DWORD kSyncLimit = 120000; // and for reading the folder tree
-constexpr DWORD kIdleLimit = 120000; // a run that shows nothing new for that long has stopped
+constexpr DWORD kIdleLimit = 200000; // a run that shows nothing new for that long has stopped
 constexpr DWORD kCloseLimit = 30000;
 constexpr DWORD kPictureLimit = 15000;
 constexpr std::size_t kLinesBeforePicture = 5; // e-mails that a picture of a run in progress should show

@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# Exports that are disturbed: someone clicks rows, mail arrives and goes, the list is sorted anew, keys get lost,
+# dialogs come late or with boxes in front of them. Whatever a disturbed run leaves out, no file and no record of
+# it may be another e-mail's; and an undisturbed run afterwards stores the rest.
+# usage: disturbed.sh MESSAGES [SCENARIO...]
+set -euo pipefail
+messages=$1
+shift
+root=$(realpath "$(dirname "$0")/../..")
+scratch=$(realpath "$(mktemp -d "${TMPDIR:-/tmp}/quillbox-disturbed.XXXXXX")")
+pid=""
+# shellcheck disable=SC2317 # called by the trap
+finish() {
+    local status=$?
+    if [ -n "$pid" ]; then kill -TERM "$pid" 2>/dev/null; wait "$pid"; fi
+    rm -rf "$scratch"
+    exit "$status"
+}
+trap finish EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+"$root/scripts/build.sh" win32 demo-clicker
+cd "$scratch"
+
+# No two subjects of a folder are the same: e-mails are known wherever their rows go.
+make_folder() { # NAME MESSAGES
+    local i
+    mkdir -p "mail/$1"
+    for ((i = 0; i < $2; i++)); do
+        printf 'Received: from a by b; Tue, 3 Apr 2007 %02d:%02d:00 +0000\r\nFrom: "Writer %d" <w%d@example.org>\r\nTo: reader@example.com\r\nSubject: %s, letter %03d of many\r\nDate: Tue, 3 Apr 2007 %02d:%02d:00 +0000\r\n\r\nBody %d\r\n' \
+            $((i / 60 % 24)) $((i % 60)) $((i % 7)) $((i % 7)) "$1" "$i" $((i / 60 % 24)) $((i % 60)) "$i" \
+            >"mail/$1/$(printf %05d "$i").eml"
+    done
+}
+make_folder Inbox "$messages"
+make_folder Short 12
+
+fail() { tail -n 60 said; echo "FAILED: $*"; exit 1; }
+run() { # ARGUMENTS...: the exit code is in $code, what was printed in the file "said"
+    code=0
+    "$root/demo.sh" --mail mail "$@" >said 2>&1 &
+    pid=$!
+    wait "$pid" || code=$?
+    pid=""
+    ! grep -q '^demo-driver: ' said || fail "the run did not come to its end: demo.sh $*"
+}
+said() { grep -qE -- "$1" said || fail "not said: $1"; }
+not_said() { ! grep -E -- "$1" said || fail "what should not be said: $1"; }
+
+# scenario NAME FOLDER MESSAGES stay|move ARGUMENTS...: rows stay or move in the disturbed run.
+scenario() {
+    local name=$1 folder=$2 count=$3 moving=() stored
+    [ "$4" = stay ] || moving=(--moving)
+    shift 4
+    [[ " ${only[*]} " == *" $name "* || ${#only[@]} -eq 0 ]] || return 0
+    run --out "$name" --folder "$folder" "${moving[@]}" "$@"
+    not_said '^PROBLEM: .* (holds|is no e-mail|has no record|has no file|more files have no record)'
+    stored=$(sed -n 's/^\([0-9]*\) of [0-9]* messages exported$/\1/p' said)
+    [ "${stored:-0}" -gt 0 ] || fail "nothing was stored"
+    [ "$name" != clicker ] || said '^clicker: [0-9]+ clicks'
+    run --out "$name" --folder "$folder" "${moving[@]}"
+    [ "$code" -eq 0 ] || fail "exit code $code of an undisturbed run behind \"$name\""
+    said "^$count of $count messages exported\$"
+    echo "$name: $stored of $count stored in the disturbed run, all after another one"
+}
+inbox() { scenario "$1" Inbox "$messages" "${@:2}"; }
+short() { scenario "$1" Short 12 "${@:2}"; }
+
+only=("$@")
+inbox clicker stay --beside "$root/build/win32/demo-clicker.exe 7 50"
+inbox arrivals move --client "--hold-back=3 --at=LVM_GETITEMW:120:arrive --at=dialog:12:arrive --at=LVM_GETSELECTEDCOUNT:40:arrive"
+inbox deletions move --client "--at=LVM_GETITEMW:120:delete --at=command:12:delete --at=LVM_GETSELECTEDCOUNT:40:delete:0"
+inbox re-sort move --client "--at=dialog:15:resort"
+inbox re-sort-before move --client "--at=command:15:resort"
+inbox keys stay --client "--at=down:10:lose --at=down:20:double"
+short late-dialogs stay --client "--dialog-delays=2100,3300,100,500"
+short late-dialogs-taken stay --client "--dialog-delays=2100,3300,100,500 --take-at-command"
+short system-dialog stay --client "--system-dialog"
+short boxes stay --client "--at=save:3:box:bad-name --at=save:5:box:disk-full --at=save:7:box:replace --at=save:9:lose"
+short slow-acts stay --client "--at=save:3:silent:3000 --at=save:5:pump:3000 --at=down:7:silent:3000 --at=down:9:pump:3000"
