@@ -129,7 +129,8 @@ void Client::ShowFolder(const MailFolder* folder)
 
 void Client::AskForSave()
 {
-    if (dialogOpen_) return;
+    // The open dialog is modal. One that is just closing has enabled the window: the next waits for it.
+    if (dialogOpen_ && !IsWindowEnabled(window_)) return;
     const Handling handling = Occur(Event::command);
     if (handling.lost) return;
     for (int times = handling.twice ? 2 : 1; times > 0; --times) {

@@ -172,6 +172,18 @@ TEST_F(ClientTest, FiftySavesOfFifty)
     EXPECT_EQ(saved, 50);
 }
 
+// It waits until the dialog before has closed.
+TEST_F(ClientTest, CommandBehindACancelledDialogIsNotLost)
+{
+    ASSERT_NO_FATAL_FAILURE(StartClient(L""));
+    for (int i = 0; i < 20; ++i) {
+        const HWND dialog = OpenDialog(2000);
+        ASSERT_NE(dialog, nullptr) << i;
+        PostMessageW(GetDlgItem(dialog, IDCANCEL), BM_CLICK, 0, 0);
+        ASSERT_TRUE(Eventually([&] { return !IsWindow(dialog) || TextOf(dialog).empty(); }, 5000)) << i;
+    }
+}
+
 TEST_F(ClientTest, MisbehavesOnRequest)
 {
     const struct {
