@@ -47,6 +47,16 @@ run() { # ARGUMENTS...: the exit code is in $code, what was printed in the file 
 said() { grep -qE -- "$1" said || fail "not said: $1"; }
 not_said() { ! grep -E -- "$1" said || fail "what should not be said: $1"; }
 
+told_of_all() { # MESSAGES: by the closing line, from the row on that the export began with
+    local words handled more first
+    words=$(grep -oE '[0-9]+ of [0-9]+ e-mail\(s\) handled in this run are saved.*' said | tail -n 1) || true
+    handled=$(sed -nE 's/^[0-9]+ of ([0-9]+) .*/\1/p' <<<"$words")
+    more=$(sed -nE 's/.* ([0-9]+) more were not looked at.*/\1/p' <<<"$words")
+    first=$(sed -nE 's/.*-- Exporting ([0-9]+) to .*/\1/p' said | tail -n 1)
+    [ $((${handled:-0} + ${more:-0} + ${first:-0})) -ge "$1" ] ||
+        fail "the closing line does not tell of $1 e-mails: $words"
+}
+
 # scenario NAME FOLDER MESSAGES stay|move LEAST ARGUMENTS...: rows stay or move in the disturbed run, which stores
 # at least so many.
 scenario() {
@@ -55,7 +65,9 @@ scenario() {
     shift 5
     [[ " ${only[*]} " == *" $name "* || ${#only[@]} -eq 0 ]] || return 0
     run --out "$name" --folder "$folder" "${moving[@]}" "$@"
-    not_said '^PROBLEM: .* (holds|is no e-mail|has no record|has no file|more files have no record)'
+    not_said '^PROBLEM: (log: |.* (holds|is no e-mail|has no record|has no file|more files have no record))'
+    # Deleted e-mails aside, each row is told of: handled, or not looked at.
+    [ "$name" = deletions ] || told_of_all "$count"
     stored=$(sed -n 's/^\([0-9]*\) of [0-9]* messages exported$/\1/p' said)
     [ "${stored:-0}" -ge "$least" ] || fail "only ${stored:-0} stored, not $least"
     [ "$name" != clicker ] || said '^clicker: [0-9]+ clicks'

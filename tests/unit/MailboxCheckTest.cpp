@@ -61,6 +61,53 @@ TEST_F(MailboxCheckTest, ReadsTheOutcomesOfALog)
     EXPECT_EQ(SkippedForGood(log, u"caf\u00E9", 2), 0u);
 }
 
+TEST_F(MailboxCheckTest, ClosingLineAgreesWithTheDisk)
+{
+    const auto line = [](const std::string& words) { return "03/04/2007 10:15:00 " + words + "\r\n"; };
+    const std::string inbox = LogOf("-Inbox", 3, "2 passed, 0 failed, 1 skipped"),
+                      empty = LogOf("Inbox", 0, "0 passed, 0 failed, 0 skipped"),
+                      all = line("Exporting Outlook Express folders") + inbox +
+                            LogOf("Sub", 1, "1 passed, 0 failed, 0 skipped"),
+                      good = line("2 of 3 e-mail(s) handled in this run are saved; 1 are not.");
+    std::string begun = inbox;
+    begun.replace(begun.find("Exporting 0 to 2"), 16, "Exporting 5 to 7");
+    const std::u16string name = u"Inbox", other = u"Outbox";
+    const struct {
+        const char* why;
+        std::string log;
+        const std::u16string* folder;
+        std::size_t messages, stored, problems;
+    } cases[] = {
+        {"the truth", inbox + good, &name, 3, 2, 0},
+        {"too few is no lie", inbox + good, &name, 3, 3, 0},
+        {"too many", inbox + good, &name, 3, 1, 2},
+        {"one that nobody speaks of", inbox + good, &name, 4, 2, 1},
+        {"not looked at",
+         inbox +
+             line("2 of 3 e-mail(s) handled in this run are saved; 1 are not. 1 more were not looked at."),
+         &name, 4, 2, 0},
+        {"does not add up", inbox + line("2 of 3 e-mail(s) handled in this run are saved; 0 are not."), &name,
+         2, 2, 1},
+        {"another text is no closing line",
+         inbox + line("2 of 3 e-mail(s) handled in this run are saved; 1 are not. Really."), &name, 3, 2, 1},
+        {"none", inbox, &name, 3, 2, 1},
+        {"none, and the next run's", inbox + line("Started Quillbox") + inbox + good, &name, 3, 2, 1},
+        {"nothing was there to do", empty, &name, 0, 0, 0},
+        {"another folder's", inbox + good, &other, 9, 0, 0},
+        {"one for all folders", all + good, nullptr, 3, 2, 0},
+        {"of all folders, too many", all + good, nullptr, 3, 1, 2},
+        {"of all folders, asked for one", all + good, &name, 3, 0, 0},
+        {"of one folder, asked for all", inbox + good, nullptr, 9, 2, 0},
+        {"only the last can tell",
+         inbox + good + inbox + line("3 of 3 e-mail(s) handled in this run are saved; 0 are not."), &name, 3,
+         3, 0},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(HoldClosingLinesAgainst(ReadClosingLines(c.log), c.folder, c.messages, c.stored).size(),
+                  c.problems)
+            << c.why;
+}
+
 TEST_F(MailboxCheckTest, FileOfTheRowWithTheSameBytesIsAnExport)
 {
     store.Write("Local Folders/Inbox/0000_one.eml", kFirst);

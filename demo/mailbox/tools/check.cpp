@@ -69,9 +69,18 @@ int Run(const Arguments& arguments)
     input.ignored = IgnoredFolder(logBytes);
     if (arguments.count("--records")) input.records = ReadRecords(ReadFileBytes(arguments.at("--records")));
     if (arguments.count("--moving")) input.rows = Rows::move;
-    const CheckResult result = arguments.count("--all")
-                                   ? CheckAll(root, input)
-                                   : CheckFolder(root, NameFromUtf8(arguments.at("--folder")), input);
+    CheckResult result = arguments.count("--all")
+                             ? CheckAll(root, input)
+                             : CheckFolder(root, NameFromUtf8(arguments.at("--folder")), input);
+    if (arguments.count("--log")) {
+        const std::u16string path = arguments.count("--all") ? u"" : NameFromUtf8(arguments.at("--folder"));
+        const MailFolder* folder = arguments.count("--all") ? nullptr : FindFolder(root, path);
+        // Where rows move, there may be fewer rows in the list at the end than messages in the mailbox.
+        const std::size_t listed = arguments.count("--moving") ? result.exported : result.messages;
+        for (const std::string& problem : HoldClosingLinesAgainst(
+                 ReadClosingLines(logBytes), folder ? &folder->name : nullptr, listed, result.exported))
+            result.problems.push_back("log: " + problem);
+    }
     for (const std::string& note : result.notes) std::cout << "note: " << note << "\n";
     for (const std::string& problem : result.problems) std::cout << "PROBLEM: " << problem << "\n";
     std::cout << result.exported << " of " << result.messages << " messages exported";
