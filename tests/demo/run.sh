@@ -126,3 +126,9 @@ echo "-- stopped, abandoned and taken up again"
 pid=$!
 wait "$pid"
 pid=""
+
+echo "-- disturbed"
+"$root/tests/demo/disturbed.sh" 60 &
+pid=$!
+wait "$pid"
+pid=""
