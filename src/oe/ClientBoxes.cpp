@@ -7,7 +7,7 @@ namespace {
 
 constexpr TextView kBoxClass = u"#32770";
 constexpr int kClassBuffer = 100, kMostBoxes = 3;
-constexpr int kCloseTries = 10, kInterval = 100; // milliseconds
+constexpr int kFillTries = 10, kCloseTries = 10, kInterval = 100; // milliseconds
 
 // Without the mark of its mnemonic.
 Text LabelOf(Desktop& desktop, WindowHandle window)
@@ -34,7 +34,7 @@ Text WordsOf(Desktop& desktop, WindowHandle box)
     desktop.EnumDescendants(box, [&](WindowHandle window) {
         if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), u"Static")) return true;
         const Text text = GetWindowCaption(desktop, window);
-        if (!text.empty()) words += u" - " + text;
+        if (!text.empty()) words += (words.empty() ? u"" : u" - ") + text;
         return true;
     });
     return words;
@@ -42,12 +42,18 @@ Text WordsOf(Desktop& desktop, WindowHandle box)
 
 } // namespace
 
-ClientBoxes::ClientBoxes(OeClient& client, WindowHandle dialog) : client_(client), dialog_(dialog)
+ClientBoxes::ClientBoxes(OeClient& client, WindowHandle dialog)
+    : ClientBoxes(client, dialog, Scope::mainWindowToo)
 {
     client.desktop.EnumTopWindows([this](WindowHandle window) {
         before_.insert(window);
         return true;
     });
+}
+
+ClientBoxes ClientBoxes::InFrontOf(OeClient& client, WindowHandle dialog)
+{
+    return {client, dialog, Scope::dialog};
 }
 
 bool ClientBoxes::IsOurs(WindowHandle window) const
@@ -56,7 +62,8 @@ bool ClientBoxes::IsOurs(WindowHandle window) const
     if (before_.count(window)) return false;
     if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), kBoxClass)) return false;
     if (!IsOfClient(client_, window)) return false;
-    const WindowHandle owner = desktop.IsThere(dialog_) ? dialog_ : client_.handles.mainWindow;
+    const bool dialogDecides = scope_ == Scope::dialog || desktop.IsThere(dialog_);
+    const WindowHandle owner = dialogDecides ? dialog_ : client_.handles.mainWindow;
     // A box may stand in front of another one.
     for (WindowHandle above = desktop.OwnerOf(window); above != 0; above = desktop.OwnerOf(above))
         if (above == owner) return true;
@@ -79,10 +86,14 @@ void ClientBoxes::Answer() const
     for (int answered = 0; answered < kMostBoxes; ++answered) {
         const WindowHandle box = Newest();
         if (box == 0) return;
-        client_.reporter.LogLine(u"Outlook Express says: " + WordsOf(desktop, box), Record::yes);
+        // It is there before its texts and buttons are.
         WindowHandle button = 0;
-        for (const TextView label : {u"No", u"Cancel", u"OK"})
-            if (button == 0) button = FindButton(desktop, box, label);
+        WaitUntil(client_, kFillTries, kInterval, [&] {
+            for (const TextView label : {u"No", u"Cancel", u"OK"})
+                if (button == 0) button = FindButton(desktop, box, label);
+            return button != 0 || !desktop.IsThere(box);
+        });
+        client_.reporter.LogLine(u"Outlook Express says: " + WordsOf(desktop, box), Record::yes);
         if (button == 0) return;
         const auto gone = [&] { return !desktop.IsThere(box); };
         SendClick(client_, button, MouseButton::left, gone);

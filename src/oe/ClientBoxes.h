@@ -9,6 +9,8 @@
 class ClientBoxes {
 public:
     ClientBoxes(OeClient& client, WindowHandle dialog);
+    // What stands in front of a dialog of ours came after it, whenever that was.
+    static ClientBoxes InFrontOf(OeClient& client, WindowHandle dialog);
 
     WindowHandle Newest() const; // the topmost such box; 0: none
     // Presses "No", else "Cancel", else "OK" in each, never another button, and logs its words. Gives up
@@ -16,9 +18,15 @@ public:
     void Answer() const;
 
 private:
+    enum class Scope { dialog, mainWindowToo };
+    ClientBoxes(OeClient& client, WindowHandle dialog, Scope scope)
+        : client_(client), dialog_(dialog), scope_(scope)
+    {
+    }
     bool IsOurs(WindowHandle window) const;
 
     OeClient& client_;
     WindowHandle dialog_;
+    Scope scope_;
     std::set<WindowHandle> before_;
 };

@@ -27,16 +27,18 @@ WindowHandle FindDialog(OeClient& client)
     return FindTopWindowOf(client, kDialogCaption, kDialogClass);
 }
 
+// A dialog behind a box of the client takes no click: closed from outside, it would leave the client waiting
+// inside for ever.
 bool ClickButton(OeClient& client, WindowHandle dialog, const Text& caption)
 {
-    const WindowHandle button =
-        dialog > 0 ? FindChildWindowEx(client.desktop, dialog, caption, u"Button") : 0;
+    if (dialog <= 0 || !client.desktop.IsEnabled(dialog)) return false;
+    const WindowHandle button = FindChildWindowEx(client.desktop, dialog, caption, u"Button");
     if (button > 0) SendClick(client, button);
     return button > 0;
 }
 
 // Whether no dialog is open any more. One may be just closing; otherwise it is cancelled, and so is what
-// stood behind it: the client's words about a bad name are a box with the dialog's own caption and only an
+// stood behind it: the client's words about a bad name may be a box with the dialog's own caption and only an
 // "OK".
 bool CloseDialogs(OeClient& client)
 {
@@ -44,6 +46,7 @@ bool CloseDialogs(OeClient& client)
     bool closed = WaitUntil(client, kCloseTries, kInterval, gone);
     for (int round = 0; !closed && round < kCloseRounds; ++round) {
         const WindowHandle dialog = FindDialog(client);
+        ClientBoxes::InFrontOf(client, dialog).Answer();
         if (!ClickButton(client, dialog, u"Cancel")) ClickButton(client, dialog, u"OK");
         closed = WaitUntil(client, kCloseTries, kInterval, gone);
     }
@@ -188,14 +191,18 @@ bool SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, const T
     return false;
 }
 
-bool IsBlocked(OeClient& client)
+// Whether the client could be told to open its dialog: none is open any more, and no box of its own stands
+// over its main window.
+bool IsFreeForDialog(OeClient& client)
 {
     const WindowHandle mainWindow = client.handles.mainWindow;
     const auto enabled = [&] { return client.desktop.IsEnabled(mainWindow); };
-    const bool blocked =
-        client.desktop.IsThere(mainWindow) && !WaitUntil(client, kDialogTries, kInterval, enabled);
+    return !client.desktop.IsThere(mainWindow) || WaitUntil(client, kDialogTries, kInterval, enabled);
+}
+
+void CountBlocked(OeClient& client, bool blocked)
+{
     client.saveDialog.blocked = blocked ? client.saveDialog.blocked + 1 : 0;
-    return blocked;
 }
 
 } // namespace
@@ -211,11 +218,15 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     SaveResult result;
     const Text path = ChoosePath(client, request, result);
     if (path.empty() && result == SaveResult::skipped) return result;
-    if (path.empty() || !CanBeTyped(path, client.codePage) || !CloseDialogs(client)) {
+    const bool canBeNamed = !path.empty() && CanBeTyped(path, client.codePage);
+    const bool noneIsOpen = canBeNamed && CloseDialogs(client);
+    const bool isFree = noneIsOpen && IsFreeForDialog(client);
+    if (canBeNamed) CountBlocked(client, !isFree);
+    if (!noneIsOpen) {
         log(failure);
         return SaveResult::failed;
     }
-    const WindowHandle dialog = IsBlocked(client) ? 0 : OpenDialog(client, request.sendKeys);
+    const WindowHandle dialog = isFree ? OpenDialog(client, request.sendKeys) : 0;
     if (dialog <= 0) {
         if (client.silent) return SaveResult::untried;
         log(u"No dialog found");

@@ -212,6 +212,9 @@ void FakeClient::Sleep(int milliseconds)
     if (IsSilent()) return;
     for (const SentMessage& sent : std::exchange(late_, {})) (void)Handle(sent);
     if (act_ && actUntil_ <= sleptMilliseconds) (void)Handle(*std::exchange(act_, std::nullopt));
+    if (buttonsAt_ <= sleptMilliseconds)
+        for (const auto& [window, label] : std::exchange(buttonsToCome_, {}))
+            AddWindow(u"Button", label, window);
     std::sort(pendingDialogs_.begin(), pendingDialogs_.end());
     while (!pendingDialogs_.empty() && pendingDialogs_.front().first <= sleptMilliseconds) {
         const int row = pendingDialogs_.front().second;
@@ -269,7 +272,9 @@ void FakeClient::ShowNextBox(WindowHandle dialog)
     windows_[box].owner = windows_.count(dialog) ? dialog : main_;
     AddWindow(u"Static", shownBox.words, box);
     const WindowHandle nest = AddWindow(u"DirectUIHWND", u"", box);
-    for (const Text& label : shownBox.buttons) AddWindow(u"Button", label, nest);
+    for (const Text& label : shownBox.buttons) buttonsToCome_.emplace_back(nest, label);
+    buttonsAt_ = sleptMilliseconds + shownBox.fillsAfter;
+    Sleep(0);
     if (!shownBox.late) openBox_ = box;
 }
 

@@ -40,7 +40,8 @@ public:
         Text words;
         std::vector<Text> buttons;
         bool ofMainWindow = false; // the dialog closes before it comes
-        bool late = false;         // a moment after the click was handled; else the click waits for it
+        bool late = false;         // it comes when the click was handled; else the click waits for it
+        int fillsAfter = 0;        // milliseconds until it has its buttons
     };
     std::vector<Box> boxes;    // each Save is answered by these, one after the other, and saves nothing
     bool blocked = false;      // by a box of its own over the main window
@@ -169,7 +170,9 @@ private:
     std::optional<SentMessage> act_; // under way
     int actUntil_ = 0;               // of sleptMilliseconds
     std::vector<Box> boxesLeft_;
-    WindowHandle openBox_ = 0; // that the act under way waits for
+    std::vector<std::pair<WindowHandle, Text>> buttonsToCome_; // into which window, label
+    int buttonsAt_ = 0;                                        // of sleptMilliseconds
+    WindowHandle openBox_ = 0;                                 // that the act under way waits for
     int pendingFolder_ = -1, pendingSleeps_ = 0;
     std::map<std::uint32_t, std::vector<char>> blocks_;
     std::set<std::int32_t> handles_;
