@@ -21,8 +21,9 @@ Text WithoutBrackets(const Text& stored)
 std::int16_t Int16Of(const Text& stored)
 {
     const double number = RoundHalfEven(LeadingNumber(stored));
-    return std::fabs(number) <= std::numeric_limits<std::int16_t>::max() ? static_cast<std::int16_t>(number)
-                                                                         : 0;
+    using Limits = std::numeric_limits<std::int16_t>;
+    return number >= Limits::min() && number <= Limits::max() ? static_cast<std::int16_t>(number)
+                                                              : std::int16_t{0};
 }
 
 float SingleOf(const Text& stored)

@@ -99,6 +99,9 @@ TEST_F(SettingsTest, NumbersTakeTheLeadingNumber)
     EXPECT_EQ(LoadedWith(u"OE Folder Settle Time", u"1e99").settleTime, 0.0f) << "beyond a single";
     EXPECT_EQ(LoadedWith(u"Apply DST", u"1").applyDst, 1);
     EXPECT_EQ(LoadedWith(u"Apply DST", u"40000").applyDst, 0) << "beyond 16 bits";
+    EXPECT_EQ(LoadedWith(u"Apply DST", u"-32768").applyDst, -32768);
+    EXPECT_EQ(LoadedWith(u"Apply DST", u"32767").applyDst, 32767);
+    EXPECT_EQ(LoadedWith(u"Apply DST", u"-32769").applyDst, 0) << "beyond 16 bits";
     EXPECT_EQ(LoadedWith(u"Apply DST", u"1e400").applyDst, 0) << "infinite";
     EXPECT_EQ(LoadedWith(u"Time Offset", u"-1").timeOffset, -1.0f);
     EXPECT_EQ(LoadedWith(u"Sendkeys", u"1").sendKeys, 1);
