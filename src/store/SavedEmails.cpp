@@ -43,7 +43,10 @@ Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
     Text reasons;
     for (const DatabaseMaker& maker : makers) {
         try {
-            if (!files.FileExists(path)) maker.create(path);
+            if (!files.FileExists(path)) {
+                maker.create(path);
+                saved.created = true;
+            }
             saved.database = OpenChecked(maker, path);
             FindOutWhetherWritable(saved);
             return {};

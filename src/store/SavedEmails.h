@@ -20,6 +20,7 @@ struct SavedEmails {
     std::unique_ptr<Database> database{}; // null while closed
     Text whyReadOnly{};                   // why it can be read but not written; empty: it can be written
     std::vector<Text> notes{};            // for the log: what opening has mended, or why it is read-only
+    bool created = false;                 // by OpenSavedEmails, as there was no file
 
     bool IsOpen() const { return database != nullptr; }
     bool IsWritable() const { return IsOpen() && whyReadOnly.empty(); }
