@@ -11,13 +11,13 @@ std::size_t RootLength(TextView path)
     return server == TextView::npos ? path.size() : std::min(path.find(u'\\', server + 1), path.size());
 }
 
-Text Joined(const Text& directory, TextView name)
+} // namespace
+
+Text PathInDirectory(const Text& directory, TextView name)
 {
     const bool separated = !directory.empty() && directory.back() == u'\\';
     return directory + (separated ? u"" : u"\\") + Text(name);
 }
-
-} // namespace
 
 Text DriveOf(TextView path)
 {
@@ -35,6 +35,14 @@ Text NormalDirectoryPath(TextView path)
     return normal;
 }
 
+bool IsFullPath(TextView path)
+{
+    if (!DriveOf(path).empty()) return path.size() > 2 && path[2] == u'\\';
+    if (path.substr(0, 2) != u"\\\\") return false;
+    const std::size_t server = path.find(u'\\', 2); // the end of the server's name
+    return server > 2 && server != TextView::npos && server + 1 < path.size() && path[server + 1] != u'\\';
+}
+
 std::vector<DirectoryLine> DirectoryLines(TextView path, const std::vector<Text>& subdirectories)
 {
     const Text whole = NormalDirectoryPath(path);
@@ -46,10 +54,10 @@ std::vector<DirectoryLine> DirectoryLines(TextView path, const std::vector<Text>
     const std::size_t root = RootLength(whole);
     if (root > 0) add(TextView(whole).substr(0, root), whole.substr(0, root));
     for (const Text& name : SplitAt(TextView(whole).substr(root), u"\\")) {
-        if (!name.empty()) add(name, lines.empty() ? name : Joined(lines.back().path, name));
+        if (!name.empty()) add(name, lines.empty() ? name : PathInDirectory(lines.back().path, name));
     }
     const Text indent(2 * lines.size(), u' ');
-    for (const Text& name : subdirectories) lines.push_back({indent + name, Joined(whole, name)});
+    for (const Text& name : subdirectories) lines.push_back({indent + name, PathInDirectory(whole, name)});
     return lines;
 }
 

@@ -196,7 +196,7 @@ void Form1::ShowSettings()
         SendMessageW(box, BM_SETCHECK, static_cast<WPARAM>(state), 0);
     };
     state_.oeSettings = {settings.settleTime, settings.applyDst, settings.timeOffset};
-    store_.SetFolder(settings.store); // a folder that is gone is not applied
+    store_.TakeFromSettings(settings.store);
     tick(controls_.chkIDonly, settings.idOnly);
     tick(controls_.chkSendKeys, settings.sendKeys);
     tick(controls_.chkSkipFiles, settings.skipFiles);
@@ -208,7 +208,7 @@ void Form1::ReadCheckBoxesAndLists()
 {
     Settings& settings = state_.settings;
     const auto ticked = [](HWND box) { return static_cast<int>(SendMessageW(box, BM_GETCHECK, 0, 0)); };
-    settings.store = store_.Folder();
+    settings.store = store_.ToRemember();
     settings.idOnly = ticked(controls_.chkIDonly);
     settings.sendKeys = ticked(controls_.chkSendKeys);
     settings.skipFiles = ticked(controls_.chkSkipFiles);

@@ -19,6 +19,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 
 // The outside world, as the program meets it.
 struct Surroundings {
@@ -117,6 +118,11 @@ private:
     void BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words);
     void cmdSync();
     void cmdGetID();
+    // While the database is new: e-mails in the store that it does not know. Said once for each store folder;
+    // true when it has been said now.
+    bool SayFilesWithoutRecords();
+    // Whether a run may use the store folder. Said once: that another stands in for the one of the settings.
+    bool MayUseStore();
     void EnterRun(); // stop buttons and busy layout
     void LeaveRun(); // Run does it, whether the command has entered or not
     void cmdCheckFolder();
@@ -148,6 +154,8 @@ private:
     std::vector<Text> newProgress_; // lines that lstProgress does not show yet
     int widestProgress_ = 0;        // pixels, of the lines of lstProgress
     DWORD lastShown_ = 0;           // GetTickCount of the last ShowAdded
+    bool missingStoreSaid_ = false;
+    std::set<Text> storesLookedAt_; // by SayFilesWithoutRecords
     bool running_ = false;          // a command or the start-up is under way
     bool closeAsked_ = false;
     bool lastRecordsWritten_ = false;

@@ -4,6 +4,7 @@
 #include "folders/AllFolders.h"
 #include "folders/CheckFolder.h"
 #include "folders/ExportFolder.h"
+#include "folders/StoredFiles.h"
 #include "folders/StoreFolders.h"
 #include "folders/Synchronise.h"
 #include "platform/win32/WideText.h"
@@ -142,11 +143,53 @@ void Form1::UpdateCommands()
 void Form1::cmdSync()
 {
     Synchronise(*state_.run);
+    (void)SayFilesWithoutRecords();
+}
+
+bool Form1::SayFilesWithoutRecords()
+{
+    const bool synchronised = !state_.run->nodes.empty();
+    if (!state_.saved.created || !state_.saved.IsOpen() || !synchronised) return false;
+    // Later on the files there may be this session's own.
+    if (!storesLookedAt_.insert(FoldCase(store_.Folder())).second) return false;
+    const StoredFiles stored = CountStoredFiles(*state_.run);
+    if (stored.files == 0) return false;
+    const Text found = u"saved.mdb has been made anew, but the store folder holds " +
+                       DecimalText(static_cast<std::int64_t>(stored.files)) + u" saved e-mail(s) of " +
+                       DecimalText(static_cast<std::int64_t>(stored.folders)) + u" folder(s)";
+    LogLine(found + u": a check of all folders with \"File (slow)\" records them.", Record::yes);
+    ShowBox(BoxIcon::warning,
+            found + u":\r\n" + store_.Folder() +
+                u"\r\n\r\nAn export may save them again beside the files that are there. Before it, choose "
+                u"the comparison type \"File (slow)\" and check all folders: that records the e-mails whose "
+                u"files are found. Or close Quillbox and put the old saved.mdb back into its folder.");
+    return true;
 }
 
 void Form1::cmdGetID()
 {
     ShowSelectedEmail(*state_.run);
+}
+
+bool Form1::MayUseStore()
+{
+    if (store_.IsSettled()) return true;
+    if (missingStoreSaid_) { // pressed again: so be it
+        store_.BeContent();
+        return true;
+    }
+    missingStoreSaid_ = true;
+    const bool full = IsFullPath(NormalDirectoryPath(store_.Missing()));
+    const Text reason = u"The store folder of the settings " +
+                        Text(full ? u"is not there: " : u"is not a full path: ") + store_.Missing();
+    LogLine(reason, Record::yes);
+    ShowBox(BoxIcon::warning,
+            reason +
+                u"\r\n\r\nNothing has been started. If its drive is missing, plug it in and press the "
+                u"button again, or choose another folder on the page \"Store\". Without either, the "
+                u"button pressed again works with the program's folder:\r\n" +
+                store_.Folder());
+    return false;
 }
 
 void Form1::EnterRun()
@@ -168,12 +211,14 @@ void Form1::LeaveRun()
 
 void Form1::cmdCheckFolder()
 {
+    if (!MayUseStore()) return;
     EnterRun();
     CheckFolder(*state_.run);
 }
 
 void Form1::cmdCheckAllFolders()
 {
+    if (!MayUseStore()) return;
     FolderRun& run = *state_.run;
     EnterRun();
     results_.Clear();
@@ -186,6 +231,7 @@ void Form1::cmdCheckAllFolders()
 
 void Form1::cmdSaveAll()
 {
+    if (!MayUseStore() || SayFilesWithoutRecords()) return;
     FolderRun& run = *state_.run;
     EnterRun();
     RunAllFolders(run, AllFoldersMode::check);
@@ -201,6 +247,7 @@ void Form1::cmdSaveAll()
 
 void Form1::cmdExport()
 {
+    if (!MayUseStore() || SayFilesWithoutRecords()) return;
     if (!SelectShownFolder(*state_.run)) return;
     EnterRun();
     state_.flags.runCompleted = true;

@@ -2,6 +2,8 @@
 
 #include "platform/win32/WideText.h"
 
+#include <algorithm>
+
 namespace {
 
 LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, const wchar_t* text = nullptr)
@@ -18,36 +20,80 @@ void Form1StorePicker::Attach(OrbLabel& label, OrbLabel& path, HWND drives, HWND
     drives_ = drives;
     folders_ = folders;
     savedFiles_ = savedFiles;
+    ListDrives();
+}
+
+void Form1StorePicker::ListDrives()
+{
     const DWORD present = GetLogicalDrives();
+    if (present == presentDrives_) return;
+    presentDrives_ = present;
+    Send(drives_, CB_RESETCONTENT);
     for (wchar_t letter = L'A'; letter <= L'Z'; ++letter) {
         const wchar_t name[] = {letter, L':', L'\0'};
         if (present & (1u << (letter - L'A'))) Send(drives_, CB_ADDSTRING, 0, name);
     }
+    ShowDrive();
+}
+
+// A path on a server has no drive, and a drive may have been taken away: none is selected then.
+void Form1StorePicker::ShowDrive()
+{
+    const Text drive = DriveOf(folder_);
+    const LRESULT found =
+        drive.empty() ? CB_ERR : Send(drives_, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), Wide(drive));
+    Send(drives_, CB_SETCURSEL, static_cast<WPARAM>(found));
 }
 
 bool Form1StorePicker::SetFolder(const Text& path)
 {
     const Text folder = NormalDirectoryPath(path);
-    if (folder.empty() || !files_.DirectoryExists(folder)) return false;
+    if (!IsFullPath(folder) || !files_.DirectoryExists(folder)) return false;
     folder_ = folder;
     label_->SetCaption(Wide(u"Store folder: " + folder));
     path_->SetCaption(Wide(folder));
-    const std::vector<Text> subdirectories = files_.ListDirectories(folder);
-    lines_ = DirectoryLines(folder, subdirectories);
+    ShowDrive();
+    lines_.clear();
+    ListFolders(folder);
+    ShowSavedFiles(folder);
+    return true;
+}
 
-    // A path on a server has no drive: none is selected then.
-    const Text drive = DriveOf(folder);
-    const LRESULT found =
-        drive.empty() ? CB_ERR : Send(drives_, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), Wide(drive));
-    Send(drives_, CB_SETCURSEL, static_cast<WPARAM>(found));
+void Form1StorePicker::ListFolders(const Text& selected)
+{
+    const std::vector<Text> subdirectories = files_.ListDirectories(folder_);
+    std::vector<DirectoryLine> lines = DirectoryLines(folder_, subdirectories);
+    const auto isSame = [](const DirectoryLine& a, const DirectoryLine& b) { return a.path == b.path; };
+    if (std::equal(lines.begin(), lines.end(), lines_.begin(), lines_.end(), isSame)) return;
+    lines_ = std::move(lines);
     Send(folders_, WM_SETREDRAW, FALSE);
     Send(folders_, LB_RESETCONTENT);
     for (const DirectoryLine& line : lines_) Send(folders_, LB_ADDSTRING, 0, Wide(line.label));
     Send(folders_, WM_SETREDRAW, TRUE);
-    Send(folders_, LB_SETCURSEL, OwnLine(lines_, subdirectories.size()));
+    const auto marked = std::find_if(lines_.begin(), lines_.end(),
+                                     [&](const DirectoryLine& line) { return line.path == selected; });
+    Send(folders_, LB_SETCURSEL,
+         marked == lines_.end() ? OwnLine(lines_, subdirectories.size())
+                                : static_cast<std::size_t>(marked - lines_.begin()));
     InvalidateRect(folders_, nullptr, TRUE);
-    ShowSavedFiles(folder);
+}
+
+void Form1StorePicker::TakeFromSettings(const Text& path)
+{
+    missing_ = path.empty() || SetFolder(path) ? Text() : path;
+}
+
+bool Form1StorePicker::IsSettled()
+{
+    if (missing_.empty() || content_) return true;
+    if (!SetFolder(missing_)) return false;
+    missing_.clear();
     return true;
+}
+
+void Form1StorePicker::Choose(const Text& path)
+{
+    if (SetFolder(path)) missing_.clear();
 }
 
 void Form1StorePicker::DriveChosen()
@@ -56,10 +102,8 @@ void Form1StorePicker::DriveChosen()
     if (chosen < 0 || Send(drives_, CB_GETLBTEXTLEN, static_cast<WPARAM>(chosen)) != 2) return;
     wchar_t drive[3] = {};
     SendMessageW(drives_, CB_GETLBTEXT, static_cast<WPARAM>(chosen), reinterpret_cast<LPARAM>(drive));
-    if (!SetFolder(FromWide(drive) + u"\\")) {
-        const Text present = folder_;
-        SetFolder(present); // the drive shown is again that of the store folder
-    }
+    Choose(FromWide(drive) + u"\\");
+    ShowDrive(); // that of the store folder, also when the one chosen is empty
 }
 
 void Form1StorePicker::FolderOpened()
@@ -67,7 +111,25 @@ void Form1StorePicker::FolderOpened()
     const LRESULT chosen = Send(folders_, LB_GETCURSEL);
     if (chosen < 0 || static_cast<std::size_t>(chosen) >= lines_.size()) return;
     const Text path = lines_[static_cast<std::size_t>(chosen)].path;
-    SetFolder(path);
+    Choose(path);
+}
+
+bool Form1StorePicker::MakeFolder(const Text& name)
+{
+    const Text path = PathInDirectory(folder_, name);
+    if (!files_.MakeDirectory(path)) return false;
+    Choose(path);
+    return true;
+}
+
+void Form1StorePicker::Refresh()
+{
+    ListDrives();
+    (void)IsSettled();
+    if (!files_.DirectoryExists(folder_)) return; // taken away: the lists stay, for when it is back
+    const LRESULT chosen = Send(folders_, LB_GETCURSEL);
+    const auto line = static_cast<std::size_t>(chosen);
+    ListFolders(chosen >= 0 && line < lines_.size() ? lines_[line].path : folder_);
 }
 
 void Form1StorePicker::ShowSavedFiles(const Text& directory)

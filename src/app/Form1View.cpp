@@ -105,7 +105,7 @@ RunOptions Form1::Options()
     options.jumpRemain = settings.jumpRemain != 0;
     options.firstFolderToIgnore = settings.firstFolderToIgnore;
     options.systemFolders = settings.systemFolders;
-    options.storeFolder = settings.store;
+    options.storeFolder = store_.Folder();
     const LRESULT type = SendMessageW(controls_.cboComparison, CB_GETCURSEL, 0, 0);
     if (type >= 0 && type <= 2) options.comparison = static_cast<ComparisonType>(type);
     return options;

@@ -29,6 +29,15 @@ TEST(FormDirectoryListTest, PathIsWrittenInOneForm)
     for (const auto& c : cases) EXPECT_EQ(NormalDirectoryPath(c.given), c.normal) << c.why;
 }
 
+TEST(FormDirectoryListTest, FullPathsNameOnePlace)
+{
+    for (const TextView path : {u"C:\\", u"z:\\Mail", u"\\\\server\\share", u"\\\\server\\share\\a"})
+        EXPECT_TRUE(IsFullPath(path)) << ToUtf8(path);
+    for (const TextView path : {u"", u"C:", u"Mail", u"C:Mail", u"\\Mail", u"..\\Mail", u".", u"1:\\Mail",
+                                u"\\\\", u"\\\\server", u"\\\\server\\", u"\\\\\\share"})
+        EXPECT_FALSE(IsFullPath(path)) << ToUtf8(path);
+}
+
 TEST(FormDirectoryListTest, LinesLeadFromTheRootToTheSubdirectories)
 {
     const std::vector<DirectoryLine> lines = DirectoryLines(u"C:\\Mail\\Old", {u"2001", u"2002"});

@@ -81,6 +81,7 @@ TEST_F(AllFoldersWindowTest, NamesThatAreTakenAreSkippedOrRenamed)
     CreateFolder(L"store");
     for (const wchar_t* folder : {L"", L"Inbox"}) CreateFolder(Stored(folder));
     program.Write(Stored(L"Inbox\\0002_Inbox2.eml"), "the user's own");
+    storedBefore = true;
     ASSERT_TRUE(Start("Skip Identical Files=1\r\nJump to remaining=1\r\nSystem Folders=|local folders|\r\n"));
     EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.");
     EXPECT_TRUE(Contains(Log(), "SKIP: 2 0002_Inbox2.eml - file already exists"));

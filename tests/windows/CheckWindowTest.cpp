@@ -163,6 +163,7 @@ TEST_F(CheckWindowTest, AStopEndsALongCheckSoon)
     CreateFolder(L"store");
     for (const wchar_t* folder : {L"", L"Inbox"}) CreateFolder(Stored(folder));
     program.Write(Stored(L"Inbox\\0000_Inbox0.eml"), Message("Inbox 0", 0));
+    storedBefore = true;
     ASSERT_TRUE(Start(""));
     const auto begin = [this] {
         Press(Control(idCheckFolder));

@@ -37,14 +37,17 @@ protected:
     bool Start(const std::string& options, const std::wstring& clientSwitches = {})
     {
         CreateFolder(L"store");
-        const std::string folder(program.Folder().begin(), program.Folder().end());
-        program.Write(L"settings.ini", "[Paths]\r\nStore=" + folder +
-                                           "store\r\n[Options]\r\nOE Folder Settle Time=0.1\r\n" + options);
+        if (store.empty()) store = std::string(program.Folder().begin(), program.Folder().end()) + "store";
+        program.Write(L"settings.ini", "[Paths]\r\nStore=" + store +
+                                           "\r\n[Options]\r\nOE Folder Settle Time=0.1\r\n" + options);
         client.Start(L"\"" + FolderOfTests() + L"demo-client.exe\" --mail \"" + program.Folder() +
                          L"mail\" " + clientSwitches,
                      program.Folder());
-        return WaitForWindow(client.Id(), L"Outlook Express Browser Class", L"", kPatience) &&
-               program.PassStartUp();
+        if (!WaitForWindow(client.Id(), L"Outlook Express Browser Class", L"", kPatience)) return false;
+        if (!storedBefore) return program.PassStartUp();
+        if (!program.Start()) return false;
+        program.PressOk(program.WaitForBox(L"IMPORTANT! Please Read"));
+        return EndOfRun().starts_with(L"saved.mdb has been made anew");
     }
     HWND Control(int id) const { return program.Control(id); }
     // The box at the end of a run: answers it, and waits for the end. Its words.
@@ -71,6 +74,9 @@ protected:
     // "Inbox\\0000_Inbox0.eml", below the store's "Local Folders".
     std::wstring Stored(const std::wstring& name) const { return L"store\\Local Folders\\" + name; }
 
-    ProgramUnderTest program; // outlives the client, whose files lie in its folder
+    std::string store; // what the settings say; before Start: the program's "store" when empty
+
+    bool storedBefore = false; // e-mails lie in the store that the new database does not know
+    ProgramUnderTest program;  // outlives the client, whose files lie in its folder
     StartedProcess client;
 };
