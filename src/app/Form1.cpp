@@ -222,9 +222,33 @@ void Form1::HandleMessages()
     while (GetMessageW(&message, nullptr, 0, 0) > 0) Dispatch(message);
 }
 
+namespace {
+
+// A key that is held repeats itself. What its first stroke has pressed may have brought another button, which
+// nobody meant to press: only in texts and lists does a key that is held go on.
+bool IsRepeatedPress(const MSG& message)
+{
+    constexpr LPARAM kWasDown = 1 << 30;
+    if (!(message.lParam & kWasDown)) return false;
+    const auto wants = [&](LRESULT what) { return SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0) & what; };
+    switch (message.message) {
+    case WM_KEYDOWN:
+        return message.wParam == VK_RETURN || (message.wParam == VK_SPACE && wants(DLGC_BUTTON));
+    case WM_SYSCHAR: // with Alt: a mnemonic
+        return true;
+    case WM_CHAR: // elsewhere than in texts and lists it is one without Alt, too
+        return !wants(DLGC_WANTCHARS);
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 // Ctrl+Tab turns the tabs, Enter opens the folder that is marked; the rest of moving about is the system's.
 void Form1::Dispatch(MSG& message)
 {
+    if (IsRepeatedPress(message)) return;
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) < 0) {
         const int count = static_cast<int>(controls_.fraTabs.size());
         const int step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
@@ -284,8 +308,10 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_ACTIVATE: // the keyboard comes back to where it was
         if (LOWORD(wParam) == WA_INACTIVE)
             lastFocus_ = GetFocus();
-        else
+        else {
+            RefreshStore();
             MoveFocus(lastFocus_);
+        }
         return 0;
     case WM_SIZE:
         if (wParam != SIZE_MINIMIZED && controls_.nTab.Window()) controls_.Arrange();
@@ -348,7 +374,8 @@ bool Form1::PressByEnter(MSG& message)
     if (wishes & DLGC_WANTALLKEYS) return false;
     if (wishes & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) {
         SendMessageW(message.hwnd, BM_CLICK, 0, 0);
-    } else if (controls_.nTab.Selected() == static_cast<int>(Tab::actions)) {
+    } else if (message.hwnd != controls_.txtIgnore && // who ends an entry there wants no export yet
+               controls_.nTab.Selected() == static_cast<int>(Tab::actions)) {
         const bool synchronised = IsWindowVisible(controls_.cmdExport.Window());
         const OrbSimpleButton& main = synchronised ? controls_.cmdExport : controls_.cmdSync;
         if (IsWindowEnabled(main.Window())) SendMessageW(main.Window(), BM_CLICK, 0, 0);

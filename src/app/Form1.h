@@ -105,6 +105,7 @@ private:
     void CreateEngines(); // what the operations work with
     void WarnIfFolderIsReadOnly();
     void ReadCheckBoxesAndLists(); // from the controls into the settings
+    void RefreshStore();           // the lists of the page "Store", if it is shown
     void ShowSettings();           // the other way
     void CloseOwnBox();            // the message box that stands over the window, if one does
     void AskToClose();             // at once, or as soon as the run has ended
@@ -115,6 +116,7 @@ private:
     void Run(const std::function<void()>& command);
     void UpdateCommands();
     void ShowError(const Text& words);
+    void WaitForKeysUp(); // Enter and Space, for a short time: held, they would press what is shown next
     void BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words);
     void cmdSync();
     void cmdGetID();
@@ -134,7 +136,8 @@ private:
     void HideStopButton(OrbSimpleButton& pressed, OrbSimpleButton& other);
     void cmdUseSelection();
     HTREEITEM SelectedNode() const; // of tvOETree; null when none is
-    void OpenExportFolder();        // double click on lblOEFolder
+    bool OpenExportFolder();        // double click on lblOEFolder; false: there is none
+    void cmdNewFolder();
     void mnMarkSavedChosen();
     void mnCondenseDBChosen();
 

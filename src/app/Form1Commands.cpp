@@ -1,5 +1,6 @@
 // What the controls of the window start.
 #include "app/Form1.h"
+#include "app/NewFolderWin.h"
 
 #include "folders/AllFolders.h"
 #include "folders/CheckFolder.h"
@@ -17,7 +18,8 @@ void Form1::OnCommand(int id, int code)
         if (id == idStopAfterFolder) return cmdStopAfterFolder();
         if (id == idShowLog || id == idShowResults) return controls_.ShowResults(id == idShowResults);
     }
-    if (running_) return; // only the stop buttons, the tabs and closing work
+    if (id == idProgressList && code == LBN_DBLCLK) return controls_.ShowResults(true);
+    if (running_) return; // only the stop buttons, the tabs, the lists and closing work
     switch (id) {
     case idSync:
         if (code == BN_CLICKED) Run([this] { cmdSync(); });
@@ -41,16 +43,25 @@ void Form1::OnCommand(int id, int code)
         if (code == BN_CLICKED) cmdUseSelection();
         break;
     case idOEFolder:
-        if (code == STN_DBLCLK) OpenExportFolder();
+        if (code == STN_DBLCLK) (void)OpenExportFolder();
+        break;
+    case idOpenFolder:
+        if (code == BN_CLICKED && !OpenExportFolder()) ShowText(u"There is no export folder to open yet");
         break;
     case idChooseStore:
         if (code == BN_CLICKED) {
-            ShowTab(Tab::store);
+            ShowTab(Tab::store); // with the folders of this moment
             SetFocus(controls_.Dir1);
         }
         break;
     case idDrive:
+        if (code == CBN_DROPDOWN) store_.Refresh();
         if (code == CBN_SELCHANGE) store_.DriveChosen();
+        break;
+    case idNewFolder:
+        if (code != BN_CLICKED) break;
+        Run([this] { cmdNewFolder(); });
+        MoveFocus(controls_.Dir1);
         break;
     case idDir:
         if (code == LBN_DBLCLK) store_.FolderOpened();
@@ -73,9 +84,6 @@ void Form1::OnCommand(int id, int code)
             SetFocus(controls_.lstProgress);
         }
         break;
-    case idProgressList:
-        if (code == LBN_DBLCLK) controls_.ShowResults(true);
-        break;
     }
 }
 
@@ -88,7 +96,7 @@ void Form1::OnNotify(NMHDR& notice)
             results_.SortBy(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem);
     }
     if (notice.idFrom == idTab && notice.code == static_cast<UINT>(TCN_SELCHANGE))
-        controls_.ShowFrame(controls_.nTab.Selected());
+        ShowTab(static_cast<Tab>(controls_.nTab.Selected()));
 }
 
 // Every failure of a command ends here, as a message.
@@ -129,6 +137,9 @@ void Form1::UpdateCommands()
     controls_.cmdGetID.Enable(!running_);
     controls_.cmdUseSelection.Enable(!running_);
     controls_.cmdChooseStore.Enable(!running_);
+    controls_.cmdOpenFolder.Enable(!running_);
+    controls_.cmdNewFolder.Enable(!running_);
+    for (const HWND list : {controls_.Drive1, controls_.Dir1}) EnableWindow(list, !running_);
     controls_.cmdCheckFolder.Enable(!running_);
     controls_.cmdCheckAllFolders.Enable(!running_);
     const bool canExport = !running_ && state_.saved.IsWritable(); // no export without a record of it
@@ -289,13 +300,13 @@ void Form1::cmdUseSelection()
         SetWindowTextW(controls_.txtIgnore, Wide(state_.run->folderPaths[line]));
 }
 
-void Form1::OpenExportFolder()
+bool Form1::OpenExportFolder()
 {
     const FolderRun& run = *state_.run;
     const auto line = static_cast<std::size_t>(run.selectedFolder);
-    if (run.selectedFolder < 0 || line >= run.storeDirectories.size()) return;
+    if (run.selectedFolder < 0 || line >= run.storeDirectories.size()) return false;
     const Text folder = ExportFolderOf(store_.Folder(), run.storeDirectories[line]);
-    if (!outside_.files.DirectoryExists(folder)) return;
+    if (!outside_.files.DirectoryExists(folder)) return false;
     std::wstring command = L"Explorer /n," + std::wstring(Wide(folder));
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
@@ -306,6 +317,30 @@ void Form1::OpenExportFolder()
                        &process)) {
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
+    }
+    return true;
+}
+
+// Asked for until it is made or the user gives up.
+void Form1::cmdNewFolder()
+{
+    Text name;
+    for (;;) {
+        WaitForKeysUp();
+        if (closeAsked_ || !AskFolderName(window_, store_.Folder(), name)) return;
+        const Text path = PathInDirectory(store_.Folder(), name);
+        if (name.empty() || DirectoryNameFor(name, outside_.codePage) != name)
+            ShowBox(BoxIcon::warning,
+                    u"A folder cannot have this name, or Outlook Express could not save to it: " + name);
+        else if (outside_.files.FileExists(path))
+            ShowBox(BoxIcon::warning, u"There is a file of this name already: " + path);
+        else if (!store_.MakeFolder(name))
+            ShowBox(BoxIcon::warning,
+                    u"The folder cannot be made. The disk may be full or write-protected, or "
+                    u"the name too long: " +
+                        path);
+        else
+            return;
     }
 }
 

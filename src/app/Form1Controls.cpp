@@ -101,6 +101,8 @@ void Form1Controls::Create(HWND form)
     cmdStopAfterFolder.Create(form, idStopAfterFolder, L"Stop After This Fo&lder", kLater);
     MakeLabel(lblSelFolder, form, idLabel, L"Outlook Express folder");
     MakeLabel(lblOEFolder, form, idOEFolder, L"");
+    cmdOpenFolder.Create(form, idOpenFolder, L"O&pen folder", kLater);
+    cmdOpenFolder.Show(true);
 
     for (HWND& frame : fraTabs)
         frame = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN, WS_EX_CONTROLPARENT);
@@ -157,6 +159,8 @@ void Form1Controls::MakeStore(HWND frame)
     MakeLabel(lblStoreFolder, frame, idStoreFolder, L"");
     MakeName(lblDrive, frame, L"Dri&ve:");
     Drive1 = Make(frame, idDrive, L"COMBOBOX", L"", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST);
+    cmdNewFolder.Create(frame, idNewFolder, L"Ne&w folder...", kLater);
+    cmdNewFolder.Show(true);
     MakeName(lblDir, frame, L"&Folder:");
     Dir1 = Make(frame, idDir, L"LISTBOX", L"", kList, WS_EX_CLIENTEDGE);
     MakeName(lblFiles, frame, L"Saved &emails:");

@@ -20,6 +20,7 @@ enum ControlId : int {
     idTab,
     idTree,
     idOEFolder,
+    idOpenFolder,
     idSync,
     idGetID,
     idComparison,
@@ -37,6 +38,7 @@ enum ControlId : int {
     idUseSelection,
     idStoreFolder,
     idDrive,
+    idNewFolder,
     idDir,
     idFileCheck,
     idProgressList,
@@ -87,6 +89,7 @@ public:
     OrbLabel lblTree;
     HWND tvOETree = nullptr;
     OrbLabel lblSelFolder, lblOEFolder;
+    OrbSimpleButton cmdOpenFolder; // the keyboard's double click on lblOEFolder
 
     std::array<OrbLabel, 4> lblSteps; // the way to an export, in its order
     OrbSimpleButton cmdSync, cmdGetID, cmdChooseStore, cmdCheckFolder, cmdCheckAllFolders, cmdExport;
@@ -97,6 +100,7 @@ public:
 
     OrbLabel lblStoreFolder; // which of the folder list's lines is the store folder
     OrbLabel lblDrive, lblDir, lblFiles;
+    OrbSimpleButton cmdNewFolder;
     HWND Drive1 = nullptr, Dir1 = nullptr, fileCheck = nullptr;
     HWND optLog = nullptr, optResults = nullptr; // which of the two below is shown
     OrbLabel lblList;

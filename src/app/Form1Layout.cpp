@@ -41,8 +41,9 @@ constexpr int kDisplay = 34;                       // two lines of dots
 constexpr int kTop = kMargin + kDisplay + kMargin; // of the tree's label, or of the statistics
 constexpr int kStatsHeight = 72;
 constexpr int kUpperEnd = kTop + kStatsHeight + 3 + kButton; // of tree or stop buttons
-constexpr int kFolderTop = kUpperEnd + 5;
-constexpr int kTabTop = kFolderTop + kLine + 4;
+constexpr int kText = 3; // from the top of a button to a text in line with its caption
+constexpr int kFolderTop = kUpperEnd + 3;
+constexpr int kTabTop = kFolderTop + kButton + 2;
 constexpr int kStrip = 18; // the tabs themselves, at the most
 constexpr int kPageWidth = 391, kPageHeight = 112;
 constexpr int kTabHeight = kStrip + kPageHeight;
@@ -58,7 +59,7 @@ Room FormRoom(const Form1Controls& c, Arrangement arrangement, bool isTooLow)
 {
     // On a screen that is too low for all the tree alone gives way.
     const int share = arrangement == Arrangement::busy ? 0 : isTooLow ? 100 : kTreeShare;
-    constexpr int kStop = 112;
+    constexpr int kStop = 112, kOpen = 60;
     return {
         GetParent(c.nTab.Window()),
         kClientWidth,
@@ -70,8 +71,19 @@ Room FormRoom(const Form1Controls& c, Arrangement arrangement, bool isTooLow)
             {c.fraStats, kMargin, kTop, kContent, kStatsHeight, kWidens},
             {c.cmdStopAfterEmail.Window(), kMargin, kUpperEnd - kButton, kStop, kButton, kStays},
             {c.cmdStopAfterFolder.Window(), kMargin + kStop + 4, kUpperEnd - kButton, kStop, kButton, kStays},
-            {c.lblSelFolder.Window(), kMargin, kFolderTop, 82, kLine, {0, share, 0, share}},
-            {c.lblOEFolder.Window(), kMargin + 84, kFolderTop, kContent - 84, kLine, {0, share, 100, share}},
+            {c.lblSelFolder.Window(), kMargin, kFolderTop + kText, 82, kLine, {0, share, 0, share}},
+            {c.lblOEFolder.Window(),
+             kMargin + 84,
+             kFolderTop + kText,
+             kContent - 84 - kOpen - 4,
+             kLine,
+             {0, share, 100, share}},
+            {c.cmdOpenFolder.Window(),
+             kMargin + kContent - kOpen,
+             kFolderTop,
+             kOpen,
+             kButton,
+             {100, share, 100, share}},
             {c.nTab.Window(), kMargin, kTabTop, kContent, kTabHeight, {0, share, 100, 100}},
         }};
 }
@@ -79,7 +91,6 @@ Room FormRoom(const Form1Controls& c, Arrangement arrangement, bool isTooLow)
 Room ActionsRoom(const Form1Controls& c)
 {
     constexpr int kSync = 6, kStore = 27, kCheck = 48, kExport = 69, kIgnore = 92;
-    constexpr int kText = 3; // from the top of a button to a text in line with its caption
     return {c.fraTabs[0],
             kPageWidth,
             kPageHeight,
@@ -109,6 +120,7 @@ Room ActionsRoom(const Form1Controls& c)
 
 Room StoreRoom(const Form1Controls& c)
 {
+    constexpr int kNew = 70;
     constexpr int kDrive = 18, kFolders = 34, kFiles = 69, kBoxes = 96;
     constexpr int kFolderShare = 65;
     return {c.fraTabs[1],
@@ -117,7 +129,13 @@ Room StoreRoom(const Form1Controls& c)
             {
                 {c.lblStoreFolder.Window(), kPageLeft, 6, kPageWidth - 2 * kPageLeft, kLine, kWidens},
                 {c.lblDrive.Window(), kPageLeft, kDrive + 2, kFirst - kPageLeft, kLine, kStays},
-                {c.Drive1, kFirst, kDrive, kBehindFirst, kDropped, kWidens},
+                {c.Drive1, kFirst, kDrive, kBehindFirst - kNew - 4, kDropped, kWidens},
+                {c.cmdNewFolder.Window(),
+                 kFirst + kBehindFirst - kNew,
+                 kDrive - 1,
+                 kNew,
+                 kButton,
+                 {100, 0, 100, 0}},
                 {c.lblDir.Window(), kPageLeft, kFolders + 2, kFirst - kPageLeft, kLine, kStays},
                 {c.Dir1, kFirst, kFolders, kBehindFirst, 32, {0, 0, 100, kFolderShare}},
                 {c.lblFiles.Window(),

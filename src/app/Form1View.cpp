@@ -10,8 +10,22 @@
 
 namespace {
 
-constexpr DWORD kShowEvery = 100; // milliseconds
+constexpr DWORD kShowEvery = 100;    // milliseconds
+constexpr DWORD kKeysUpLimit = 2000; // milliseconds
 constexpr UINT kBoxMilliseconds = 60'000;
+constexpr DWORD kKeysUpPoll = 20;    // milliseconds
+
+// Whoever has scrolled a list back reads there, and new lines leave it alone.
+bool ShowsEnd(HWND list)
+{
+    RECT area = {}, last = {};
+    GetClientRect(list, &area);
+    const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
+    if (count <= 0) return true;
+    SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(count - 1), reinterpret_cast<LPARAM>(&last));
+    const LONG line = last.bottom - last.top; // it may be cut by the list's edge
+    return last.top < area.bottom || last.top < line;
+}
 
 } // namespace
 
@@ -38,6 +52,7 @@ void Form1::AppendProgress()
 {
     const HWND list = controls_.lstProgress;
     const QuietList quiet(list);
+    const bool followed = ShowsEnd(list);
     const HDC dc = GetDC(list);
     const HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
     LRESULT last = -1;
@@ -51,12 +66,24 @@ void Form1::AppendProgress()
     ReleaseDC(list, dc);
     newProgress_.clear();
     SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widestProgress_ + 8), 0);
-    if (last >= 0) SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(last), 0);
+    if (last >= 0 && followed) SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(last), 0);
+}
+
+void Form1::WaitForKeysUp()
+{
+    const auto held = [](int key) { return GetAsyncKeyState(key) < 0; };
+    const DWORD start = GetTickCount();
+    while (!closeAsked_ && (held(VK_RETURN) || held(VK_SPACE)) && GetTickCount() - start < kKeysUpLimit) {
+        ProcessEvents();
+        Sleep(kKeysUpPoll);
+    }
+    ProcessEvents(); // what the key has sent until now is not the box's
 }
 
 void Form1::BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words)
 {
     splash_.Close();
+    WaitForKeysUp();
     if (closeAsked_) return; // nobody is there to press OK
     ShowAdded();
     const UINT picture = icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION;
@@ -105,6 +132,7 @@ RunOptions Form1::Options()
     options.jumpRemain = settings.jumpRemain != 0;
     options.firstFolderToIgnore = settings.firstFolderToIgnore;
     options.systemFolders = settings.systemFolders;
+    options.firstFolder = settings.firstFolder;
     options.storeFolder = store_.Folder();
     const LRESULT type = SendMessageW(controls_.cboComparison, CB_GETCURSEL, 0, 0);
     if (type >= 0 && type <= 2) options.comparison = static_cast<ComparisonType>(type);
@@ -144,7 +172,14 @@ void Form1::ShowPercentage(Bar bar, int percent)
 void Form1::ShowTab(Tab tab)
 {
     controls_.nTab.Select(static_cast<int>(tab));
+    RefreshStore();
     controls_.ShowFrame(static_cast<int>(tab));
+}
+
+// Drives and folders come and go while the lists are not looked at.
+void Form1::RefreshStore()
+{
+    if (!running_ && controls_.nTab.Selected() == static_cast<int>(Tab::store)) store_.Refresh();
 }
 
 void Form1::ShowStopButtons(StopButtons state)

@@ -177,7 +177,8 @@ EmlSummary ComparedPartOf(EmlSummary&& whole)
 std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFiles)
 {
     run.view.ShowText(u"[2 of 3] Reading saved emails...");
-    const EmlContext context{run.client.files, run.client.codePage, run.client.locale, {}};
+    const EmlContext context{run.client.files, run.client.codePage, run.client.locale,
+                             run.view.Options().firstFolder};
     std::vector<EmlSummary> records;
     records.reserve(emlFiles.size());
     for (std::size_t i = 0; i < emlFiles.size() && !IsStopped(run); ++i) {

@@ -19,6 +19,7 @@ struct RunOptions {
     bool jumpRemain = false;  // chkJumpRemain
     Text firstFolderToIgnore; // txtIgnore
     Text systemFolders;       // full names that an all-folders run passes over, each between "|"
+    Text firstFolder;         // what the client calls the root of its folders
     Text storeFolder;         // Dir1's folder, without a trailing separator unless it is a drive's root
     ComparisonType comparison = ComparisonType::database; // cboComparison
 };

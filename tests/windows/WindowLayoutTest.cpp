@@ -189,17 +189,19 @@ TEST_F(WindowLayoutTest, KeyboardVisitsEverythingInOrder)
     ASSERT_TRUE(WaitForFocus(idSync)) << "the keyboard is back on the button that a run had disabled";
     program.Type('r'); // the tree
     ASSERT_TRUE(WaitForFocus(idTree));
+    program.Type(VK_TAB);
+    ASSERT_TRUE(WaitForFocus(idOpenFolder));
     const std::vector<int> pages[] = {
         {idSync, idGetID, idChooseStore, idCheckFolder, idCheckAllFolders, idExport, idSaveAll, idJumpRemain,
          idSkipFiles, idIgnore, idUseSelection},
-        {idDrive, idDir, idFileCheck, idIDonly, idSendKeys},
+        {idDrive, idNewFolder, idDir, idFileCheck, idIDonly, idSendKeys},
         {idShowLog, idProgressList},
         {idSummary},
     };
     for (std::size_t tab = 0; tab < 4; ++tab) {
         TurnTo(tab);
         std::vector<int> expected = pages[tab];
-        expected.insert(expected.end(), {idTab, idTree});
+        expected.insert(expected.end(), {idTab, idTree, idOpenFolder});
         for (const int next : expected) {
             program.Type(VK_TAB);
             ASSERT_TRUE(WaitForFocus(next))

@@ -1,0 +1,127 @@
+// WindowKeysTest.cpp: keys that are held, keys in texts, and the lists while a run writes to them.
+#include "tests/windows/MailRun.h"
+
+namespace {
+
+class WindowKeysTest : public MailRun {
+protected:
+    // The first e-mail of so many is in the store, and none is recorded: a check has a line for each.
+    bool StartWithUnsaved(int messages)
+    {
+        AddFolder(L"Inbox", messages);
+        CreateFolder(L"store");
+        for (const wchar_t* folder : {L"", L"Inbox"}) CreateFolder(Stored(folder));
+        program.Write(Stored(L"Inbox\\0000_Inbox0.eml"), Message("Inbox 0", 0));
+        storedBefore = true;
+        return Start("");
+    }
+    void MoveTo(int id) const
+    {
+        SetForegroundWindow(program.Window());
+        SendMessageW(program.Window(), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Control(id)), TRUE);
+    }
+    static void Hold(BYTE key) { keybd_event(key, static_cast<BYTE>(MapVirtualKeyW(key, 0)), 0, 0); }
+    static void LetGo(BYTE key)
+    {
+        keybd_event(key, static_cast<BYTE>(MapVirtualKeyW(key, 0)), KEYEVENTF_KEYUP, 0);
+    }
+    HWND Box(DWORD milliseconds)
+    {
+        return WaitForWindow(program.Process().Id(), L"#32770", L"Quillbox", milliseconds);
+    }
+};
+
+TEST_F(WindowKeysTest, AKeyThatIsHeldPressesOneButtonAndNoBox)
+{
+    ASSERT_TRUE(StartWithUnsaved(60));
+    for (const BYTE key : {BYTE{VK_RETURN}, BYTE{VK_SPACE}}) {
+        MoveTo(idCheckFolder);
+        Hold(key);
+        if (key == VK_SPACE) { // it presses when it is let go; then it is held on the stop button
+            LetGo(key);
+            ASSERT_TRUE(Eventually([&] { return program.Focus() == Control(idStopAfterEmail); }, kPatience));
+            PostMessageW(program.Focus(), WM_KEYDOWN, key, 1 << 30 | 1);
+            PostMessageW(program.Focus(), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+            Hold(VK_RETURN);
+            LetGo(VK_RETURN);
+        }
+        if (key == VK_RETURN) {
+            const DWORD start = GetTickCount();
+            while (!Contains(Log(), "Inbox has ") && GetTickCount() - start < kPatience) {
+                Hold(key); // as the keyboard repeats it
+                Sleep(20);
+            }
+            EXPECT_FALSE(Contains(Log(), "User aborted"));
+            EXPECT_FALSE(Box(700)) << "while the key is down";
+            LetGo(key);
+            const HWND box = Box(kPatience);
+            ASSERT_TRUE(box);
+            Sleep(200);
+            EXPECT_TRUE(IsWindow(box)) << "nobody has pressed it";
+            EXPECT_NE(BoxWords(box).find(L"60 email(s) not saved"), std::wstring::npos);
+            program.PressOk(box);
+            ASSERT_TRUE(program.WaitUntilIdle(kPatience));
+        } else {
+            ASSERT_TRUE(program.WaitUntilIdle(kPatience));
+            EXPECT_TRUE(Contains(Log(), "User aborted")) << "a key that is pressed anew stops the run";
+        }
+    }
+}
+
+TEST_F(WindowKeysTest, AKeyHeldForGoodHoldsABoxUpForTwoSeconds)
+{
+    ASSERT_TRUE(StartWithUnsaved(2));
+    SetForegroundWindow(program.Window());
+    MoveTo(idProgressList); // nothing there is pressed
+    Hold(VK_SPACE);
+    const DWORD start = GetTickCount();
+    Press(Control(idCheckFolder));
+    const HWND box = Box(kPatience);
+    ASSERT_TRUE(box);
+    EXPECT_GE(GetTickCount() - start, 1900u);
+    EXPECT_LT(GetTickCount() - start, 4000u);
+    LetGo(VK_SPACE);
+    EXPECT_NE(BoxWords(box), L"");
+    if (IsWindow(box)) program.PressOk(box);
+    EXPECT_TRUE(program.WaitUntilIdle(kPatience));
+}
+
+TEST_F(WindowKeysTest, EnterInATextStartsNoExport)
+{
+    ASSERT_TRUE(StartWithUnsaved(2));
+    MoveTo(idIgnore);
+    ASSERT_TRUE(Eventually([&] { return program.Focus() == Control(idIgnore); }, kPatience));
+    program.Type(VK_RETURN);
+    EXPECT_FALSE(Box(500));
+    EXPECT_FALSE(Contains(Log(), "Folder Inbox"));
+    MoveTo(idTree);
+    program.Type(VK_RETURN); // elsewhere it does
+    EXPECT_EQ(EndOfRun(), L"All emails for the selected folder have been exported.");
+}
+
+TEST_F(WindowKeysTest, TheLogCanBeReadWhileItGrows)
+{
+    ASSERT_TRUE(StartWithUnsaved(60));
+    const HWND list = Control(idProgressList);
+    const auto lines = [&] { return SendMessageW(list, LB_GETCOUNT, 0, 0); };
+    const auto top = [&] { return SendMessageW(list, LB_GETTOPINDEX, 0, 0); };
+    EXPECT_NE(Run(idCheckFolder).find(L"60 email(s) not saved"), std::wstring::npos);
+    const LRESULT first = lines();
+    EXPECT_GT(first, 59);
+    EXPECT_GT(top(), 10) << "the end is shown";
+    SendMessageW(list, LB_SETTOPINDEX, 5, 0); // scrolled back
+    Press(Control(idCheckFolder));
+    ASSERT_TRUE(Eventually([&] { return IsWindowVisible(Control(idStopAfterEmail)) != FALSE; }, kPatience));
+    SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(idProgressList, LBN_DBLCLK), 0);
+    EXPECT_NE(GetWindowLongW(Control(idResults), GWL_STYLE) & WS_VISIBLE, 0) << "in the run";
+    EXPECT_FALSE(IsWindowEnabled(Control(idSync)));
+    (void)EndOfRun();
+    EXPECT_GT(lines(), first + 59);
+    EXPECT_EQ(top(), 5);
+    const LRESULT second = lines();
+    SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(second - 1), 0);
+    (void)Run(idCheckFolder);
+    EXPECT_GT(top(), second) << "whoever is at the end stays there";
+}
+
+} // namespace
