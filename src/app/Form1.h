@@ -147,7 +147,7 @@ private:
     std::vector<HTREEITEM> folderNodes_; // of tvOETree, by line of lstTree
     // During a run, which marks nodes by selecting them: the one that the user had selected, or null.
     std::optional<HTREEITEM> chosenNode_;
-    Splash splash_; // until the first box
+    Splash splash_; // until soon after the first box
     Form1Controls controls_;
     Form1StorePicker store_;
     Form1Results results_;

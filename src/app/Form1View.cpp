@@ -82,7 +82,7 @@ void Form1::WaitForKeysUp()
 
 void Form1::BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words)
 {
-    splash_.Close();
+    splash_.Release(window_);
     WaitForKeysUp();
     if (closeAsked_) return; // nobody is there to press OK
     ShowAdded();

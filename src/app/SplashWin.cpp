@@ -8,7 +8,9 @@ namespace {
 constexpr wchar_t kClass[] = L"QuillboxSplash";
 constexpr DWORD kNoActivate = 0x08000000; // WS_EX_NOACTIVATE, which older headers lack
 constexpr int kWidth = 166, kHeight = 70; // dialog units
-constexpr int kNamePercent = 260;         // of the message font
+constexpr DWORD kShortestShow = 1500;     // milliseconds
+constexpr UINT_PTR kEndTimer = 1;
+constexpr int kNamePercent = 260; // of the message font
 
 // A font of the user's face, as long as this object lives.
 class Face {
@@ -48,11 +50,23 @@ void Splash::Show(HINSTANCE instance, const std::wstring& name, const std::wstri
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
     // Above the main window, which comes up meanwhile, and no button of its own in the task bar.
     CreateWindowExW(WS_EX_TOPMOST | WS_EX_TOOLWINDOW | kNoActivate, kClass, name.c_str(), WS_POPUP,
-                    (work.left + work.right - width) / 2, (work.top + work.bottom - height) / 2, width,
-                    height, nullptr, nullptr, instance, this);
+                    (work.left + work.right - width) / 2, work.top + (work.bottom - work.top - height) / 6,
+                    width, height, nullptr, nullptr, instance, this);
     if (!window_) return;
+    shownAt_ = GetTickCount();
     ShowWindow(window_, SW_SHOWNOACTIVATE);
     UpdateWindow(window_);
+}
+
+void Splash::Release(HWND mainWindow)
+{
+    if (!window_) return;
+    const DWORD shown = GetTickCount() - shownAt_;
+    if (shown >= kShortestShow) return Close();
+    // Owned windows stand above their owner, and a box that is shown later above this one.
+    SetWindowLongPtrW(window_, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(mainWindow));
+    SetWindowPos(window_, HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    SetTimer(window_, kEndTimer, kShortestShow - shown, nullptr);
 }
 
 void Splash::Close()
@@ -72,6 +86,7 @@ LRESULT CALLBACK Splash::WndProc(HWND window, UINT message, WPARAM wParam, LPARA
     case WM_MOUSEACTIVATE:
         return MA_NOACTIVATE;
     case WM_LBUTTONDOWN:
+    case WM_TIMER:
         DestroyWindow(window);
         return 0;
     case WM_ERASEBKGND:

@@ -12,8 +12,12 @@ public:
     Splash(const Splash&) = delete;
     Splash& operator=(const Splash&) = delete;
 
-    // In the middle of the screen and drawn at once. The keyboard stays where it is. A click closes it.
+    // In the upper part of the screen, where the boxes of the start-up leave it free, and drawn at once. The
+    // keyboard stays where it is. A click closes it.
     void Show(HINSTANCE instance, const std::wstring& name, const std::wstring& version);
+    // The start-up is over, and nobody waits: once it has been there long enough to be read it goes by
+    // itself, behind whatever box the main window shows.
+    void Release(HWND mainWindow);
     void Close();
     HWND Window() const { return window_; } // null: not shown
 
@@ -22,6 +26,7 @@ private:
     void Paint() const;
 
     HWND window_ = nullptr;
+    DWORD shownAt_ = 0; // GetTickCount
     HINSTANCE instance_ = nullptr;
     std::wstring name_, version_;
 };

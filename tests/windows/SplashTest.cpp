@@ -22,11 +22,38 @@ TEST(SplashTest, IsDrawnAtOnceLeavesTheKeyboardAndGoesAtAClick)
     splash.Close();
 }
 
-TEST(SplashTest, IsGoneWhenTheStartUpBoxIsThere)
+TEST(SplashTest, StaysLongEnoughToBeReadAndHoldsNothingUp)
+{
+    ProgramUnderTest program;
+    const DWORD start = GetTickCount();
+    ASSERT_TRUE(program.Start());
+    const DWORD took = GetTickCount() - start;
+    const auto splash = [&] { return FindProgramWindow(program.Process().Id(), L"QuillboxSplash"); };
+    const HWND box = program.WaitForBox(L"IMPORTANT! Please Read");
+    const HWND shown = splash();
+    if (took < 1200) {
+        ASSERT_TRUE(shown) << "the box did not wait for it";
+        for (HWND above = GetWindow(shown, GW_HWNDPREV); above != box; above = GetWindow(above, GW_HWNDPREV))
+            ASSERT_TRUE(above) << "it stands in front of the box";
+        EXPECT_FALSE(GetWindowLongW(shown, GWL_EXSTYLE) & WS_EX_TOPMOST);
+        RECT place = {}, boxPlace = {}, both = {};
+        GetWindowRect(shown, &place);
+        GetWindowRect(box, &boxPlace);
+        EXPECT_FALSE(IntersectRect(&both, &place, &boxPlace)) << "it could not be seen";
+    }
+    EXPECT_TRUE(Eventually([&] { return !splash(); }, 5000));
+    EXPECT_GE(GetTickCount() - start, 1500u);
+    EXPECT_TRUE(IsWindow(box));
+    program.PressOk(box);
+    EXPECT_TRUE(program.WaitUntilIdle(20000));
+    EXPECT_TRUE(program.Close());
+}
+
+TEST(SplashTest, GoesWithTheProgram)
 {
     ProgramUnderTest program;
     ASSERT_TRUE(program.Start());
-    EXPECT_FALSE(FindProgramWindow(program.Process().Id(), L"QuillboxSplash"));
+    EXPECT_TRUE(program.Close());
 }
 
 } // namespace
