@@ -12,14 +12,17 @@ constexpr const wchar_t* kResultColumns[] = {L"Folder", L"ID", L"Subject", L"Dat
 constexpr int kResultWidths[] = {86, 34, 146, 74, 46}; // dialog units
 constexpr int kDisplayWidening = 120;                  // percent of the user's font
 
-// A frame hands on what its controls report. The summary, which cannot be typed into, is as white as the
-// lists.
+// A frame hands on what its controls report. The summary, which cannot be typed into, has the lists' colours.
 LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_COMMAND || message == WM_NOTIFY || message == WM_CONTEXTMENU)
         return SendMessageW(GetAncestor(frame, GA_ROOT), message, wParam, lParam);
-    if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == idSummary)
+    if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == idSummary) {
+        const HDC dc = reinterpret_cast<HDC>(wParam);
+        SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+        SetBkColor(dc, GetSysColor(COLOR_WINDOW));
         return reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW));
+    }
     const OrbPalette palette = CurrentPalette();
     LRESULT answer = 0;
     if (!AnswerForGround(frame, message, wParam, palette.page, answer))

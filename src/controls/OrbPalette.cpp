@@ -31,8 +31,20 @@ OrbPalette SystemPalette()
     return palette;
 }
 
+namespace {
+
+// By the brightness that the eye gives each primary colour.
+bool IsDark(COLORREF colour)
+{
+    return 299 * GetRValue(colour) + 587 * GetGValue(colour) + 114 * GetBValue(colour) < 128 * 1000;
+}
+
+} // namespace
+
 OrbPalette CurrentPalette()
 {
+    // Lists and texts take the system's colours in any case: beside dark ones a light ground would glare.
+    if (IsDark(GetSysColor(COLOR_WINDOW))) return SystemPalette();
     HIGHCONTRASTW contrast = {};
     contrast.cbSize = sizeof contrast;
     const bool asked = SystemParametersInfoW(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) &&

@@ -8,14 +8,14 @@ struct OrbPalette {
     COLORREF border;                                  // thin lines around things
     COLORREF face, hot, held;                         // of a button: at rest, under the mouse, pressed
     COLORREF accent, accentHot, accentHeld, onAccent; // what shall be seen first, and text upon it
-    bool isSystem; // high contrast: the user's colours alone, and standard controls' look
+    bool isSystem;                                    // the user's colours alone, and standard controls' look
 };
 
 using PaletteSource = OrbPalette (*)();
 
 OrbPalette LightPalette();
 OrbPalette SystemPalette();  // made of the user's system colours
-OrbPalette CurrentPalette(); // whichever the user's high-contrast setting asks for
+OrbPalette CurrentPalette(); // SystemPalette in high contrast and where the system's windows are dark
 
 // For the procedure of a window on which controls stand: answers WM_ERASEBKGND and the questions for the
 // colours of static texts and check boxes, so that they stand on this ground. False: not one of these.

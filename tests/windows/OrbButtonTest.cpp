@@ -6,6 +6,7 @@
 
 #include "ControlsBench.h"
 #include "Picture.h"
+#include "SystemColours.h"
 
 #include <functional>
 
@@ -204,29 +205,6 @@ TEST_F(OrbTabTest, ArrowKeysAndMouseNotifyOnce)
     EXPECT_EQ(tabChanges, 3);
 }
 
-// The system's colours may be like the program's own: these cannot be taken for either.
-class SystemColours {
-public:
-    SystemColours()
-    {
-        for (int i = 0; i < kCount; ++i) before_[i] = GetSysColor(kIndexes[i]);
-        SetSysColors(kCount, kIndexes, kColours);
-    }
-    ~SystemColours() { SetSysColors(kCount, kIndexes, before_); }
-    SystemColours(const SystemColours&) = delete;
-    SystemColours& operator=(const SystemColours&) = delete;
-
-private:
-    static constexpr int kCount = 7;
-    static constexpr int kIndexes[kCount] = {COLOR_BTNFACE,    COLOR_BTNTEXT,   COLOR_WINDOW,
-                                             COLOR_WINDOWTEXT, COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT,
-                                             COLOR_WINDOWFRAME};
-    static constexpr COLORREF kColours[kCount] = {RGB(10, 0, 60),    RGB(255, 255, 0), RGB(0, 0, 40),
-                                                  RGB(0, 255, 0),    RGB(255, 0, 255), RGB(1, 2, 3),
-                                                  RGB(250, 240, 230)};
-    COLORREF before_[kCount] = {};
-};
-
 TEST_F(ControlsBench, HighContrastUsesTheSystemsColours)
 {
     const SystemColours theUsers;
@@ -271,6 +249,22 @@ TEST_F(ControlsBench, HighContrastUsesTheSystemsColours)
     PassOnNewColours(parent, WM_SYSCOLORCHANGE, 0, 0);
     for (const HWND control : {button.Window(), tab.Window(), bar.Window(), display.Window()})
         EXPECT_TRUE(GetUpdateRect(control, nullptr, FALSE)) << "new colours show at once";
+}
+
+TEST_F(ControlsBench, DarkWindowsTakeTheSystemsColours)
+{
+    const struct {
+        COLORREF window;
+        bool isSystem;
+    } cases[] = {
+        {RGB(255, 255, 255), false}, {RGB(255, 255, 180), false}, {RGB(212, 208, 200), false},
+        {RGB(0, 0, 0), true},        {RGB(0, 0, 255), true},      {RGB(45, 50, 54), true},
+    };
+    for (const auto& c : cases) {
+        const SystemColours theUsers(c.window);
+        EXPECT_EQ(CurrentPalette().isSystem, c.isSystem) << std::hex << c.window;
+    }
+    EXPECT_FALSE(CurrentPalette().isSystem);
 }
 
 } // namespace
