@@ -33,13 +33,14 @@ protected:
             program.Write(L"mail\\" + name + L"\\" + std::to_wstring(i) + L".eml",
                           Message(std::string(name.begin(), name.end()) + " " + std::to_string(i), i));
     }
-    // options: further lines of settings.ini's section.
+    // options: further lines of settings.ini's section. What they do not name is as at the first start, but
+    // the settle time is short.
     bool Start(const std::string& options, const std::wstring& clientSwitches = {})
     {
         CreateFolder(L"store");
         if (store.empty()) store = std::string(program.Folder().begin(), program.Folder().end()) + "store";
-        program.Write(L"settings.ini", "[Paths]\r\nStore=" + store +
-                                           "\r\n[Options]\r\nOE Folder Settle Time=0.1\r\n" + options);
+        const std::string settle = Contains(options, "Settle Time") ? "" : "OE Folder Settle Time=0.1\r\n";
+        program.Write(L"settings.ini", "[Paths]\r\nStore=" + store + "\r\n[Options]\r\n" + settle + options);
         client.Start(L"\"" + FolderOfTests() + L"demo-client.exe\" --mail \"" + program.Folder() +
                          L"mail\" " + clientSwitches,
                      program.Folder());

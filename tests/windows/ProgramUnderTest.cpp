@@ -100,8 +100,13 @@ std::string ProgramUnderTest::Read(const std::wstring& name) const
 bool ProgramUnderTest::Start()
 {
     process_.Start(L"\"" + folder_ + L"quillbox.exe\"", folder_);
+    return Attach() && WaitForBox(L"IMPORTANT! Please Read");
+}
+
+bool ProgramUnderTest::Attach()
+{
     window_ = WaitForWindow(process_.Id(), L"Form1", L"", kPatience);
-    return window_ && WaitForBox(L"IMPORTANT! Please Read");
+    return window_ != nullptr;
 }
 
 bool ProgramUnderTest::PassStartUp()

@@ -23,6 +23,7 @@ public:
     std::string Read(const std::wstring& name) const; // empty when there is no such file
 
     bool Start();       // until the start-up box is there
+    bool Attach();      // to the window of a program that Process() has started
     bool PassStartUp(); // presses its OK and waits for the end of the first synchronisation
     HWND Window() const { return window_; }
     HWND Control(int id) const;

@@ -231,6 +231,19 @@ TEST_F(WindowStoreTest, TheStoreStaysPutInARun)
     Press(Control(idExport));
     ASSERT_TRUE(WaitForLog("- Exporting Inbox 0"));
     for (const int id : choices) EXPECT_FALSE(IsWindowEnabled(Control(id))) << id;
+    // Nor does anything else answer that could change what the run works with.
+    const std::wstring before = TextOf(Control(idStorePath));
+    SendMessageW(Control(idDir), LB_SETCURSEL, 0, 0);
+    SendMessageW(Control(idTree), TVM_SELECTITEM, TVGN_CARET,
+                 SendMessageW(Control(idTree), TVM_GETNEXTITEM, TVGN_ROOT, 0));
+    const std::pair<int, int> notices[] = {{idDir, LBN_DBLCLK},          {idDrive, CBN_SELCHANGE},
+                                           {idNewFolder, BN_CLICKED},    {idChooseStore, BN_CLICKED},
+                                           {idUseSelection, BN_CLICKED}, {idSync, BN_CLICKED}};
+    for (const auto& [id, code] : notices)
+        SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(id, code), 0);
+    EXPECT_EQ(TextOf(Control(idStorePath)), before);
+    EXPECT_EQ(TextOf(Control(idIgnore)), L"");
+    EXPECT_EQ(SendMessageW(Control(idTab), TCM_GETCURSEL, 0, 0), 2);
     EXPECT_EQ(EndOfRun(), L"All emails for the selected folder have been exported.");
     for (const int id : choices) EXPECT_TRUE(IsWindowEnabled(Control(id))) << id;
 }
