@@ -50,13 +50,16 @@ TEST_F(WindowStoreTest, ARelativeStoreIsNoneAndTheNextPressGoesAhead)
     CreateFolder(L"mails"); // in the program's current folder
     store = "mails";
     ASSERT_TRUE(Start(""));
-    EXPECT_TRUE(Run(idExport).starts_with(L"The store folder of the settings is not a full path: mails"));
+    const std::wstring warning = L"The store folder of the settings is not a full path: mails";
+    EXPECT_TRUE(Run(idExport).starts_with(warning));
     EXPECT_EQ(program.Read(L"Local Folders\\Inbox\\0000_Inbox0.eml"), "");
     EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.");
     EXPECT_EQ(program.Read(L"Local Folders\\Inbox\\0000_Inbox0.eml"), Message("Inbox 0", 0));
     EXPECT_EQ(Run(idCheckAllFolders), L"All folders have been checked - 0 email(s) to be saved.");
     ASSERT_TRUE(program.Close());
     EXPECT_TRUE(Keeps(L"mails"));
+    ASSERT_TRUE(program.PassStartUp());
+    EXPECT_TRUE(Run(idCheckAllFolders).starts_with(warning)) << "anew in each session";
 }
 
 TEST_F(WindowStoreTest, FilesThatANewDatabaseDoesNotKnowAreSaid)
@@ -87,6 +90,35 @@ TEST_F(WindowStoreTest, FilesThatANewDatabaseDoesNotKnowAreSaid)
     EXPECT_TRUE(program.WaitUntilIdle(kPatience)) << "said once";
     ASSERT_TRUE(program.Close());
     ASSERT_TRUE(program.PassStartUp()) << "the database is not new any more";
+}
+
+TEST_F(WindowStoreTest, AnotherStoreIsLookedAtBeforeTheFirstExportToIt)
+{
+    AddFolder(L"Inbox", 2);
+    CreateFolder(L"store");
+    for (const wchar_t* folder : {L"", L"Inbox"}) CreateFolder(Stored(folder));
+    program.Write(Stored(L"Inbox\\0000_Inbox0.eml"), Message("Inbox 0", 0));
+    CreateFolder(L"empty");
+    store = Narrow(program.Folder()) + "empty";
+    ASSERT_TRUE(Start(""));
+    const auto open = [&](const std::wstring& name) {
+        const std::vector<std::wstring> lines = LinesOf(Control(idDir));
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            if (lines[i].ends_with(L" " + name)) SendMessageW(Control(idDir), LB_SETCURSEL, i, 0);
+        SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(idDir, LBN_DBLCLK), 0);
+    };
+    EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.");
+    const std::wstring folder = ProgramFolder();
+    open(folder.substr(folder.rfind(L'\\') + 1));
+    open(L"store");
+    EXPECT_EQ(TextOf(Control(idStorePath)), program.Folder() + L"store");
+    EXPECT_TRUE(
+        Run(idExport).starts_with(L"saved.mdb has been made anew, but the store folder holds 1 saved"));
+    EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.") << "the next press";
+    open(folder.substr(folder.rfind(L'\\') + 1));
+    open(L"empty");
+    EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.")
+        << "what lies there is this session's own";
 }
 
 // A drive that comes and goes, with nothing in it: what lies on one that was defined so Wine does not show.
