@@ -42,6 +42,25 @@ Text TextOfWindow(HWND window)
     return text;
 }
 
+// A key that is held repeats itself. What its first stroke has pressed may have brought another button, which
+// nobody meant to press: only in texts and lists does a key that is held go on.
+bool IsRepeatedPress(const MSG& message)
+{
+    constexpr LPARAM kWasDown = 1 << 30;
+    if (!(message.lParam & kWasDown)) return false;
+    const auto wants = [&](LRESULT what) { return SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0) & what; };
+    switch (message.message) {
+    case WM_KEYDOWN:
+        return message.wParam == VK_RETURN || (message.wParam == VK_SPACE && wants(DLGC_BUTTON));
+    case WM_SYSCHAR: // with Alt: a mnemonic
+        return true;
+    case WM_CHAR: // elsewhere than in texts and lists it is one without Alt, too
+        return !wants(DLGC_WANTCHARS);
+    default:
+        return false;
+    }
+}
+
 } // namespace
 
 const wchar_t* ProgramTitle()
@@ -221,29 +240,6 @@ void Form1::HandleMessages()
     MSG message = {};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) Dispatch(message);
 }
-
-namespace {
-
-// A key that is held repeats itself. What its first stroke has pressed may have brought another button, which
-// nobody meant to press: only in texts and lists does a key that is held go on.
-bool IsRepeatedPress(const MSG& message)
-{
-    constexpr LPARAM kWasDown = 1 << 30;
-    if (!(message.lParam & kWasDown)) return false;
-    const auto wants = [&](LRESULT what) { return SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0) & what; };
-    switch (message.message) {
-    case WM_KEYDOWN:
-        return message.wParam == VK_RETURN || (message.wParam == VK_SPACE && wants(DLGC_BUTTON));
-    case WM_SYSCHAR: // with Alt: a mnemonic
-        return true;
-    case WM_CHAR: // elsewhere than in texts and lists it is one without Alt, too
-        return !wants(DLGC_WANTCHARS);
-    default:
-        return false;
-    }
-}
-
-} // namespace
 
 // Ctrl+Tab turns the tabs, Enter opens the folder that is marked; the rest of moving about is the system's.
 void Form1::Dispatch(MSG& message)

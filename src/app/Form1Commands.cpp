@@ -186,13 +186,13 @@ bool Form1::MayUseStore()
 {
     if (store_.IsSettled()) return true;
     if (missingStoreSaid_) { // pressed again: so be it
-        store_.BeContent();
+        store_.AcceptStandIn();
         return true;
     }
     missingStoreSaid_ = true;
     const bool full = IsFullPath(NormalDirectoryPath(store_.Missing()));
     const Text reason = u"The store folder of the settings " +
-                        Text(full ? u"is not there: " : u"is not a full path: ") + store_.Missing();
+                        Text(full ? u"cannot be found: " : u"is not a full path: ") + store_.Missing();
     LogLine(reason, Record::yes);
     ShowBox(BoxIcon::warning,
             reason +

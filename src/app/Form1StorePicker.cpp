@@ -85,7 +85,7 @@ void Form1StorePicker::TakeFromSettings(const Text& path)
 
 bool Form1StorePicker::IsSettled()
 {
-    if (missing_.empty() || content_) return true;
+    if (missing_.empty() || accepted_) return true;
     if (!SetFolder(missing_)) return false;
     missing_.clear();
     return true;

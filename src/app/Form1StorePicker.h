@@ -21,10 +21,10 @@ public:
     void TakeFromSettings(const Text& path);
     // As the settings spell it; empty when nothing stands in for it.
     const Text& Missing() const { return missing_; }
-    // Whether the store folder is the one that was wished for, or the user has been content with another. A
-    // folder that was missing and is there by now is gone to.
+    // Whether the store folder is the one that was wished for, or one that the user has accepted. A folder
+    // that was missing and is there by now is gone to.
     bool IsSettled();
-    void BeContent() { content_ = true; } // with the folder that stands in
+    void AcceptStandIn() { accepted_ = true; } // the user goes on with the folder that stands in
     const Text& ToRemember() const { return missing_.empty() ? folder_ : missing_; } // in the settings
 
     // What the user did in the lists. An empty floppy drive and the like change nothing.
@@ -50,6 +50,6 @@ private:
     DWORD presentDrives_ = 0; // those in the list, as GetLogicalDrives counts them
     Text folder_;
     Text missing_;
-    bool content_ = false;
+    bool accepted_ = false;
     std::vector<DirectoryLine> lines_;
 };

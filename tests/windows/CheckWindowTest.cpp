@@ -167,7 +167,7 @@ TEST_F(CheckWindowTest, AStopEndsALongCheckSoon)
     ASSERT_TRUE(Start(""));
     const auto begin = [this] {
         Press(Control(idCheckFolder));
-        return Eventually([&] { return TextOf(Control(idProg)) == L"1%"; }, kPatience);
+        return Eventually([&] { return TextOf(Control(idProg)) != L"0%"; }, kPatience); // before: 0%
     };
     ASSERT_TRUE(begin());
     Press(Control(idStopAfterEmail));

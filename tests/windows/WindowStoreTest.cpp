@@ -24,7 +24,7 @@ TEST_F(WindowStoreTest, AMissingStoreIsSaidOnceAndKept)
     ASSERT_TRUE(Start("")) << "start-up says nothing";
     EXPECT_EQ(TextOf(Control(idStorePath)), ProgramFolder());
     const std::wstring words = Run(idCheckFolder);
-    EXPECT_TRUE(words.starts_with(L"The store folder of the settings is not there: " + gone))
+    EXPECT_TRUE(words.starts_with(L"The store folder of the settings cannot be found: " + gone))
         << Narrow(words);
     EXPECT_TRUE(words.ends_with(L"works with the program's folder:" + ProgramFolder()) ||
                 words.ends_with(L"works with the program's folder:\r\n" + ProgramFolder()))
@@ -35,7 +35,7 @@ TEST_F(WindowStoreTest, AMissingStoreIsSaidOnceAndKept)
 
     // The folder comes back between the box and the next press, and is gone to.
     ASSERT_TRUE(program.PassStartUp());
-    EXPECT_TRUE(Run(idSaveAll).starts_with(L"The store folder of the settings is not there: " + gone));
+    EXPECT_TRUE(Run(idSaveAll).starts_with(L"The store folder of the settings cannot be found: " + gone));
     CreateFolder(L"gone");
     EXPECT_EQ(Run(idExport), L"All emails for the selected folder have been exported.");
     EXPECT_EQ(TextOf(Control(idStorePath)), gone);
