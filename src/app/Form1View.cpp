@@ -13,7 +13,7 @@ namespace {
 constexpr DWORD kShowEvery = 100;    // milliseconds
 constexpr DWORD kKeysUpLimit = 2000; // milliseconds
 constexpr UINT kBoxMilliseconds = 60'000;
-constexpr DWORD kKeysUpPoll = 20;    // milliseconds
+constexpr DWORD kKeysUpPoll = 20; // milliseconds
 
 // Whoever has scrolled a list back reads there, and new lines leave it alone.
 bool ShowsEnd(HWND list)
