@@ -262,7 +262,7 @@ void Form1::cmdExport()
     if (!SelectShownFolder(*state_.run)) return;
     EnterRun();
     state_.flags.runCompleted = true;
-    ExportFolder(*state_.run, false);
+    (void)ExportFolder(*state_.run, false);
     if (state_.flags.runCompleted)
         ShowBox(BoxIcon::information, u"All emails for the selected folder have been exported.");
 }

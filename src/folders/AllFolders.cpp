@@ -45,10 +45,11 @@ bool ShowInClient(FolderRun& run)
     return true;
 }
 
-void StopForSilentClient(FolderRun& run)
+bool StopForSilentClient(FolderRun& run)
 {
     ReportSilentClient(run.client);
     run.Flags().stopAfterFolder = true;
+    return false;
 }
 
 void NoteToExport(FolderRun& run, CheckTotals& totals, std::int32_t emails, std::int32_t firstUnsaved)
@@ -95,30 +96,33 @@ void NoteResult(FolderRun& run, CheckTotals& totals, const ComparisonResult& res
     run.view.MarkFolderNode(DecimalText(result.saved) + u'/' + DecimalText(count), image);
 }
 
-void CheckOne(FolderRun& run, CheckTotals& totals)
+// Whether the folder was checked to its end.
+bool CheckOne(FolderRun& run, CheckTotals& totals)
 {
     run.view.SelectFolderNode(run.selectedFolder); // the one that is marked
     run.view.MarkFolderNode(u"", u"envelope");
-    if (!ShowInClient(run)) return;
+    if (!ShowInClient(run)) return false;
     if (!run.client.handles.listViewFound) return StopForSilentClient(run);
     const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
-    const std::optional<std::int32_t> answer = CountEmails(run, !emlFiles.empty());
+    const std::optional<std::int32_t> answer = CountEmails(run);
     if (!answer) return StopForSilentClient(run);
     const std::int32_t count = *answer;
     run.checkedCounts[run.currentFolder] = count;
-    if (emlFiles.empty()) return NothingStored(run, totals, count);
+    if (emlFiles.empty()) {
+        NothingStored(run, totals, count);
+        return true;
+    }
     if (count < 1) {
         run.Log(u"No emails in folder.");
         ++totals.foldersEmpty;
-        return;
+        return true;
     }
     const std::optional<ComparisonResult> result = CompareFolder(run, count, emlFiles);
     if (result)
         NoteResult(run, totals, *result);
-    else if (run.Flags().stopAfterEmail)
-        LogStopAfterEmail(run);
-    else
-        StopForSilentClient(run);
+    else if (SayNoResult(run) == NoResult::clientSilent)
+        run.Flags().stopAfterFolder = true;
+    return result.has_value();
 }
 
 // Kept: of several checks in the list, the first record of the folder counts.
@@ -129,16 +133,14 @@ const FolderToExport* RecordOf(const FolderRun& run, const Text& fullName)
     return found == run.exportList.end() ? nullptr : &*found;
 }
 
-// Whether the folder was exported as far as it could be.
+// Whether the folder's e-mails were counted.
 bool ExportOne(FolderRun& run, const FolderToExport& record)
 {
     if (!ShowInClient(run)) return false;
     run.Log(u"Exporting emails from " + run.currentFolder);
     if (run.view.Options().jumpRemain && record.firstUnsaved >= 0)
         SelectListItem(run.client, record.firstUnsaved, OtherItems::clear);
-    const std::size_t unmade = run.unmadeFolders.size();
-    ExportFolder(run, true);
-    return run.unmadeFolders.size() == unmade;
+    return ExportFolder(run, true);
 }
 
 // A mail folder that a run is about: no root, no system folder.
@@ -149,13 +151,17 @@ bool IsPassedOver(FolderRun& run, std::size_t line)
     return FindNoCase(run.view.Options().systemFolders, bounded) != Text::npos;
 }
 
-// From the line that an export did not come to: what the check found there was not looked at.
-void CountUnvisited(FolderRun& run, int line, const Text& ignoreName)
+// From the line that a run did not come to: what an export leaves there is what its check found, and what a
+// check leaves is not known at all.
+void CountUnvisited(FolderRun& run, AllFoldersMode mode, int line, const Text& ignoreName)
 {
     for (auto i = static_cast<std::size_t>(line); i < run.client.lstTree.size(); ++i) {
         if (IsIgnored(run.folderPaths[i], ignoreName) && run.client.lstTree[i].level > 0) return;
-        if (IsPassedOver(run, i) || !RecordOf(run, run.folderPaths[i])) continue;
-        run.exported.notLookedAt += run.checkedCounts[run.folderPaths[i]];
+        if (IsPassedOver(run, i)) continue;
+        if (mode == AllFoldersMode::check)
+            ++run.uncheckedFolders;
+        else if (RecordOf(run, run.folderPaths[i]))
+            run.exported.notLookedAt += run.checkedCounts[run.folderPaths[i]];
     }
 }
 
@@ -163,10 +169,7 @@ void WalkFolders(FolderRun& run, AllFoldersMode mode, const Text& ignoreName, Ch
 {
     const auto last = static_cast<int>(run.client.lstTree.size()) - 1;
     for (int line = 0; line <= last; ++line) {
-        if (IsStopped(run)) {
-            if (mode == AllFoldersMode::exportEmails) CountUnvisited(run, line, ignoreName);
-            return;
-        }
+        if (IsStopped(run)) return CountUnvisited(run, mode, line, ignoreName);
         if (mode == AllFoldersMode::check && run.folderCount > 0)
             run.view.ShowPercentage(Bar::allFolders, Percentage(line, run.folderCount));
         if (run.client.lstTree[static_cast<std::size_t>(line)].level == 0) continue; // no mail folder
@@ -180,7 +183,7 @@ void WalkFolders(FolderRun& run, AllFoldersMode mode, const Text& ignoreName, Ch
         if (IsPassedOver(run, static_cast<std::size_t>(line))) continue;
         const FolderToExport* record = RecordOf(run, run.currentFolder);
         if (mode == AllFoldersMode::check)
-            CheckOne(run, totals);
+            run.uncheckedFolders += CheckOne(run, totals) ? 0 : 1;
         else if (record && !ExportOne(run, *record))
             run.exported.notLookedAt += run.checkedCounts[run.currentFolder];
         SweepRemoteMemory(run.client.memory);
@@ -223,6 +226,7 @@ void RunAllFolders(FolderRun& run, AllFoldersMode mode)
     run.view.ShowTab(Tab::progress);
     if (mode == AllFoldersMode::check) {
         run.Log(u"Checking Outlook Express folders");
+        run.uncheckedFolders = 0;
         run.runTotalToSave = 0;
     } else {
         run.Log(u"Exporting Outlook Express folders");
@@ -232,10 +236,15 @@ void RunAllFolders(FolderRun& run, AllFoldersMode mode)
     }
     CheckTotals totals;
     try {
-        WalkFolders(run, mode, ignoreName, totals);
+        // A client that was lost in the check is not asked again.
+        if (run.Flags().clientLost)
+            CountUnvisited(run, mode, 0, ignoreName);
+        else
+            WalkFolders(run, mode, ignoreName, totals);
     } catch (const DatabaseError& error) {
         run.Log(u"Database error: " + error.Words());
         run.view.ShowBox(BoxIcon::warning, u"Database error: " + error.Words());
+        CountUnvisited(run, mode, run.selectedFolder, ignoreName);
     }
     SweepRemoteMemory(run.client.memory);
     if (mode == AllFoldersMode::check) {

@@ -52,7 +52,7 @@ void CheckShownFolder(FolderRun& run)
     run.view.SelectFolderNode(run.selectedFolder); // the one that is marked
     if (run.view.Options().storeFolder.empty()) return;
     const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
-    const std::optional<std::int32_t> answer = CountEmails(run, !emlFiles.empty());
+    const std::optional<std::int32_t> answer = CountEmails(run);
     if (!answer) return ReportSilentClient(run.client);
     const std::int32_t total = *answer;
     if (!run.client.files.DirectoryExists(run.exportFolder))
@@ -67,10 +67,8 @@ void CheckShownFolder(FolderRun& run)
     const std::optional<ComparisonResult> result = CompareFolder(run, total, emlFiles);
     if (result)
         SayVerdict(run, *result);
-    else if (run.Flags().stopAfterEmail)
-        LogStopAfterEmail(run);
     else
-        ReportSilentClient(run.client);
+        (void)SayNoResult(run);
 }
 
 } // namespace

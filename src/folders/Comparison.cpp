@@ -3,14 +3,15 @@
 #include "folders/ExportStatistics.h"
 #include "folders/ExportTally.h"
 #include "folders/MatchScore.h"
+#include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
 #include "oe/RemoteListView.h"
+#include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 #include "store/SavedMaintenance.h"
 #include "text/Numbers.h"
 
 #include <algorithm>
-#include <unordered_map>
 #include <unordered_set>
 
 namespace {
@@ -54,21 +55,45 @@ std::optional<ComparisonResult> CompareCounts(FolderRun& run, std::int32_t total
     return result;
 }
 
-// A list that is still filling, or that mail comes into, is read once more. False as ReadEntries.
+// Whether the list is still what was read: as long, and with the same e-mails at its ends.
+bool IsAsRead(FolderRun& run, std::int32_t count)
+{
+    const std::vector<EmailEntry>& entries = run.client.folderEntries;
+    if (count != static_cast<std::int32_t>(entries.size())) return false;
+    const auto holds = [&](std::int32_t row) {
+        const auto read = std::find_if(entries.begin(), entries.end(),
+                                       [row](const EmailEntry& entry) { return entry.row == row; });
+        return ReadEntry(run.client, row).Crc == read->Crc;
+    };
+    return count == 0 || (holds(0) && holds(count - 1));
+}
+
+// Rows beyond those that were read, and the first one, of which nothing is certain.
+void AddUnread(std::vector<EmailEntry>& entries, std::int32_t count)
+{
+    for (auto row = static_cast<std::int32_t>(entries.size()); row < count; ++row) {
+        entries.emplace_back();
+        entries.back().row = row;
+    }
+    for (EmailEntry& entry : entries)
+        if (entry.row == 0) entry.Crc.clear();
+}
+
+// A list that is still filling, that mail comes into or that is sorted anew is read once more. What could not
+// be read by then counts as not saved. False as ReadEntries.
 bool ReadWholeList(FolderRun& run)
 {
     const auto show = [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); };
     for (int reading = 1; reading <= 2; ++reading) {
-        if (!ReadFolderEntries(run.client, show)) return false;
-        if (IsStopped(run)) return false;
-        const std::optional<std::int32_t> now = ListItemCount(run.client);
-        if (!now) return false;
-        const auto read = static_cast<std::int32_t>(run.client.folderEntries.size());
-        if (*now == read) break;
-        run.Log(
-            u"The message list has changed while it was read, from " + DecimalText(read) + u" to " +
-            DecimalText(*now) +
-            (reading == 1 ? u" e-mails; it is read once more." : u" e-mails; what has come is not checked."));
+        if (!ReadFolderEntries(run.client, show) || IsStopped(run)) return false;
+        const std::optional<std::int32_t> count = ListItemCount(run.client);
+        if (!count) return false;
+        const bool asRead = IsAsRead(run, *count);
+        if (run.client.silent) return false;
+        if (asRead) return true;
+        run.Log(reading == 1 ? u"The message list has changed while it was read; it is read once more."
+                             : u"The message list goes on changing; what has come counts as not saved.");
+        if (reading == 2) AddUnread(run.client.folderEntries, *count);
     }
     return true;
 }
@@ -90,15 +115,9 @@ bool ReadEntries(FolderRun& run, std::vector<const EmailEntry*>& entries)
 // Of those that look the same only one can be saved.
 void SayLookAlikes(FolderRun& run, const std::vector<const EmailEntry*>& entries)
 {
-    std::unordered_map<Text, std::int32_t> firstRows;
-    std::int32_t count = 0, firstRow = -1;
-    for (const EmailEntry* entry : entries) {
-        if (entry->Crc.empty()) continue;
-        const auto [first, isNew] = firstRows.emplace(entry->Crc, entry->row);
-        if (isNew) continue;
-        if (++count == 1) firstRow = first->second;
-    }
-    if (count > 0) LogLookAlikes(run, count, firstRow);
+    std::vector<Text> crcs;
+    for (const EmailEntry* entry : entries) crcs.push_back(entry->Crc);
+    LogLookAlikes(run, crcs);
 }
 
 ResultsRow ResultsRowOf(const Text& folder, const EmailEntry& entry, Locale& locale)
@@ -231,13 +250,33 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::span<const
 std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t count,
                                               std::span<const Text> emlFiles)
 {
+    std::optional<ComparisonResult> result;
     switch (run.view.Options().comparison) {
     case ComparisonType::simple:
-        return CompareCounts(run, count, emlFiles);
+        result = CompareCounts(run, count, emlFiles);
+        break;
     case ComparisonType::database:
-        return CompareWithDatabase(run);
+        result = CompareWithDatabase(run);
+        break;
     case ComparisonType::file:
+        result = CompareWithFiles(run, emlFiles);
         break;
     }
-    return CompareWithFiles(run, emlFiles);
+    // What was read is this folder's only if the client shows it still.
+    const bool isShown = result && ShownFolder(run.client) == run.selectedFolder;
+    return isShown && !IsStopped(run) ? result : std::nullopt;
+}
+
+NoResult SayNoResult(FolderRun& run)
+{
+    if (run.Flags().stopAfterEmail) {
+        LogStopAfterEmail(run);
+        return NoResult::stopped;
+    }
+    if (const std::optional<int> shown = ShownFolder(run.client); shown && *shown != run.selectedFolder) {
+        run.Log(u"Outlook Express shows another folder meanwhile; the check has no result.");
+        return NoResult::otherFolder;
+    }
+    ReportSilentClient(run.client);
+    return NoResult::clientSilent;
 }

@@ -2,6 +2,7 @@
 
 #include "folders/ExportStatistics.h"
 #include "folders/ExportTally.h"
+#include "folders/MatchScore.h"
 #include "folders/StoreFolders.h"
 #include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
@@ -46,14 +47,34 @@ bool IsClientThere(FolderRun& run)
     return false;
 }
 
+// Where a dialog was late by more than a minute, and may yet have come in another's place, the file tells
+// whose it is: sender, recipients and subject. Another e-mail's file is removed: that e-mail is saved under
+// its own name.
+bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
+{
+    const OeClient& client = run.client;
+    if (client.saveDialog.writtenOff == 0) return true;
+    EmailEntry undated = entry; // dates differ by the zone
+    undated.Sent = undated.Received = kNoListDate;
+    const EmlContext context{client.files, client.codePage, client.locale, {}};
+    EmlSummary summary;
+    const Text& path = client.saveDialog.savedPath;
+    if (ReadEmlSummary(path, context, summary).empty() && MatchScore(undated, summary) == 100) return true;
+    (void)client.files.Delete(path);
+    run.Log(u"Another e-mail was saved in its place, and its file removed");
+    run.Log(u"FAIL: " + DecimalText(entry.row) + u' ' + entry.Subject);
+    return false;
+}
+
 SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& subject, FolderTally& tally)
 {
     const RunOptions options = run.view.Options();
     SaveRequest request{subject,           entry.row,        run.exportFolder, options.idOnly,
-                        options.skipFiles, options.sendKeys, entry.Crc};
-    const SaveResult result = SaveCurrentEmail(run.client, request);
+                        options.skipFiles, options.sendKeys, entry.Crc,        run.selectedFolder};
+    SaveResult result = SaveCurrentEmail(run.client, request);
     if (result == SaveResult::untried) return result;
     NoteHandled(tally, entry.row, entry.Crc, false);
+    if (result == SaveResult::saved && !IsThatEmail(run, entry)) result = SaveResult::failed;
     if (result == SaveResult::saved) {
         ++run.runTotalSaved;
         AddSavedEmail(run.saved, run.currentFolder, entry);
@@ -67,9 +88,11 @@ SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& su
 bool ExportSelected(FolderRun& run, Outcome& outcome)
 {
     FolderTally& tally = outcome.tally;
+    // A list that was made anew for the same folder meanwhile is another window.
+    if (!run.client.desktop.IsThere(run.client.handles.listView)) FindOeHandles(run.client);
     const MessageDetails details = GetMessageDetails(run.client);
     if (!run.client.detailsFound) {
-        if (run.client.silent) return false;
+        if (run.client.silent || run.Flags().closing) return false;
         run.Log(u"An e-mail could not be read from the message list and was not exported.");
         ++outcome.skipped;
         NoteSkipped(tally, SkipReason::unread);
@@ -100,15 +123,17 @@ bool ExportSelected(FolderRun& run, Outcome& outcome)
     return true;
 }
 
-// A client that falls silent over an e-mail and comes back is asked for it again. False: it has not come
-// back, or a box of its own stands in the way of everything; the run is to end.
-bool ExportPatiently(FolderRun& run, Outcome& outcome)
+enum class Attempt { done, stopped, clientLost };
+
+// A client that falls silent over an e-mail and comes back is asked for it again.
+Attempt ExportPatiently(FolderRun& run, Outcome& outcome)
 {
     for (int attempt = 0; !ExportSelected(run, outcome); ++attempt) {
-        if (!run.client.silent) return true; // a stop came first
-        if (attempt == kAttempts || !AwaitClient(run.client)) return false;
+        if (run.Flags().stopAfterEmail && !run.client.silent) return Attempt::stopped;
+        if (attempt == kAttempts || !AwaitClient(run.client)) return Attempt::clientLost;
     }
-    return run.client.saveDialog.blocked < kBlockedMax;
+    // A box of its own stands in the way of everything.
+    return run.client.saveDialog.blocked < kBlockedMax ? Attempt::done : Attempt::clientLost;
 }
 
 void EndForSilentClient(FolderRun& run, bool partOfAllFolders)
@@ -126,10 +151,10 @@ LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
         statistics.Show(run.view, id, run.client.clock.LocalNow());
         if (partOfAllFolders) statistics.ShowTotals(run.view, run.runTotalSaved, run.runTotalToSave);
         if (!IsClientThere(run)) return LoopEnd::early;
-        if (!ExportPatiently(run, outcome)) {
-            EndForSilentClient(run, partOfAllFolders);
-            return LoopEnd::early;
-        }
+        const Attempt attempt = ExportPatiently(run, outcome);
+        if (attempt == Attempt::clientLost) EndForSilentClient(run, partOfAllFolders);
+        if (attempt == Attempt::stopped) (void)IsStopped(run, partOfAllFolders);
+        if (attempt != Attempt::done) return LoopEnd::early;
         SendKey(run.client, run.client.handles.listView, kDownKey, WithCharacter::no);
         if (statistics.processed % kSweepEvery == 0) SweepRemoteMemory(run.client.memory);
         run.view.ProcessEvents();
@@ -137,16 +162,30 @@ LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
     return LoopEnd::atLast;
 }
 
-// The list may have grown since the loop's last row was counted, or may have led the Down key elsewhere.
-void CountAgain(FolderRun& run, LoopEnd end, bool partOfAllFolders, FolderTally& tally)
+// The list may have grown since the loop's last row was counted, been sorted anew, or led the Down key
+// elsewhere. False when the client fell silent over it.
+bool LookAgain(FolderRun& run, Outcome& outcome)
 {
-    if (end == LoopEnd::atLast || !run.client.silent) {
-        const std::optional<std::int32_t> count = ListItemCount(run.client);
-        if (!count && run.client.silent) return EndForSilentClient(run, partOfAllFolders);
-        tally.rows = count.value_or(tally.rows);
-    }
-    const std::int32_t missed = NotReached(tally);
-    if (end != LoopEnd::atLast || missed == 0) return;
+    FolderTally& tally = outcome.tally;
+    const std::optional<std::int32_t> count = ListItemCount(run.client);
+    if (!count) return !run.client.silent;
+    tally.rows = *count;
+    if (run.Flags().stopAfterEmail || !NeedsListAtEnd(tally, outcome.passed)) return true;
+    run.view.ShowText(u"Looking for e-mails that were missed...");
+    const bool isRead = ReadFolderEntries(
+        run.client, [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
+    if (!isRead || run.Flags().stopAfterEmail) return !run.client.silent;
+    tally.listAtEnd.emplace(run.client.folderEntries.size());
+    for (const EmailEntry& entry : run.client.folderEntries)
+        (*tally.listAtEnd)[static_cast<std::size_t>(entry.row)] = entry.Crc;
+    return true;
+}
+
+void EndAtLast(FolderRun& run, bool partOfAllFolders, Outcome& outcome)
+{
+    if (!LookAgain(run, outcome)) return EndForSilentClient(run, partOfAllFolders);
+    const std::int32_t missed = NotLookedAt(outcome.tally, Extent::fromFirstRow);
+    if (missed == 0) return;
     run.Log(DecimalText(missed) + u" e-mail(s) were not reached.");
     if (!partOfAllFolders) run.Flags().runCompleted = false;
 }
@@ -160,21 +199,27 @@ void SayEmpty(FolderRun& run, bool partOfAllFolders)
     run.view.ShowBriefBox(BoxIcon::information, words);
 }
 
-void ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statistics, Outcome& outcome)
+// Whether the e-mails were counted.
+bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statistics, Outcome& outcome)
 {
     run.view.ShowTab(Tab::progress);
-    const std::optional<std::int32_t> count = ListItemCount(run.client);
-    if (!count) return EndForSilentClient(run, partOfAllFolders);
-    statistics.count = *count;
-    if (statistics.count == 0) return SayEmpty(run, partOfAllFolders);
+    const std::optional<std::int32_t> count = CountEmails(run);
+    if (!count) EndForSilentClient(run, partOfAllFolders);
+    if (count == 0) SayEmpty(run, partOfAllFolders);
+    statistics.count = outcome.tally.rows = count.value_or(0);
+    if (statistics.count == 0) return count.has_value();
     (void)GetMessageDetails(run.client); // for the row to begin with
     run.Log(u"-- Exporting " + DecimalText(run.client.currentEmailId) + u" to " +
             DecimalText(statistics.count - 1) + u" messages.");
     if (run.client.detailsFound) LogMissingColumns(run);
     outcome.tally.firstRow = std::max(run.client.currentEmailId, 0);
-    outcome.tally.rows = statistics.count;
+    run.client.saveDialog.blocked = 0;
     const LoopEnd end = ExportEmails(run, partOfAllFolders, statistics, outcome);
-    CountAgain(run, end, partOfAllFolders, outcome.tally);
+    if (end == LoopEnd::atLast)
+        EndAtLast(run, partOfAllFolders, outcome);
+    else if (!run.client.silent)
+        outcome.tally.rows = ListItemCount(run.client).value_or(outcome.tally.rows);
+    return true;
 }
 
 // Says why the e-mails of this folder cannot be stored; empty when they can.
@@ -201,29 +246,40 @@ void ReportNoExportFolder(FolderRun& run, const Text& words, bool partOfAllFolde
 
 } // namespace
 
-void ExportFolder(FolderRun& run, bool partOfAllFolders)
+bool ExportFolder(FolderRun& run, bool partOfAllFolders)
 {
+    const int wanted = run.selectedFolder;
     if (!partOfAllFolders) run.exported = {};
+    if (!partOfAllFolders) run.uncheckedFolders = 0;
     if (!SelectShownFolder(run)) {
         run.Flags().runCompleted = false;
-        return;
+        if (partOfAllFolders && run.Flags().clientLost) run.Flags().stopAfterFolder = true;
+        return false;
+    }
+    if (partOfAllFolders && run.selectedFolder != wanted) {
+        run.Log(u"Outlook Express shows another folder meanwhile; this one was not exported.");
+        return false;
     }
     UseSelectedFolder(run);
-    if (const Text reason = WhyNoExportFolder(run); !reason.empty())
-        return ReportNoExportFolder(run, reason + run.exportFolder, partOfAllFolders);
+    if (const Text reason = WhyNoExportFolder(run); !reason.empty()) {
+        ReportNoExportFolder(run, reason + run.exportFolder, partOfAllFolders);
+        return false;
+    }
     FindOeHandles(run.client);
     run.Log(u"Folder " + run.nodes[static_cast<std::size_t>(run.selectedFolder)].name);
 
+    bool isCounted = false;
     Outcome outcome;
     ExportStatistics statistics;
     statistics.startTime = run.client.clock.LocalNow();
     try {
         if (run.client.handles.oeFound)
-            ExportList(run, partOfAllFolders, statistics, outcome);
+            isCounted = ExportList(run, partOfAllFolders, statistics, outcome);
         else
             run.Flags().runCompleted = false;
     } catch (const DatabaseError& error) {
         // No export without a record of it.
+        isCounted = true;
         run.Flags().runCompleted = false;
         if (partOfAllFolders) run.Flags().stopAfterFolder = true;
         run.Log(u"Database error: " + error.Words());
@@ -233,9 +289,11 @@ void ExportFolder(FolderRun& run, bool partOfAllFolders)
     run.Log(DecimalText(outcome.passed) + u" passed, " + DecimalText(outcome.failed) + u" failed, " +
             DecimalText(outcome.skipped) + u" skipped");
     run.Log(u"Export complete");
-    AddToTotals(run, outcome.tally, partOfAllFolders ? Extent::wholeList : Extent::fromFirstRow);
+    if (isCounted)
+        AddToTotals(run, outcome.tally, partOfAllFolders ? Extent::wholeList : Extent::fromFirstRow);
     if (!partOfAllFolders) SayClosingLine(run);
     run.view.ShowPercentage(Bar::currentFolder, 0);
     if (!partOfAllFolders) run.view.ShowStopButtons(StopButtons::hidden);
     SweepRemoteMemory(run.client.memory);
+    return isCounted;
 }

@@ -1,24 +1,84 @@
 #include "folders/ExportTally.h"
 
 #include <algorithm>
+#include <set>
 
 namespace {
+
+using Counts = std::map<Text, std::int32_t>;
 
 std::int32_t SizeOf(std::size_t size)
 {
     return static_cast<std::int32_t>(size);
 }
 
-// Of the handled e-mails. Those that look alike have one record together as a rule, and one file.
+Counts HandledOfCrc(const FolderTally& tally)
+{
+    Counts counts;
+    for (const auto& [email, saved] : tally.emails) ++counts[email.second];
+    return counts;
+}
+
+Counts ListedOfCrc(const FolderTally& tally, std::int32_t from)
+{
+    Counts counts;
+    if (!tally.listAtEnd) return counts;
+    for (std::size_t row = static_cast<std::size_t>(from); row < tally.listAtEnd->size(); ++row)
+        if (const Text& crc = (*tally.listAtEnd)[row]; !crc.empty()) ++counts[crc];
+    return counts;
+}
+
+std::set<std::int32_t> RowsRead(const FolderTally& tally)
+{
+    std::set<std::int32_t> rows;
+    for (const auto& [email, saved] : tally.emails) rows.insert(email.first);
+    return rows;
+}
+
+// Of the handled e-mails. Those that look alike have one record together as a rule, and one file; it may be
+// that of one that this run has not handled.
 std::int32_t SavedOf(FolderRun& run, const FolderTally& tally)
 {
-    std::map<Text, std::int32_t> savedOfCrc;
-    for (const auto& [email, saved] : tally.emails)
-        if (saved) ++savedOfCrc[email.second];
+    const Counts handled = HandledOfCrc(tally), listed = ListedOfCrc(tally, 0);
+    Counts savedOfCrc;
+    for (const auto& [email, isSaved] : tally.emails)
+        if (isSaved) ++savedOfCrc[email.second];
     std::int32_t saved = 0;
-    for (const auto& [crc, count] : savedOfCrc)
-        saved += count == 1 ? 1 : std::min(count, CountRecords(run.saved, crc, run.currentFolder));
+    for (const auto& [crc, count] : savedOfCrc) {
+        const std::int32_t own = handled.at(crc);
+        const auto inList = listed.find(crc);
+        const std::int32_t others = inList == listed.end() ? 0 : std::max(inList->second - own, 0);
+        if (own == 1 && others == 0)
+            ++saved;
+        else
+            saved += std::clamp(CountRecords(run.saved, crc, run.currentFolder) - others, 0, count);
+    }
     return std::min(saved, SizeOf(run.client.files.ListEmlFiles(run.exportFolder).size()));
+}
+
+// Of the e-mails that were met again: those of which the list does have more than one.
+std::vector<Text> TrueLookAlikes(const FolderTally& tally)
+{
+    const Counts listed = ListedOfCrc(tally, 0);
+    std::vector<Text> alike;
+    std::copy_if(tally.metAgain.begin(), tally.metAgain.end(), std::back_inserter(alike),
+                 [&](const Text& crc) {
+                     const auto found = listed.find(crc);
+                     return !tally.listAtEnd || (found != listed.end() && found->second > 1);
+                 });
+    return alike;
+}
+
+void LogMetAgain(FolderRun& run, const FolderTally& tally)
+{
+    const std::vector<Text> alike = TrueLookAlikes(tally);
+    if (!alike.empty())
+        run.Log(DecimalText(SizeOf(alike.size())) +
+                u" skipped: look exactly like another e-mail of this folder, the first like row " +
+                DecimalText(tally.firstRows.at(alike.front())));
+    if (const std::size_t moved = tally.metAgain.size() - alike.size(); moved > 0)
+        run.Log(DecimalText(SizeOf(moved)) +
+                u" skipped: met a second time, as the list or the selection moved");
 }
 
 } // namespace
@@ -28,46 +88,42 @@ void NoteHandled(FolderTally& tally, std::int32_t row, const Text& crc, bool sav
     bool& known = tally.emails[{row, crc}];
     known = known || saved;
     tally.firstRows.emplace(crc, row);
+    const bool isNext = row == tally.lastRow || row == tally.lastRow + 1 || tally.lastRow < 0;
+    tally.hasMoved = tally.hasMoved || !isNext;
+    tally.lastRow = row;
 }
 
 void NoteSkipped(FolderTally& tally, SkipReason reason)
 {
     ++tally.skipped[reason];
+    if (reason == SkipReason::unread) tally.hasMoved = true;
 }
 
 void NoteRecorded(FolderTally& tally, std::int32_t row, const Text& crc)
 {
-    const auto first = tally.firstRows.find(crc);
-    const bool isLookAlike = first != tally.firstRows.end() && first->second != row;
-    if (isLookAlike && tally.firstLookAlike < 0) tally.firstLookAlike = first->second;
-    NoteSkipped(tally, isLookAlike ? SkipReason::lookAlike : SkipReason::recorded);
+    const bool isMetAgain = tally.firstRows.count(crc) != 0;
+    NoteSkipped(tally, isMetAgain ? SkipReason::metAgain : SkipReason::recorded);
+    if (isMetAgain) tally.metAgain.push_back(crc);
+    if (row == tally.lastRow) tally.hasMoved = true; // the Down key did not lead on
     NoteHandled(tally, row, crc, true);
 }
 
-void LogLookAlikes(FolderRun& run, std::int32_t count, std::int32_t firstRow)
+bool NeedsListAtEnd(const FolderTally& tally, std::int32_t passed)
 {
-    run.Log(DecimalText(count) + u" look exactly like another e-mail of this folder, the first like row " +
-            DecimalText(firstRow));
+    const bool mayHaveLookAlikesAbove = tally.firstRow > 0 && tally.skipped.count(SkipReason::recorded) != 0;
+    const bool countFits = tally.rows - tally.firstRow == SizeOf(tally.emails.size());
+    return passed > 0 || tally.hasMoved || mayHaveLookAlikesAbove || !countFits;
 }
 
 void LogSkipReasons(FolderRun& run, const FolderTally& tally)
 {
     for (const auto& [reason, count] : tally.skipped) {
-        const Text number = DecimalText(count);
-        switch (reason) {
-        case SkipReason::recorded:
-            run.Log(number + u" skipped: recorded as saved before");
-            break;
-        case SkipReason::lookAlike:
-            LogLookAlikes(run, count, tally.firstLookAlike);
-            break;
-        case SkipReason::nameTaken:
-            run.Log(number + u" skipped: the file name is taken");
-            break;
-        case SkipReason::unread:
-            run.Log(number + u" skipped: could not be read");
-            break;
-        }
+        if (reason == SkipReason::recorded)
+            run.Log(DecimalText(count) + u" skipped: recorded as saved before");
+        if (reason == SkipReason::metAgain) LogMetAgain(run, tally);
+        if (reason == SkipReason::nameTaken)
+            run.Log(DecimalText(count) + u" skipped: the file name is taken");
+        if (reason == SkipReason::unread) run.Log(DecimalText(count) + u" skipped: could not be read");
     }
     const auto recorded = tally.skipped.find(SkipReason::recorded);
     if (recorded != tally.skipped.end() && recorded->second >= SizeOf(tally.firstRows.size()) &&
@@ -76,20 +132,47 @@ void LogSkipReasons(FolderRun& run, const FolderTally& tally)
                 u" - another or emptied store folder?");
 }
 
-std::int32_t NotReached(const FolderTally& tally)
+void LogLookAlikes(FolderRun& run, const std::vector<Text>& crcs)
 {
-    std::set<std::int32_t> read;
-    for (const auto& [email, saved] : tally.emails)
-        if (email.first >= tally.firstRow && email.first < tally.rows) read.insert(email.first);
-    return std::max(tally.rows - tally.firstRow - SizeOf(read.size()), 0);
+    std::map<Text, std::size_t> firstRows;
+    std::int32_t count = 0;
+    std::size_t firstRow = 0;
+    for (std::size_t row = 0; row < crcs.size(); ++row) {
+        if (crcs[row].empty()) continue;
+        const auto [first, isNew] = firstRows.emplace(crcs[row], row);
+        if (!isNew && ++count == 1) firstRow = first->second;
+    }
+    if (count > 0)
+        run.Log(DecimalText(count) +
+                u" look exactly like another e-mail of this folder, the first like row " +
+                DecimalText(SizeOf(firstRow)));
+}
+
+std::int32_t NotLookedAt(const FolderTally& tally, Extent extent)
+{
+    const std::int32_t from = extent == Extent::wholeList ? 0 : tally.firstRow;
+    const std::set<std::int32_t> read = RowsRead(tally);
+    if (!tally.listAtEnd) {
+        const auto inList = std::count_if(read.begin(), read.end(),
+                                          [&](std::int32_t row) { return row >= from && row < tally.rows; });
+        return std::max(tally.rows - from - static_cast<std::int32_t>(inList), 0);
+    }
+    // By what the rows hold: they may have moved since.
+    const Counts handled = HandledOfCrc(tally);
+    std::int32_t missed = 0;
+    for (const auto& [crc, count] : ListedOfCrc(tally, from)) {
+        const auto own = handled.find(crc);
+        missed += std::max(count - (own == handled.end() ? 0 : own->second), 0);
+    }
+    for (std::size_t row = static_cast<std::size_t>(from); row < tally.listAtEnd->size(); ++row)
+        if ((*tally.listAtEnd)[row].empty() && !read.count(SizeOf(row))) ++missed;
+    return missed;
 }
 
 void AddToTotals(FolderRun& run, const FolderTally& tally, Extent extent)
 {
-    const std::int32_t handled = SizeOf(tally.emails.size());
-    const std::int32_t rows = extent == Extent::wholeList ? tally.rows : tally.rows - tally.firstRow;
-    run.exported.handled += handled;
-    run.exported.notLookedAt += std::max(rows - handled, 0);
+    run.exported.handled += SizeOf(tally.emails.size());
+    run.exported.notLookedAt += NotLookedAt(tally, extent);
     try {
         run.exported.saved += SavedOf(run, tally);
     } catch (const DatabaseError&) {
@@ -100,7 +183,9 @@ void AddToTotals(FolderRun& run, const FolderTally& tally, Extent extent)
 void SayClosingLine(FolderRun& run)
 {
     const ExportTotals& totals = run.exported;
-    if (totals.handled == 0 && totals.notLookedAt == 0) return;
+    if (totals.handled == 0 && totals.notLookedAt == 0 && run.uncheckedFolders == 0) return;
+    if (run.uncheckedFolders > 0)
+        run.Log(DecimalText(run.uncheckedFolders) + u" folder(s) were not checked.");
     Text line = DecimalText(totals.saved) + u" of " + DecimalText(totals.handled) +
                 u" e-mail(s) handled in this run are saved; " + DecimalText(totals.handled - totals.saved) +
                 u" are not.";

@@ -4,36 +4,44 @@
 #include "folders/FolderRun.h"
 
 #include <map>
-#include <set>
+#include <optional>
 
-enum class SkipReason { recorded, lookAlike, nameTaken, unread };
+enum class SkipReason { recorded, metAgain, nameTaken, unread };
 
 // One folder's part of an export.
 struct FolderTally {
     std::map<std::pair<std::int32_t, Text>, bool> emails{}; // by row and CRC: whether it is saved
     std::map<Text, std::int32_t> firstRows{};               // of each CRC: the row that it was met in first
     std::map<SkipReason, std::int32_t> skipped{};
-    std::int32_t firstLookAlike = -1; // row of the e-mail that the first look-alike looks like
-    std::int32_t firstRow = 0;        // that the export began with
-    std::int32_t rows = 0;            // in the list, as it was counted last
+    std::vector<Text> metAgain{}; // CRCs of the e-mails skipped for that reason
+    std::int32_t firstRow = 0;    // that the export began with
+    std::int32_t rows = 0;        // in the list, as it was counted last
+    std::int32_t lastRow = -1;    // that was handled last
+    bool hasMoved = false;        // the rows were not met one after the other
+    std::optional<std::vector<Text>>
+        listAtEnd{}; // the CRC of each row, empty where unread; if it was read again
 };
 
+// Each row and CRC counts once.
 void NoteHandled(FolderTally& tally, std::int32_t row, const Text& crc, bool saved);
 void NoteSkipped(FolderTally& tally, SkipReason reason);
-// An e-mail of which there is a record already: from another run, or of one of this run that looks the same.
+// An e-mail of which there is a record already: from another run, or of one that was met in this.
 void NoteRecorded(FolderTally& tally, std::int32_t row, const Text& crc);
+
+// Whether only reading the list once more tells what was missed.
+bool NeedsListAtEnd(const FolderTally& tally, std::int32_t passed);
 
 // One line for each reason; and what a folder without any file suggests.
 void LogSkipReasons(FolderRun& run, const FolderTally& tally);
-// For checks: how many of these CRCs are not the first of their kind.
-void LogLookAlikes(FolderRun& run, std::int32_t count, std::int32_t firstRow);
+// How many e-mails of a list are not the first of their kind, if any are. crcs: by row, empty where unread.
+void LogLookAlikes(FolderRun& run, const std::vector<Text>& crcs);
 
-// Rows from the first one on to the list's end that no e-mail was read from.
-std::int32_t NotReached(const FolderTally& tally);
+// Rows of the list that no e-mail was read from: of the whole list, or from the first row on.
+enum class Extent { fromFirstRow, wholeList };
+std::int32_t NotLookedAt(const FolderTally& tally, Extent extent);
 
 // Adds the folder to run.exported: of e-mails that look alike no more are saved than the folder has records,
-// and of the folder no more than its directory has files. wholeList: rows before the first one count as well.
-enum class Extent { fromFirstRow, wholeList };
+// and of the folder no more than its directory has files.
 void AddToTotals(FolderRun& run, const FolderTally& tally, Extent extent);
 
 // In log, display and summary; nothing when there was nothing to do.

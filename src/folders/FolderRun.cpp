@@ -7,6 +7,10 @@
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 
+namespace {
+constexpr int kCountTries = 5, kCountInterval = 200; // milliseconds, for a list that is just being filled
+} // namespace
+
 bool SelectShownFolder(FolderRun& run)
 {
     WindowHandle mainWindow = 0;
@@ -14,10 +18,11 @@ bool SelectShownFolder(FolderRun& run)
         FindOeHandles(run.client); // says so
         return false;
     }
-    // "Not found" is line 0, the root. Taking that for the folder would file e-mails under a wrong name.
-    const bool known = !run.client.lstTree.empty() && IsCurrentFolderKnown(run.client);
-    if (known) {
-        run.selectedFolder = CurrentFolderIndex(run.client);
+    run.client.memory.denied = false; // it may have been started anew
+    // Asked once: a folder that is not known must not be taken for the root, under whose name its e-mails
+    // would be filed.
+    if (const std::optional<int> shown = ShownFolder(run.client)) {
+        run.selectedFolder = *shown;
         run.view.SelectFolderLine(run.selectedFolder);
         return true;
     }
@@ -50,10 +55,14 @@ bool IsStoreThere(FolderRun& run)
     return run.client.files.DirectoryExists(run.view.Options().storeFolder);
 }
 
-std::optional<std::int32_t> CountEmails(FolderRun& run, bool hasFiles)
+std::optional<std::int32_t> CountEmails(FolderRun& run)
 {
-    const std::optional<std::int32_t> count = ListItemCount(run.client);
-    return count == 0 && hasFiles ? ListItemCount(run.client) : count;
+    std::optional<std::int32_t> count;
+    WaitUntil(run.client, kCountTries, kCountInterval, [&] {
+        count = ListItemCount(run.client);
+        return count != 0;
+    });
+    return count;
 }
 
 void LogMissingColumns(FolderRun& run)

@@ -41,6 +41,7 @@ struct FolderRun {
     std::map<Text, std::int32_t> checkedCounts{}; // e-mails of each folder, by full name, as last checked
     ExportTotals exported{};                      // of the export command under way
     std::vector<Text> unmadeFolders{};            // export folders that it could not make
+    std::int32_t uncheckedFolders = 0;            // that its check did not come to, or to the end of
 
     RunFlags& Flags() { return client.flags; }
     void Log(const Text& message) { view.LogLine(message, Record::yes); }
@@ -59,9 +60,9 @@ void UseSelectedFolder(FolderRun& run);
 
 bool IsStoreThere(FolderRun& run);
 
-// E-mails in the list on the screen; nothing when the client does not say. A folder of which files are stored
-// is not taken for empty at the first word: its list may just be being rebuilt.
-std::optional<std::int32_t> CountEmails(FolderRun& run, bool hasFiles);
+// E-mails in the list on the screen; nothing when the client does not say. None are not believed for a
+// second: the list may just be being filled.
+std::optional<std::int32_t> CountEmails(FolderRun& run);
 
 // Names the columns that the list lacks, if it does.
 void LogMissingColumns(FolderRun& run);

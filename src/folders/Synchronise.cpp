@@ -48,7 +48,6 @@ void Synchronise(FolderRun& run)
     run.view.LogLine(u"-- Syncing with OE --", Record::yes);
     FindOeHandles(run.client);
     if (!run.client.handles.oeFound) return;
-    run.client.memory.denied = false; // it may have been started anew
     if (!ReadFolders(run)) return ReportSilentClient(run.client);
     run.view.UnlockCommands();
     if (run.client.handles.listViewFound) SelectFolderOfClient(run);
@@ -61,6 +60,7 @@ void ShowSelectedEmail(FolderRun& run)
     FindOeHandles(client);
     if (!client.handles.listViewFound) return;
     const MessageDetails details = GetMessageDetails(client);
+    if (client.silent) return ReportSilentClient(client);
     run.view.ShowText(u"Message ID: " + DecimalText(client.currentEmailId));
     const EmailEntry entry = BuildEmailEntry(client, details);
     run.view.SetSummary(u"Subject: " + entry.Subject + u"\r\nFrom: " + entry.From.front() + u"\r\nTo: " +

@@ -28,7 +28,9 @@ WindowHandle FindButton(Desktop& desktop, WindowHandle box, TextView label)
     return found;
 }
 
-Text WordsOf(Desktop& desktop, WindowHandle box)
+} // namespace
+
+Text WordsOfBox(Desktop& desktop, WindowHandle box)
 {
     Text words = GetWindowCaption(desktop, box);
     desktop.EnumDescendants(box, [&](WindowHandle window) {
@@ -39,8 +41,6 @@ Text WordsOf(Desktop& desktop, WindowHandle box)
     });
     return words;
 }
-
-} // namespace
 
 ClientBoxes::ClientBoxes(OeClient& client, WindowHandle dialog)
     : ClientBoxes(client, dialog, Scope::mainWindowToo)
@@ -93,7 +93,7 @@ void ClientBoxes::Answer() const
                 if (button == 0) button = FindButton(desktop, box, label);
             return button != 0 || !desktop.IsThere(box);
         });
-        client_.reporter.LogLine(u"Outlook Express says: " + WordsOf(desktop, box), Record::yes);
+        client_.reporter.LogLine(u"Outlook Express says: " + WordsOfBox(desktop, box), Record::yes);
         if (button == 0) return;
         const auto gone = [&] { return !desktop.IsThere(box); };
         SendClick(client_, button, MouseButton::left, gone);

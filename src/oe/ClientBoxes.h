@@ -4,6 +4,8 @@
 
 #include <set>
 
+Text WordsOfBox(Desktop& desktop, WindowHandle box); // its caption and texts
+
 // Knows what is open when it is made, right before a click in the client's dialog: a box of the client that
 // comes later and belongs to the dialog (to the main window, when the dialog has gone) is its answer.
 class ClientBoxes {

@@ -30,13 +30,21 @@ ActEnd AwaitAct(OeClient& client, const std::function<bool()>& isEnough)
     return ActEnd::over;
 }
 
-ActEnd SendEmpty(OeClient& client)
+// When the program is to close, nobody waits for a client that is not free at once.
+std::function<bool()> UntilClosing(OeClient& client)
 {
     const std::uint32_t began = client.desktop.Milliseconds();
-    client.desktop.BeginAct(client.handles.mainWindow, kEmpty, 0, 0);
-    return AwaitAct(client, [&client, began] {
+    return [&client, began] {
         return client.flags.closing && client.desktop.Milliseconds() - began >= kLastPatience;
-    });
+    };
+}
+
+ActEnd SendEmpty(OeClient& client)
+{
+    client.desktop.BeginAct(client.handles.mainWindow, kEmpty, 0, 0);
+    const ActEnd end = AwaitAct(client, UntilClosing(client));
+    client.reporter.ProcessEvents(); // many quick answers are a long time, too
+    return end;
 }
 
 // A handler that is still running may yet write to the memory that it was lent.
@@ -97,7 +105,7 @@ bool Act(OeClient& client, WindowHandle window, std::uint32_t message, std::int3
 {
     if (client.silent) return false;
     client.desktop.BeginAct(window, message, wParam, lParam);
-    const ActEnd end = AwaitAct(client, isEnough);
+    const ActEnd end = AwaitAct(client, isEnough ? isEnough : UntilClosing(client));
     if (end == ActEnd::timedOut) NoteSilence(client);
     return end == ActEnd::over;
 }
@@ -119,6 +127,7 @@ bool AwaitClient(OeClient& client)
 
 void ReportSilentClient(OeClient& client)
 {
+    if (client.flags.closing) return; // it was not waited for
     const Text words = u"Outlook Express has stopped responding - please restart Outlook Express.";
     client.flags.runCompleted = false;
     client.reporter.LogLine(words, Record::yes);
@@ -132,10 +141,11 @@ void SendKey(OeClient& client, WindowHandle window, std::int32_t virtualKey, Wit
     Act(client, window, message::kKeyUp, virtualKey);
 }
 
-void SendClick(OeClient& client, WindowHandle window, MouseButton button,
+bool SendClick(OeClient& client, WindowHandle window, MouseButton button,
                const std::function<bool()>& isEnough)
 {
     const bool left = button == MouseButton::left;
-    if (!Act(client, window, left ? message::kLeftDown : message::kRightDown, 0, 0, isEnough)) return;
+    if (!Act(client, window, left ? message::kLeftDown : message::kRightDown, 0, 0, isEnough)) return false;
     Act(client, window, left ? message::kLeftUp : message::kRightUp, 0, 0, isEnough);
+    return true;
 }

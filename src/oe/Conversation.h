@@ -45,12 +45,12 @@ auto Patiently(OeClient& client, Operation operation)
     return result;
 }
 
-// In log and box; clears runCompleted.
+// In log and box; clears runCompleted. Nothing is said when the program is to close.
 void ReportSilentClient(OeClient& client);
 
 enum class WithCharacter { no, yes };
 void SendKey(OeClient& client, WindowHandle window, std::int32_t virtualKey, WithCharacter character);
 enum class MouseButton { left, right };
-// At the window's (0, 0). `isEnough` as for Act.
-void SendClick(OeClient& client, WindowHandle window, MouseButton button = MouseButton::left,
+// At the window's (0, 0). `isEnough` as for Act. False when the button was pressed, but not released.
+bool SendClick(OeClient& client, WindowHandle window, MouseButton button = MouseButton::left,
                const std::function<bool()>& isEnough = {});

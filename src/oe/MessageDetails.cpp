@@ -174,6 +174,14 @@ std::optional<EmailEntry> ReadSelectedEntry(OeClient& client)
     return BuildEmailEntry(client, details);
 }
 
+EmailEntry ReadEntry(OeClient& client, std::int32_t row)
+{
+    const MessageDetails details{row, Patiently(client, [&] { return ReadItemTexts(client, row); })};
+    EmailEntry entry = BuildEmailEntry(client, details);
+    if (details.cells.empty()) entry.Crc.clear();
+    return entry;
+}
+
 bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress)
 {
     client.folderEntries.clear(); // those of the folder before
@@ -188,11 +196,10 @@ bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
             client.folderEntries.resize(static_cast<std::size_t>(row));
             break;
         }
-        const MessageDetails details{row, Patiently(client, [&] { return ReadItemTexts(client, row); })};
-        if (client.silent) return false;
         EmailEntry& entry = client.folderEntries[static_cast<std::size_t>(row)];
-        entry = BuildEmailEntry(client, details);
-        if (details.cells.empty() || !titlesKnown) entry.Crc.clear();
+        entry = ReadEntry(client, row);
+        if (client.silent) return false;
+        if (!titlesKnown) entry.Crc.clear();
         if ((row + 1) % kSweepEvery == 0) SweepRemoteMemory(client.memory);
         progress(count == 1 ? 100 : static_cast<int>(RoundHalfEven(row * 100.0 / (count - 1))));
         client.reporter.ProcessEvents();

@@ -27,6 +27,9 @@ std::vector<Text> MissingColumns(const OeClient& client);
 // The one row that is selected, with its identity; nothing when it is not exactly one, or could not be read.
 std::optional<EmailEntry> ReadSelectedEntry(OeClient& client);
 
+// A row of the list; its Crc is empty when it could not be read.
+EmailEntry ReadEntry(OeClient& client, std::int32_t row);
+
 // Reads every row of the folder shown into client.folderEntries, oldest first. progress is given the
 // percentage after each row; the window lives meanwhile. A row that could not be read has an empty Crc. Once
 // stopAfterEmail is set, the rows that follow are left out. False when the client fell silent, or did not say

@@ -48,6 +48,7 @@ struct SaveDialogState {
     std::uint32_t processId = 0;            // of the client that this is about
     std::optional<std::uint32_t> overdue{}; // Desktop's milliseconds of an ask that nothing has come of yet
     int writtenOff = 0; // asks of which nothing came within a minute: as many dialogs may be another e-mail's
+    Text savedPath{};   // of the e-mail that was saved last
     int blocked = 0;    // e-mails in a row for which the client's main window was disabled
 };
 
@@ -67,6 +68,7 @@ struct OeClient {
     std::vector<ListColumn> columns{}; // in the order the user sees them
     bool columnsKnown = false;
     std::vector<OeFolder> lstTree{};  // depth first
+    std::uint32_t treeProcessId = 0;  // of the client that lstTree was read from
     std::int32_t currentEmailId = -1; // row that GetMessageDetails read last; -1: none
     bool detailsFound = false;
     int subjectPosition = 0; // column index of "Subject", plus 1

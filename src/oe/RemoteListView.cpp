@@ -90,7 +90,7 @@ bool ReadListColumns(OeClient& client)
     client.columnsKnown = false;
     const WindowHandle header = HeaderOf(client);
     const std::int32_t count = ColumnCountOf(client, header).value_or(0);
-    if (count < 1) return !client.silent;
+    if (count < 1) return false;
     client.columns.assign(static_cast<std::size_t>(count), ListColumn());
     const std::vector<std::int32_t> order = ReadColumnOrder(client, count);
     if (order.empty()) return false;

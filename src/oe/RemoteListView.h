@@ -14,8 +14,8 @@ std::optional<std::int32_t> SelectedIndex(OeClient& client);   // first selected
 std::optional<std::int32_t> SelectedCount(OeClient& client);
 
 // Fills client.columns and columnsKnown. Kept: a list of a single column yields no titles, and neither does
-// one whose titles are all empty. False when the order or a title was asked for and not answered: nothing
-// that is read by titles is to be trusted then.
+// one whose titles are all empty. False when the list has no columns, or the order or a title was asked for
+// and not answered: nothing that is read by titles is to be trusted then.
 bool ReadListColumns(OeClient& client);
 // Column index by title in any letter case, the leftmost of several; -1 when there is none. Kept: 0 for every
 // title while no columns are known.

@@ -140,6 +140,7 @@ TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t i
 bool WalkFolderTree(OeClient& client)
 {
     const WindowHandle tree = FindFolderTree(client);
+    client.treeProcessId = client.memory.api.ProcessIdOf(client.handles.mainWindow);
     if (tree < 1) return true;
     const std::int32_t root = Patiently(client, [&] { return NextItem(client, tree, kRoot, 0); });
     if (root >= 1) Visit(client, tree, root, 0);
@@ -152,9 +153,11 @@ int CurrentFolderIndex(OeClient& client)
     return line ? static_cast<int>(line - client.lstTree.data()) : 0;
 }
 
-bool IsCurrentFolderKnown(OeClient& client)
+std::optional<int> ShownFolder(OeClient& client)
 {
-    return LineOf(client, CaretItem(client)) != nullptr;
+    if (client.memory.api.ProcessIdOf(client.handles.mainWindow) != client.treeProcessId) return std::nullopt;
+    const OeFolder* line = LineOf(client, CaretItem(client));
+    return line ? std::optional<int>(static_cast<int>(line - client.lstTree.data())) : std::nullopt;
 }
 
 bool ChangeFolder(OeClient& client, int index, const Text& folderName)
@@ -172,6 +175,7 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
     client.reporter.LogLine(u"Sending message to Outlook Express", Record::no);
     Act(client, tree, message::kTreeSelectItem, kFirstVisible, item);
     client.reporter.ProcessEvents();
+    (void)AwaitClient(client);
     Act(client, tree, message::kTreeSelectItem, kCaret, item);
     if (client.silent) (void)AwaitClient(client); // how far it came shows in its list
     refresh.Look();
@@ -184,7 +188,7 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
         !client.silent;
     if (!arrived && !client.silent) ReportFailure(client);
     FindOeHandles(client);
-    if (client.silent || ListColumnCount(client).value_or(0) == 0) {
+    if (Patiently(client, [&] { return ListColumnCount(client); }).value_or(0) == 0) {
         AbortRun(client);
         ReportSilentClient(client);
         arrived = false;

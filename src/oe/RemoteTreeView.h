@@ -14,9 +14,9 @@ bool WalkFolderTree(OeClient& client);
 
 // Line of lstTree that the client shows; 0 also when it is none of them.
 int CurrentFolderIndex(OeClient& client);
-// Whether the client shows a folder that lstTree knows. False after a restart of the client, say, when
-// CurrentFolderIndex can only answer 0.
-bool IsCurrentFolderKnown(OeClient& client);
+// The same, with nothing for a folder that lstTree does not know, or when the client does not say. A client
+// that was started anew has other items, though they may have the same numbers.
+std::optional<int> ShownFolder(OeClient& client);
 
 // Makes the client show the folder and waits until its list is that folder's: settle time, then up to about
 // three seconds. On failure the log says so, stopAfterEmail and stopAfterFolder are set and the answer is

@@ -4,6 +4,7 @@
 #include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
 #include "oe/RemoteControls.h"
+#include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 
 #include <algorithm>
@@ -47,7 +48,9 @@ bool CloseDialogs(OeClient& client)
     for (int round = 0; !closed && round < kCloseRounds; ++round) {
         const WindowHandle dialog = FindDialog(client);
         ClientBoxes::InFrontOf(client, dialog).Answer();
-        if (!ClickButton(client, dialog, u"Cancel")) ClickButton(client, dialog, u"OK");
+        const Text words = WordsOfBox(client.desktop, dialog);
+        if (!ClickButton(client, dialog, u"Cancel") && ClickButton(client, dialog, u"OK"))
+            client.reporter.LogLine(u"Outlook Express says: " + words, Record::yes);
         closed = WaitUntil(client, kCloseTries, kInterval, gone);
     }
     return closed;
@@ -103,28 +106,32 @@ WindowHandle FindNameBox(OeClient& client, WindowHandle dialog)
     return std::max(edit, 0);
 }
 
-void TypeKeys(OeClient& client)
+// False when nothing was typed: without the focus the keys would go to another program. The window comes to
+// the foreground before its thread has the focus; keys typed at once would go astray.
+bool TypeKeys(OeClient& client)
 {
-    // The window comes to the foreground before its thread has the focus; keys typed at once would go astray,
-    // and without it they would go to another program.
     const WindowHandle mainWindow = client.handles.mainWindow;
     const auto focused = [&] { return client.desktop.IsForeground(mainWindow); };
-    if (!WaitUntil(client, kFocusTries, kFocusWait, focused) || !AwaitClient(client) || !focused()) return;
+    if (!WaitUntil(client, kFocusTries, kFocusWait, focused) || !AwaitClient(client) || !focused())
+        return false;
     client.desktop.TypeSaveAsKeys();
     (void)AwaitClient(client); // processed
+    return true;
 }
 
 // Tells the client to open its dialog and waits for it; 0 when none came in time.
 WindowHandle AskForDialog(OeClient& client, bool sendKeys)
 {
-    client.desktop.BringToForeground(client.handles.mainWindow);
-    client.saveDialog.overdue = client.desktop.Milliseconds();
+    const WindowHandle mainWindow = client.handles.mainWindow;
+    client.desktop.BringToForeground(mainWindow);
+    const std::uint32_t asked = client.desktop.Milliseconds();
+    bool told = true;
     if (sendKeys)
-        TypeKeys(client);
+        told = TypeKeys(client);
     else
-        client.desktop.Post(client.handles.mainWindow, message::kCommand, kSaveAsCommand, 0);
+        client.desktop.Post(mainWindow, message::kCommand, kSaveAsCommand, 0);
     const WindowHandle dialog = WaitForTopWindow(client, kDialogCaption, kDialogClass, kDialogTries);
-    if (dialog > 0) client.saveDialog.overdue.reset();
+    if (told && dialog <= 0) client.saveDialog.overdue = asked;
     return dialog;
 }
 
@@ -167,28 +174,35 @@ WindowHandle OpenDialog(OeClient& client, bool sendKeys)
 bool HoldsThatEmail(OeClient& client, const SaveRequest& request)
 {
     const std::optional<EmailEntry> selected = ReadSelectedEntry(client);
-    return selected && selected->Crc == request.crc;
+    if (!selected || selected->Crc != request.crc) return false;
+    return request.folder < 0 || ShownFolder(client) == request.folder;
 }
 
 // Types the path, presses Save and waits for the file.
-bool SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, const Text& path)
+SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, const Text& path)
 {
     // Without the path in it the dialog would save under a name of its own.
-    if (!AskToTakeText(client, nameBox, path)) return false;
+    if (!AskToTakeText(client, nameBox, path)) return SaveResult::failed;
     const ClientBoxes boxes(client, dialog);
     const auto hasBox = [&boxes] { return boxes.Newest() != 0; };
     const WindowHandle button = FindChildWindowEx(client.desktop, dialog, u"&Save", u"Button");
-    if (button > 0) SendClick(client, button, MouseButton::left, hasBox);
-    if (client.silent) (void)AwaitClient(client); // it may have been writing all the time
+    const bool pressed = button > 0 && SendClick(client, button, MouseButton::left, hasBox);
+    const bool fellSilent = client.silent;
+    if (fellSilent) (void)AwaitClient(client); // it may have been writing all the time
+    if (!pressed && fellSilent) return SaveResult::untried;
     // By name only: a file that is still being written counts as saved.
     bool saved = false;
     WaitUntil(client, kFileTries, kInterval, [&] {
         saved = client.files.FileExists(path);
         return saved || hasBox();
     });
-    if (!hasBox()) return saved;
-    boxes.Answer(); // the client has not saved it as it was told to
-    return false;
+    if (saved) (void)AwaitClient(client); // what it has to say about the file comes right behind it
+    if (hasBox()) {
+        boxes.Answer(); // the client has not saved it as it was told to
+        return SaveResult::failed;
+    }
+    if (saved) client.saveDialog.savedPath = path;
+    return saved ? SaveResult::saved : SaveResult::failed;
 }
 
 // Whether the client could be told to open its dialog: none is open any more, and no box of its own stands
@@ -234,12 +248,13 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     }
     const WindowHandle nameBox = FindNameBox(client, dialog);
     if (nameBox == 0) return SaveResult::failed; // the dialog stays open
-    if (HoldsThatEmail(client, request) && SaveAs(client, dialog, nameBox, path)) return SaveResult::saved;
+    result = HoldsThatEmail(client, request) ? SaveAs(client, dialog, nameBox, path) : SaveResult::failed;
+    if (result == SaveResult::saved) return result;
     ClickButton(client, dialog, u"Cancel");
     client.reporter.ProcessEvents();
-    if (client.silent) return SaveResult::untried;
+    if (client.silent || result == SaveResult::untried) return SaveResult::untried;
     log(failure);
-    return SaveResult::failed;
+    return result;
 }
 
 Text MakeFileName(const SaveRequest& request, CodePage& codePage)

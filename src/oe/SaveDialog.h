@@ -17,7 +17,8 @@ struct SaveRequest {
     bool idOnly = false;
     bool skipFiles = false;
     bool sendKeys = false;
-    Text crc{}; // of the e-mail that was read
+    Text crc{};      // of the e-mail that was read
+    int folder = -1; // line of lstTree that the client must show; -1: any
 };
 
 // Every outcome but `saved` and `untried` has a line in the log. No message is ever saved under another's

@@ -254,12 +254,24 @@ void FakeClient::PressSave(WindowHandle dialog)
     boxesLeft_ = boxes;
     if (!boxes.empty()) return ShowNextBox(dialog);
     if (!saveNothing) {
-        saveTo_.AddFile(dialogs_[dialog].typed, "mail");
+        saveTo_.AddFile(dialogs_[dialog].typed, MessageOf(dialogs_[dialog].row));
         saved.emplace_back(dialogs_[dialog].typed, dialogs_[dialog].row);
     }
     if (!keepDialog) RemoveWindow(dialog);
     if (onSave) onSave(static_cast<int>(saved.size()));
     if (closeAfterSaves == static_cast<int>(saved.size())) Close();
+}
+
+// As far as the list tells it.
+std::string FakeClient::MessageOf(int row) const
+{
+    const auto& rows = folders[static_cast<std::size_t>(shown)].rows;
+    if (row < 0 || static_cast<std::size_t>(row) >= rows.size() ||
+        rows[static_cast<std::size_t>(row)].size() < 6)
+        return "mail";
+    const std::vector<Text>& cells = rows[static_cast<std::size_t>(row)];
+    return "From: " + ToUtf8(cells[1]) + "\r\nTo: " + ToUtf8(cells[5]) + "\r\nSubject: " + ToUtf8(cells[2]) +
+           "\r\n\r\nmail\r\n";
 }
 
 void FakeClient::ShowNextBox(WindowHandle dialog)

@@ -139,6 +139,7 @@ private:
     void AskForDialog();
     void OpenDialog(int row);
     void PressSave(WindowHandle dialog);
+    std::string MessageOf(int row) const;
     void PressButton(WindowHandle button);
     void ShowNextBox(WindowHandle dialog);
     std::int32_t Handle(const SentMessage& sent);

@@ -398,7 +398,8 @@ TEST(DisturbedExport, SkippedIsNotAlwaysWell)
     bench.Mail().push_back(MailRow(u"Mail1"));
     bench.Mail().push_back(MailRow(u"Mail1"));
     bench.Export();
-    EXPECT_TRUE(bench.Logged(u"2 look exactly like another e-mail of this folder, the first like row 1"));
+    EXPECT_TRUE(
+        bench.Logged(u"2 skipped: look exactly like another e-mail of this folder, the first like row 1"));
     EXPECT_EQ(bench.view.log.back(), u"3 of 5 e-mail(s) handled in this run are saved; 2 are not.");
 
     bench.fake.selected = {0};

@@ -103,7 +103,7 @@ TEST(DisturbedCheck, GoesByTheRowsThatItRead)
         if (message == message::kListItemW) runs.Inbox().insert(runs.Inbox().begin(), MailRow(u"New"));
     };
     runs.Check();
-    EXPECT_EQ(runs.Logged(u"what has come is not checked"), 1);
+    EXPECT_EQ(runs.Logged(u"what has come counts as not saved"), 1);
     EXPECT_EQ(runs.Logged(u"All emails have been saved."), 0);
 }
 

@@ -1,6 +1,7 @@
 // OeReadingTest.cpp: finding the client's windows and reading its list and tree through foreign memory.
 #include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
+#include "oe/RemoteControls.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
@@ -214,7 +215,7 @@ TEST_F(OeReading, TheTreeIsWalkedDepthFirst)
     EXPECT_EQ(CurrentFolderIndex(client), 2);
     client.lstTree[2].item += 1; // as after a restart of the client
     EXPECT_EQ(CurrentFolderIndex(client), 0);
-    EXPECT_FALSE(IsCurrentFolderKnown(client));
+    EXPECT_EQ(ShownFolder(client), std::nullopt);
 }
 
 TEST_F(OeReading, AFolderChangeWaitsForCountAndCaption)
@@ -266,9 +267,9 @@ TEST_F(OeReading, AListSeenChangingRightAfterTheSelectionCounts)
     fake.keepsList = true;
     FindOeHandles(client);
     WalkFolderTree(client);
-    int events = 0;
-    view.onEvents = [&] {
-        if (++events == 2) fake.folders[4].rows = {MailRow(u"Single")};
+    int counts = 0;
+    fake.onMessage = [&](WindowHandle, std::uint32_t message) {
+        if (message == message::kListItemCount && ++counts == 3) fake.folders[4].rows = {MailRow(u"Single")};
     };
     EXPECT_TRUE(ChangeFolder(client, 4, u"-Dashes-"));
     EXPECT_EQ(fake.sleeps, 0);
