@@ -114,8 +114,9 @@ WindowHandle FakeClient::OwnerOf(WindowHandle window)
 bool FakeClient::IsEnabled(WindowHandle window)
 {
     return windows_.count(window) && !(blocked && window == main_) &&
-           std::none_of(windows_.begin(), windows_.end(),
-                        [&](const auto& each) { return each.second.owner == window; });
+           std::none_of(windows_.begin(), windows_.end(), [&](const auto& each) {
+               return each.second.owner == window && !modeless_.count(each.first);
+           });
 }
 
 void FakeClient::FallSilent(int milliseconds)
@@ -128,6 +129,15 @@ WindowHandle FakeClient::AddForeignDialog()
     const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0);
     windows_[dialog].process = kProcess + 1;
     return dialog;
+}
+
+WindowHandle FakeClient::AddModeless(const Text& className)
+{
+    const WindowHandle window = AddWindow(className, u"", 0);
+    windows_[window].owner = main_;
+    AddWindow(u"Button", u"Cancel", window);
+    modeless_.insert(window);
+    return window;
 }
 
 Answer FakeClient::Send(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
@@ -194,6 +204,9 @@ void FakeClient::PressButton(WindowHandle button)
 
 Answer FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
 {
+    constexpr std::uint32_t kSetText = 0x000C;
+    const Answer answer = Send(window, kSetText, 0, 0);
+    if (answer.reply != Reply::given) return answer; // late, it takes no name
     if (deafEdit || ClassOf(window, 100) != u"Edit") return {Reply::given, 0};
     dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
     return {Reply::given, 1};
@@ -279,6 +292,7 @@ void FakeClient::ShowNextBox(WindowHandle dialog)
     if (boxesLeft_.empty()) return;
     const Box shownBox = boxesLeft_.front();
     boxesLeft_.erase(boxesLeft_.begin());
+    if (shownBox.leavesPart) saveTo_.AddFile(dialogs_[dialog].typed, "a part");
     if (shownBox.ofMainWindow && dialogs_.count(dialog)) RemoveWindow(dialog);
     const WindowHandle box = AddWindow(u"#32770", u"Save Message As", 0);
     windows_[box].owner = windows_.count(dialog) ? dialog : main_;
@@ -288,6 +302,7 @@ void FakeClient::ShowNextBox(WindowHandle dialog)
     buttonsAt_ = sleptMilliseconds + shownBox.fillsAfter;
     Sleep(0);
     if (!shownBox.late) openBox_ = box;
+    if (!boxesLeft_.empty() && boxesLeft_.front().over) ShowNextBox(box);
 }
 
 WindowHandle FakeClient::TopOf(WindowHandle window) const

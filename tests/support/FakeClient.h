@@ -42,8 +42,11 @@ public:
         bool ofMainWindow = false; // the dialog closes before it comes
         bool late = false;         // it comes when the click was handled; else the click waits for it
         int fillsAfter = 0;        // milliseconds until it has its buttons
+        bool leavesPart = false;   // of the file
+        bool over = false;         // the box before stays below it
     };
     std::vector<Box> boxes;    // each Save is answered by these, one after the other, and saves nothing
+    bool background = false;   // another program's window is in front
     bool blocked = false;      // by a box of its own over the main window
     bool elevated = false;     // it has higher rights than the program
     int actTakes = 0;          // milliseconds, for every act but an empty one
@@ -63,13 +66,14 @@ public:
     std::vector<std::pair<WindowHandle, std::int32_t>> keys;   // key-down messages
     std::vector<std::pair<std::uint32_t, std::int32_t>> input; // key and mouse messages, wParam
 
-    void ShowFolder(int index);                     // at once: new list, new handles
-    void Close();                                   // every window goes
-    void FallSilent(int milliseconds);              // from now on
-    WindowHandle AddForeignDialog();                // another program's "Save Message As"
-    std::vector<Text> pressed;                      // labels of the buttons
-    WindowHandle Find(const Text& className) const; // 0 when there is none
-    std::size_t Asks() const { return asks_; }      // for a Save dialog
+    void ShowFolder(int index);                      // at once: new list, new handles
+    void Close();                                    // every window goes
+    void FallSilent(int milliseconds);               // from now on
+    WindowHandle AddForeignDialog();                 // another program's "Save Message As"
+    WindowHandle AddModeless(const Text& className); // of the client, owned by its main window
+    std::vector<Text> pressed;                       // labels of the buttons
+    WindowHandle Find(const Text& className) const;  // 0 when there is none
+    std::size_t Asks() const { return asks_; }       // for a Save dialog
     std::size_t LiveBlocks() const { return blocks_.size(); }
     std::size_t OpenHandles() const { return handles_.size(); }
 
@@ -91,7 +95,7 @@ public:
     Answer SendSetText(WindowHandle window, const std::string& ansi) override;
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle) override {}
-    bool IsForeground(WindowHandle window) override { return IsThere(window); }
+    bool IsForeground(WindowHandle window) override { return IsThere(window) && !background; }
     void TypeSaveAsKeys() override { AskForDialog(); }
     void Sleep(int milliseconds) override;
     std::uint32_t Milliseconds() override
@@ -174,6 +178,7 @@ private:
     std::vector<std::pair<WindowHandle, Text>> buttonsToCome_; // into which window, label
     int buttonsAt_ = 0;                                        // of sleptMilliseconds
     WindowHandle openBox_ = 0;                                 // that the act under way waits for
+    std::set<WindowHandle> modeless_;
     int pendingFolder_ = -1, pendingSleeps_ = 0;
     std::map<std::uint32_t, std::vector<char>> blocks_;
     std::set<std::int32_t> handles_;
