@@ -5,6 +5,7 @@
 #include "folders/FolderPaths.h"
 #include "folders/StoreFolders.h"
 #include "folders/Synchronise.h"
+#include "oe/RemoteControls.h"
 #include "oe/WindowDiscovery.h"
 #include "tests/support/MemoryDatabase.h"
 #include "tests/support/OeBench.h"
@@ -93,6 +94,9 @@ TEST_F(FoldersTest, ExportsEveryEmailOnceAndRecordsIt)
     EXPECT_EQ(view.statistics[Statistic::count], u"4 out of 4");
     EXPECT_EQ(view.statistics[Statistic::left], u"0");
     EXPECT_EQ(view.stopButtons, StopButtons::hidden);
+    EXPECT_EQ(view.percentages.back(), (std::pair{Bar::currentFolder, 0}));
+    for (const auto& [message, key] : fake.input)
+        EXPECT_NE(message, message::kChar) << "a list would search for what is typed";
     EXPECT_EQ(fake.LiveBlocks(), 0u);
 
     fake.selected = {0};
@@ -200,9 +204,17 @@ TEST_F(FoldersTest, WhatCannotRunSaysWhy)
               u"The export folder could not be made: C:\\Store\\Local Folders\\Inbox\\O'Brien\\");
     EXPECT_TRUE(fake.saved.empty());
 
+    view.options.storeFolder = u"C:\\\u0416";
+    Export();
+    EXPECT_FALSE(flags.runCompleted);
+    EXPECT_TRUE(view.boxes.back().starts_with(
+        u"The store folder's name has characters that Outlook Express's dialog cannot be told: "));
+
     client.lstTree[3].item = 1; // a folder that the list does not know must not pass for the root
     Export();
+    EXPECT_FALSE(flags.runCompleted);
     EXPECT_EQ(view.boxes.back(), u"Please ensure a folder has been selected in Outlook Express");
+    EXPECT_EQ(LastWith(u"higher rights"), u"");
     EXPECT_TRUE(fake.saved.empty());
 }
 
