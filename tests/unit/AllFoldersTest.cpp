@@ -76,6 +76,7 @@ TEST_F(AllFoldersTest, ACheckTellsWhatIsToBeExported)
     ASSERT_EQ(run.exportList.size(), 2u);
     EXPECT_EQ(run.exportList[0].firstUnsaved, 0) << "a folder never exported begins with its first";
     EXPECT_EQ(view.marks[1], (std::pair<Text, Text>{u"0/2", u"red"}));
+    EXPECT_EQ(view.selectedNode, 4) << "the node that is marked";
     EXPECT_EQ(view.tab, static_cast<int>(Tab::progress));
     EXPECT_TRUE(fake.saved.empty());
 }
@@ -141,6 +142,7 @@ TEST_F(AllFoldersTest, AStopBetweenTwoEmailsEndsTheCheckAndTheExportBehindIt)
     };
     SaveAll();
     EXPECT_EQ(Logged(u"-> Local Folders\\Inbox\\O'Brien"), 0);
+    EXPECT_TRUE(view.boxes.empty()) << "it is not the client that does not answer";
     EXPECT_TRUE(run.exportList.empty());
     EXPECT_TRUE(fake.saved.empty());
 

@@ -173,14 +173,18 @@ TEST_F(CheckFolderTest, AStopEndsTheCheckWithoutAVerdict)
                          << "comparison " << static_cast<int>(type) << ", stop " << stopAt);
             flags = {};
             events = 0;
+            bool inFiles = false;
             view.onEvents = [&] {
-                if (++events == stopAt) flags.stopAfterEmail = flags.stopRequested = true;
+                if (++events != stopAt) return;
+                flags.stopAfterEmail = flags.stopRequested = true;
+                inFiles = view.shown.back().starts_with(u"[2 of 3]");
             };
             Check(type);
             EXPECT_LE(events, stopAt + 3) << "nothing more is done than what is under way";
             EXPECT_EQ(view.log.back(), u"User aborted on email export.");
             EXPECT_TRUE(view.boxes.empty() && view.summaryLines.empty());
             EXPECT_EQ(view.marks, (Marks{{u"", u"envelope"}})) << "nothing is said of the folder";
+            EXPECT_TRUE(!inFiles || view.log.size() == 1) << "no difference to a part of the files";
         }
     }
 }
@@ -190,6 +194,9 @@ TEST_F(CheckFolderTest, WithoutFoldersNothingIsSelected)
     client.lstTree.clear();
     Check(ComparisonType::simple);
     EXPECT_EQ(view.boxes, Texts{u"Please ensure a folder has been selected in Outlook Express"});
+    static_cast<FakeClient&>(fake).Close();
+    Check(ComparisonType::simple);
+    EXPECT_TRUE(view.boxes.empty()) << "a client that was never seen has not stopped responding";
 }
 
 TEST_F(TenEmailsTest, SimpleComparisonCountsFiles)

@@ -109,12 +109,22 @@ TEST(DisturbedCheck, GoesByTheRowsThatItRead)
 
 TEST(DisturbedCheck, ASilentClientIsNoEmptyFolder)
 {
-    for (const std::uint32_t kind : {std::uint32_t{0}, message::kListItemCount, message::kListItemW}) {
+    struct Case {
+        std::uint32_t kind;
+        int nth;
+        bool stored;
+    };
+    const Case cases[] = {{0, 1, true},
+                          {message::kListItemCount, 1, true},
+                          {message::kListItemCount, 1, false},
+                          {message::kListItemCount, 3, true}, // when all rows are read
+                          {message::kListItemW, 1, true}};
+    for (const auto& [kind, nth, stored] : cases) {
         for (const bool inAllFolders : {false, true}) {
             Runs runs;
-            ExportFolder(runs.run, false);
-            runs.fake.onMessage = [&, met = false](WindowHandle, std::uint32_t message) mutable {
-                if (message == kind && !std::exchange(met, true)) runs.fake.FallSilent(2'000'000'000);
+            if (stored) ExportFolder(runs.run, false);
+            runs.fake.onMessage = [&, left = nth](WindowHandle, std::uint32_t message) mutable {
+                if (message == kind && --left == 0) runs.fake.FallSilent(2'000'000'000);
             };
             if (inAllFolders) {
                 runs.Forget();
@@ -134,15 +144,64 @@ TEST(DisturbedCheck, ASilentClientIsNoEmptyFolder)
 
 TEST(DisturbedCheck, AFolderWithFilesIsNotEmptyAtTheFirstWord)
 {
+    for (const bool inAllFolders : {false, true}) {
+        Runs runs;
+        ExportFolder(runs.run, false);
+        const std::vector<std::vector<Text>> mail = runs.Inbox();
+        runs.Inbox().clear(); // the list is being rebuilt
+        runs.fake.onMessage = [&, counts = 0](WindowHandle, std::uint32_t message) mutable {
+            if (message == message::kListItemCount && ++counts == 2) runs.Inbox() = mail;
+        };
+        if (inAllFolders) {
+            runs.view.options.comparison = ComparisonType::simple;
+            RunAllFolders(runs.run, AllFoldersMode::check);
+            EXPECT_EQ(runs.Logged(u"1 folder(s) saved, 2 folder(s) not saved, 0 empty folder(s)."), 1);
+        } else {
+            runs.Check(ComparisonType::simple); // by nothing but the count
+            EXPECT_EQ(runs.view.boxes.back(), u"Inbox has 3 saved email(s). All emails have been saved.");
+        }
+    }
+}
+
+TEST(DisturbedCheck, AClientThatIsSilentHoldsUpNoClosing)
+{
     Runs runs;
     ExportFolder(runs.run, false);
-    const std::vector<std::vector<Text>> mail = runs.Inbox();
-    runs.Inbox().clear(); // the list is being rebuilt
-    runs.fake.onMessage = [&, counts = 0](WindowHandle, std::uint32_t message) mutable {
-        if (message == message::kListItemCount && ++counts == 2) runs.Inbox() = mail;
+    const int before = runs.fake.sleptMilliseconds;
+    runs.fake.onMessage = [&, cells = 0, met = false](WindowHandle, std::uint32_t message) mutable {
+        if (message == message::kListItemW) ++cells;
+        if (message != 0 || cells == 0 || std::exchange(met, true)) return;
+        runs.flags.closing = runs.flags.stopRequested = runs.flags.stopAfterEmail = true;
+        runs.fake.FallSilent(2'000'000'000);
     };
     runs.Check();
-    EXPECT_EQ(runs.view.boxes.back(), u"Inbox has 3 saved email(s). All emails have been saved.");
+    EXPECT_LT(runs.fake.sleptMilliseconds - before, 3'000);
+    EXPECT_EQ(runs.Logged(u"User aborted on email export."), 1);
+}
+
+TEST(DisturbedSynchronise, APartOfTheFoldersIsNoList)
+{
+    Runs runs;
+    const std::vector<Text> paths = runs.run.folderPaths;
+    runs.fake.folders.push_back({u"New", 2, {}, 0x00360000});
+    runs.fake.onMessage = [&, items = 0](WindowHandle, std::uint32_t message) mutable {
+        if (message == message::kTreeItemW && ++items == 3) runs.fake.FallSilent(2'000'000'000);
+    };
+    runs.Forget();
+    runs.view.unlocked = false;
+    Synchronise(runs.run);
+    EXPECT_EQ(runs.run.folderPaths, paths);
+    EXPECT_EQ(runs.client.lstTree.size() + 1, paths.size()) << "those that were known stay";
+    EXPECT_EQ(runs.view.boxes, std::vector<Text>{kSilent});
+    EXPECT_FALSE(runs.view.unlocked);
+
+    // Back in time, the item is read again.
+    Runs back;
+    back.fake.onMessage = [&, items = 0](WindowHandle, std::uint32_t message) mutable {
+        if (message == message::kTreeItemW && ++items == 3) back.fake.FallSilent(90'000);
+    };
+    Synchronise(back.run);
+    EXPECT_EQ(back.run.folderPaths, paths);
 }
 
 TEST(DisturbedCheck, LookAlikesAndMissingColumnsAreNamed)
@@ -155,6 +214,23 @@ TEST(DisturbedCheck, LookAlikesAndMissingColumnsAreNamed)
     runs.fake.columnTitles[4] = u"Gesendet";
     runs.Check();
     EXPECT_EQ(runs.Logged(u"The message list has no column titled: Sent"), 1);
+    runs.fake.silentHeader = true;
+    runs.Check();
+    EXPECT_EQ(runs.Logged(u"look exactly like"), 0) << "those that could not be read look like nothing";
+    EXPECT_EQ(runs.Logged(u"Not saved "), 4);
+}
+
+TEST(DisturbedCheck, ADatabaseFaultIsToldInARunOverAllFolders)
+{
+    Runs runs;
+    ExportFolder(runs.run, false);
+    CloseSavedEmails(runs.saved);
+    runs.Forget();
+    RunAllFolders(runs.run, AllFoldersMode::check);
+    const Text words = u"Database error: the database of saved emails is not open";
+    EXPECT_EQ(runs.Logged(words), 1);
+    EXPECT_EQ(runs.view.boxes, std::vector<Text>{words});
+    EXPECT_EQ(runs.Logged(u"-> "), 1) << "it ends the run";
 }
 
 TEST(DisturbedAllFolders, ASilentClientEndsTheExportAndTheRestIsCounted)
@@ -175,14 +251,16 @@ TEST(DisturbedAllFolders, ASilentClientEndsTheExportAndTheRestIsCounted)
 TEST(DisturbedAllFolders, ADatabaseFaultEndsTheExportAndTheRestIsCounted)
 {
     Runs runs;
+    auto& mail = runs.fake.folders[3].rows;
+    mail.insert(mail.begin() + 1, mail[0]); // of look-alikes the records are counted, which fails as well
     runs.fake.onSave = [&](int saves) {
-        if (saves == 4) runs.saved.database.reset();
+        if (saves == 5) runs.saved.database.reset();
     };
     runs.SaveAll();
     EXPECT_EQ(runs.Logged(u"Database error: "), 1);
     EXPECT_EQ(runs.Logged(u"-> Local Folders\\Last"), 1) << "by the check alone";
     EXPECT_EQ(runs.view.log.back(),
-              u"3 of 4 e-mail(s) handled in this run are saved; 1 are not. 2 more were not looked at.");
+              u"3 of 6 e-mail(s) handled in this run are saved; 3 are not. 1 more were not looked at.");
 }
 
 TEST(DisturbedAllFolders, StopsAreCounted)
@@ -197,20 +275,43 @@ TEST(DisturbedAllFolders, StopsAreCounted)
     runs.fake.onSave = nullptr;
     runs.SaveAll();
     EXPECT_EQ(runs.view.log.back(), u"6 of 6 e-mail(s) handled in this run are saved; 0 are not.");
+    EXPECT_EQ(runs.Logged(u"e-mail(s) handled"), 1) << "at the end, and not for each folder";
+    EXPECT_EQ(runs.view.stopButtons, StopButtons::shown) << "the run is not over with a folder";
     runs.SaveAll();
     EXPECT_EQ(runs.Logged(u"e-mail(s) handled"), 0) << "nothing was there to do";
+
+    for (const std::size_t folder : {2, 3}) runs.fake.folders[folder].rows.push_back(MailRow(u"New"));
+    runs.fake.onSave = [&](int) { runs.flags.stopAfterFolder = runs.flags.stopRequested = true; };
+    runs.SaveAll();
+    EXPECT_EQ(runs.view.log.back(),
+              u"4 of 4 e-mail(s) handled in this run are saved; 0 are not. 3 more were not looked at.")
+        << "nothing is to be looked at in the folder that is complete";
 }
 
 TEST(DisturbedAllFolders, FoldersThatCannotBeMadeCostOneLineEachAndOneBox)
 {
     Runs runs;
     runs.files.refused = {kInboxFolder, u"c:\\store\\local folders\\last"};
+    runs.fake.onSave = [&](int saves) { // one that goes again takes nothing from what is left of the others
+        if (saves == 2) runs.fake.folders[3].rows.pop_back();
+    };
     runs.SaveAll();
     EXPECT_EQ(runs.Logged(u"The export folder could not be made: "), 2);
     EXPECT_EQ(runs.view.boxes,
               std::vector<Text>{u"2 export folder(s) could not be made; the log names them."});
     EXPECT_EQ(runs.view.log.back(),
               u"2 of 2 e-mail(s) handled in this run are saved; 0 are not. 4 more were not looked at.");
+    runs.files.refused.clear();
+    runs.SaveAll();
+    EXPECT_TRUE(runs.view.boxes.empty()) << "those of the run before are told no more";
+
+    Runs unshown; // the client shows no other folder any more
+    unshown.Forget();
+    RunAllFolders(unshown.run, AllFoldersMode::check);
+    unshown.fake.refreshAfter = 100'000;
+    RunAllFolders(unshown.run, AllFoldersMode::exportEmails);
+    EXPECT_EQ(unshown.view.log.back(),
+              u"0 of 0 e-mail(s) handled in this run are saved; 0 are not. 6 more were not looked at.");
 
     Runs gone;
     gone.files.directories.erase(u"c:\\store");
@@ -257,13 +358,22 @@ TEST(DisturbedAllFolders, TheFiguresOfARunAreThoseOfThatRun)
 {
     Runs runs;
     std::vector<Text> totalsLeft;
-    std::vector<int> bar;
+    std::vector<int> bar, checkBar;
     runs.fake.onSave = [&](int) {
         totalsLeft.push_back(runs.view.statistics[Statistic::totalLeft]);
         bar.push_back(runs.view.percentages.back().second);
         EXPECT_EQ(runs.view.percentages.back().first, Bar::allFolders);
     };
+    CountFoldersToCheck(runs.run);
+    runs.view.onEvents = [&] {
+        if (runs.fake.Asks() > 0 || runs.view.percentages.empty()) return;
+        const auto& [which, percent] = runs.view.percentages.back();
+        if (which == Bar::allFolders && (checkBar.empty() || checkBar.back() != percent))
+            checkBar.push_back(percent);
+    };
+    runs.view.percentages.emplace_back(Bar::allFolders, 100); // of the run before
     runs.SaveAll();
+    EXPECT_EQ(checkBar, (std::vector<int>{50, 75, 100, 0})) << "and empty when the export begins";
     EXPECT_EQ(runs.view.statistics[Statistic::totalCount], u"6");
     EXPECT_EQ(totalsLeft, (std::vector<Text>{u"6", u"5", u"4", u"3", u"2", u"1"}));
     EXPECT_EQ(bar, (std::vector<int>{0, 17, 33, 50, 67, 83}));
@@ -293,6 +403,10 @@ TEST(DisturbedAllFolders, TheWindowsAreFoundAnewForEachFolder)
     runs.files.AddFile(kInboxFolder + u"\\0000.eml");
     runs.Check();
     EXPECT_EQ(runs.Logged(u"Inbox has 0 saved email(s). 3 email(s) not saved."), 1);
+    runs.fake.ShowFolder(2);
+    runs.Forget();
+    RunAllFolders(runs.run, AllFoldersMode::check);
+    EXPECT_EQ(runs.Logged(kSilent), 0) << "in the folder that is shown already, too";
 }
 
 TEST(DisturbedCheck, AFileCheckRecordsUnderTheFolderThatItChecks)
