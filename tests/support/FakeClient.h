@@ -41,9 +41,9 @@ public:
         std::vector<Text> buttons;
         bool ofMainWindow = false; // the dialog closes before it comes
         bool late = false;         // it comes when the click was handled; else the click waits for it
-        int fillsAfter = 0;        // milliseconds until it has its buttons
         bool leavesPart = false;   // of the file
         bool over = false;         // the box before stays below it
+        int fillsAfter = 0;        // milliseconds until it has its buttons
     };
     std::vector<Box> boxes;    // each Save is answered by these, one after the other, and saves nothing
     bool background = false;   // another program's window is in front

@@ -92,6 +92,10 @@ TEST_F(OeReading, ColumnsComeInDisplayOrderAndAreFoundByTitle)
     fake.columnOrder = {0};
     ReadListColumns(client);
     EXPECT_FALSE(client.columnsKnown) << "kept: a single column yields no titles";
+    fake.columnTitles = {u"", u""};
+    fake.columnOrder = {0, 1};
+    EXPECT_TRUE(ReadListColumns(client)) << "it has answered";
+    EXPECT_EQ(ColumnIndexByTitle(client, u"Subject"), 0) << "kept: nor do titles that are all empty";
 }
 
 TEST_F(OeReading, RowsAreReadWithOneTextMoreThanColumnsAndCut)
@@ -202,6 +206,7 @@ TEST_F(OeReading, SelectingComparesACountWithAnIndex)
     EXPECT_EQ(fake.selected, std::set<std::int32_t>{2});
     SelectListItem(client, 0, OtherItems::keep);
     EXPECT_EQ(fake.selected, (std::set<std::int32_t>{0, 2}));
+    EXPECT_EQ(std::count(view.shown.begin(), view.shown.end(), u"Listview select failed"), 0);
 }
 
 TEST_F(OeReading, TheTreeIsWalkedDepthFirst)
@@ -281,6 +286,57 @@ TEST_F(OeReading, TheSettleTimeIsSleptInFull)
     settings.settleTime = 1.25f;
     ChangeFolder(client, 3, u"Work");
     EXPECT_EQ(fake.sleptMilliseconds, 1250);
+
+    // A stop is told what it waits for, and does not shorten it.
+    int events = 0;
+    view.shown.clear();
+    view.onEvents = [&] { flags.stopRequested = ++events > 5; };
+    ChangeFolder(client, 2, u"Inbox");
+    EXPECT_EQ(fake.sleptMilliseconds, 2500);
+    EXPECT_GE(events, 25) << "the window lives";
+    std::vector<Text> told;
+    std::copy_if(view.shown.begin(), view.shown.end(), std::back_inserter(told),
+                 [](const Text& line) { return line.starts_with(u"Stopping"); });
+    EXPECT_EQ(told, (std::vector<Text>{u"Stopping when Outlook Express has settled, in 2 s",
+                                       u"Stopping when Outlook Express has settled, in 1 s"}));
+    view.onEvents = [this] { flags.closing = fake.sleptMilliseconds >= 2800; };
+    ChangeFolder(client, 3, u"Work");
+    EXPECT_LE(fake.sleptMilliseconds, 2900) << "only closing ends it";
+}
+
+TEST_F(OeReading, AFolderThatTheClientCannotShowEndsTheRun)
+{
+    const Text silent = u"Outlook Express has stopped responding - please restart Outlook Express.";
+    struct Case {
+        const char* why;
+        std::function<void(FakeClient&)> spoil; // when the folder is selected
+        bool want;
+        int atMost; // milliseconds
+        std::vector<Text> log;
+    };
+    const Text again = u"Waiting for Outlook Express to answer again";
+    const Case cases[] = {
+        {"silent for good",
+         [](FakeClient& f) { f.FallSilent(2'000'000'000); },
+         false,
+         122'000,
+         {again, silent}},
+        {"back in time", [](FakeClient& f) { f.FallSilent(80'000); }, true, 84'000, {again}},
+        {"a list without columns", [](FakeClient& f) { f.columnTitles.clear(); }, false, 0, {silent}},
+    };
+    for (const Case& c : cases) {
+        OeBench bench(kFolders);
+        bench.fake.ShowFolder(2);
+        FindOeHandles(bench.client);
+        WalkFolderTree(bench.client);
+        bench.fake.onMessage = [&, selects = 0](WindowHandle, std::uint32_t message) mutable {
+            if (message == message::kTreeSelectItem && ++selects == 2) c.spoil(bench.fake);
+        };
+        EXPECT_EQ(ChangeFolder(bench.client, 3, u"Work"), c.want) << c.why;
+        EXPECT_EQ(bench.flags.stopAfterEmail && bench.flags.stopAfterFolder, !c.want) << c.why;
+        EXPECT_LE(bench.fake.sleptMilliseconds, c.atMost) << c.why;
+        EXPECT_EQ(bench.view.log, c.log) << c.why;
+    }
 }
 
 TEST_F(OeReading, OnlyClosingShortensTheSettleTime)
@@ -347,6 +403,10 @@ TEST_F(OeReading, CellsBecomeAnEntry)
     EXPECT_EQ(locale.DateText(entry.Sent), u"28/02/2007 09:15:00") << "an hour less, then a month more";
     EXPECT_EQ(entry.row, 0);
     EXPECT_FALSE(entry.Crc.empty());
+    settings.timeOffset = 1e6f;
+    EXPECT_EQ(locale.DateText(BuildEmailEntry(client, GetMessageDetails(client)).Sent),
+              u"31/01/2007 10:15:00")
+        << "not moved out of the calendar";
 
     fake.columnTitles = {u"!", u"Von", u"Betreff", u"a", u"b", u"c"};
     const EmailEntry blank = BuildEmailEntry(client, GetMessageDetails(client));
