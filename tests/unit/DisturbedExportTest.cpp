@@ -1,117 +1,10 @@
-// DisturbedExportTest.cpp: an export beside a user who clicks, mail that comes and goes, and a client that is
-// slow or silent. Whatever happens: every file holds the e-mail that its name and record say, the closing
-// line agrees with the disk, and one more, undisturbed run completes the folder.
-#include "folders/ExportFolder.h"
-#include "folders/Synchronise.h"
-#include "oe/RemoteControls.h"
-#include "oe/WindowDiscovery.h"
-#include "tests/support/MemoryDatabase.h"
-#include "tests/support/OeBench.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstdio>
-#include <functional>
+// DisturbedExportTest.cpp: an export beside a user who clicks and mail that comes and goes. Whatever happens:
+// every file holds the e-mail that its name and record say, the closing line agrees with the disk, and one
+// more, undisturbed run completes the folder.
+#include "tests/support/ExportBench.h"
 
 namespace {
-
-const Text kSilent = u"Outlook Express has stopped responding - please restart Outlook Express.";
-constexpr std::uint32_t kSetText = 0x000C;
-const Text kFolder = u"C:\\Store\\Local Folders\\Inbox\\";
-
-struct Bench : OeBench {
-    explicit Bench(int emails = 6)
-        : OeBench({{u"Outlook Express", 0, {}}, {u"Local Folders", 1, {}}, {u"Inbox", 2, {}}})
-    {
-        for (int i = 0; i < emails; ++i) Mail().push_back(MailRow(u"Mail" + DecimalText(i)));
-        files.directories = {u"c:", u"c:\\store"};
-        view.options.storeFolder = u"C:\\Store";
-        saved.database = std::make_unique<MemoryDatabase>(rows);
-        fake.ShowFolder(2);
-        // The e-mail that a Save dialog has taken, as its file's bytes.
-        fake.onSave = [this](int) { NoteSaved(); };
-        Synchronise(run);
-        view.log.clear();
-    }
-    std::vector<std::vector<Text>>& Mail() { return fake.folders[2].rows; }
-
-    void Export()
-    {
-        view.log.clear();
-        flags = {};
-        flags.runCompleted = true;
-        ExportFolder(run, false);
-        CheckClosingLine();
-    }
-    bool Logged(TextView words) const
-    {
-        return std::any_of(view.log.begin(), view.log.end(),
-                           [words](const Text& line) { return line.find(words) != Text::npos; });
-    }
-    // Files whose name says another subject than the e-mail that was saved into them.
-    int Mislabelled() const
-    {
-        return static_cast<int>(std::count_if(contents.begin(), contents.end(), [](const auto& file) {
-            return file.first.find(u"_" + file.second) == Text::npos;
-        }));
-    }
-    // A record for each file and a file for each record.
-    void ExpectRecordsAgree() const
-    {
-        std::multiset<Text> recorded, stored;
-        for (const auto& row : rows) recorded.insert(row.at(u"esubject"));
-        for (const auto& [path, subject] : contents) stored.insert(subject);
-        EXPECT_EQ(recorded, stored);
-    }
-
-    MemoryRows rows;
-    SavedEmails saved;
-    FolderRun run{client, saved, view};
-    std::vector<std::pair<Text, Text>> contents; // path, subject of the e-mail in it
-
-private:
-    void NoteSaved()
-    {
-        const auto& [path, row] = fake.saved.back();
-        contents.emplace_back(path, Mail()[static_cast<std::size_t>(row)][2]);
-    }
-    // N of M saved, K not, U not looked at: held against disk, records and list by other means.
-    void CheckClosingLine()
-    {
-        int saves = -1, handled = -1, unsaved = -1, rest = 0;
-        const std::string line = ToUtf8(view.log.empty() ? Text() : view.log.back());
-        const int read = std::sscanf(
-            line.c_str(), "%d of %d e-mail(s) handled in this run are saved; %d are not. %d more were not",
-            &saves, &handled, &unsaved, &rest);
-        if (read < 3) {
-            EXPECT_FALSE(Logged(u"-- Exporting")) << "no closing line: " << line;
-            return;
-        }
-        EXPECT_EQ(saves + unsaved, handled) << line;
-        EXPECT_LE(static_cast<std::size_t>(saves), rows.size()) << line;
-        EXPECT_LE(static_cast<std::size_t>(saves), files.files.size()) << line;
-        if (rest > 0 || unsaved > 0 || handled < static_cast<int>(Mail().size())) return;
-        for (const auto& mail : Mail()) EXPECT_TRUE(IsStored(mail[2])) << line << ": " << ToUtf8(mail[2]);
-    }
-    bool IsStored(const Text& subject) const
-    {
-        return std::any_of(contents.begin(), contents.end(),
-                           [&](const auto& file) { return file.second == subject; });
-    }
-};
-
-// Does something at the n-th message of a kind that reaches the list (0: at none).
-std::function<void(WindowHandle, std::uint32_t)> At(Bench& bench, std::uint32_t kind, int nth,
-                                                    std::function<void()> what)
-{
-    auto count = std::make_shared<int>(0);
-    return [&bench, kind, nth, what = std::move(what), count](WindowHandle, std::uint32_t message) {
-        if (message == kind && ++*count == nth) what();
-        (void)bench;
-    };
-}
-
+using Bench = ExportBench;
 } // namespace
 
 TEST(DisturbedExport, WhateverMovesInTheListNoEmailIsMislabelled)
@@ -155,7 +48,7 @@ TEST(DisturbedExport, WhateverMovesInTheListNoEmailIsMislabelled)
             for (int nth = 1; nth < 40; ++nth) {
                 Bench bench;
                 // Not behind the dialog: it is modal.
-                bench.fake.onMessage = At(bench, kind, nth, [&] {
+                bench.fake.onMessage = At(kind, nth, [&] {
                     if (bench.fake.Find(u"#32770") == 0) c.disturb(bench);
                 });
                 bench.Export();
@@ -220,7 +113,7 @@ TEST(DisturbedExport, RowsThatWereNotReachedAreTold)
          u"1 of 1 e-mail(s) handled in this run are saved; 0 are not. 5 more were not looked at."},
         {"one Down key is lost",
          [](Bench& b) {
-             b.fake.onMessage = At(b, message::kKeyDown, 3, [&b] { b.fake.ignoreDownKey = true; });
+             b.fake.onMessage = At(message::kKeyDown, 3, [&b] { b.fake.ignoreDownKey = true; });
              b.view.onEvents = [&b] {
                  b.fake.ignoreDownKey = b.fake.ignoreDownKey && b.fake.keys.size() < 3;
              };
@@ -229,14 +122,14 @@ TEST(DisturbedExport, RowsThatWereNotReachedAreTold)
          u"5 of 5 e-mail(s) handled in this run are saved; 0 are not. 1 more were not looked at."},
         {"the list grows while it is exported",
          [](Bench& b) {
-             b.fake.onMessage = At(b, message::kKeyDown, 2, [&b] { b.Mail().push_back(MailRow(u"Late")); });
+             b.fake.onMessage = At(message::kKeyDown, 2, [&b] { b.Mail().push_back(MailRow(u"Late")); });
          },
          u"1 e-mail(s) were not reached.",
          u"6 of 6 e-mail(s) handled in this run are saved; 0 are not. 1 more were not looked at."},
         {"rows above the first one are none of those that were asked for",
          [](Bench& b) {
              b.fake.selected = {4};
-             b.fake.onMessage = At(b, message::kKeyDown, 1, [&b] { b.fake.selected = {0}; });
+             b.fake.onMessage = At(message::kKeyDown, 1, [&b] { b.fake.selected = {0}; });
          },
          u"1 e-mail(s) were not reached.", u""},
         {"an e-mail behind two skipped ones is read and goes",
@@ -270,23 +163,10 @@ TEST(DisturbedExport, RowsThatWereNotReachedAreTold)
     EXPECT_EQ(none.view.log.back(), u"6 of 6 e-mail(s) handled in this run are saved; 0 are not.");
 }
 
-TEST(DisturbedExport, AClientThatIsBackIsFoundByTheNextRun)
-{
-    Bench bench;
-    bench.fake.onMessage = At(bench, message::kListItemW, 10, [&] { bench.fake.FallSilent(600'000); });
-    bench.Export();
-    EXPECT_TRUE(bench.Logged(kSilent));
-    bench.fake.onMessage = nullptr;
-    bench.fake.Sleep(600'000);
-    bench.fake.selected = {0};
-    bench.Export();
-    EXPECT_EQ(bench.view.log.back(), u"6 of 6 e-mail(s) handled in this run are saved; 0 are not.");
-}
-
 TEST(DisturbedExport, AListThatGrewBeforeAStopIsCountedAgain)
 {
     Bench bench;
-    bench.fake.onMessage = At(bench, message::kKeyDown, 2, [&] {
+    bench.fake.onMessage = At(message::kKeyDown, 2, [&] {
         bench.Mail().push_back(MailRow(u"Late"));
         bench.flags.stopAfterEmail = bench.flags.stopRequested = true;
     });
@@ -294,40 +174,6 @@ TEST(DisturbedExport, AListThatGrewBeforeAStopIsCountedAgain)
     EXPECT_EQ(bench.view.log.back(),
               u"2 of 2 e-mail(s) handled in this run are saved; 0 are not. 5 more were not looked at.");
     EXPECT_FALSE(bench.Logged(u"were not reached")) << "a stop is no miss";
-}
-
-TEST(DisturbedExport, AStopWhileAnEarlierDialogIsAwaitedEndsTheRunAtOnce)
-{
-    for (const bool closing : {false, true}) {
-        Bench bench;
-        bench.fake.dialogDelays = {50'000};
-        int stoppedAt = 0;
-        bench.view.onEvents = [&] {
-            if (stoppedAt != 0 || bench.fake.sleptMilliseconds < 10'000) return;
-            stoppedAt = bench.fake.sleptMilliseconds;
-            bench.flags.stopAfterEmail = bench.flags.stopRequested = true;
-            bench.flags.closing = closing;
-        };
-        bench.Export();
-        EXPECT_LE(bench.fake.sleptMilliseconds - stoppedAt, 200);
-        EXPECT_TRUE(bench.Logged(u"User aborted on email export."));
-        EXPECT_FALSE(bench.Logged(kSilent)) << "it was no client that did not answer";
-        EXPECT_EQ(bench.view.log.back(),
-                  u"0 of 1 e-mail(s) handled in this run are saved; 1 are not. 5 more were not looked at.")
-            << "the e-mail that waited was not handled";
-    }
-}
-
-TEST(DisturbedExport, AClientThatFallsSilentOverEveryEmailIsGivenUp)
-{
-    Bench bench;
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message == kSetText) bench.fake.FallSilent(61'000);
-    };
-    bench.Export();
-    EXPECT_TRUE(bench.Logged(kSilent));
-    EXPECT_EQ(bench.fake.Asks(), 4u) << "tried, and three times more";
-    EXPECT_TRUE(bench.fake.saved.empty());
 }
 
 TEST(DisturbedExport, WhatReadingLeavesBehindIsSweptOnTheWay)
@@ -340,202 +186,6 @@ TEST(DisturbedExport, WhatReadingLeavesBehindIsSweptOnTheWay)
     bench.Export();
     EXPECT_EQ(bench.rows.size(), 300u);
     EXPECT_LT(most, 64u * 10) << "64 KB each in a client of 32 bits";
-}
-
-TEST(DisturbedExport, AClientThatFallsSilent)
-{
-    struct Case {
-        const char* why;
-        int milliseconds;
-        bool ended;
-    };
-    const Case cases[] = {{"10 s", 10'000, false},
-                          {"just within the limit", 59'000, false},
-                          {"beyond it", 61'000, false},
-                          {"back within a minute more", 115'000, false},
-                          {"for good", 2'000'000'000, true}};
-    const std::uint32_t kinds[] = {0,
-                                   message::kListNextItem,
-                                   message::kListItemW,
-                                   message::kListColumnOrder,
-                                   message::kHeaderItemA,
-                                   message::kKeyDown,
-                                   message::kLeftUp,
-                                   message::kListItemCount,
-                                   kSetText};
-    for (const Case& c : cases) {
-        for (const std::uint32_t kind : kinds) {
-            for (const int nth : {1, 2, 3, 6, 9}) {
-                Bench bench;
-                bool met = false;
-                bench.fake.onMessage = At(bench, kind, nth, [&] {
-                    met = true;
-                    bench.fake.FallSilent(c.milliseconds);
-                });
-                bench.Export();
-                bench.fake.onMessage = nullptr;
-                const std::string where = std::string(c.why) + ", message " + std::to_string(kind) +
-                                          " for the " + std::to_string(nth);
-                if (!met) continue;
-                EXPECT_EQ(bench.Logged(kSilent), c.ended) << where;
-                EXPECT_EQ(bench.flags.runCompleted, !c.ended) << where;
-                EXPECT_EQ(bench.Logged(u"Waiting for Outlook Express to answer again"),
-                          c.milliseconds > 60'000)
-                    << where;
-                EXPECT_EQ(std::count(bench.view.boxes.begin(), bench.view.boxes.end(), kSilent), c.ended)
-                    << where;
-                EXPECT_EQ(bench.Mislabelled(), 0) << where;
-                bench.ExpectRecordsAgree();
-                if (c.ended) {
-                    EXPECT_LT(bench.fake.sleptMilliseconds, 130'000) << where << ": no further row is tried";
-                    EXPECT_FALSE(bench.Logged(u"could not be read")) << where;
-                } else {
-                    EXPECT_EQ(bench.rows.size(), 6u) << where << ": the row is read again";
-                }
-            }
-        }
-    }
-}
-
-TEST(DisturbedExport, WhatAnUnansweredMessageWasLentStaysWithTheClient)
-{
-    // The fake client handles the message when it is back, and fails the test when its memory has gone.
-    Bench bench;
-    bench.fake.onMessage = At(bench, message::kListItemW, 4, [&] { bench.fake.FallSilent(70'000); });
-    bench.Export();
-    EXPECT_GT(bench.fake.LiveBlocks(), 0u);
-    const std::size_t left = bench.fake.LiveBlocks();
-    SweepRemoteMemory(bench.client.memory);
-    EXPECT_EQ(bench.fake.LiveBlocks(), left);
-}
-
-TEST(DisturbedExport, AnActMayTakeLongAndTheWindowLives)
-{
-    for (const bool pumps : {false, true}) {
-        Bench bench(3);
-        bench.fake.actTakes = 20'000;
-        bench.fake.pumps = pumps;
-        int longest = 0, last = 0;
-        bench.view.onEvents = [&] {
-            longest = std::max(longest, bench.fake.sleptMilliseconds - last);
-            last = bench.fake.sleptMilliseconds;
-        };
-        last = bench.fake.sleptMilliseconds;
-        bench.Export();
-        EXPECT_LE(longest, 200) << "milliseconds between two looks at what the user does";
-        EXPECT_EQ(bench.rows.size(), 3u);
-        EXPECT_EQ(bench.Mislabelled(), 0);
-        EXPECT_EQ(bench.fake.keys.size(), 3u) << "no key is sent twice";
-
-        bench.Mail().push_back(MailRow(u"Last"));
-        bench.view.shown.clear();
-        bench.view.onEvents = [&] {
-            if (bench.fake.sleptMilliseconds > last + 30'000) bench.flags.stopRequested = true;
-        };
-        bench.Export();
-        const auto told = std::count(bench.view.shown.begin(), bench.view.shown.end(),
-                                     u"Stopping as soon as Outlook Express has answered");
-        EXPECT_TRUE(told > 0 && told < 10) << told << " times, for each act once";
-    }
-}
-
-TEST(DisturbedExport, AnEmailUnderWayIsFinishedBeforeTheProgramCloses)
-{
-    Bench bench;
-    bool met = false;
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message != 0 || bench.fake.Asks() == 0 || std::exchange(met, true)) return;
-        bench.flags.closing = bench.flags.stopRequested = bench.flags.stopAfterEmail = true;
-        bench.fake.FallSilent(1'500); // less than the two seconds that are still waited for
-    };
-    bench.Export();
-    EXPECT_TRUE(met);
-    EXPECT_EQ(bench.rows.size(), 1u);
-}
-
-TEST(DisturbedExport, BoxesOfTheClientAreAnsweredAndTold)
-{
-    struct Case {
-        const char* why;
-        std::vector<FakeClient::Box> boxes;
-        std::vector<Text> pressed;
-    };
-    const Case cases[] = {
-        {"replace?",
-         {{u"0000.eml already exists. Replace?", {u"&Yes", u"&No"}}},
-         {u"&Save", u"&No", u"Cancel"}},
-        {"a bad name", {{u"The path does not exist.", {u"OK"}}}, {u"&Save", u"OK", u"Cancel"}},
-        {"cancel before OK", {{u"Disk full", {u"OK", u"Cancel"}}}, {u"&Save", u"Cancel", u"Cancel"}},
-        {"one after the other",
-         {{u"One", {u"&No"}}, {u"Two", {u"OK"}}},
-         {u"&Save", u"&No", u"OK", u"Cancel"}},
-        {"the dialog has gone", {{u"Disk full", {u"OK"}, true}}, {u"&Save", u"OK"}},
-        {"no before cancel", {{u"Replace?", {u"Cancel", u"&No"}}}, {u"&Save", u"&No", u"Cancel"}},
-        {"a part of the file is there",
-         {{u"Disk full", {u"OK"}, false, false, true}},
-         {u"&Save", u"OK", u"Cancel"}},
-        {"one over the other",
-         {{u"One", {u"&No"}}, {u"Two", {u"OK"}, false, false, false, true}},
-         {u"&Save", u"OK", u"&No", u"Cancel"}},
-        {"a moment later", {{u"Disk full", {u"OK"}, false, true}}, {u"&Save", u"OK", u"Cancel"}},
-        {"its buttons come a moment after it",
-         {{u"Disk full", {u"OK"}, false, true, 600}},
-         {u"&Save", u"OK", u"Cancel"}},
-        {"never another button, and no click behind it", {{u"Sure?", {u"&Yes", u"Notes"}}}, {u"&Save"}},
-    };
-    for (const Case& c : cases) {
-        Bench bench(2);
-        bench.fake.boxes = c.boxes;
-        bench.fake.selected = {1};
-        bench.Export();
-        EXPECT_EQ(bench.fake.pressed, c.pressed) << c.why;
-        EXPECT_TRUE(bench.Logged(c.boxes[0].words)) << c.why;
-        EXPECT_TRUE(bench.Logged(u"FAIL: 1 Mail1")) << c.why;
-        EXPECT_TRUE(bench.rows.empty()) << c.why;
-        EXPECT_LT(bench.fake.sleptMilliseconds, 1'500) << c.why;
-        bench.fake.boxes.clear();
-        if (c.pressed.size() == 1) continue; // that box stands for ever
-        bench.fake.selected = {0};
-        bench.Export();
-        EXPECT_EQ(bench.rows.size(), 2u) << c.why << ": the next e-mails are saved";
-    }
-}
-
-TEST(DisturbedExport, ABoxOverTheClientsWindowEndsTheRunInTheEnd)
-{
-    Bench bench(30);
-    bench.fake.blocked = true;
-    bench.Export();
-    EXPECT_EQ(std::count(bench.view.log.begin(), bench.view.log.end(), u"No dialog found"), 10);
-    EXPECT_TRUE(bench.Logged(kSilent));
-    EXPECT_EQ(bench.fake.dialogDelays.size(), 0u);
-    EXPECT_TRUE(bench.fake.saved.empty());
-    EXPECT_EQ(bench.view.log.back(),
-              u"0 of 10 e-mail(s) handled in this run are saved; 10 are not. 20 more were not looked at.");
-}
-
-TEST(DisturbedExport, OnlyTenInARowAreTooMany)
-{
-    Bench bench(30);
-    int keys = 0;
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message == message::kKeyDown) bench.fake.blocked = ++keys % 10 != 0;
-    };
-    bench.Export();
-    EXPECT_FALSE(bench.Logged(kSilent));
-    EXPECT_EQ(bench.fake.saved.size(), 3u);
-}
-
-TEST(DisturbedExport, OtherWindowsArePassedOver)
-{
-    Bench bench;
-    const WindowHandle others[] = {bench.fake.AddForeignDialog(), bench.fake.AddModeless(u"#32770")};
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message == message::kLeftUp) bench.fake.AddModeless(u"tooltips_class32");
-    };
-    bench.Export();
-    EXPECT_EQ(bench.rows.size(), 6u);
-    for (const WindowHandle other : others) EXPECT_TRUE(bench.fake.IsThere(other)) << "and left alone";
 }
 
 TEST(DisturbedExport, AHeaderThatDoesNotAnswerIsNoListOfOneColumn)
