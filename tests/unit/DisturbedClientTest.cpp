@@ -199,7 +199,7 @@ TEST(DisturbedClient, BoxesOfTheClientAreAnsweredAndTold)
         bench.fake.selected = {1};
         bench.Export();
         EXPECT_EQ(bench.fake.pressed, c.pressed) << c.why;
-        EXPECT_TRUE(bench.Logged(c.boxes[0].words)) << c.why;
+        EXPECT_TRUE(bench.Logged(u"Outlook Express says: Save Message As - " + c.boxes[0].words)) << c.why;
         EXPECT_TRUE(bench.Logged(u"FAIL: 1 Mail1")) << c.why;
         EXPECT_TRUE(bench.rows.empty()) << c.why;
         EXPECT_LT(bench.fake.sleptMilliseconds, 1'500) << c.why;

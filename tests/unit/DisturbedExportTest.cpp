@@ -239,7 +239,8 @@ TEST(DisturbedExport, SkippedIsNotAlwaysWell)
     bench.contents.clear();
     bench.fake.selected = {0};
     bench.Export();
-    EXPECT_TRUE(bench.Logged(u"there is no .eml file in " + kFolder));
+    EXPECT_TRUE(bench.Logged(u"All of them are recorded as saved, but there is no .eml file in " + kFolder +
+                             u" - another or emptied store folder?"));
     EXPECT_EQ(bench.view.log.back(), u"0 of 5 e-mail(s) handled in this run are saved; 5 are not.");
     bench.Mail().push_back(MailRow(u"New"));
     bench.fake.saveNothing = true;

@@ -92,7 +92,9 @@ TEST(DisturbedCheck, GoesByTheRowsThatItRead)
             }
         };
         runs.Check(type);
-        EXPECT_EQ(runs.Logged(u"it is read once more"), 1);
+        EXPECT_EQ(runs.Logged(u"The message list has changed while it was read, from 3 to 5 e-mails; it is "
+                              u"read once more."),
+                  1);
         EXPECT_EQ(runs.Logged(u"Not saved 3 - New"), 1);
         EXPECT_EQ(runs.Logged(u"All emails have been saved."), 0);
         EXPECT_NE(runs.view.marks.back().second, u"green");

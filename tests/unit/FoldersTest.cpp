@@ -114,6 +114,22 @@ TEST_F(FoldersTest, BeginsWithTheSelectedEmail)
     EXPECT_EQ(OutcomeLine(), u"2 passed, 0 failed, 0 skipped");
 }
 
+TEST_F(FoldersTest, TheOptionsReachTheDialog)
+{
+    view.options.idOnly = true;
+    Export();
+    ASSERT_EQ(fake.saved.size(), 4u);
+    EXPECT_EQ(fake.saved[3].first, u"C:\\Store\\Local Folders\\Inbox\\0003.eml");
+    fake.ShowFolder(3);
+    fake.background = true; // no keys are typed there
+    Export();
+    EXPECT_EQ(fake.saved.size(), 5u);
+    rows.clear();
+    view.options.sendKeys = true;
+    Export();
+    EXPECT_EQ(OutcomeLine(), u"0 passed, 1 failed, 0 skipped");
+}
+
 TEST_F(FoldersTest, AFileIsNamedAfterTheRowThatWasRead)
 {
     fake.ignoreDownKey = true;
