@@ -70,7 +70,7 @@ public:
     bool Arrived()
     {
         if (waits_ > 0) Look();
-        if (client_.silent) return true; // no further wait
+        if (client_.silent || client_.flags.closing) return true; // no further wait
         // An empty folder after an empty folder cannot change the count: a caption that begins with its name
         // is enough, from the first wait on.
         if (waits_ > 0 && hit_ == 0 && before_ == 0 && now_ == 0) before_ = -1;
@@ -186,6 +186,7 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
     bool arrived =
         WaitUntil(client, kRefreshTries, kRefreshInterval, [&refresh] { return refresh.Arrived(); }) &&
         !client.silent;
+    if (client.flags.closing) return false;
     if (!arrived && !client.silent) ReportFailure(client);
     FindOeHandles(client);
     if (Patiently(client, [&] { return ListColumnCount(client); }).value_or(0) == 0) {

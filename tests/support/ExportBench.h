@@ -49,8 +49,9 @@ struct ExportBench : OeBench {
     // Files whose name says another subject than the e-mail that was saved into them.
     int Mislabelled() const
     {
-        return static_cast<int>(std::count_if(contents.begin(), contents.end(), [](const auto& file) {
-            return file.first.find(u"_" + file.second) == Text::npos;
+        return static_cast<int>(std::count_if(contents.begin(), contents.end(), [this](const auto& file) {
+            const bool isThere = files.files.count(FakeFiles::Key(file.first)) != 0;
+            return isThere && file.first.find(u"_" + file.second) == Text::npos;
         }));
     }
     // A record for each file and a file for each record.
@@ -71,7 +72,8 @@ private:
     void NoteSaved()
     {
         const auto& [path, row] = fake.saved.back();
-        contents.emplace_back(path, Mail()[static_cast<std::size_t>(row)][2]);
+        const auto& shown = fake.folders[static_cast<std::size_t>(fake.shown)].rows;
+        contents.emplace_back(path, shown[static_cast<std::size_t>(row)][2]);
     }
     // N of M saved, K not, U not looked at: held against disk, records and list by other means.
     void CheckClosingLine()

@@ -20,6 +20,7 @@ struct FakeFiles : NoFiles {
     }
     void AddFile(const Text& path, std::string bytes = "x") { files[Key(path)] = std::move(bytes); }
 
+    bool Delete(const Text& path) override { return files.erase(Key(path)) != 0; }
     bool FileExists(const Text& path) override { return files.count(Key(path)) != 0; }
     bool DirectoryExists(const Text& path) override { return directories.count(Key(path)) != 0; }
     // In lower case: the names' own is not kept.

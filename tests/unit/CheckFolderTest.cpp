@@ -177,7 +177,7 @@ TEST_F(CheckFolderTest, AStopEndsTheCheckWithoutAVerdict)
             view.onEvents = [&] {
                 if (++events != stopAt) return;
                 flags.stopAfterEmail = flags.stopRequested = true;
-                inFiles = view.shown.back().starts_with(u"[2 of 3]");
+                inFiles = !view.shown.empty() && view.shown.back().starts_with(u"[2 of 3]");
             };
             Check(type);
             EXPECT_LE(events, stopAt + 3) << "nothing more is done than what is under way";

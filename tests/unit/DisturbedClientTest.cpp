@@ -191,7 +191,10 @@ TEST(DisturbedClient, BoxesOfTheClientAreAnsweredAndTold)
          {{u"One", {u"&No"}}, {u"Two", {u"OK"}, false, false, false, true}},
          {u"&Save", u"OK", u"&No", u"Cancel"}},
         {"a moment later", {{u"Disk full", {u"OK"}, false, true}}, {u"&Save", u"OK", u"Cancel"}},
-        {"never another button", {{u"Sure?", {u"&Yes", u"Notes"}}}, {u"&Save", u"Cancel"}},
+        {"its buttons come a moment after it",
+         {{u"Disk full", {u"OK"}, false, true, false, false, 600}},
+         {u"&Save", u"OK", u"Cancel"}},
+        {"never another button, and no click behind it", {{u"Sure?", {u"&Yes", u"Notes"}}}, {u"&Save"}},
     };
     for (const Case& c : cases) {
         Bench bench(2);
@@ -204,7 +207,7 @@ TEST(DisturbedClient, BoxesOfTheClientAreAnsweredAndTold)
         EXPECT_TRUE(bench.rows.empty()) << c.why;
         EXPECT_LT(bench.fake.sleptMilliseconds, 1'500) << c.why;
         bench.fake.boxes.clear();
-        if (c.pressed.size() == 2 && c.pressed[1] == u"Cancel") continue; // that box stands for ever
+        if (c.pressed.size() == 1) continue; // that box stands for ever
         bench.fake.selected = {0};
         bench.Export();
         EXPECT_EQ(bench.rows.size(), 2u) << c.why << ": the next e-mails are saved";
