@@ -59,7 +59,7 @@ bool Form1StorePicker::SetFolder(const Text& path)
     return true;
 }
 
-void Form1StorePicker::ListFolders(const Text& selected)
+void Form1StorePicker::ListFolders(Text selected)
 {
     const std::vector<Text> subdirectories = files_.ListDirectories(folder_);
     std::vector<DirectoryLine> lines = DirectoryLines(folder_, subdirectories);

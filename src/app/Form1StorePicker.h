@@ -40,7 +40,8 @@ public:
 private:
     void ListDrives();
     void ShowDrive();
-    void ListFolders(const Text& selected); // below folder_; the line of this path is marked, if there is one
+    // Below folder_; the line of this path is marked, if there is one. A copy: it may be of a line that goes.
+    void ListFolders(Text selected);
     void Choose(const Text& path);          // as the user: nothing is missed any more
 
     Files& files_;
