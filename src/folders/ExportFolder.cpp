@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::int32_t kSweepEvery = 64; // e-mails
 constexpr std::int32_t kDownKey = 40;
-constexpr int kAttempts = 3;    // at an e-mail over which the client fell silent
+constexpr int kReadTries = 20, kReadInterval = 100; // milliseconds, for a file that was just saved
+constexpr int kAttempts = 3;                        // at an e-mail over which the client fell silent
 constexpr int kBlockedMax = 10; // e-mails in a row for which a box of the client stood in the way
 
 struct Outcome {
@@ -48,20 +49,26 @@ bool IsClientThere(FolderRun& run)
 }
 
 // Where a dialog was late by more than a minute, and may yet have come in another's place, the file tells
-// whose it is: sender, recipients and subject. Another e-mail's file is removed: that e-mail is saved under
-// its own name.
+// whose it is: by sender, recipients and subject, as dates differ by the zone. One that does not fit is
+// removed: whatever e-mail it holds is not recorded by it, and is saved under its own name.
 bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
 {
     const OeClient& client = run.client;
     if (client.saveDialog.writtenOff == 0) return true;
-    EmailEntry undated = entry; // dates differ by the zone
+    EmailEntry undated = entry;
     undated.Sent = undated.Received = kNoListDate;
     const EmlContext context{client.files, client.codePage, client.locale, {}};
-    EmlSummary summary;
     const Text& path = client.saveDialog.savedPath;
-    if (ReadEmlSummary(path, context, summary).empty() && MatchScore(undated, summary) == 100) return true;
-    (void)client.files.Delete(path);
-    run.Log(u"Another e-mail was saved in its place, and its file removed");
+    EmlSummary summary;
+    bool isRead = false, fits = false;
+    WaitUntil(run.client, kReadTries, kReadInterval, [&] { // it may still be being written
+        isRead = ReadEmlSummary(path, context, summary).empty();
+        fits = isRead && MatchScore(undated, summary) == 100;
+        return fits;
+    });
+    if (fits) return true;
+    if (isRead && client.files.Delete(path))
+        run.Log(u"The saved file does not fit the e-mail and was removed");
     run.Log(u"FAIL: " + DecimalText(entry.row) + u' ' + entry.Subject);
     return false;
 }

@@ -290,6 +290,23 @@ TEST_F(OeClientTest, AClientThatClosesIsSeenGone)
     EXPECT_EQ(view.shown.back(), u"Could not find Outlook Express window");
 }
 
+TEST_F(OeClientTest, ABoxOfTheSystemsOwnDialogIsAnswered)
+{
+    ASSERT_NO_FATAL_FAILURE(StartClient(L"--system-dialog"));
+    SaveRequest nowhere = Request(0);
+    nowhere.exportFolder += u"missing\\";
+    const DWORD start = GetTickCount();
+    EXPECT_EQ(Save(nowhere), SaveResult::failed);
+    EXPECT_LT(GetTickCount() - start, 10000u) << "its box was not waited for";
+    EXPECT_TRUE(view.log.front().starts_with(u"Outlook Express says: ")) << ToUtf8(view.log.front());
+    EXPECT_EQ(view.log.back(), u"FAIL: 0 Price \u00A3 0:  now");
+    EXPECT_TRUE(
+        Eventually([&] { return FindTopWindowEx(desktop, u"Save Message As", u"#32770") == 0; }, 2000))
+        << "nothing stays behind";
+    EXPECT_EQ(Save(Request(0)), SaveResult::saved);
+    EXPECT_EQ(BytesOf(Saved(0)), Message(0));
+}
+
 TEST_F(OeClientTest, AClientThatHangsGetsItsMinute)
 {
     ASSERT_NO_FATAL_FAILURE(StartClient(L"--hang-after=1"));
