@@ -149,13 +149,13 @@ void Form1::StartUp()
     SetFocus(controls_.cmdSync.Window());
     Run([this] {
         log_.SetPath(state_.logPath);
+        CreateEngines(); // the commands need them, whatever comes of the database
         OpenDatabase();
         ProcessEvents();                                           // a click on the splash window
         SendMessageW(controls_.cboComparison, CB_SETCURSEL, 1, 0); // "Database (medium speed)"
         ImgLstTree_ = MakeTreeImages(GetSystemMetrics(SM_CXSMICON));
         SendMessageW(controls_.tvOETree, TVM_SETIMAGELIST, TVSIL_NORMAL,
                      reinterpret_cast<LPARAM>(ImgLstTree_));
-        CreateEngines();
         BoxWithTitle(L"IMPORTANT! Please Read", BoxIcon::information, kImportant);
         LogLine(kSeparatorLine, Record::yes);
         LogLine(u"Started " + FromWide(ProgramTitle()) + u" - " + ProgramVersion(), Record::yes);

@@ -52,6 +52,13 @@ bool StopForSilentClient(FolderRun& run)
     return false;
 }
 
+// Nothing is known of the folder then.
+bool NoCount(FolderRun& run)
+{
+    if (SayNoResult(run) == NoResult::clientSilent) run.Flags().stopAfterFolder = true;
+    return false;
+}
+
 void NoteToExport(FolderRun& run, CheckTotals& totals, std::int32_t emails, std::int32_t firstUnsaved)
 {
     run.exportList.push_back({run.currentFolder, firstUnsaved});
@@ -105,7 +112,7 @@ bool CheckOne(FolderRun& run, CheckTotals& totals)
     if (!run.client.handles.listViewFound) return StopForSilentClient(run);
     const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
     const std::optional<std::int32_t> answer = CountEmails(run);
-    if (!answer) return StopForSilentClient(run);
+    if (!answer) return NoCount(run);
     const std::int32_t count = *answer;
     run.checkedCounts[run.currentFolder] = count;
     if (emlFiles.empty()) {
@@ -118,11 +125,9 @@ bool CheckOne(FolderRun& run, CheckTotals& totals)
         return true;
     }
     const std::optional<ComparisonResult> result = CompareFolder(run, count, emlFiles);
-    if (result)
-        NoteResult(run, totals, *result);
-    else if (SayNoResult(run) == NoResult::clientSilent)
-        run.Flags().stopAfterFolder = true;
-    return result.has_value();
+    if (!result) return NoCount(run);
+    NoteResult(run, totals, *result);
+    return true;
 }
 
 // Kept: of several checks in the list, the first record of the folder counts.

@@ -53,7 +53,7 @@ void CheckShownFolder(FolderRun& run)
     if (run.view.Options().storeFolder.empty()) return;
     const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
     const std::optional<std::int32_t> answer = CountEmails(run);
-    if (!answer) return ReportSilentClient(run.client);
+    if (!answer) return (void)SayNoResult(run);
     const std::int32_t total = *answer;
     if (!run.client.files.DirectoryExists(run.exportFolder))
         return NothingStored(run, total, u"Folder has not been stored.");

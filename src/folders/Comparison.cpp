@@ -55,17 +55,21 @@ std::optional<ComparisonResult> CompareCounts(FolderRun& run, std::int32_t total
     return result;
 }
 
-// Whether the list is still what was read: as long, and with the same e-mails at its ends.
+// Whether the list is still what was read: as long, and with the same e-mails at its ends and at some places
+// between.
 bool IsAsRead(FolderRun& run, std::int32_t count)
 {
-    const std::vector<EmailEntry>& entries = run.client.folderEntries;
-    if (count != static_cast<std::int32_t>(entries.size())) return false;
-    const auto holds = [&](std::int32_t row) {
-        const auto read = std::find_if(entries.begin(), entries.end(),
-                                       [row](const EmailEntry& entry) { return entry.row == row; });
-        return ReadEntry(run.client, row).Crc == read->Crc;
+    constexpr std::int32_t kPlaces = 16;
+    std::vector<Text> crcs(static_cast<std::size_t>(std::max(count, 0)));
+    if (crcs.size() != run.client.folderEntries.size()) return false;
+    for (const EmailEntry& entry : run.client.folderEntries)
+        crcs[static_cast<std::size_t>(entry.row)] = entry.Crc;
+    const auto isSame = [&](std::int32_t row) {
+        return ReadEntry(run.client, row).Crc == crcs[static_cast<std::size_t>(row)];
     };
-    return count == 0 || (holds(0) && holds(count - 1));
+    for (std::int32_t row = 0; row < count && !IsStopped(run); row += std::max(count / kPlaces, 1))
+        if (!isSame(row)) return false;
+    return count == 0 || IsStopped(run) || isSame(count - 1);
 }
 
 // Rows beyond those that were read, and the first one, of which nothing is certain.
@@ -81,30 +85,30 @@ void AddUnread(std::vector<EmailEntry>& entries, std::int32_t count)
 
 // A list that is still filling, that mail comes into or that is sorted anew is read once more. What could not
 // be read by then counts as not saved. False as ReadEntries.
-bool ReadWholeList(FolderRun& run)
+bool ReadWholeList(FolderRun& run, std::int32_t expected)
 {
     const auto show = [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); };
     for (int reading = 1; reading <= 2; ++reading) {
         if (!ReadFolderEntries(run.client, show) || IsStopped(run)) return false;
-        const std::optional<std::int32_t> count = ListItemCount(run.client);
+        const std::optional<std::int32_t> count = CountEmails(run);
         if (!count) return false;
-        const bool asRead = IsAsRead(run, *count);
+        const bool asRead = IsAsRead(run, *count) && (*count > 0 || expected == 0);
         if (run.client.silent) return false;
         if (asRead) return true;
         run.Log(reading == 1 ? u"The message list has changed while it was read; it is read once more."
                              : u"The message list goes on changing; what has come counts as not saved.");
-        if (reading == 2) AddUnread(run.client.folderEntries, *count);
+        if (reading == 2) AddUnread(run.client.folderEntries, *count > 0 ? *count : expected);
     }
     return true;
 }
 
 // The client's e-mails in the order of its list. False when they are not all there. When the client is gone,
 // what was not read would pass for e-mails without any detail.
-bool ReadEntries(FolderRun& run, std::vector<const EmailEntry*>& entries)
+bool ReadEntries(FolderRun& run, std::int32_t expected, std::vector<const EmailEntry*>& entries)
 {
     run.view.ShowText(u"[1 of 3] Reading Outlook Express emails...");
     WindowHandle mainWindow = 0;
-    if (!ReadWholeList(run) || !IsOeRunning(run.client.desktop, mainWindow)) return false;
+    if (!ReadWholeList(run, expected) || !IsOeRunning(run.client.desktop, mainWindow)) return false;
     LogMissingColumns(run);
     for (const EmailEntry& entry : run.client.folderEntries) entries.push_back(&entry);
     std::sort(entries.begin(), entries.end(),
@@ -162,11 +166,11 @@ std::unordered_set<Text> CachedCrcs(FolderRun& run)
     return {crcs.begin(), crcs.end()};
 }
 
-std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run)
+std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run, std::int32_t expected)
 {
     (void)OpenedDatabase(run.saved); // or it throws, before all is read for nothing
     std::vector<const EmailEntry*> entries;
-    if (!ReadEntries(run, entries)) return std::nullopt;
+    if (!ReadEntries(run, expected, entries)) return std::nullopt;
     const std::unordered_set<Text> crcs = CachedCrcs(run);
     return CompareEntries(run, entries,
                           [&crcs](const EmailEntry& entry) { return crcs.count(entry.Crc) != 0; });
@@ -225,10 +229,11 @@ void LogDifference(FolderRun& run, std::size_t entryCount, std::size_t recordCou
         run.Log(run.currentFolder + u" - there are " + DecimalText(difference) + u" more saved emails.");
 }
 
-std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::span<const Text> emlFiles)
+std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t expected,
+                                                 std::span<const Text> emlFiles)
 {
     std::vector<const EmailEntry*> entries;
-    if (!ReadEntries(run, entries)) return std::nullopt;
+    if (!ReadEntries(run, expected, entries)) return std::nullopt;
     const std::vector<EmlSummary> records = ReadRecords(run, emlFiles);
     if (IsStopped(run)) return std::nullopt;
     LogDifference(run, entries.size(), records.size());
@@ -256,27 +261,13 @@ std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t count
         result = CompareCounts(run, count, emlFiles);
         break;
     case ComparisonType::database:
-        result = CompareWithDatabase(run);
+        result = CompareWithDatabase(run, count);
         break;
     case ComparisonType::file:
-        result = CompareWithFiles(run, emlFiles);
+        result = CompareWithFiles(run, count, emlFiles);
         break;
     }
     // What was read is this folder's only if the client shows it still.
     const bool isShown = result && ShownFolder(run.client) == run.selectedFolder;
     return isShown && !IsStopped(run) ? result : std::nullopt;
-}
-
-NoResult SayNoResult(FolderRun& run)
-{
-    if (run.Flags().stopAfterEmail) {
-        LogStopAfterEmail(run);
-        return NoResult::stopped;
-    }
-    if (const std::optional<int> shown = ShownFolder(run.client); shown && *shown != run.selectedFolder) {
-        run.Log(u"Outlook Express shows another folder meanwhile; the check has no result.");
-        return NoResult::otherFolder;
-    }
-    ReportSilentClient(run.client);
-    return NoResult::clientSilent;
 }

@@ -21,7 +21,3 @@ struct ComparisonResult {
 // away while it was read.
 std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t count,
                                               std::span<const Text> emlFiles);
-
-// Says why there was no result: a stop, another folder that the client shows by now, or its silence.
-enum class NoResult { stopped, otherFolder, clientSilent };
-NoResult SayNoResult(FolderRun& run);

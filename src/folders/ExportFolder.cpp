@@ -149,6 +149,12 @@ void EndForSilentClient(FolderRun& run, bool partOfAllFolders)
     if (partOfAllFolders) run.Flags().stopAfterFolder = true;
 }
 
+void EndWithoutCount(FolderRun& run, bool partOfAllFolders)
+{
+    run.Flags().runCompleted = false;
+    if (SayNoResult(run) == NoResult::clientSilent && partOfAllFolders) run.Flags().stopAfterFolder = true;
+}
+
 LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& statistics, Outcome& outcome)
 {
     const std::int32_t last = statistics.count - 1;
@@ -174,14 +180,15 @@ LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
 bool LookAgain(FolderRun& run, Outcome& outcome)
 {
     FolderTally& tally = outcome.tally;
-    const std::optional<std::int32_t> count = ListItemCount(run.client);
-    if (!count) return !run.client.silent;
+    const std::optional<std::int32_t> count = CountEmails(run);
+    if (!count) return !run.client.silent; // another folder's list tells nothing of this one
     tally.rows = *count;
     if (run.Flags().stopAfterEmail || !NeedsListAtEnd(tally, outcome.passed)) return true;
     run.view.ShowText(u"Looking for e-mails that were missed...");
     const bool isRead = ReadFolderEntries(
         run.client, [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
-    if (!isRead || run.Flags().stopAfterEmail) return !run.client.silent;
+    const bool isWhole = isRead && !run.Flags().stopAfterEmail && CountEmails(run) == *count;
+    if (!isWhole) return !run.client.silent;
     tally.listAtEnd.emplace(run.client.folderEntries.size());
     for (const EmailEntry& entry : run.client.folderEntries)
         (*tally.listAtEnd)[static_cast<std::size_t>(entry.row)] = entry.Crc;
@@ -211,9 +218,9 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
 {
     run.view.ShowTab(Tab::progress);
     const std::optional<std::int32_t> count = CountEmails(run);
-    if (!count) EndForSilentClient(run, partOfAllFolders);
+    if (!count) EndWithoutCount(run, partOfAllFolders);
     if (count == 0) SayEmpty(run, partOfAllFolders);
-    statistics.count = outcome.tally.rows = count.value_or(0);
+    statistics.count = outcome.tally.rows = outcome.tally.rowsAtStart = count.value_or(0);
     if (statistics.count == 0) return count.has_value();
     (void)GetMessageDetails(run.client); // for the row to begin with
     run.Log(u"-- Exporting " + DecimalText(run.client.currentEmailId) + u" to " +
@@ -225,7 +232,7 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
     if (end == LoopEnd::atLast)
         EndAtLast(run, partOfAllFolders, outcome);
     else if (!run.client.silent)
-        outcome.tally.rows = ListItemCount(run.client).value_or(outcome.tally.rows);
+        outcome.tally.rows = CountEmails(run).value_or(outcome.tally.rows);
     return true;
 }
 
@@ -258,7 +265,7 @@ bool ExportFolder(FolderRun& run, bool partOfAllFolders)
     const int wanted = run.selectedFolder;
     if (!partOfAllFolders) run.exported = {};
     if (!partOfAllFolders) run.uncheckedFolders = 0;
-    if (!SelectShownFolder(run)) {
+    if (!SelectShownFolder(run, partOfAllFolders ? Refusal::inLog : Refusal::inBox)) {
         run.Flags().runCompleted = false;
         if (partOfAllFolders && run.Flags().clientLost) run.Flags().stopAfterFolder = true;
         return false;
@@ -273,6 +280,8 @@ bool ExportFolder(FolderRun& run, bool partOfAllFolders)
         return false;
     }
     FindOeHandles(run.client);
+    if (run.client.handles.oeFound && !run.client.handles.listViewFound)
+        run.Log(u"Outlook Express found, but could not access message list.");
     run.Log(u"Folder " + run.nodes[static_cast<std::size_t>(run.selectedFolder)].name);
 
     bool isCounted = false;
@@ -280,7 +289,7 @@ bool ExportFolder(FolderRun& run, bool partOfAllFolders)
     ExportStatistics statistics;
     statistics.startTime = run.client.clock.LocalNow();
     try {
-        if (run.client.handles.oeFound)
+        if (run.client.handles.listViewFound)
             isCounted = ExportList(run, partOfAllFolders, statistics, outcome);
         else
             run.Flags().runCompleted = false;

@@ -166,6 +166,9 @@ std::int32_t NotLookedAt(const FolderTally& tally, Extent extent)
     }
     for (std::size_t row = static_cast<std::size_t>(from); row < tally.listAtEnd->size(); ++row)
         if ((*tally.listAtEnd)[row].empty() && !read.count(SizeOf(row))) ++missed;
+    // A row that could not be read may have held what has gone since.
+    if (tally.skipped.count(SkipReason::unread))
+        missed = std::max(missed, tally.rowsAtStart - from - SizeOf(read.size()));
     return missed;
 }
 

@@ -15,7 +15,8 @@ struct FolderTally {
     std::map<SkipReason, std::int32_t> skipped{};
     std::vector<Text> metAgain{}; // CRCs of the e-mails skipped for that reason
     std::int32_t firstRow = 0;    // that the export began with
-    std::int32_t rows = 0;        // in the list, as it was counted last
+    std::int32_t rowsAtStart = 0; // in the list
+    std::int32_t rows = 0;        // as it was counted last
     std::int32_t lastRow = -1;    // that was handled last
     bool hasMoved = false;        // the rows were not met one after the other
     std::optional<std::vector<Text>>

@@ -8,10 +8,11 @@
 #include "oe/WindowDiscovery.h"
 
 namespace {
+constexpr int kCaptionTries = 31, kCaptionInterval = 100; // milliseconds, as a change of folder is waited for
 constexpr int kCountTries = 5, kCountInterval = 200; // milliseconds, for a list that is just being filled
 } // namespace
 
-bool SelectShownFolder(FolderRun& run)
+bool SelectShownFolder(FolderRun& run, Refusal want)
 {
     WindowHandle mainWindow = 0;
     if (!IsOeRunning(run.client.desktop, mainWindow)) {
@@ -20,8 +21,10 @@ bool SelectShownFolder(FolderRun& run)
     }
     run.client.memory.denied = false; // it may have been started anew
     // Asked once: a folder that is not known must not be taken for the root, under whose name its e-mails
-    // would be filed.
-    if (const std::optional<int> shown = ShownFolder(run.client)) {
+    // would be filed. And a client that was just clicked marks a folder before it shows it.
+    const std::optional<int> shown = ShownFolder(run.client);
+    const auto isInCaption = [&] { return IsInCaption(run.client, *shown); };
+    if (shown && WaitUntil(run.client, kCaptionTries, kCaptionInterval, isInCaption)) {
         run.selectedFolder = *shown;
         run.view.SelectFolderLine(run.selectedFolder);
         return true;
@@ -33,7 +36,11 @@ bool SelectShownFolder(FolderRun& run)
     if (run.client.memory.denied)
         run.Log(
             u"Outlook Express runs with higher rights than Quillbox, or as another user: start both alike.");
-    run.view.ShowBox(BoxIcon::warning, u"Please ensure a folder has been selected in Outlook Express");
+    const Text words = u"Please ensure a folder has been selected in Outlook Express";
+    if (want == Refusal::inLog)
+        run.Log(words);
+    else
+        run.view.ShowBox(BoxIcon::warning, words);
     return false;
 }
 
@@ -62,7 +69,24 @@ std::optional<std::int32_t> CountEmails(FolderRun& run)
         count = ListItemCount(run.client);
         return count != 0;
     });
-    return count;
+    // What was counted is this folder's only if the client shows it.
+    return ShownFolder(run.client) == run.selectedFolder ? count : std::nullopt;
+}
+
+NoResult SayNoResult(FolderRun& run)
+{
+    if (run.Flags().stopAfterEmail && !run.client.silent) {
+        LogStopAfterEmail(run);
+        return NoResult::stopped;
+    }
+    WindowHandle mainWindow = 0;
+    const bool isThere = !run.client.silent && IsOeRunning(run.client.desktop, mainWindow);
+    if (isThere && ShownFolder(run.client) != run.selectedFolder) {
+        run.Log(u"Outlook Express shows another folder meanwhile; this one has no result.");
+        return NoResult::otherFolder;
+    }
+    ReportSilentClient(run.client);
+    return NoResult::clientSilent;
 }
 
 void LogMissingColumns(FolderRun& run)

@@ -48,9 +48,10 @@ struct FolderRun {
 };
 
 // Selects in lstTree the folder that the client shows. False without a client, which the log says; and, with
-// a warning box, without any folders and when the client shows one that is not in the list (it was restarted,
-// say).
-bool SelectShownFolder(FolderRun& run);
+// a warning box (a line in the log, where nobody may be there to close it), without any folders and when the
+// client shows one that is not in the list (it was restarted, say), or has only just begun to change to it.
+enum class Refusal { inBox, inLog };
+bool SelectShownFolder(FolderRun& run, Refusal want = Refusal::inBox);
 
 // The log's words for a run that ends between two e-mails, by the user's wish or the program's own.
 void LogStopAfterEmail(FolderRun& run);
@@ -60,8 +61,12 @@ void UseSelectedFolder(FolderRun& run);
 
 bool IsStoreThere(FolderRun& run);
 
-// E-mails in the list on the screen; nothing when the client does not say. None are not believed for a
-// second: the list may just be being filled.
+// Says why there was no result: a stop, another folder that the client shows by now, or its silence.
+enum class NoResult { stopped, otherFolder, clientSilent };
+NoResult SayNoResult(FolderRun& run);
+
+// E-mails of the selected folder's list; nothing when the client does not say, or shows another folder. None
+// are not believed for a second: the list may just be being filled.
 std::optional<std::int32_t> CountEmails(FolderRun& run);
 
 // Names the columns that the list lacks, if it does.

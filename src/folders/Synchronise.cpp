@@ -9,7 +9,7 @@
 
 namespace {
 
-// False when the client fell silent: with a part of its folders the others would never be exported.
+// False when they could not all be read: with a part of its folders the others would never be exported.
 bool ReadFolders(FolderRun& run)
 {
     std::vector<OeFolder> before;
@@ -48,7 +48,12 @@ void Synchronise(FolderRun& run)
     run.view.LogLine(u"-- Syncing with OE --", Record::yes);
     FindOeHandles(run.client);
     if (!run.client.handles.oeFound) return;
-    if (!ReadFolders(run)) return ReportSilentClient(run.client);
+    if (!ReadFolders(run)) {
+        if (run.client.silent) return ReportSilentClient(run.client);
+        const Text words = u"The folders of Outlook Express could not be read; press \"Sync with OE\" again.";
+        run.Log(words);
+        return run.view.ShowBox(BoxIcon::warning, words);
+    }
     run.view.UnlockCommands();
     if (run.client.handles.listViewFound) SelectFolderOfClient(run);
     SweepRemoteMemory(run.client.memory);

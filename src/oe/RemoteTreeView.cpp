@@ -15,6 +15,7 @@ constexpr std::uint32_t kTreeItemText = 1, kTreeItemChildren = 0x40;            
 constexpr int kRefreshTries = 31, kRefreshInterval = 100;                               // milliseconds
 constexpr std::uint32_t kEventInterval = 50; // milliseconds between two looks at what the user does
 constexpr std::int32_t kHomeKey = 0x24;
+constexpr int kItemTries = 3;
 constexpr int kDeepest = 500; // a tree deeper than this is damaged or malicious
 
 std::int32_t NextItem(OeClient& client, WindowHandle tree, std::int32_t relation, std::int32_t item)
@@ -22,19 +23,24 @@ std::int32_t NextItem(OeClient& client, WindowHandle tree, std::int32_t relation
     return Ask(client, tree, message::kTreeNextItem, relation, item).value_or(0);
 }
 
-void Visit(OeClient& client, WindowHandle tree, std::int32_t item, int depth)
+// False when an item could not be read: what lies below it would be lost, or hang in another place.
+bool Visit(OeClient& client, WindowHandle tree, std::int32_t item, int depth)
 {
-    const TreeItemReading reading = Patiently(client, [&] { return ReadTreeItem(client, tree, item); });
+    TreeItemReading reading;
+    for (int tries = 0; tries < kItemTries && !reading.isRead && !client.silent; ++tries)
+        reading = Patiently(client, [&] { return ReadTreeItem(client, tree, item); });
+    if (!reading.isRead) return false;
     if (!reading.text.empty())
         client.lstTree.push_back({Text(static_cast<std::size_t>(depth), u'-') + reading.text, item, depth});
-    if (reading.children < 1 || depth >= kDeepest) return;
+    if (reading.children < 1 || depth >= kDeepest) return true;
     // A folder without a text takes no line, so what lies below it goes one level up.
     const int below = reading.text.empty() ? depth : depth + 1;
     const auto next = [&](std::int32_t relation, std::int32_t of) {
         return Patiently(client, [&] { return NextItem(client, tree, relation, of); });
     };
     for (std::int32_t child = next(kChild, item); child > 0; child = next(kNext, child))
-        Visit(client, tree, child, below);
+        if (!Visit(client, tree, child, below)) return false;
+    return !client.silent;
 }
 
 std::int32_t CaretItem(OeClient& client)
@@ -126,12 +132,15 @@ TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t i
     request.item = item;
     request.text = textBlock;
     request.textMax = kTextBytes;
-    (void)RemoteWrite(memory, itemBlock, &request, sizeof request); // both blocks are zero until it succeeds
-    (void)Ask(client, tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock));
-    (void)RemoteRead(memory, itemBlock, &request, sizeof request);
+    const bool isWritten = RemoteWrite(memory, itemBlock, &request, sizeof request);
     TextBuffer buffer;
-    TreeItemReading reading{{}, request.children};
-    (void)buffer.Receive(memory, textBlock, reading.text); // empty when unread: an item without a name
+    TreeItemReading reading;
+    reading.isRead =
+        isWritten &&
+        Ask(client, tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock)).has_value() &&
+        RemoteRead(memory, itemBlock, &request, sizeof request) &&
+        buffer.Receive(memory, textBlock, reading.text);
+    if (reading.isRead) reading.children = request.children;
     RemoteFree(memory, textBlock);
     RemoteFree(memory, itemBlock);
     return reading;
@@ -143,8 +152,7 @@ bool WalkFolderTree(OeClient& client)
     client.treeProcessId = client.memory.api.ProcessIdOf(client.handles.mainWindow);
     if (tree < 1) return true;
     const std::int32_t root = Patiently(client, [&] { return NextItem(client, tree, kRoot, 0); });
-    if (root >= 1) Visit(client, tree, root, 0);
-    return !client.silent;
+    return (root < 1 || Visit(client, tree, root, 0)) && !client.silent;
 }
 
 int CurrentFolderIndex(OeClient& client)
@@ -160,11 +168,31 @@ std::optional<int> ShownFolder(OeClient& client)
     return line ? std::optional<int>(static_cast<int>(line - client.lstTree.data())) : std::nullopt;
 }
 
+bool IsInCaption(OeClient& client, int index)
+{
+    // The caption comes through the ANSI code page.
+    const Text name(client.lstTree[static_cast<std::size_t>(index)].Name());
+    const Text shown = client.codePage.FromAnsi(client.codePage.ToAnsi(name));
+    return FindNoCase(GetWindowCaption(client.desktop, client.handles.mainWindow), shown) != Text::npos;
+}
+
 bool ChangeFolder(OeClient& client, int index, const Text& folderName)
 {
     if (index < 0 || index >= static_cast<int>(client.lstTree.size())) return false;
+    const std::uint32_t processId = client.memory.api.ProcessIdOf(client.handles.mainWindow);
+    if (processId != 0 && processId != client.treeProcessId) {
+        // Its items are others, and the numbers of the old ones are addresses of nothing.
+        client.reporter.LogLine(u"Outlook Express was started anew: press \"Sync with OE\".", Record::yes);
+        ReportFailure(client);
+        return false;
+    }
     const OeFolder& line = client.lstTree[static_cast<std::size_t>(index)];
-    if (LineOf(client, CaretItem(client)) == &line) return true;
+    const auto isInCaption = [&] { return IsInCaption(client, index); };
+    if (LineOf(client, CaretItem(client)) == &line) {
+        const bool isShown = WaitUntil(client, kRefreshTries, kRefreshInterval, isInCaption);
+        if (!isShown) ReportFailure(client);
+        return isShown;
+    }
     const std::int32_t item = line.item;
     const WindowHandle tree = FindFolderTree(client);
     if (tree < 1) {

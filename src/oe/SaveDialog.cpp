@@ -175,7 +175,14 @@ bool HoldsThatEmail(OeClient& client, const SaveRequest& request)
 {
     const std::optional<EmailEntry> selected = ReadSelectedEntry(client);
     if (!selected || selected->Crc != request.crc) return false;
-    return request.folder < 0 || ShownFolder(client) == request.folder;
+    if (request.folder < 0) return true;
+    return ShownFolder(client) == request.folder && IsInCaption(client, request.folder);
+}
+
+bool IsEmptyFile(Files& files, const Text& path)
+{
+    std::string bytes;
+    return files.ReadWhole(path, bytes) != FileError::none || bytes.empty();
 }
 
 // Types the path, presses Save and waits for the file.
@@ -196,9 +203,15 @@ SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, c
         saved = client.files.FileExists(path);
         return saved || hasBox();
     });
-    if (saved) (void)AwaitClient(client); // what it has to say about the file comes right behind it
+    // What it has to say about the file comes right behind it. One that fell silent or ended over the file
+    // may not have finished it.
+    if (saved && !AwaitClient(client)) return SaveResult::untried;
+    if (saved && !client.desktop.IsThere(client.handles.mainWindow) && IsEmptyFile(client.files, path))
+        return SaveResult::failed;
     if (hasBox()) {
         boxes.Answer(); // the client has not saved it as it was told to
+        if (client.files.FileExists(path) && client.files.Delete(path))
+            client.reporter.LogLine(u"What was saved of it was removed", Record::yes);
         return SaveResult::failed;
     }
     if (saved) client.saveDialog.savedPath = path;
@@ -225,7 +238,8 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
 {
     const auto log = [&client](const Text& words) { client.reporter.LogLine(words, Record::yes); };
     const std::uint32_t processId = client.memory.api.ProcessIdOf(client.handles.mainWindow);
-    if (client.saveDialog.processId != processId) client.saveDialog = {processId}; // it was started anew
+    if (processId != 0 && client.saveDialog.processId != processId)
+        client.saveDialog = {processId}; // it was started anew
     if (!AwaitOverdueDialog(client)) return SaveResult::untried;
 
     const Text failure = u"FAIL: " + DecimalText(request.id) + u' ' + request.subject;

@@ -395,7 +395,7 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
     }
     const auto* item = reinterpret_cast<RemoteListItem*>(
         Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteListItem), "list item"));
-    if (!item || item->item >= rows.size()) return 0;
+    if (!item || item->item >= rows.size() || unread.count(item->item)) return 0;
     const std::vector<Text>& row = rows[item->item];
     PutText(item->text, item->subItem < row.size() ? row[item->subItem] : Text(), item->textMax);
     return 1;

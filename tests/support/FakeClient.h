@@ -28,6 +28,7 @@ public:
     std::vector<FakeFolder> folders;
     int shown = 0;                      // index in folders
     std::set<std::int32_t> selected{0}; // rows
+    std::set<std::uint32_t> unread;     // rows whose texts it does not tell
     int refreshAfter = 0;               // sleeps between selecting a folder and the new list
     bool keepsList = false;             // the list is filled anew instead of rebuilt
     bool ignoreDownKey = false, noDialog = false, noCombo = false, noEdit = false, saveNothing = false;

@@ -180,7 +180,7 @@ TEST_F(CheckFolderTest, AStopEndsTheCheckWithoutAVerdict)
                 inFiles = !view.shown.empty() && view.shown.back().starts_with(u"[2 of 3]");
             };
             Check(type);
-            EXPECT_LE(events, stopAt + 3) << "nothing more is done than what is under way";
+            EXPECT_LE(events, stopAt + 5) << "nothing more is done than what is under way";
             EXPECT_EQ(view.log.back(), u"User aborted on email export.");
             EXPECT_TRUE(view.boxes.empty() && view.summaryLines.empty());
             EXPECT_EQ(view.marks, (Marks{{u"", u"envelope"}})) << "nothing is said of the folder";
@@ -337,14 +337,7 @@ TEST_F(CheckFolderTest, ARowThatCannotBeReadIsNotSaved)
 {
     // A sent message, say: what is unread would have its dates, which are none.
     Store(u"0002_a.eml", "Date: Tue, 3 Apr 2007 10:16:30 +0000\r\n\r\n");
-    fake.calls.clear();
-    Check(ComparisonType::file);
-    ASSERT_GE(fake.calls.size(), 20u);
-    std::size_t reads = 0, call = fake.calls.size();
-    // One of row 2, behind which the last row is read, and then the first and the last again.
-    while (reads < 24) reads += fake.calls[--call].starts_with("read 256");
-    fake.calls.clear();
-    fake.failAt = call + 1;
+    fake.unread = {2};
     Check(ComparisonType::file);
     EXPECT_EQ(view.log[view.log.size() - 3], u"Not saved 2 - ");
     EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"0/4", u"red"}));

@@ -95,7 +95,7 @@ TEST(DisturbedFolders, AnotherFolderInTheSameListIsNotThisOnes)
     checked.fake.keepsList = true;
     checked.fake.onMessage = At(message::kListItemW, 5, [&] { checked.fake.ShowFolder(3); });
     checked.Check();
-    EXPECT_TRUE(checked.Logged(u"Outlook Express shows another folder meanwhile; the check has no result."));
+    EXPECT_TRUE(checked.Logged(u"Outlook Express shows another folder meanwhile; this one has no result."));
     EXPECT_FALSE(checked.Logged(u"saved email(s)"));
     EXPECT_FALSE(checked.IsGreen());
 }

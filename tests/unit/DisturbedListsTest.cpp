@@ -1,0 +1,178 @@
+// DisturbedListsTest.cpp: lists that are empty for a moment, late or left, files that are cut short, and
+// clients of another process, with a database that answers checks as well.
+#include "folders/AllFolders.h"
+#include "folders/CheckFolder.h"
+#include "oe/WindowDiscovery.h"
+#include "tests/support/ExportBench.h"
+#include "tests/support/JetSamples.h"
+
+namespace {
+
+struct Bench : ExportBench {
+    explicit Bench(int emails = 6) : ExportBench(emails)
+    {
+        fake.folders.push_back({u"Other", 2, {MailRow(u"Letter"), MailRow(u"Reply")}, 0x00360000});
+        fake.folders.push_back({u"Empty", 2, {}, 0x00360080});
+        view.options.systemFolders = u"|local folders|";
+        Synchronise(run);
+        CreateSaved(databaseFiles); // answers what a check asks, too
+        saved.database = OpenJetDatabase(databaseFiles, kSavedPath);
+    }
+    ~Bench() { CloseSavedEmails(saved); }
+    void Export()
+    {
+        view.log.clear();
+        flags = {};
+        flags.runCompleted = true;
+        ExportFolder(run, false);
+    }
+    void SaveAll(const std::function<void()>& between = {})
+    {
+        view.log.clear();
+        flags = {};
+        run.exportList.clear();
+        RunAllFolders(run, AllFoldersMode::check);
+        if (between) between();
+        run.runTotalSaved = 0;
+        flags.runCompleted = false;
+        const auto checked = view.log;
+        RunAllFolders(run, AllFoldersMode::exportEmails);
+        view.log.insert(view.log.begin(), checked.begin(), checked.end());
+    }
+    std::size_t Records() { return RowsOf(*saved.database).size(); }
+    bool TellsOfARest() const
+    {
+        return Logged(u" more were not looked at.") || Logged(u" folder(s) were not checked.");
+    }
+    MemoryFiles databaseFiles;
+};
+
+} // namespace
+
+TEST(DisturbedLists, AFolderThatIsLeftInMidRunIsNotDone)
+{
+    for (const int other : {3, 4}) {
+        Bench bench;
+        const auto note = bench.fake.onSave;
+        bench.fake.onSave = [&](int saves) {
+            note(saves);
+            if (saves == 3) bench.fake.ShowFolder(other);
+        };
+        bench.Export();
+        EXPECT_TRUE(bench.TellsOfARest()) << ToUtf8(bench.view.log.back());
+        EXPECT_FALSE(bench.flags.runCompleted);
+    }
+}
+
+TEST(DisturbedLists, AFolderThatIsNotShownIsNotEmpty)
+{
+    Bench bench;
+    bench.fake.ShowFolder(3);
+    FindOeHandles(bench.client);
+    bench.fake.onMessage = At(message::kKeyUp, 1, [&] { bench.fake.ShowFolder(4); });
+    bench.SaveAll();
+    EXPECT_FALSE(bench.Logged(u"Inbox - empty."));
+    EXPECT_TRUE(bench.TellsOfARest()) << ToUtf8(bench.view.log.back());
+}
+
+TEST(DisturbedLists, ACheckOfAListThatIsEmptyForAMomentFindsNotAllSaved)
+{
+    for (const bool all : {false, true}) {
+        Bench bench;
+        bench.Export();
+        bench.Mail().push_back(MailRow(u"New"));
+        const auto mail = bench.Mail();
+        bench.fake.onMessage = [&, counts = 0](WindowHandle, std::uint32_t message) mutable {
+            if (message != message::kListItemCount) return;
+            ++counts;
+            bench.Mail() = counts == 2 || counts == 3 ? std::vector<std::vector<Text>>() : mail;
+        };
+        bench.view.options.comparison = ComparisonType::database;
+        if (all) {
+            bench.SaveAll();
+            EXPECT_TRUE(bench.TellsOfARest() || bench.Records() == 9) << ToUtf8(bench.view.log.back());
+        } else {
+            bench.view.log.clear();
+            CheckFolder(bench.run);
+            EXPECT_FALSE(bench.Logged(u"All emails have been saved.")) << ToUtf8(bench.view.log.back());
+        }
+    }
+}
+
+TEST(DisturbedLists, AListThatComesLaterThanTheTreesMarkIsNotThatFolders)
+{
+    Bench bench;
+    bench.fake.folders[2].name = u"Other"; // caption and list of the folder before, mark on the new one
+    bench.fake.folders[2].rows = bench.fake.folders[3].rows;
+    bench.fake.ShowFolder(2);
+    bench.fake.folders[2].name = u"Inbox";
+    bench.Export();
+    EXPECT_TRUE(bench.contents.empty()) << ToUtf8(bench.contents[0].first) << " holds a letter of Other";
+}
+
+TEST(DisturbedLists, AClientThatEndsInTheMiddleOfAFileHasNotSavedIt)
+{
+    for (const bool closes : {true, false}) {
+        Bench bench(3);
+        bench.fake.onSave = [&](int saves) {
+            if (saves != 2) return;
+            bench.files.AddFile(bench.fake.saved.back().first, ""); // made, and not a byte written
+            if (closes)
+                bench.fake.Close();
+            else
+                bench.fake.FallSilent(2'000'000'000);
+        };
+        bench.Export();
+        EXPECT_EQ(bench.Records(), 1u);
+    }
+}
+
+TEST(DisturbedLists, AnotherClientsItemsAreNotSelectedAndNoBoxStandsForEachFolder)
+{
+    Bench bench;
+    bench.client.treeProcessId += 1;
+    int selects = 0;
+    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
+        selects += message == message::kTreeSelectItem;
+    };
+    bench.SaveAll();
+    EXPECT_EQ(selects, 0) << "items are addresses in the other process";
+    EXPECT_LE(bench.view.boxes.size(), 1u);
+
+    Bench unknown; // a folder that was made since is clicked
+    unknown.fake.ShowFolder(3);
+    FindOeHandles(unknown.client);
+    unknown.SaveAll([&] {
+        unknown.fake.onMessage = At(message::kKeyUp, 1, [&] {
+            unknown.fake.folders.push_back({u"Made since", 2, {}, 0x00370000});
+            unknown.fake.ShowFolder(5);
+        });
+    });
+    EXPECT_TRUE(unknown.view.boxes.empty()) << "the run stands until it is pressed";
+}
+
+TEST(DisturbedLists, ThePartOfAFileThatAFullDiskLeavesIsNoSavedEmail)
+{
+    Bench bench(1);
+    bench.fake.boxes = {{u"Disk full", {u"OK"}, false, false, true}};
+    bench.Export();
+    EXPECT_TRUE(bench.files.files.empty());
+    bench.view.options.comparison = ComparisonType::simple;
+    CheckFolder(bench.run);
+    EXPECT_FALSE(bench.Logged(u"All emails have been saved."));
+}
+
+TEST(DisturbedLists, AListThatChangesInItsMiddleIsReadOnceMore)
+{
+    for (int nth = 1; nth < 60; ++nth) {
+        Bench bench;
+        bench.Export();
+        bench.Mail().insert(bench.Mail().begin() + 3, MailRow(u"New")); // 0 1 2 New 3 4 5
+        bench.fake.onMessage =
+            At(message::kListItemW, nth, [&] { std::swap(bench.Mail()[2], bench.Mail()[3]); });
+        bench.view.options.comparison = ComparisonType::database;
+        bench.view.log.clear();
+        CheckFolder(bench.run);
+        EXPECT_FALSE(bench.Logged(u"All emails have been saved.")) << nth;
+    }
+}
