@@ -1,6 +1,8 @@
 // ExportBench.h: a folder of a fake client to be exported, with the e-mail that each file holds and a closing
 // line that is held against the disk after every run.
 #pragma once
+#include "folders/AllFolders.h"
+#include "folders/CheckFolder.h"
 #include "folders/ExportFolder.h"
 #include "folders/Synchronise.h"
 #include "oe/RemoteControls.h"
@@ -97,6 +99,44 @@ private:
     {
         return std::any_of(contents.begin(), contents.end(),
                            [&](const auto& file) { return file.second == subject; });
+    }
+};
+
+// With further folders beside the Inbox, for checks and for runs over all of them.
+struct FoldersBench : ExportBench {
+    FoldersBench(int emails, const std::vector<FakeFolder>& further) : ExportBench(emails)
+    {
+        for (FakeFolder folder : further) {
+            folder.item = 0x00360000 + 0x40 * static_cast<std::int32_t>(fake.folders.size());
+            fake.folders.push_back(std::move(folder));
+        }
+        view.options.systemFolders = u"|local folders|";
+        Synchronise(run);
+        view.log.clear();
+    }
+    void Check(ComparisonType type = ComparisonType::database)
+    {
+        view.options.comparison = type;
+        view.log.clear();
+        view.marks.clear();
+        view.boxes.clear();
+        flags = {};
+        CheckFolder(run);
+    }
+    // As the button does that exports all folders; between is done between check and export.
+    void SaveAll(const std::function<void()>& between = {})
+    {
+        view.log.clear();
+        view.boxes.clear();
+        flags = {};
+        run.exportList.clear();
+        RunAllFolders(run, AllFoldersMode::check);
+        const auto checked = view.log;
+        if (between) between();
+        run.runTotalSaved = 0;
+        flags.runCompleted = false;
+        RunAllFolders(run, AllFoldersMode::exportEmails);
+        view.log.insert(view.log.begin(), checked.begin(), checked.end());
     }
 };
 

@@ -1,8 +1,7 @@
-// MemoryDatabase.h: a table in memory that answers the two questions the program asks of its database.
+// MemoryDatabase.h: a table in memory that answers what the program asks of its database.
 #pragma once
 #include "platform/Database.h"
 
-#include <algorithm>
 #include <map>
 #include <vector>
 
@@ -17,16 +16,17 @@ struct MemoryDatabase : Database {
     Readiness readiness; // what PrepareForWriting answers
 
     struct Rows : Recordset {
-        Rows(MemoryDatabase& owner, std::size_t found) : database(owner), count(found), left(found) {}
+        Rows(MemoryDatabase& owner, MemoryRows matches) : database(owner), found(std::move(matches)) {}
         MemoryDatabase& database;
-        std::size_t count, left;
+        MemoryRows found;
+        std::size_t place = 0;
         std::map<Text, Text> added;
 
-        bool AtBeginning() override { return count == 0; }
-        bool AtEnd() override { return left == 0; }
-        void MoveNext() override { --left; }
-        std::int32_t Count() override { return static_cast<std::int32_t>(count); }
-        Text Field(const Text&) override { return {}; }
+        bool AtBeginning() override { return found.empty(); }
+        bool AtEnd() override { return place == found.size(); }
+        void MoveNext() override { ++place; }
+        std::int32_t Count() override { return static_cast<std::int32_t>(found.size()); }
+        Text Field(const Text& name) override { return found[place].at(name); }
         void Delete() override {}
         void AddNew() override { added.clear(); }
         void SetField(const Text& name, const Text& value) override { added[name] = value; }
@@ -37,17 +37,19 @@ struct MemoryDatabase : Database {
         }
     };
 
-    // A row is found when the statement holds its CRC and its folder as quoted texts.
+    // A row is found when each text that the statement compares with is its own.
     std::unique_ptr<Recordset> OpenRecordset(const Text& sql) override
     {
         statements.push_back(sql);
-        const bool all = sql.find(u"WHERE") == Text::npos;
-        const auto found = std::count_if(rows.begin(), rows.end(), [&](const auto& row) {
-            const Text folder = ReplaceAll(row.at(u"efolder"), u"'", u"''");
-            return all || (sql.find(u"ecrc='" + row.at(u"ecrc") + u"'") != Text::npos &&
-                           sql.find(u"efolder='" + folder + u"'") != Text::npos);
-        });
-        return std::make_unique<Rows>(*this, static_cast<std::size_t>(found));
+        MemoryRows found;
+        for (const auto& row : rows)
+            if (Fits(sql, row, u"ecrc") && Fits(sql, row, u"efolder")) found.push_back(row);
+        return std::make_unique<Rows>(*this, std::move(found));
+    }
+    static bool Fits(const Text& sql, const std::map<Text, Text>& row, const Text& column)
+    {
+        if (sql.find(column + u"='") == Text::npos) return true;
+        return sql.find(column + u"='" + ReplaceAll(row.at(column), u"'", u"''") + u"'") != Text::npos;
     }
     Readiness PrepareForWriting(const Text&, const std::vector<ColumnNeed>&) override { return readiness; }
     std::unique_ptr<DeletionBatch> BeginDeletions() override { return nullptr; }

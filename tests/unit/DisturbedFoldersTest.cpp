@@ -1,46 +1,17 @@
 // DisturbedFoldersTest.cpp: the list that is not what it was, the folder that is not the one that was asked
 // for, the client that was started anew: no e-mail is stored in a wrong folder, and none is missed without a
 // word.
-#include "folders/AllFolders.h"
-#include "folders/CheckFolder.h"
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 #include "tests/support/ExportBench.h"
 
 namespace {
 
-struct Bench : ExportBench {
-    explicit Bench(int emails = 6) : ExportBench(emails)
+struct Bench : FoldersBench {
+    explicit Bench(int emails = 6)
+        : FoldersBench(emails, {{u"Other", 2, {MailRow(u"Letter"), MailRow(u"Reply")}},
+                                {u"Last", 2, {MailRow(u"Note")}}})
     {
-        fake.folders.push_back({u"Other", 2, {MailRow(u"Letter"), MailRow(u"Reply")}, 0x00360000});
-        fake.folders.push_back({u"Last", 2, {MailRow(u"Note")}, 0x00360040});
-        view.options.systemFolders = u"|local folders|";
-        Synchronise(run);
-        view.log.clear();
-    }
-    void Check(ComparisonType type = ComparisonType::database)
-    {
-        view.options.comparison = type;
-        view.log.clear();
-        view.marks.clear();
-        view.boxes.clear();
-        flags = {};
-        CheckFolder(run);
-    }
-    // As the button does that exports all folders; between is done between check and export.
-    void SaveAll(const std::function<void()>& between = {})
-    {
-        view.log.clear();
-        view.boxes.clear();
-        flags = {};
-        run.exportList.clear();
-        RunAllFolders(run, AllFoldersMode::check);
-        const auto checked = view.log;
-        if (between) between();
-        run.runTotalSaved = 0;
-        flags.runCompleted = false;
-        RunAllFolders(run, AllFoldersMode::exportEmails);
-        view.log.insert(view.log.begin(), checked.begin(), checked.end());
     }
     bool IsGreen() const
     {

@@ -1,50 +1,19 @@
 // DisturbedListsTest.cpp: lists that are empty for a moment, late or left, files that are cut short, and
-// clients of another process, with a database that answers checks as well.
-#include "folders/AllFolders.h"
-#include "folders/CheckFolder.h"
+// clients of another process.
 #include "oe/WindowDiscovery.h"
 #include "tests/support/ExportBench.h"
-#include "tests/support/JetSamples.h"
 
 namespace {
 
-struct Bench : ExportBench {
-    explicit Bench(int emails = 6) : ExportBench(emails)
+struct Bench : FoldersBench {
+    explicit Bench(int emails = 6)
+        : FoldersBench(emails, {{u"Other", 2, {MailRow(u"Letter"), MailRow(u"Reply")}}, {u"Empty", 2, {}}})
     {
-        fake.folders.push_back({u"Other", 2, {MailRow(u"Letter"), MailRow(u"Reply")}, 0x00360000});
-        fake.folders.push_back({u"Empty", 2, {}, 0x00360080});
-        view.options.systemFolders = u"|local folders|";
-        Synchronise(run);
-        CreateSaved(databaseFiles); // answers what a check asks, too
-        saved.database = OpenJetDatabase(databaseFiles, kSavedPath);
     }
-    ~Bench() { CloseSavedEmails(saved); }
-    void Export()
-    {
-        view.log.clear();
-        flags = {};
-        flags.runCompleted = true;
-        ExportFolder(run, false);
-    }
-    void SaveAll(const std::function<void()>& between = {})
-    {
-        view.log.clear();
-        flags = {};
-        run.exportList.clear();
-        RunAllFolders(run, AllFoldersMode::check);
-        if (between) between();
-        run.runTotalSaved = 0;
-        flags.runCompleted = false;
-        const auto checked = view.log;
-        RunAllFolders(run, AllFoldersMode::exportEmails);
-        view.log.insert(view.log.begin(), checked.begin(), checked.end());
-    }
-    std::size_t Records() { return RowsOf(*saved.database).size(); }
     bool TellsOfARest() const
     {
         return Logged(u" more were not looked at.") || Logged(u" folder(s) were not checked.");
     }
-    MemoryFiles databaseFiles;
 };
 
 } // namespace
@@ -90,7 +59,7 @@ TEST(DisturbedLists, ACheckOfAListThatIsEmptyForAMomentFindsNotAllSaved)
         bench.view.options.comparison = ComparisonType::database;
         if (all) {
             bench.SaveAll();
-            EXPECT_TRUE(bench.TellsOfARest() || bench.Records() == 9) << ToUtf8(bench.view.log.back());
+            EXPECT_TRUE(bench.TellsOfARest() || bench.rows.size() == 9) << ToUtf8(bench.view.log.back());
         } else {
             bench.view.log.clear();
             CheckFolder(bench.run);
@@ -123,7 +92,7 @@ TEST(DisturbedLists, AClientThatEndsInTheMiddleOfAFileHasNotSavedIt)
                 bench.fake.FallSilent(2'000'000'000);
         };
         bench.Export();
-        EXPECT_EQ(bench.Records(), 1u);
+        EXPECT_EQ(bench.rows.size(), 1u);
     }
 }
 
