@@ -6,7 +6,6 @@
 #include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
 #include "oe/RemoteListView.h"
-#include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 #include "store/SavedMaintenance.h"
 #include "text/Numbers.h"
@@ -255,19 +254,13 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t ex
 std::optional<ComparisonResult> CompareFolder(FolderRun& run, std::int32_t count,
                                               std::span<const Text> emlFiles)
 {
-    std::optional<ComparisonResult> result;
     switch (run.view.Options().comparison) {
     case ComparisonType::simple:
-        result = CompareCounts(run, count, emlFiles);
-        break;
+        return CompareCounts(run, count, emlFiles);
     case ComparisonType::database:
-        result = CompareWithDatabase(run, count);
-        break;
+        return CompareWithDatabase(run, count);
     case ComparisonType::file:
-        result = CompareWithFiles(run, count, emlFiles);
         break;
     }
-    // What was read is this folder's only if the client shows it still.
-    const bool isShown = result && ShownFolder(run.client) == run.selectedFolder;
-    return isShown && !IsStopped(run) ? result : std::nullopt;
+    return CompareWithFiles(run, count, emlFiles);
 }

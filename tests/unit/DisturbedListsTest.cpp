@@ -46,15 +46,15 @@ TEST(DisturbedLists, AFolderThatIsNotShownIsNotEmpty)
 
 TEST(DisturbedLists, ACheckOfAListThatIsEmptyForAMomentFindsNotAllSaved)
 {
-    for (const bool all : {false, true}) {
+    for (const auto& [all, last] : {std::pair{false, 3}, {false, 8}, {true, 3}}) {
         Bench bench;
         bench.Export();
         bench.Mail().push_back(MailRow(u"New"));
         const auto mail = bench.Mail();
-        bench.fake.onMessage = [&, counts = 0](WindowHandle, std::uint32_t message) mutable {
+        bench.fake.onMessage = [&, until = last, counts = 0](WindowHandle, std::uint32_t message) mutable {
             if (message != message::kListItemCount) return;
             ++counts;
-            bench.Mail() = counts == 2 || counts == 3 ? std::vector<std::vector<Text>>() : mail;
+            bench.Mail() = counts >= 2 && counts <= until ? std::vector<std::vector<Text>>() : mail;
         };
         bench.view.options.comparison = ComparisonType::database;
         if (all) {
@@ -144,4 +144,48 @@ TEST(DisturbedLists, AListThatChangesInItsMiddleIsReadOnceMore)
         CheckFolder(bench.run);
         EXPECT_FALSE(bench.Logged(u"All emails have been saved.")) << nth;
     }
+}
+
+TEST(DisturbedLists, WhatComesBehindTheSecondReadingCountsAsNotSaved)
+{
+    Bench bench;
+    bench.Export();
+    bench.fake.onMessage = [&, counts = 0](WindowHandle, std::uint32_t message) mutable {
+        if (message != message::kListItemCount) return;
+        if (++counts == 3) std::reverse(bench.Mail().begin(), bench.Mail().end());
+        if (counts == 5) bench.Mail().push_back(MailRow(u"New"));
+    };
+    bench.Check();
+    EXPECT_TRUE(bench.Logged(u"what has come counts as not saved"));
+    EXPECT_TRUE(bench.Logged(u"Inbox has 5 saved email(s). 2 email(s) not saved."))
+        << "nor does the first row";
+}
+
+TEST(DisturbedLists, AListThatIsAnothersBehindTheSameMarkIsNotSaved)
+{
+    Bench bench;
+    const auto note = bench.fake.onSave;
+    bench.fake.keepsList = true;
+    bench.fake.onSave = [&](int saves) {
+        note(saves);
+        if (saves != 1) return;
+        bench.fake.folders[2].name = u"Other"; // the mark is on the Inbox again, caption and list are not
+        bench.fake.folders[2].rows = bench.fake.folders[3].rows;
+        bench.fake.ShowFolder(2);
+        bench.fake.folders[2].name = u"Inbox";
+    };
+    bench.Export();
+    EXPECT_EQ(bench.rows.size(), 1u);
+}
+
+TEST(DisturbedLists, AnUnreadRowThatHasGoneWasNotReached)
+{
+    Bench bench;
+    bench.fake.unread = {2};
+    bench.fake.onMessage = At(message::kKeyDown, 6, [&] {
+        bench.Mail().erase(bench.Mail().begin() + 2);
+        bench.fake.unread.clear();
+    });
+    bench.Export();
+    EXPECT_TRUE(bench.Logged(u"1 e-mail(s) were not reached."));
 }
