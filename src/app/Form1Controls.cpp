@@ -1,5 +1,7 @@
 #include "app/Form1Controls.h"
 
+#include "platform/win32/WideText.h"
+
 #include <commctrl.h>
 
 namespace {
@@ -7,7 +9,6 @@ namespace {
 constexpr wchar_t kFrameClass[] = L"Form1Frame";
 constexpr RECT kLater = {0, 0, 10, 10}; // until the layout gives it its place
 
-constexpr const wchar_t* kTabCaptions = L"Actions,Store,Progress,Summary";
 constexpr const wchar_t* kResultColumns[] = {L"Folder", L"ID", L"Subject", L"Date", L"CRC"};
 constexpr int kResultWidths[] = {86, 34, 146, 74, 46}; // dialog units
 constexpr int kDisplayWidening = 120;                  // percent of the user's font
@@ -17,7 +18,7 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
 {
     if (message == WM_COMMAND || message == WM_NOTIFY || message == WM_CONTEXTMENU)
         return SendMessageW(GetAncestor(frame, GA_ROOT), message, wParam, lParam);
-    if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == idSummary) {
+    if (message == WM_CTLCOLORSTATIC && GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == txtSummary) {
         const HDC dc = reinterpret_cast<HDC>(wParam);
         SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
         SetBkColor(dc, GetSysColor(COLOR_WINDOW));
@@ -27,7 +28,7 @@ LRESULT CALLBACK FrameProc(HWND frame, UINT message, WPARAM wParam, LPARAM lPara
     LRESULT answer = 0;
     if (!AnswerForGround(frame, message, wParam, palette.page, answer))
         return DefWindowProcW(frame, message, wParam, lParam);
-    if (message == WM_ERASEBKGND && GetDlgCtrlID(frame) == idStats) { // it stands alone, within a line
+    if (message == WM_ERASEBKGND && GetDlgCtrlID(frame) == fraStats) { // it stands alone, within a line
         RECT area = {};
         GetClientRect(frame, &area);
         const HDC dc = reinterpret_cast<HDC>(wParam);
@@ -48,177 +49,138 @@ void RegisterFrame()
     RegisterClassW(&description);
 }
 
-void Show(HWND window, bool shown)
-{
-    ShowWindow(window, shown ? SW_SHOW : SW_HIDE);
-}
-
 BOOL CALLBACK SetFont(HWND child, LPARAM font)
 {
     SendMessageW(child, WM_SETFONT, static_cast<WPARAM>(font), FALSE);
     return TRUE;
 }
 
-HWND Make(HWND parent, int id, const wchar_t* windowClass, const wchar_t* text, DWORD style,
-          DWORD extendedStyle = 0)
+// The kinds that the system draws.
+struct StandardControl {
+    const wchar_t* windowClass;
+    DWORD style;
+    DWORD extendedStyle = 0;
+};
+
+StandardControl StandardOf(Kind kind)
 {
-    return CreateWindowExW(extendedStyle, windowClass, text, WS_CHILD | WS_CLIPSIBLINGS | style, kLater.left,
-                           kLater.top, kLater.right, kLater.bottom, parent,
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
-                           nullptr);
+    constexpr DWORD kList = WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
+    switch (kind) {
+    case Kind::frame:
+        return {kFrameClass, WS_CLIPCHILDREN};
+    case Kind::page:
+        return {kFrameClass, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT};
+    case Kind::hiddenName:
+        return {L"STATIC", 0};
+    case Kind::checkBox:
+        return {L"BUTTON", WS_TABSTOP | BS_AUTOCHECKBOX};
+    case Kind::firstChoice:
+        return {L"BUTTON", WS_TABSTOP | WS_GROUP | BS_AUTORADIOBUTTON};
+    case Kind::nextChoice:
+        return {L"BUTTON", BS_AUTORADIOBUTTON};
+    case Kind::textBox:
+        return {L"EDIT", WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE};
+    case Kind::readBox:
+        return {L"EDIT", WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY,
+                WS_EX_CLIENTEDGE};
+    case Kind::comboBox:
+        return {L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST};
+    case Kind::listBox:
+        return {L"LISTBOX", kList, WS_EX_CLIENTEDGE};
+    case Kind::logBox:
+        return {L"LISTBOX", kList | WS_GROUP | WS_HSCROLL, WS_EX_CLIENTEDGE};
+    case Kind::tree:
+        return {WC_TREEVIEWW,
+                WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
+                WS_EX_CLIENTEDGE};
+    case Kind::table:
+        return {WC_LISTVIEWW, WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS, WS_EX_CLIENTEDGE};
+    default: // Kind::storedBox
+        return {L"LISTBOX", LBS_NOINTEGRALHEIGHT};
+    }
 }
 
-HWND MakeCheckBox(HWND parent, int id, const wchar_t* caption)
+template <class Control, class... Arguments>
+HWND Made(Control control, Arguments... arguments)
 {
-    return Make(parent, id, L"BUTTON", caption, WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX);
+    control.Create(arguments...);
+    return control.Window();
 }
 
-void MakeLabel(OrbLabel& label, HWND parent, int id, const wchar_t* caption,
-               OrbLabel::Kind kind = OrbLabel::Kind::plain)
+void FillComboBox(HWND box, const Text& items)
 {
-    label.Create(parent, id, caption, kLater, kind);
-    label.Show(true);
-}
-
-// Names the control that is created next, and carries its mnemonic.
-void MakeName(OrbLabel& label, HWND parent, const wchar_t* caption)
-{
-    MakeLabel(label, parent, idLabel, caption, OrbLabel::Kind::mnemonic);
+    for (std::size_t i = 1; !items.empty() && i <= CountOf(items, u",") + 1; ++i)
+        SendMessageW(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(Text(FieldOf(items, u",", i)))));
 }
 
 } // namespace
 
-// Controls are created in the order in which the Tab key visits them; the frames come before the tab strip
-// because the earlier of two overlapping windows lies on top.
+// Hidden.
+HWND Form1Controls::Make(const ControlRow& row, HWND parent)
+{
+    const Text text = row.caption;
+    const wchar_t* const caption = Wide(text);
+    switch (row.kind) {
+    case Kind::display:
+        return Made(OrbVacuum(), parent, row.id, kLater);
+    case Kind::tabStrip:
+        return Made(OrbTab(), parent, row.id, caption, kLater, font_);
+    case Kind::label:
+    case Kind::heading:
+        return Made(OrbLabel(), parent, row.id, caption, kLater);
+    case Kind::name:
+        return Made(OrbLabel(), parent, row.id, caption, kLater, OrbLabel::Kind::mnemonic);
+    case Kind::button:
+        return Made(OrbSimpleButton(), parent, row.id, caption, kLater);
+    case Kind::primaryButton:
+        return Made(OrbSimpleButton(), parent, row.id, caption, kLater, OrbSimpleButton::Look::primary);
+    case Kind::progressBar: {
+        SimpleProgress& bar = row.id == ::sProg ? sProg : spMain;
+        bar.Create(parent, row.id, kLater);
+        bar.Properties().SetPercentage(0);
+        return bar.Window();
+    }
+    default:
+        break;
+    }
+    const StandardControl standard = StandardOf(row.kind);
+    const HWND window = CreateWindowExW(
+        standard.extendedStyle, standard.windowClass, row.kind == Kind::comboBox ? L"" : caption,
+        WS_CHILD | WS_CLIPSIBLINGS | standard.style, kLater.left, kLater.top, kLater.right, kLater.bottom,
+        parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(row.id)), GetModuleHandleW(nullptr), nullptr);
+    if (row.kind == Kind::comboBox) FillComboBox(window, text);
+    return window;
+}
+
 void Form1Controls::Create(HWND form)
 {
     RegisterFrame();
-    OrbVac.Create(form, idOrbVac, kLater);
-    MakeName(lblTree, form, L"Outlook Express folders t&ree:");
-    tvOETree =
-        Make(form, idTree, WC_TREEVIEWW, L"",
-             WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT | TVS_SHOWSELALWAYS,
-             WS_EX_CLIENTEDGE);
-    MakeStatistics(form);
-    cmdStopAfterEmail.Create(form, idStopAfterEmail, L"Stop After This E&mail", kLater);
-    cmdStopAfterFolder.Create(form, idStopAfterFolder, L"Stop After This Fo&lder", kLater);
-    MakeLabel(lblSelFolder, form, idLabel, L"Outlook Express folder");
-    MakeLabel(lblOEFolder, form, idOEFolder, L"");
-    cmdOpenFolder.Create(form, idOpenFolder, L"O&pen folder", kLater);
-    cmdOpenFolder.Show(true);
-
-    for (HWND& frame : fraTabs)
-        frame = Make(form, idLabel, kFrameClass, L"", WS_CLIPCHILDREN, WS_EX_CONTROLPARENT);
-    MakeActions(fraTabs[0]);
-    MakeStore(fraTabs[1]);
-    MakeLists(fraTabs[2], fraTabs[3]);
-    TakeFonts(form);
-    nTab.Create(form, idTab, kTabCaptions, kLater, font_);
-
-    lstTree = Make(form, idTreeList, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT);
-    lstLines = Make(form, idLines, L"LISTBOX", L"", LBS_NOINTEGRALHEIGHT);
-    MakeToolTips(form);
-}
-
-void Form1Controls::MakeActions(HWND frame)
-{
-    const auto step = [this, frame](std::size_t index, const wchar_t* caption) {
-        MakeLabel(lblSteps[index], frame, idStep, caption);
-    };
-    step(0, L"1  Synchronise");
-    cmdSync.Create(frame, idSync, L"&Sync with OE", kLater);
-    cmdSync.Show(true);
-    MakeLabel(capSync, frame, idLabel, L"<--- To start exporting, please synchronise first");
-    cmdGetID.Create(frame, idGetID, L"&Get ID of selected email", kLater);
-    step(1, L"2  Store");
-    cmdChooseStore.Create(frame, idChooseStore, L"Ch&oose store folder...", kLater);
-    cmdChooseStore.Show(true);
-    MakeLabel(lblStorePath, frame, idStorePath, L"");
-    step(2, L"3  Check");
-    cmdCheckFolder.Create(frame, idCheckFolder, L"&Check folder", kLater);
-    cmdCheckAllFolders.Create(frame, idCheckAllFolders, L"Check &all folders", kLater);
-    MakeName(lblComparison, frame, L"Comparison &type:");
-    cboComparison =
-        Make(frame, idComparison, L"COMBOBOX", L"", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST);
-    for (const wchar_t* type : {L"Simple (fast)", L"Database (medium speed)", L"File (slow)"})
-        SendMessageW(cboComparison, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(type));
-    EnableWindow(cboComparison, FALSE);
-    step(3, L"4  Export");
-    cmdExport.Create(frame, idExport, L"&Export emails in selected folder", kLater,
-                     OrbSimpleButton::Look::primary);
-    cmdSaveAll.Create(frame, idSaveAll, L"Export emails in all &folders", kLater);
-    chkJumpRemain = MakeCheckBox(frame, idJumpRemain, L"&Jump to remaining");
-    chkSkipFiles = MakeCheckBox(frame, idSkipFiles, L"S&kip identical filenames");
-    MakeName(lblIgnore, frame, L"First folder to &ignore");
-    txtIgnore = Make(frame, idIgnore, L"EDIT", L"Deleted Items", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL,
-                     WS_EX_CLIENTEDGE);
-    cmdUseSelection.Create(frame, idUseSelection, L"&Use tree selection", kLater);
-    cmdUseSelection.Show(true);
-}
-
-void Form1Controls::MakeStore(HWND frame)
-{
-    constexpr DWORD kList = WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
-    MakeLabel(lblStoreFolder, frame, idStoreFolder, L"");
-    MakeName(lblDrive, frame, L"Dri&ve:");
-    Drive1 = Make(frame, idDrive, L"COMBOBOX", L"", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST);
-    cmdNewFolder.Create(frame, idNewFolder, L"Ne&w folder...", kLater);
-    cmdNewFolder.Show(true);
-    MakeName(lblDir, frame, L"&Folder:");
-    Dir1 = Make(frame, idDir, L"LISTBOX", L"", kList, WS_EX_CLIENTEDGE);
-    MakeName(lblFiles, frame, L"Saved &emails:");
-    fileCheck = Make(frame, idFileCheck, L"LISTBOX", L"", kList, WS_EX_CLIENTEDGE);
-    chkIDonly = MakeCheckBox(frame, idIDonly, L"&Name files by ID only");
-    chkSendKeys = MakeCheckBox(frame, idSendKeys, L"Use Sen&dkeys");
-}
-
-void Form1Controls::MakeLists(HWND progressFrame, HWND summaryFrame)
-{
-    constexpr DWORD kSwitch = WS_VISIBLE | BS_AUTORADIOBUTTON;
-    optLog = Make(progressFrame, idShowLog, L"BUTTON", L"L&og", kSwitch | WS_TABSTOP | WS_GROUP);
-    optResults = Make(progressFrame, idShowResults, L"BUTTON", L"Res&ults", kSwitch);
-    MakeLabel(lblList, progressFrame, idLabel, L"");
-    lstProgress =
-        Make(progressFrame, idProgressList, L"LISTBOX", L"",
-             WS_VISIBLE | WS_TABSTOP | WS_GROUP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
-             WS_EX_CLIENTEDGE);
-    Make(progressFrame, idLabel, L"STATIC", L"Results", 0); // unseen, it names the table to screen readers
-    lvResults = Make(progressFrame, idResults, WC_LISTVIEWW, L"", WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS,
-                     WS_EX_CLIENTEDGE);
-    SendMessageW(lvResults, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+    MakeFonts(); // the tab strip needs its font at once
+    for (const ControlRow& row : ControlRows()) {
+        const HWND window = Make(row, row.parent == onForm ? form : (*this)[row.parent]);
+        windows_[static_cast<std::size_t>(row.id - kFirstControl)] = window;
+        const bool shown = row.shown == Shown::always || row.shown == Shown::whileIdle ||
+                           row.shown == Shown::untilSynchronised;
+        ShowWindow(window, shown ? SW_SHOW : SW_HIDE);
+    }
+    SetFonts(form);
+    EnableWindow((*this)[::cboComparison], FALSE);
+    SendMessageW((*this)[::lvResults], LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
+                 LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+    NameMembers();
     ShowResults(false);
-    Make(summaryFrame, idLabel, L"STATIC", L"Summary", 0); // unseen, it names the box to screen readers
-    txtSummary = Make(summaryFrame, idSummary, L"EDIT", L"",
-                      WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_READONLY,
-                      WS_EX_CLIENTEDGE);
-}
-
-void Form1Controls::MakeStatistics(HWND form)
-{
-    fraStats = Make(form, idStats, kFrameClass, L"", WS_CLIPCHILDREN);
-    const auto line = [this](const wchar_t* caption, OrbLabel& value) {
-        StatisticLabels labels = {{}, &value};
-        MakeLabel(labels.name, fraStats, idLabel, caption);
-        MakeLabel(value, fraStats, idLabel, L"");
-        return labels;
-    };
-    const auto bar = [this](SimpleProgress& progress, int id) {
-        progress.Create(fraStats, id, kLater);
-        progress.Properties().SetPercentage(0);
-    };
-    MakeLabel(lblCurrentFolder, fraStats, idStep, L"Current folder");
-    bar(sProg, idProg);
-    currentStatistics = {line(L"Count", lblCount), line(L"Rate", lblPerSecond), line(L"Time left", lblTime),
-                         line(L"Emails left", lblLeft)};
-    MakeLabel(lblAllFolders, fraStats, idStep, L"All folders");
-    bar(spMain, idMainProg);
-    totalStatistics = {line(L"Total emails to be saved", lblTotalCount),
-                       line(L"Total Emails left", lblTotalLeft), line(L"Time left", lblTotalTime)};
+    MakeToolTips(form);
 }
 
 void Form1Controls::TakeFonts(HWND form)
 {
     DeleteFonts();
+    MakeFonts();
+    SetFonts(form);
+}
+
+void Form1Controls::MakeFonts()
+{
     LOGFONTW description = MessageFont();
     font_ = CreateFontIndirectW(&description);
     description.lfWeight = FW_BOLD;
@@ -226,20 +188,19 @@ void Form1Controls::TakeFonts(HWND form)
     description.lfHeight = MulDiv(description.lfHeight, kDisplayWidening, 100);
     displayFont_ = CreateFontIndirectW(&description);
     units_ = UnitsOf(font_);
+}
+
+void Form1Controls::SetFonts(HWND form)
+{
     EnumChildWindows(form, SetFont, reinterpret_cast<LPARAM>(font_));
-    for (const OrbLabel& label : lblSteps) SetFont(label.Window(), reinterpret_cast<LPARAM>(boldFont_));
-    for (const OrbLabel& label : {lblCurrentFolder, lblAllFolders})
-        SetFont(label.Window(), reinterpret_cast<LPARAM>(boldFont_));
-    SetFont(OrbVac.Window(), reinterpret_cast<LPARAM>(displayFont_));
+    for (const ControlRow& row : ControlRows()) {
+        if (row.kind == Kind::heading) SetFont((*this)[row.id], reinterpret_cast<LPARAM>(boldFont_));
+        if (row.kind == Kind::display) SetFont((*this)[row.id], reinterpret_cast<LPARAM>(displayFont_));
+    }
     for (SimpleProgress* progress : {&sProg, &spMain}) {
         progress->Properties().SetBorderWidth(static_cast<std::int16_t>(units_.Down(1)));
         progress->Properties().SetFillColour(LightPalette().accent);
     }
-}
-
-void Form1Controls::Arrange() const
-{
-    ::Arrange(*this, units_, arrangement_);
 }
 
 void Form1Controls::FitToFrames()
@@ -251,54 +212,60 @@ void Form1Controls::FitToFrames()
         column.pszText = const_cast<wchar_t*>(kResultColumns[i]);
         column.cx = units_.Across(kResultWidths[i]);
         column.iSubItem = i;
-        SendMessageW(lvResults, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
+        SendMessageW((*this)[::lvResults], LVM_INSERTCOLUMNW, static_cast<WPARAM>(i),
+                     reinterpret_cast<LPARAM>(&column));
     }
 }
 
 void Form1Controls::ShowFrame(int index)
 {
     const HWND focus = GetFocus();
-    for (int i = 0; i < static_cast<int>(fraTabs.size()); ++i) {
-        const HWND frame = fraTabs[static_cast<std::size_t>(i)];
-        if (i != index && IsChild(frame, focus))
-            SetFocus(nTab.Window()); // hidden, it would keep the keyboard
-        Show(frame, i == index);
-        if (i == index) UpdateWindow(frame);
+    const ControlId shown = ::fraTabs[index];
+    for (const ControlId frame : ::fraTabs) {
+        if (frame != shown && IsChild((*this)[frame], focus))
+            SetFocus((*this)[::nTab]); // hidden, it would keep the keyboard
+        ShowWindow((*this)[frame], frame == shown ? SW_SHOW : SW_HIDE);
+        if (frame == shown) UpdateWindow((*this)[frame]);
     }
+}
+
+void Form1Controls::Show(Shown when, bool shown)
+{
+    for (const ControlRow& row : ControlRows())
+        if (row.shown == when) ShowWindow((*this)[row.id], shown ? SW_SHOW : SW_HIDE);
 }
 
 void Form1Controls::ShowResults(bool shown)
 {
-    Show(shown ? lstProgress : lvResults, false);
-    Show(shown ? lvResults : lstProgress, true);
-    SendMessageW(optLog, BM_SETCHECK, shown ? BST_UNCHECKED : BST_CHECKED, 0);
-    SendMessageW(optResults, BM_SETCHECK, shown ? BST_CHECKED : BST_UNCHECKED, 0);
-    lblList.SetCaption(shown ? L"Emails that the checks found not saved:" : L"What the program has done:");
+    ShowWindow((*this)[shown ? ::lstProgress : ::lvResults], SW_HIDE);
+    ShowWindow((*this)[shown ? ::lvResults : ::lstProgress], SW_SHOW);
+    SendMessageW((*this)[::optLog], BM_SETCHECK, shown ? BST_UNCHECKED : BST_CHECKED, 0);
+    SendMessageW((*this)[::optResults], BM_SETCHECK, shown ? BST_CHECKED : BST_UNCHECKED, 0);
+    OrbLabel((*this)[::lblList])
+        .SetCaption(shown ? L"Emails that the checks found not saved:" : L"What the program has done:");
 }
 
 void Form1Controls::EnterBusyLayout()
 {
-    for (OrbLabel* label : {&lblCount, &lblPerSecond, &lblLeft, &lblTotalCount, &lblTotalLeft})
-        label->SetCaption(L"-");
-    for (OrbLabel* label : {&lblTime, &lblTotalTime}) label->SetCaption(L"-:-:-");
+    for (const ControlRow& row : ControlRows())
+        if (row.parent == ::fraStats && row.kind == Kind::label)
+            OrbLabel((*this)[row.id]).SetCaption(Wide(Text(row.caption)));
     sProg.Properties().SetPercentage(0);
     spMain.Properties().SetPercentage(0);
-    arrangement_ = Arrangement::busy;
-    lblTree.Show(false);
-    Show(tvOETree, false);
+    isBusy_ = true;
+    Show(Shown::whileIdle, false);
     Arrange();
-    Show(fraStats, true);
-    UpdateWindow(GetParent(fraStats));
+    Show(Shown::whileBusy, true);
+    UpdateWindow(GetParent((*this)[::fraStats]));
 }
 
 void Form1Controls::LeaveBusyLayout()
 {
-    if (arrangement_ == Arrangement::idle) return;
-    arrangement_ = Arrangement::idle;
-    Show(fraStats, false);
+    if (!isBusy_) return;
+    isBusy_ = false;
+    Show(Shown::whileBusy, false);
     Arrange();
-    lblTree.Show(true);
-    Show(tvOETree, true);
+    Show(Shown::whileIdle, true);
 }
 
 void Form1Controls::DeleteFonts()

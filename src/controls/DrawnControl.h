@@ -65,6 +65,8 @@ private:
 // The program's hold on a drawn control. Copies mean the same window.
 class DrawnControl {
 public:
+    DrawnControl() = default;
+    explicit DrawnControl(HWND window) : window_(window) {} // one that is there already
     HWND Window() const { return window_; }
     void Enable(bool enabled) { EnableWindow(window_, enabled); }
     void Show(bool shown) { ShowWindow(window_, shown ? SW_SHOW : SW_HIDE); }

@@ -4,6 +4,7 @@
 
 class OrbLabel : public DrawnControl {
 public:
+    using DrawnControl::DrawnControl;
     // plain: "&" is a character like any other, and what is too long ends in an ellipsis. mnemonic: "&" marks
     // the key that moves on to the control behind the label; the text wraps.
     enum class Kind { plain, mnemonic };

@@ -5,6 +5,7 @@
 
 class OrbSimpleButton : public DrawnControl {
 public:
+    using DrawnControl::DrawnControl;
     enum class Look { plain, primary }; // primary: for the main action of a page
     // Created hidden.
     void Create(HWND parent, int id, const wchar_t* caption, const RECT& place, Look look = Look::plain,

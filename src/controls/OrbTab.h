@@ -4,6 +4,7 @@
 
 class OrbTab : public DrawnControl {
 public:
+    using DrawnControl::DrawnControl;
     // captions: parted by commas. Created visible, the first tab selected.
     void Create(HWND parent, int id, const wchar_t* captions, const RECT& place, HFONT font,
                 PaletteSource palette = CurrentPalette);

@@ -5,6 +5,7 @@
 
 class OrbVacuum : public DrawnControl {
 public:
+    using DrawnControl::DrawnControl;
     // Created visible. How many lines it has follows from its size.
     void Create(HWND parent, int id, const RECT& place, PaletteSource palette = CurrentPalette);
     void ShowText(const wchar_t* text) { SetText(text); } // in place of the one before

@@ -142,7 +142,8 @@ TEST_F(WindowLayoutTest, TextsFitTheirControls)
         if (text.empty()) text = L"100000 out of 100000"; // the longest of the values
         RECT area = {};
         GetClientRect(control, &area);
-        const SIZE size = Measure(text, id == idStep ? FW_BOLD : FW_NORMAL);
+        const SIZE size =
+            Measure(text, RowOf(static_cast<ControlId>(id)).kind == Kind::heading ? FW_BOLD : FW_NORMAL);
         const bool hasBox = button && (style & BS_TYPEMASK) != BS_OWNERDRAW;
         const int beside = combo ? arrow + 6 : hasBox ? box + 4 : button ? size.cy : 0;
         EXPECT_LE(size.cx + beside, area.right) << NameOf(control);
