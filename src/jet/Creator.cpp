@@ -7,7 +7,6 @@
 #include "platform/Database.h"
 
 #include <bit>
-#include <cstring>
 
 using namespace jet;
 

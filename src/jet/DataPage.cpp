@@ -78,7 +78,7 @@ std::string NewDataPage(std::uint32_t owner)
     return page;
 }
 
-std::optional<std::size_t> RoomIn(ByteView page)
+std::optional<std::size_t> FreeSpaceIn(ByteView page)
 {
     const std::size_t count = SlotCount(page), free = page.U16(kFreeAt);
     if (count >= kMostSlots || free < 2) return std::nullopt;

@@ -46,8 +46,8 @@ void CheckDirectory(ByteView page);
 
 std::string NewDataPage(std::uint32_t owner);
 // Bytes the longest row may have that can still be added; nothing when none can, not even an empty one.
-std::optional<std::size_t> RoomIn(ByteView page);
-std::uint8_t AddRow(std::string& page, std::string_view row); // its slot; the room was looked at before
+std::optional<std::size_t> FreeSpaceIn(ByteView page);
+std::uint8_t AddRow(std::string& page, std::string_view row); // its slot; the free space was looked at before
 // The row's bytes give way to others; the rows behind it move. Growth must fit the free bytes.
 void ReplaceRow(std::string& page, std::size_t slot, std::string_view row, std::uint16_t flags);
 inline void DeleteRow(std::string& page, std::size_t slot)

@@ -1,3 +1,5 @@
+#include "jet/Display.h"
+
 #include "jet/RowCodec.h"
 #include "platform/Database.h"
 #include "text/DayCount.h"

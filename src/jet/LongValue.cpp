@@ -23,19 +23,20 @@ std::string Header(std::size_t size, std::uint32_t kind, std::uint32_t pointer)
     return header;
 }
 
-RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, std::vector<Room>& rooms)
+RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, std::vector<FreeSpace>& spaces)
 {
-    if (Room* room = FindRoom(rooms, row.size())) {
-        std::string& page = writes.Edit(room->page, Phase::prepare);
-        const RowId id{room->page, AddRow(page, row)};
-        room->bytes = RoomIn(ByteView(page, id.page)).value_or(0);
+    if (FreeSpace* space = FindSpace(spaces, row.size())) {
+        std::string& page = writes.Edit(space->page, Phase::prepare);
+        const RowId id{space->page, AddRow(page, row)};
+        space->bytes = FreeSpaceIn(ByteView(page, id.page)).value_or(0);
         return id;
     }
     std::string page = NewDataPage(kLongValueOwner);
     const std::uint8_t slot = AddRow(page, row);
-    const std::size_t left = RoomIn(ByteView(page, 0)).value_or(0);
+    const std::size_t left = FreeSpaceIn(ByteView(page, 0)).value_or(0);
     const PageNumber number = writes.Add(std::move(page));
-    EnterPage(writes, column.ownedMap, column.freeMap, Phase::prepare, Phase::prepare, rooms, {number, left});
+    EnterPage(writes, column.ownedMap, column.freeMap, Phase::prepare, Phase::prepare, spaces,
+              {number, left});
     return {number, slot};
 }
 
@@ -71,53 +72,53 @@ LongValue ReadLongValue(PageFile& file, ByteView header)
     return value;
 }
 
-std::vector<Room> RoomsOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
-                          std::uint32_t owner)
+std::vector<FreeSpace> FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
+                                    std::uint32_t owner)
 {
-    std::vector<Room> rooms;
-    if (freeMap.page == 0) return rooms;
+    std::vector<FreeSpace> spaces;
+    if (freeMap.page == 0) return spaces;
     PageRef hold;
     for (PageNumber number : PagesOf(file, freeMap)) {
         if (!std::binary_search(owned.begin(), owned.end(), number)) continue; // left by a stop: only a hint
         const ByteView page = file.View(number, hold);
         NeedDataPage(page, owner);
         CheckDirectory(page);
-        if (const std::optional<std::size_t> bytes = RoomIn(page)) rooms.push_back({number, *bytes});
+        if (const std::optional<std::size_t> bytes = FreeSpaceIn(page)) spaces.push_back({number, *bytes});
     }
-    return rooms;
+    return spaces;
 }
 
-Room* FindRoom(std::vector<Room>& rooms, std::size_t bytes)
+FreeSpace* FindSpace(std::vector<FreeSpace>& spaces, std::size_t bytes)
 {
     // The newest page is the likeliest.
-    const auto found =
-        std::find_if(rooms.rbegin(), rooms.rend(), [&](const Room& room) { return room.bytes >= bytes; });
-    return found == rooms.rend() ? nullptr : &*found;
+    const auto found = std::find_if(spaces.rbegin(), spaces.rend(),
+                                    [&](const FreeSpace& space) { return space.bytes >= bytes; });
+    return found == spaces.rend() ? nullptr : &*found;
 }
 
 void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, Phase own, Phase offer,
-               std::vector<Room>& rooms, Room added)
+               std::vector<FreeSpace>& spaces, FreeSpace added)
 {
     AddToMap(writes, ownedMap, added.page, own);
     // A map page that is written before the page is owned must not offer it.
     const bool mayOffer = freeMap.page != 0 && !writes.IsPlannedBefore(freeMap.page, own);
-    const auto full = [](const Room& room) { return room.bytes < kWorthOffering; };
+    const auto full = [](const FreeSpace& space) { return space.bytes < kWorthOffering; };
     if (mayOffer) {
-        for (const Room& room : rooms)
-            if (full(room)) TakeFromMap(writes, freeMap, room.page, offer);
+        for (const FreeSpace& space : spaces)
+            if (full(space)) TakeFromMap(writes, freeMap, space.page, offer);
         if (!full(added)) AddToMap(writes, freeMap, added.page, offer);
     }
-    rooms.erase(std::remove_if(rooms.begin(), rooms.end(), full), rooms.end());
-    if (!full(added)) rooms.push_back(added);
+    spaces.erase(std::remove_if(spaces.begin(), spaces.end(), full), spaces.end());
+    if (!full(added)) spaces.push_back(added);
 }
 
 std::string StoreLongValue(WriteSet& writes, const Column& column, const std::string& bytes,
-                           std::vector<Room>& rooms)
+                           std::vector<FreeSpace>& spaces)
 {
     if (bytes.size() <= kMostInRow) return Header(bytes.size(), kInRow, 0) + bytes;
     if (bytes.size() > kMostBytes) throw DatabaseError(u"The text is too long for the column " + column.name);
     if (bytes.size() <= kMostInOneRow)
-        return Header(bytes.size(), kOneRow, ToPointer(StoreRow(writes, column, bytes, rooms)));
+        return Header(bytes.size(), kOneRow, ToPointer(StoreRow(writes, column, bytes, spaces)));
     // Last part first, so that each can point to the next.
     constexpr std::size_t kPart = kMostInOneRow - kPointer;
     std::uint32_t next = 0;
@@ -125,7 +126,7 @@ std::string StoreLongValue(WriteSet& writes, const Column& column, const std::st
         std::string row;
         Append32(row, next);
         row += bytes.substr(start, kPart);
-        next = ToPointer(StoreRow(writes, column, row, rooms));
+        next = ToPointer(StoreRow(writes, column, row, spaces));
         if (start == 0) break;
     }
     return Header(bytes.size(), 0, next);

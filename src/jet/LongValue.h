@@ -13,24 +13,24 @@ struct LongValue {
 LongValue ReadLongValue(PageFile& file, ByteView header);
 
 // A page of a free map and the bytes that a new row on it may have.
-struct Room {
+struct FreeSpace {
     PageNumber page;
     std::size_t bytes;
 };
 inline constexpr std::size_t kWorthOffering = 256; // a page with less room leaves the free map
 
-// The rooms of the owned pages that the free map names; a row's page must have this owner. Nothing without
-// a free map.
-std::vector<Room> RoomsOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
-                          std::uint32_t owner);
-Room* FindRoom(std::vector<Room>& rooms, std::size_t bytes); // null: none is large enough
+// The free space of the owned pages that the free map names; a row's page must have this owner. Nothing
+// without a free map.
+std::vector<FreeSpace> FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
+                                    std::uint32_t owner);
+FreeSpace* FindSpace(std::vector<FreeSpace>& spaces, std::size_t bytes); // null: none is large enough
 // Writes of a new page into the maps, and of those it replaces out of the free map. offer: the phase of the
 // free map.
 void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, Phase own, Phase offer,
-               std::vector<Room>& rooms, Room added);
+               std::vector<FreeSpace>& spaces, FreeSpace added);
 
-// Places the value and answers the header for the row. rooms are those of the column.
+// Places the value and answers the header for the row. spaces are those of the column.
 std::string StoreLongValue(WriteSet& writes, const Column& column, const std::string& bytes,
-                           std::vector<Room>& rooms);
+                           std::vector<FreeSpace>& spaces);
 
 } // namespace jet

@@ -17,17 +17,6 @@ constexpr std::uint64_t Offset(PageNumber page)
 
 } // namespace
 
-void ThrowDamaged(PageNumber page, TextView what)
-{
-    throw DatabaseError(u"The database is damaged (page " + DecimalText(page) + u"): " + Text(what));
-}
-
-void ThrowForeignLayout(PageNumber page, TextView what)
-{
-    throw DatabaseError(u"The database has a layout that this program does not extend (page " +
-                        DecimalText(page) + u"): " + Text(what));
-}
-
 PageFile::PageFile(std::unique_ptr<RandomFile> file, OpenMode mode, Text whyReadOnly) : file_(std::move(file))
 {
     if (mode == OpenMode::read) whyReadOnly_ = std::move(whyReadOnly);

@@ -32,7 +32,4 @@ enum class Compression { plain, compressed };
 std::string EncodeText(TextView text, Compression compression);
 Text DecodeText(ByteView bytes);
 
-// A value for a person to read: numbers plain, dates as 2007-04-03 10:15:00, bytes in hexadecimal.
-Text DisplayText(const Column& column, ByteView value);
-
 } // namespace jet

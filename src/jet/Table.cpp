@@ -1,5 +1,6 @@
 #include "jet/Table.h"
 
+#include "jet/Display.h"
 #include "jet/LongValue.h"
 #include "jet/UsageMap.h"
 

@@ -46,7 +46,7 @@ Text TakesNoText(const Column& column)
 }
 
 std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
-                                      const std::optional<Text>& value, TableRooms& rooms)
+                                      const std::optional<Text>& value, TableSpaces& spaces)
 {
     if (!value || value->empty()) {
         if (!column.mayBeNull && column.type != ColumnType::boolean) throw DatabaseError(NeedsValue(column));
@@ -57,7 +57,7 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
         constexpr std::size_t kMostCompressed = 1024; // characters; longer ones stay plain, as Jet does it
         const std::string bytes =
             EncodeText(*value, value->size() > kMostCompressed ? Compression::plain : wanted);
-        return StoreLongValue(writes, column, bytes, rooms.longValues[column.number]);
+        return StoreLongValue(writes, column, bytes, spaces.longValues[column.number]);
     }
     if (column.type != ColumnType::text || column.fixed) throw DatabaseError(TakesNoText(column));
     if (value->size() * 2 > column.length)
@@ -69,16 +69,16 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
 }
 
 // A page that has room again is offered for new rows.
-void OfferAgain(WriteSet& writes, RowId freeMap, std::vector<Room>& rooms, PageNumber page)
+void OfferAgain(WriteSet& writes, RowId freeMap, std::vector<FreeSpace>& spaces, PageNumber page)
 {
-    const std::size_t bytes = RoomIn(writes.View(page)).value_or(0);
-    const auto known =
-        std::find_if(rooms.begin(), rooms.end(), [&](const Room& room) { return room.page == page; });
-    if (known != rooms.end()) {
+    const std::size_t bytes = FreeSpaceIn(writes.View(page)).value_or(0);
+    const auto known = std::find_if(spaces.begin(), spaces.end(),
+                                    [&](const FreeSpace& space) { return space.page == page; });
+    if (known != spaces.end()) {
         known->bytes = bytes;
     } else if (bytes >= kWorthOffering && freeMap.page != 0) {
         AddToMap(writes, freeMap, page, Phase::tidy);
-        rooms.push_back({page, bytes});
+        spaces.push_back({page, bytes});
     }
 }
 
@@ -154,11 +154,11 @@ void TableWriter::Inspect()
         throw DatabaseError(u"The table has lost rows: it should have " + DecimalText(table.rowCount) +
                             u" and has " + DecimalText(rowCount_));
 
-    rooms_.rows = RoomsOf(file, table.freeMap, pages, table.page);
+    spaces_.rows = FreeSpacesOf(file, table.freeMap, pages, table.page);
     for (const Column& column : table.columns) {
         if (!column.IsLong()) continue;
-        rooms_.longValues[column.number] =
-            RoomsOf(file, column.freeMap, PagesOf(file, column.ownedMap), kLongValueOwner);
+        spaces_.longValues[column.number] =
+            FreeSpacesOf(file, column.freeMap, PagesOf(file, column.ownedMap), kLongValueOwner);
     }
 }
 
@@ -226,29 +226,29 @@ RowId TableWriter::Append(const std::vector<std::optional<Text>>& values)
     NeedWritable();
     const TableDefinition& table = table_.Definition();
     WriteSet writes(table_.File());
-    TableRooms rooms = rooms_;
+    TableSpaces spaces = spaces_;
     std::vector<std::optional<std::string>> cells;
     for (std::size_t i = 0; i < table.columns.size(); ++i)
-        cells.push_back(EncodeCell(writes, table.columns[i], values.at(i), rooms));
+        cells.push_back(EncodeCell(writes, table.columns[i], values.at(i), spaces));
     const std::string row = EncodeRow(table, cells);
 
     RowId id;
-    if (Room* room = FindRoom(rooms.rows, row.size())) {
-        std::string& page = writes.Edit(room->page, Phase::commit);
-        id = {room->page, AddRow(page, row)};
-        room->bytes = RoomIn(ByteView(page, id.page)).value_or(0);
+    if (FreeSpace* space = FindSpace(spaces.rows, row.size())) {
+        std::string& page = writes.Edit(space->page, Phase::commit);
+        id = {space->page, AddRow(page, row)};
+        space->bytes = FreeSpaceIn(ByteView(page, id.page)).value_or(0);
     } else {
         std::string page = NewDataPage(table.page);
         id.slot = AddRow(page, row);
-        const std::size_t left = RoomIn(ByteView(page, 0)).value_or(0);
+        const std::size_t left = FreeSpaceIn(ByteView(page, 0)).value_or(0);
         id.page = writes.Add(std::move(page));
-        EnterPage(writes, table.ownedMap, table.freeMap, Phase::commit, Phase::tidy, rooms.rows,
+        EnterPage(writes, table.ownedMap, table.freeMap, Phase::commit, Phase::tidy, spaces.rows,
                   {id.page, left});
     }
     MarkFreshPagesUsed(writes);
     WriteRowCount(writes, table.page, rowCount_ + 1, Phase::count);
     writes.Commit();
-    rooms_ = std::move(rooms);
+    spaces_ = std::move(spaces);
     ++rowCount_;
     return id;
 }
@@ -275,7 +275,7 @@ void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
 {
     const TableDefinition& table = table_.Definition();
     WriteSet writes(table_.File());
-    TableRooms rooms = rooms_;
+    TableSpaces spaces = spaces_;
     const std::uint32_t left = rowCount_ - static_cast<std::uint32_t>(rows.size());
     WriteRowCount(writes, table.page, left, Phase::prepare);
     for (const StoredRow& stored : rows) {
@@ -291,14 +291,14 @@ void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
             for (RowId place : ReadLongValue(table_.File(), ByteView(*cell, row.Page())).places) {
                 CheckDirectory(writes.View(place.page));
                 DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
-                OfferAgain(writes, column.freeMap, rooms.longValues[column.number], place.page);
+                OfferAgain(writes, column.freeMap, spaces.longValues[column.number], place.page);
             }
         }
-        for (RowId place : stored.places) OfferAgain(writes, table.freeMap, rooms.rows, place.page);
+        for (RowId place : stored.places) OfferAgain(writes, table.freeMap, spaces.rows, place.page);
     }
     MarkFreshPagesUsed(writes); // of a free map that had to grow
     writes.Commit();
-    rooms_ = std::move(rooms);
+    spaces_ = std::move(spaces);
     rowCount_ = left;
 }
 

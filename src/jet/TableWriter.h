@@ -14,9 +14,9 @@
 namespace jet {
 
 // The pages that take new rows.
-struct TableRooms {
-    std::vector<Room> rows;
-    std::map<std::uint16_t, std::vector<Room>> longValues; // by column number
+struct TableSpaces {
+    std::vector<FreeSpace> rows;
+    std::map<std::uint16_t, std::vector<FreeSpace>> longValues; // by column number
 };
 
 class TableWriter {
@@ -48,7 +48,7 @@ private:
     Text refusal_; // why the table cannot be written; empty: it can
     std::uint32_t rowCount_ = 0;
     bool mended_ = false;
-    TableRooms rooms_;
+    TableSpaces spaces_;
 };
 
 } // namespace jet

@@ -1,5 +1,5 @@
 // JetCodecTest.cpp: texts, rows, data pages and usage maps against bytes written by hand.
-#include "jet/Header.h"
+#include "jet/Display.h"
 #include "jet/RowCodec.h"
 #include "jet/UsageMap.h"
 #include "platform/Database.h"
@@ -99,11 +99,7 @@ TEST(JetCodec, RowToBytesAndBack)
     EXPECT_EQ(Hex(read.Cell(table.columns[1]).value_or("none")), "FFFE616263");
     EXPECT_FALSE(read.Cell(table.columns[2]));
 
-    const std::string older =
-        Unhex("01006100620002000200060001000100"); // one column of an earlier definition
-    (void)older;
-    const std::string shorter = Unhex("0100610062000600020001"
-                                      "0001");
+    const std::string shorter = Unhex("01006100620006000200010001");
     const Row fewer(table, ByteView(shorter, 1));
     EXPECT_EQ(Hex(fewer.Cell(table.columns[0]).value_or("none")), "61006200");
     EXPECT_FALSE(fewer.Cell(table.columns[2])) << "a row older than the column";
@@ -151,7 +147,7 @@ TEST(JetCodec, ValuesForPeople)
 TEST(JetCodec, RowsMoveInTheirPage)
 {
     std::string page = NewDataPage(7);
-    EXPECT_EQ(RoomIn(ByteView(page, 3)), 4096u - 14 - 2);
+    EXPECT_EQ(FreeSpaceIn(ByteView(page, 3)), 4096u - 14 - 2);
     for (const char* row : {"first", "second!", "third"}) AddRow(page, row);
     DeleteRow(page, 1);
     const ByteView view(page, 3);
@@ -164,10 +160,10 @@ TEST(JetCodec, RowsMoveInTheirPage)
     EXPECT_EQ(RowAt(ByteView(page, 3), 0).Bytes(), "a longer first");
     EXPECT_EQ(RowAt(ByteView(page, 3), 2).Bytes(), "third");
     EXPECT_NO_THROW(CheckDirectory(ByteView(page, 3)));
-    EXPECT_EQ(RoomIn(ByteView(page, 3)), 4096u - 14 - 3 * 2 - 19 - 2);
+    EXPECT_EQ(FreeSpaceIn(ByteView(page, 3)), 4096u - 14 - 3 * 2 - 19 - 2);
 
     while (SlotCount(ByteView(page, 3)) < 255) AddRow(page, "");
-    EXPECT_FALSE(RoomIn(ByteView(page, 3))) << "a row number is one byte";
+    EXPECT_FALSE(FreeSpaceIn(ByteView(page, 3))) << "a row number is one byte";
 }
 
 TEST(JetCodec, DamagedDirectoriesAreFound)
