@@ -9,19 +9,13 @@
 #include "platform/win32/WinLocale.h"
 #include "platform/win32/WinProcessApi.h"
 #include "platform/win32/WinProfileFile.h"
-#include "store/SavedTable.h"
 
 namespace {
 
-DatabaseMaker DaoEngine()
-{
-    return {[](const Text& path) { CreateDaoDatabase(path, CreateTableSql(SavedTable())); }, OpenDaoDatabase};
-}
-
 DatabaseMaker EmbeddedEngine(Files& files, Clock& clock)
 {
-    return {[&files, &clock](const Text& path) {
-                CreateJetDatabase(files, path, SavedTable(), clock.LocalNow());
+    return {[&files, &clock](const Text& path, const Text& createTable) {
+                CreateJetDatabase(files, path, createTable, clock.LocalNow());
             },
             [&files](const Text& path) { return OpenJetDatabase(files, path); }};
 }
@@ -30,7 +24,7 @@ DatabaseMaker EmbeddedEngine(Files& files, Clock& clock)
 std::vector<DatabaseMaker> Engines(Files& files, Clock& clock)
 {
     std::vector<DatabaseMaker> engines;
-    if (IsDaoInstalled()) engines.push_back(DaoEngine());
+    if (IsDaoInstalled()) engines.push_back({CreateDaoDatabase, OpenDaoDatabase});
     engines.push_back(EmbeddedEngine(files, clock));
     return engines;
 }

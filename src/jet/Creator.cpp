@@ -3,6 +3,7 @@
 #include "jet/Header.h"
 #include "jet/NewDefinition.h"
 #include "jet/RowCodec.h"
+#include "jet/Sql.h"
 #include "jet/UsageMap.h"
 #include "platform/Database.h"
 
@@ -313,9 +314,9 @@ private:
         for (const NewColumn& source : new_.columns) {
             Column& column = table.columns.emplace_back();
             column.name = source.name;
-            column.type = source.type == NewColumnType::memo ? memo : text;
+            column.type = source.IsMemo() ? memo : text;
             column.number = column.variableIndex = table.variableColumns++;
-            column.length = static_cast<std::uint16_t>(column.IsLong() ? 0 : 2 * source.length);
+            column.length = static_cast<std::uint16_t>(2 * source.characters);
             column.mayBeNull = column.compressed = true;
             if (!column.IsLong()) continue;
             column.ownedMap = addMap();
@@ -332,22 +333,11 @@ private:
     std::vector<Definition> tables_;
 };
 
-void NeedSense(const NewTable& table)
-{
-    bool good = !table.name.empty() && table.name.size() <= 64 && !table.columns.empty() &&
-                table.columns.size() <= 24;
-    for (const NewColumn& column : table.columns) {
-        good = good && !column.name.empty() && column.name.size() <= 64;
-        good = good && (column.type == NewColumnType::memo || (column.length >= 1 && column.length <= 255));
-    }
-    if (!good) throw DatabaseError(u"The table " + table.name + u" cannot be made as it is described");
-}
-
 } // namespace
 
-void CreateJetDatabase(Files& files, const Text& path, const NewTable& table, double now)
+void CreateJetDatabase(Files& files, const Text& path, TextView createTable, double now)
 {
-    NeedSense(table);
+    const NewTable table = ParseCreateTable(createTable);
     const std::string image = Builder(table, now).Image();
     const auto fail = [&path](const Text& why) {
         throw DatabaseError(u"The database " + path + u" cannot be made: " + why);

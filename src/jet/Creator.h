@@ -3,17 +3,7 @@
 #pragma once
 #include "platform/Files.h"
 
-enum class NewColumnType { text, memo };
-struct NewColumn {
-    Text name;
-    NewColumnType type;
-    unsigned length; // characters, up to 255; without meaning for a memo
-};
-struct NewTable {
-    Text name; // Latin letters and digits
-    std::vector<NewColumn> columns;
-};
-
+// createTable: "CREATE TABLE ..." as Sql.h tells; the table's name has Latin letters and digits only.
 // now: day count, for the catalog. The file is complete or not there: it is written under another name
 // (path + ".new") and renamed.
-void CreateJetDatabase(Files& files, const Text& path, const NewTable& table, double now);
+void CreateJetDatabase(Files& files, const Text& path, TextView createTable, double now);

@@ -300,7 +300,7 @@ std::unique_ptr<JetDatabase> OpenJetDatabase(Files& files, const Text& path, Ope
     if (!opened && error == FileError::denied && mode == OpenMode::exclusive) {
         mode = OpenMode::read;
         opened = files.Open(path, mode, error);
-        whyReadOnly = u"The file is write-protected, or this user may not write it";
+        whyReadOnly = kWriteProtected;
     }
     if (!opened) throw DatabaseError(u"The database " + path + u" cannot be opened: " + Describe(error));
     auto file = std::make_shared<PageFile>(std::move(opened), mode, std::move(whyReadOnly));

@@ -2,11 +2,16 @@
 
 #include "platform/Database.h"
 
+#include <algorithm>
+
 namespace jet {
 
 namespace {
 
 constexpr int kDeepestParentheses = 64;
+constexpr std::size_t kLongestName = 64, kMostNewColumns = 24;
+constexpr unsigned kLongestText = 255;
+constexpr TextView kNumberOfCharacters = u"a number of characters, 1 to 255,";
 
 enum class TokenKind { end, word, name, text, symbol };
 struct Token {
@@ -24,7 +29,7 @@ class Parser {
 public:
     explicit Parser(TextView sql) : rest_(sql) { Advance(); }
 
-    Select Parse()
+    Select SelectStatement()
     {
         Select select;
         NeedWord(u"SELECT");
@@ -36,9 +41,23 @@ public:
             NeedWord(u"BY");
             select.orderBy = Names();
         }
-        (void)TakeSymbol(u";");
-        if (token_.kind != TokenKind::end) Fail(u"the end of the statement");
+        NeedEnd();
         return select;
+    }
+
+    NewTable CreateStatement()
+    {
+        NeedWord(u"CREATE");
+        NeedWord(u"TABLE");
+        NewTable table{NewName(), {}};
+        NeedSymbol(u"(");
+        do {
+            if (table.columns.size() == kMostNewColumns) Fail(u"a table of fewer columns");
+            table.columns.push_back(ColumnOf(table));
+        } while (TakeSymbol(u","));
+        NeedSymbol(u")");
+        NeedEnd();
+        return table;
     }
 
 private:
@@ -108,12 +127,51 @@ private:
         if (!TakeSymbol(symbol)) Fail(u"\"" + Text(symbol) + u"\"");
     }
 
+    void NeedEnd()
+    {
+        (void)TakeSymbol(u";");
+        if (token_.kind != TokenKind::end) Fail(u"the end of the statement");
+    }
+
     Text Name()
     {
         if (token_.kind != TokenKind::word && token_.kind != TokenKind::name) Fail(u"a name");
         Text name = token_.text;
         Advance();
         return name;
+    }
+
+    Text NewName()
+    {
+        if (token_.text.empty() || token_.text.size() > kLongestName) Fail(u"a name of 1 to 64 characters");
+        return Name();
+    }
+
+    NewColumn ColumnOf(const NewTable& table)
+    {
+        const bool isThere =
+            std::any_of(table.columns.begin(), table.columns.end(),
+                        [this](const NewColumn& column) { return EqualNoCase(column.name, token_.text); });
+        if (isThere) Fail(u"another name for a column");
+        NewColumn column{NewName(), 0};
+        if (TakeWord(u"MEMO")) return column;
+        if (!TakeWord(u"TEXT")) Fail(u"TEXT or MEMO");
+        NeedSymbol(u"(");
+        column.characters = Characters();
+        NeedSymbol(u")");
+        return column;
+    }
+
+    unsigned Characters()
+    {
+        unsigned number = 0;
+        for (char16_t unit : token_.text) {
+            if (unit < u'0' || unit > u'9' || number > kLongestText) Fail(kNumberOfCharacters);
+            number = number * 10 + (unit - u'0');
+        }
+        if (token_.kind != TokenKind::word || number < 1 || number > kLongestText) Fail(kNumberOfCharacters);
+        Advance();
+        return number;
     }
 
     std::vector<Text> Names()
@@ -150,7 +208,12 @@ private:
 
 Select ParseSelect(TextView sql)
 {
-    return Parser(sql).Parse();
+    return Parser(sql).SelectStatement();
+}
+
+NewTable ParseCreateTable(TextView sql)
+{
+    return Parser(sql).CreateStatement();
 }
 
 } // namespace jet

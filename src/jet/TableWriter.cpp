@@ -40,10 +40,6 @@ Text NeedsValue(const Column& column)
 {
     return u"The column " + column.name + u" needs a value";
 }
-Text TakesNoText(const Column& column)
-{
-    return u"The column " + column.name + u" does not take text";
-}
 
 std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
                                       const std::optional<Text>& value, TableSpaces& spaces)
@@ -59,7 +55,7 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
             EncodeText(*value, value->size() > kMostCompressed ? Compression::plain : wanted);
         return StoreLongValue(writes, column, bytes, spaces.longValues[column.number]);
     }
-    if (column.type != ColumnType::text || column.fixed) throw DatabaseError(TakesNoText(column));
+    if (column.type != ColumnType::text || column.fixed) throw DatabaseError(TakesNoText(column.name));
     if (value->size() * 2 > column.length)
         throw DatabaseError(u"The text is too long for the column " + column.name + u" (" +
                             DecimalText(column.length / 2) + u" characters at most): " + *value);
@@ -105,7 +101,7 @@ Text TableWriter::RefusalOf(const std::vector<ColumnNeed>& needs) const
         const bool mayLackValue = column.mayBeNull || column.type == ColumnType::boolean;
         if (!mayLackValue && (need == needs.end() || need->mayBeEmpty)) return NeedsValue(column);
         if (need == needs.end() || column.type == ColumnType::memo) continue;
-        if (column.type != ColumnType::text || column.fixed) return TakesNoText(column);
+        if (column.type != ColumnType::text || column.fixed) return TakesNoText(column.name);
         if (column.length / 2 < need->characters) return TooNarrow(*need, column.length / 2);
     }
     return {};

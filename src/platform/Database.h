@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -50,13 +51,21 @@ struct ColumnNeed {
     unsigned characters; // so many, at least
     bool mayBeEmpty;     // and nothing
 };
+
+// The reasons that every engine has cause for, in the same words.
+inline constexpr TextView kWriteProtected = u"The file is write-protected, or this user may not write it";
+inline Text TakesNoText(const Text& column)
+{
+    return u"The column " + column + u" does not take text";
+}
 inline Text TooNarrow(const ColumnNeed& need, unsigned characters)
 {
     return u"The column " + need.name + u" takes " + DecimalText(characters) + u" characters, but " +
            DecimalText(need.characters) + u" are needed";
 }
 
-// Whether a table can be written.
+// Whether a table can be written: for one made by another program, or damaged, to be known at once and not
+// by the first row that is lost.
 struct Readiness {
     Text refusal;            // why not, a sentence without a full stop; empty: it can
     std::vector<Text> notes; // what was mended: "the count of its rows was corrected from 5 to 6"
@@ -71,4 +80,11 @@ struct Database {
     virtual std::unique_ptr<Recordset> OpenRecordset(const Text& sql) = 0;
     virtual std::unique_ptr<DeletionBatch> BeginDeletions() = 0; // of recordsets that are open; one at a time
     virtual void Close() noexcept = 0;                           // errors are ignored: the program is ending
+};
+
+// One engine that can make and open database files. Both throw DatabaseError; create never replaces a file.
+struct DatabaseMaker {
+    // With one empty table, which "CREATE TABLE table (column TEXT(characters) | MEMO, ...)" describes.
+    std::function<void(const Text& path, const Text& createTable)> create;
+    std::function<std::unique_ptr<Database>(const Text& path)> open;
 };

@@ -1,8 +1,13 @@
 #include "store/SavedEmails.h"
 
-#include "store/SavedTable.h"
-
 namespace {
+
+// What a table that another program made must be able to take. A folder or a subject may happen to be short;
+// a CRC that does not fit would be lost for all e-mails but a few.
+std::vector<ColumnNeed> SavedColumns()
+{
+    return {{u"efolder", 1, false}, {u"esubject", 1, true}, {u"ecrc", 8, false}};
+}
 
 std::unique_ptr<Database> OpenChecked(const DatabaseMaker& maker, const Text& path)
 {
@@ -23,7 +28,7 @@ void FindOutWhetherWritable(SavedEmails& saved)
 {
     Readiness found;
     try {
-        found = saved.database->PrepareForWriting(kSavedTable, SavedColumns());
+        found = saved.database->PrepareForWriting(u"saved", SavedColumns());
     } catch (const DatabaseError& error) {
         found.refusal = error.Words();
     }
@@ -44,7 +49,7 @@ Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
     for (const DatabaseMaker& maker : makers) {
         try {
             if (!files.FileExists(path)) {
-                maker.create(path);
+                maker.create(path, kCreateSaved);
                 saved.created = true;
             }
             saved.database = OpenChecked(maker, path);

@@ -6,15 +6,12 @@
 #include "platform/Files.h"
 #include "store/EmailEntry.h"
 
-#include <functional>
 #include <memory>
 #include <vector>
 
-// One engine that can make and open the file. Both throw DatabaseError; create never replaces a file.
-struct DatabaseMaker {
-    std::function<void(const Text& path)> create; // with an empty table `saved`
-    std::function<std::unique_ptr<Database>(const Text& path)> open;
-};
+// The table as a new database gets it. A subject may have any length; a CRC text has at most 8 characters.
+inline constexpr char16_t kCreateSaved[] =
+    u"CREATE TABLE saved (efolder TEXT(255), esubject MEMO, ecrc TEXT(8))";
 
 struct SavedEmails {
     std::unique_ptr<Database> database{}; // null while closed

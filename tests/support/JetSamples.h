@@ -1,22 +1,15 @@
 // JetSamples.h: small databases for the tests of the embedded engine.
 #pragma once
 #include "jet/JetDatabase.h"
+#include "store/SavedEmails.h"
 #include "tests/support/MemoryFiles.h"
 
 inline const Text kSavedPath = u"saved.mdb";
 inline constexpr double kSampleDate = 39171.5;
 
-inline NewTable SampleTable()
-{
-    return {u"saved",
-            {{u"efolder", NewColumnType::text, 255},
-             {u"esubject", NewColumnType::memo, 0},
-             {u"ecrc", NewColumnType::text, 8}}};
-}
-
 inline void CreateSaved(MemoryFiles& files)
 {
-    CreateJetDatabase(files, kSavedPath, SampleTable(), kSampleDate);
+    CreateJetDatabase(files, kSavedPath, kCreateSaved, kSampleDate);
 }
 
 inline void AddRow(Database& database, const std::vector<Text>& row)

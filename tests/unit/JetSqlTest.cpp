@@ -78,14 +78,54 @@ TEST(JetSql, RefusesTheRest)
     for (const Text& sql : cases) EXPECT_THROW(ParseSelect(sql), DatabaseError) << ToUtf8(sql).substr(0, 80);
 }
 
+TEST(JetSql, TakesTheDescriptionOfATable)
+{
+    const NewTable table =
+        ParseCreateTable(u"create TABLE [" + Text(64, u't') + u"] (a text(1), [b c] Memo,c TEXT ( 255 ));");
+    EXPECT_EQ(table.name, Text(64, u't'));
+    ASSERT_EQ(table.columns.size(), 3u);
+    const struct {
+        TextView name;
+        unsigned characters;
+    } wanted[] = {{u"a", 1}, {u"b c", 0}, {u"c", 255}};
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(table.columns[i].name, wanted[i].name);
+        EXPECT_EQ(table.columns[i].characters, wanted[i].characters);
+    }
+}
+
 TEST(JetSql, SaysWhatWasExpected)
 {
-    try {
-        ParseSelect(u"SELECT * FROM saved WHERE ecrc=1");
-        FAIL();
-    } catch (const DatabaseError& error) {
-        EXPECT_STREQ(error.what(),
-                     "The SQL statement cannot be carried out: a text between apostrophes was expected, "
-                     "found \"1\"");
+    Text columns;
+    for (int i = 0; i < 24; ++i) columns += u"c" + DecimalText(i) + u" MEMO, ";
+    const struct {
+        Text sql;
+        const char* expected; // and what was found
+    } cases[] = {
+        {u"SELECT * FROM saved WHERE ecrc=1", "a text between apostrophes was expected, found \"1\""},
+        {u"CREATE saved", "TABLE was expected, found \"saved\""},
+        {u"CREATE TABLE [] (a MEMO)", "a name of 1 to 64 characters was expected, found \"\""},
+        {u"CREATE TABLE t", "\"(\" was expected, found its end"},
+        {u"CREATE TABLE t ()", "a name was expected, found \")\""},
+        {u"CREATE TABLE t (a MEMO, A MEMO)", "another name for a column was expected, found \"A\""},
+        {u"CREATE TABLE t (a NUMBER)", "TEXT or MEMO was expected, found \"NUMBER\""},
+        {u"CREATE TABLE t (a TEXT)", "\"(\" was expected, found \")\""},
+        {u"CREATE TABLE t (a TEXT(0))", "a number of characters, 1 to 255, was expected, found \"0\""},
+        {u"CREATE TABLE t (a TEXT(256))", "a number of characters, 1 to 255, was expected, found \"256\""},
+        {u"CREATE TABLE t (a TEXT())", "a number of characters, 1 to 255, was expected, found \")\""},
+        {u"CREATE TABLE t (a TEXT('9'))", "a number of characters, 1 to 255, was expected, found \"9\""},
+        {u"CREATE TABLE t (a MEMO) x", "the end of the statement was expected, found \"x\""},
+        {u"CREATE TABLE t (" + columns + u"a MEMO)", "a table of fewer columns was expected, found \"a\""},
+    };
+    for (const auto& c : cases) {
+        try {
+            if (c.sql.starts_with(u"SELECT"))
+                ParseSelect(c.sql);
+            else
+                ParseCreateTable(c.sql);
+            ADD_FAILURE() << ToUtf8(c.sql);
+        } catch (const DatabaseError& error) {
+            EXPECT_EQ(error.what(), std::string("The SQL statement cannot be carried out: ") + c.expected);
+        }
     }
 }

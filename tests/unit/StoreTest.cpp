@@ -120,9 +120,10 @@ TEST(Store, TheFirstEngineThatCanOpensTheDatabase)
     FakeFiles files;
     std::vector<Text> created;
     const DatabaseMaker refuses{
-        [](const Text&) { throw DatabaseError(u"no create"); },
+        [](const Text&, const Text&) { throw DatabaseError(u"no create"); },
         [](const Text&) -> std::unique_ptr<Database> { throw DatabaseError(u"no open"); }};
-    const DatabaseMaker works{[&](const Text& path) {
+    const DatabaseMaker works{[&](const Text& path, const Text& table) {
+                                  EXPECT_TRUE(table.starts_with(u"CREATE TABLE saved (")) << ToUtf8(table);
                                   created.push_back(path);
                                   files.AddFile(path);
                               },

@@ -41,10 +41,10 @@ TEST(StoredFiles, ADatabaseSaysWhetherItIsNew)
     FakeFiles files;
     MemoryRows rows;
     const Text path = u"C:\\saved.mdb";
-    const DatabaseMaker opens = {[&](const Text& made) { files.AddFile(made); },
+    const DatabaseMaker opens = {[&](const Text& made, const Text&) { files.AddFile(made); },
                                  [&](const Text&) { return std::make_unique<MemoryDatabase>(rows); }};
     const DatabaseMaker fails = {
-        [](const Text&) { throw DatabaseError(u"no"); },
+        [](const Text&, const Text&) { throw DatabaseError(u"no"); },
         [](const Text&) -> std::unique_ptr<Database> { throw DatabaseError(u"no"); }};
     SavedEmails made, found, refused;
     EXPECT_EQ(OpenSavedEmails(made, files, path, {fails, opens}), u"");

@@ -1,6 +1,5 @@
 #include "platform/win32/Dao.h"
 #include "store/SavedMaintenance.h"
-#include "store/SavedTable.h"
 #include "tests/support/FakeFiles.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/windows/FakeDao.h"
@@ -322,7 +321,7 @@ TEST_F(Dao, AnEngineThatIsGoneEndsCondensing)
 TEST_F(Dao, CreatesAFileWithItsTable)
 {
     Install();
-    CreateDaoDatabase(kPath, CreateTableSql(SavedTable()));
+    CreateDaoDatabase(kPath, kCreateSaved);
     EXPECT_EQ(
         dao.calls,
         (Calls{"engine.CreateDatabase('C:\\Quill\\saved.mdb', ';LANGID=0x0409;CP=1252;COUNTRY=0', 64)",

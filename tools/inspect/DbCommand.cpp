@@ -3,7 +3,6 @@
 #include "jet/JetDatabase.h"
 #include "platform/System.h"
 #include "store/SavedMaintenance.h"
-#include "store/SavedTable.h"
 #include "tools/inspect/Json.h"
 
 #include <cstdio>
@@ -79,7 +78,7 @@ int Forget(Files& files, const Text& path, const Text& folder, const Text& crc)
 int Create(Files& files, const Text& path)
 {
     SystemClock clock;
-    CreateJetDatabase(files, path, SavedTable(), clock.LocalNow());
+    CreateJetDatabase(files, path, kCreateSaved, clock.LocalNow());
     return kYes;
 }
 

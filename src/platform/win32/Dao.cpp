@@ -85,7 +85,7 @@ public:
             AutomationObject& column = Column(need.name);
             const std::int32_t type = column.Get(u"Type").ToNumber();
             if (type == kMemoColumn) continue;
-            if (type != kTextColumn) return u"The column " + need.name + u" does not take text";
+            if (type != kTextColumn) return TakesNoText(need.name);
             const auto size = static_cast<unsigned>(column.Get(u"Size").ToNumber());
             if (size < need.characters) return TooNarrow(need, size);
         }
@@ -156,7 +156,7 @@ public:
     {
         const std::unique_ptr<DaoRecordset> rows = Open(u"SELECT * FROM " + table);
         if (!database_.Get(u"Updatable").ToBool())
-            return {u"The file is write-protected, or this user may not write it", {}};
+            return {Text(kWriteProtected), {}};
         return {rows->RefusalOf(needs), {}};
     }
 
