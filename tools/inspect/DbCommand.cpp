@@ -11,21 +11,6 @@ namespace {
 
 enum ExitCode { kYes = 0, kNo = 1, kFailed = 2 };
 
-int Usage()
-{
-    std::fputs(
-        "usage: quillbox-inspect db FILE list [TABLE]              rows as JSON lines, values as texts\n"
-        "       quillbox-inspect db FILE has CRC [FOLDER]          prints true or false\n"
-        "       quillbox-inspect db FILE add FOLDER SUBJECT CRC    adds a row to the table saved\n"
-        "       quillbox-inspect db FILE forget FOLDER CRC         deletes its rows, prints how many\n"
-        "       quillbox-inspect db FILE create                    makes the file with an empty table saved\n"
-        "       quillbox-inspect db FILE crcs FOLDER               the folder's CRCs, between commas\n"
-        "       quillbox-inspect db FILE condense                  deletes repeated rows, prints how many\n"
-        "exit code: 0 done or true, 1 false or wrong arguments, 2 failed\n",
-        stderr);
-    return kNo;
-}
-
 int List(Files& files, const Text& path, const Text& table)
 {
     const auto database = OpenJetDatabase(files, path, OpenMode::read);
@@ -100,6 +85,21 @@ int Condense(Files& files, const Text& path)
 
 } // namespace
 
+int DbUsage()
+{
+    std::fputs(
+        "usage: quillbox-inspect db FILE list [TABLE]              rows as JSON lines, values as texts\n"
+        "       quillbox-inspect db FILE has CRC [FOLDER]          prints true or false\n"
+        "       quillbox-inspect db FILE add FOLDER SUBJECT CRC    adds a row to the table saved\n"
+        "       quillbox-inspect db FILE forget FOLDER CRC         deletes its rows, prints how many\n"
+        "       quillbox-inspect db FILE create                    makes the file with an empty table saved\n"
+        "       quillbox-inspect db FILE crcs FOLDER               the folder's CRCs, between commas\n"
+        "       quillbox-inspect db FILE condense                  deletes repeated rows, prints how many\n"
+        "exit code: 0 done or true, 1 false or wrong arguments, 2 failed\n",
+        stderr);
+    return kNo;
+}
+
 int DbCommand(const std::vector<std::string>& args)
 {
     SystemFiles files;
@@ -120,5 +120,5 @@ int DbCommand(const std::vector<std::string>& args)
         std::fprintf(stderr, "quillbox-inspect: %s\n", error.what());
         return kFailed;
     }
-    return Usage();
+    return DbUsage();
 }

@@ -41,6 +41,12 @@ void PrintError(const Text& path, const Text& words)
 
 } // namespace
 
+int EmlUsage()
+{
+    std::fputs("usage: quillbox-inspect eml [--first-folder NAME] FILE...\n", stderr);
+    return 1;
+}
+
 int EmlCommand(const std::vector<std::string>& args)
 {
     std::string firstFolder = "Local Folders";
@@ -54,10 +60,7 @@ int EmlCommand(const std::vector<std::string>& args)
     } else if (next < args.size() && args[next].starts_with("--")) {
         next = args.size();
     }
-    if (next >= args.size()) {
-        std::fputs("usage: quillbox-inspect eml [--first-folder NAME] FILE...\n", stderr);
-        return 1;
-    }
+    if (next >= args.size()) return EmlUsage();
     SystemFiles files;
     SystemCodePage codePage;
     SystemLocale locale;

@@ -6,3 +6,5 @@
 
 int NameCommand(const std::vector<std::string>& args);
 int CrcCommand(const std::vector<std::string>& args);
+int NameUsage(); // answers 1, like the next
+int CrcUsage();

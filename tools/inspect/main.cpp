@@ -14,22 +14,20 @@ namespace {
 
 struct Command {
     const char* name;
-    const char* arguments;
     int (*run)(const std::vector<std::string>& args); // the arguments behind the name, as UTF-8
+    int (*usage)();
 };
 
 constexpr Command kCommands[] = {
-    {"db", "FILE list [TABLE] | has CRC [FOLDER] | add FOLDER SUBJECT CRC | create | crcs FOLDER | condense",
-     DbCommand},
-    {"eml", "[--first-folder NAME] FILE...", EmlCommand},
-    {"name", "ID SUBJECT [--id-only]", NameCommand},
-    {"crc", "TEXT", CrcCommand},
+    {"db", DbCommand, DbUsage},
+    {"eml", EmlCommand, EmlUsage},
+    {"name", NameCommand, NameUsage},
+    {"crc", CrcCommand, CrcUsage},
 };
 
 int Usage()
 {
-    for (const Command& command : kCommands)
-        std::fprintf(stderr, "usage: quillbox-inspect %s %s\n", command.name, command.arguments);
+    for (const Command& command : kCommands) (void)command.usage();
     return 1;
 }
 
