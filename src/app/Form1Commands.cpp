@@ -10,6 +10,7 @@
 #include "folders/Synchronise.h"
 #include "platform/win32/WideText.h"
 #include "store/SavedMaintenance.h"
+#include "store/StoreNames.h"
 
 void Form1::OnCommand(int id, int code)
 {

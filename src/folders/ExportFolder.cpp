@@ -76,8 +76,8 @@ bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
 SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& subject, FolderTally& tally)
 {
     const RunOptions options = run.view.Options();
-    SaveRequest request{subject,           entry.row,        run.exportFolder, options.idOnly,
-                        options.skipFiles, options.sendKeys, entry.Crc,        run.selectedFolder};
+    const EmailFile file{subject, entry.row, run.exportFolder, options.idOnly};
+    const SaveRequest request{file, options.skipFiles, options.sendKeys, entry.Crc, run.selectedFolder};
     SaveResult result = SaveCurrentEmail(run.client, request);
     if (result == SaveResult::untried) return result;
     NoteHandled(tally, entry.row, entry.Crc, false);
@@ -239,8 +239,7 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
 // Says why the e-mails of this folder cannot be stored; empty when they can.
 Text WhyNoExportFolder(FolderRun& run)
 {
-    CodePage& codePage = run.client.codePage;
-    if (codePage.FromAnsi(codePage.ToAnsi(run.exportFolder)) != run.exportFolder)
+    if (!SurvivesAnsi(run.client.codePage, run.exportFolder))
         return u"The store folder's name has characters that Outlook Express's dialog cannot be told: ";
     if (!MakeFolders(run.client.files, run.exportFolder)) return u"The export folder could not be made: ";
     return {};

@@ -1,30 +1,12 @@
 #include "folders/StoreFolders.h"
 
+#include "store/StoreNames.h"
+
 #include <algorithm>
 #include <map>
 #include <set>
 
 namespace {
-
-bool IsDeviceName(TextView name)
-{
-    // Windows takes these for devices whatever extension follows.
-    const Text base = FoldCase(TrimSpaces(name.substr(0, name.find(u'.'))));
-    for (const TextView device : {u"con", u"prn", u"aux", u"nul", u"conin$", u"conout$"})
-        if (base == device) return true;
-    const bool numbered = base.size() == 4 && (base.starts_with(u"com") || base.starts_with(u"lpt"));
-    constexpr TextView kDigits = u"123456789\u00B9\u00B2\u00B3";
-    return numbered && kDigits.find(base.back()) != TextView::npos;
-}
-
-bool IsAllowed(char16_t unit, CodePage& codePage)
-{
-    constexpr TextView kForbidden = u"\\/:*?\"<>|";
-    if (unit < 0x20 || kForbidden.find(unit) != TextView::npos) return false;
-    if (unit < 0x80) return true;
-    const Text text(1, unit);
-    return codePage.FromAnsi(codePage.ToAnsi(text)) == text;
-}
 
 // The names of one folder's children, made different from each other.
 class NameSpace {
@@ -58,18 +40,6 @@ std::vector<std::size_t> ParentsOf(const std::vector<FolderNode>& nodes)
 }
 
 } // namespace
-
-Text DirectoryNameFor(TextView folderName, CodePage& codePage)
-{
-    Text name(folderName);
-    for (char16_t& unit : name)
-        if (!IsAllowed(unit, codePage)) unit = u'_';
-    for (std::size_t i = name.size(); i > 0 && (name[i - 1] == u'.' || name[i - 1] == u' '); --i)
-        name[i - 1] = u'_';
-    if (name.empty()) name = u"_";
-    if (IsDeviceName(name)) name.insert(std::min(name.find(u'.'), name.size()), 1, u'_');
-    return name;
-}
 
 std::vector<Text> StoreDirectories(const std::vector<FolderNode>& nodes, CodePage& codePage)
 {

@@ -6,11 +6,6 @@
 #include "platform/CodePage.h"
 #include "platform/Files.h"
 
-// The name with "_" in place of every character that Windows cannot hold in a name or the client's dialog
-// cannot be told (it is filled in the ANSI code page); "_" stands behind a device's name ("CON_",
-// "LPT1_.txt"). Never empty.
-Text DirectoryNameFor(TextView folderName, CodePage& codePage);
-
 // One path relative to the store folder for each node, without separators at the ends. The root is part of
 // no other folder's path. Of siblings that would meet in one directory (without regard to case), one whose
 // name needed no change keeps it, else the first; the others get "_2", "_3" and so on behind.

@@ -170,9 +170,8 @@ std::optional<int> ShownFolder(OeClient& client)
 
 bool IsInCaption(OeClient& client, int index)
 {
-    // The caption comes through the ANSI code page.
-    const Text name(client.lstTree[static_cast<std::size_t>(index)].Name());
-    const Text shown = client.codePage.FromAnsi(client.codePage.ToAnsi(name));
+    const TextView name = client.lstTree[static_cast<std::size_t>(index)].Name();
+    const Text shown = ThroughAnsi(client.codePage, name); // as the caption comes
     return FindNoCase(GetWindowCaption(client.desktop, client.handles.mainWindow), shown) != Text::npos;
 }
 

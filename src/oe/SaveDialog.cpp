@@ -11,15 +11,13 @@
 
 namespace {
 
-constexpr std::size_t kLongestPath = 259; // MAX_PATH without its NUL
 const Text kDialogCaption = u"Save Message As", kDialogClass = u"#32770";
-constexpr TextView kExtension = u".eml";
 constexpr std::int32_t kSaveAsCommand = 40101; // the client's menu command
 constexpr int kDialogTries = 20, kFileTries = 20, kCloseTries = 10, kCloseRounds = 3;
 constexpr int kInterval = 100;                  // milliseconds
 constexpr std::uint32_t kLongestDelay = 60'000; // milliseconds from asking for a dialog to writing it off
-constexpr int kMostWrittenOff =
-    3; // more are never counted: a client that opens none would never be used again
+// More are never counted: a client that opens none would never be used again.
+constexpr int kMostWrittenOff = 3;
 constexpr int kFocusTries = 20, kFocusWait = 10; // milliseconds until a window really has the focus
 
 // The client's own: another program may have a dialog of that name.
@@ -54,24 +52,6 @@ bool CloseDialogs(OeClient& client)
         closed = WaitUntil(client, kCloseTries, kInterval, gone);
     }
     return closed;
-}
-
-bool CanBeTyped(TextView path, CodePage& codePage)
-{
-    return codePage.FromAnsi(codePage.ToAnsi(path)) == path;
-}
-
-Text IdText(std::int32_t id)
-{
-    Text digits = DecimalText(id);
-    if (digits.size() < 4) digits.insert(0, 4 - digits.size(), u'0');
-    return digits;
-}
-
-// How much of a path must not be cut: folder, ID and the "_" behind it.
-std::size_t FixedLength(const SaveRequest& request)
-{
-    return request.exportFolder.size() + IdText(request.id).size() + (request.idOnly ? 0 : 1);
 }
 
 // The path to save to; when there is none, result says what becomes of the e-mail.
@@ -246,7 +226,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     SaveResult result;
     const Text path = ChoosePath(client, request, result);
     if (path.empty() && result == SaveResult::skipped) return result;
-    const bool canBeNamed = !path.empty() && CanBeTyped(path, client.codePage);
+    const bool canBeNamed = !path.empty() && SurvivesAnsi(client.codePage, path);
     const bool noneIsOpen = canBeNamed && CloseDialogs(client);
     const bool isFree = noneIsOpen && IsFreeForDialog(client);
     if (canBeNamed) CountBlocked(client, !isFree);
@@ -269,56 +249,4 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     if (client.silent || result == SaveResult::untried) return SaveResult::untried;
     log(failure);
     return result;
-}
-
-Text MakeFileName(const SaveRequest& request, CodePage& codePage)
-{
-    Text name = IdText(request.id);
-    if (!request.idOnly) name += u'_';
-    const std::size_t room = kLongestPath - kExtension.size();
-    const std::size_t used = request.exportFolder.size() + name.size();
-    if (used > room) return {};
-    if (!request.idOnly) {
-        Text subject = SanitiseFileText(request.subject);
-        // The pound sign is not in every code page.
-        std::erase_if(subject, [&](char16_t unit) { return !CanBeTyped({&unit, 1}, codePage); });
-        name.append(subject, 0, room - used);
-    }
-    return name.append(kExtension);
-}
-
-Text SanitiseFileText(TextView text)
-{
-    constexpr TextView kAllowed =
-        u"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_\u00A3%$&!#~@'";
-    Text kept;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(kept),
-                 [&](char16_t unit) { return kAllowed.find(unit) != TextView::npos; });
-    return kept;
-}
-
-Text NextFreeFileName(Files& files, const Text& path, std::size_t fixed)
-{
-    const std::size_t dot = std::min(path.rfind(u'.'), path.size());
-    const Text base = path.substr(0, dot), extension = path.substr(dot);
-    Text candidate = path, suffix;
-    while (files.FileExists(candidate)) {
-        suffix = NextLetterSuffix(suffix);
-        const std::size_t ending = suffix.size() + extension.size();
-        if (fixed + ending > kLongestPath) return {};
-        candidate = base.substr(0, kLongestPath - ending) + suffix + extension;
-    }
-    return candidate;
-}
-
-Text NextLetterSuffix(const Text& suffix)
-{
-    if (suffix.empty()) return u"a";
-    Text rest = suffix.substr(0, suffix.size() - 1);
-    auto last = static_cast<char16_t>(suffix.back() + 1);
-    if (last == u'z' || last == u'Z') {
-        rest = NextLetterSuffix(rest);
-        last = u'a';
-    }
-    return rest + last;
 }

@@ -1,7 +1,8 @@
 // SaveDialog.h: saves the e-mail that is selected in the client through its "Save Message As" dialog, under a
-// name made from its ID and subject.
+// name made from its ID and subject (store/StoreNames.h).
 #pragma once
 #include "oe/OeClient.h"
+#include "store/StoreNames.h"
 
 enum class SaveResult : std::int16_t {
     saved = 1,    // the file was there after the Save button was pressed
@@ -10,11 +11,8 @@ enum class SaveResult : std::int16_t {
     untried = -2  // a stop came before the client was asked for anything, or it fell silent: not failed yet
 };
 
-struct SaveRequest {
-    Text subject;        // as the list shows it
-    std::int32_t id = 0; // row of the selected e-mail
-    Text exportFolder;   // ends in a backslash and exists
-    bool idOnly = false;
+// Of the selected e-mail; the export folder exists.
+struct SaveRequest : EmailFile {
     bool skipFiles = false;
     bool sendKeys = false;
     Text crc{};      // of the e-mail that was read
@@ -28,17 +26,3 @@ struct SaveRequest {
 // comes after the click on "Save" is answered with "No", "Cancel" or "OK", its words are logged, and the
 // e-mail has failed.
 SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request);
-
-// At least four digits of the ID, then "_" and what of the subject a file name may hold, cut so that the
-// whole path has at most 259 characters. Empty when not even the ID fits.
-Text MakeFileName(const SaveRequest& request, CodePage& codePage);
-
-// Keeps the letters a to z in both cases, digits and -_£%$&!#~@' ; everything else goes.
-Text SanitiseFileText(TextView text);
-
-// The path itself, or with the first free suffix before its extension. A path that grows beyond 259
-// characters is cut before the suffix, but never to less than its first `fixed` characters: then empty.
-Text NextFreeFileName(Files& files, const Text& path, std::size_t fixed);
-
-// "" a b ... y aa ab ... ay ba: Kept: no suffix ends in "z", store folders hold files that were named so.
-Text NextLetterSuffix(const Text& suffix);

@@ -1,6 +1,9 @@
-// FileNames.h: what the file systems of all systems agree on: which names are e-mails, and their order.
+// FileNames.h: what the file systems of all systems agree on: how long a path may be, which names are
+// e-mails, and their order.
 #pragma once
 #include "text/Text.h"
+
+inline constexpr std::size_t kLongestPath = 259; // characters: the room of old Windows calls, without the NUL
 
 // What the pattern "*.*eml" matches, short 8.3 names left out: a "." somewhere before a final "eml", in any
 // letter case. "a.EML", "b.xeml" and ".eml" do, "eml" and "aeml" do not.

@@ -11,8 +11,8 @@ struct ProcessApi {
     virtual std::uint32_t ProcessIdOf(WindowHandle window) = 0;
     // 0: not to be had; denied is set when that is for want of rights and left alone otherwise.
     virtual std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied) = 0;
-    virtual RemoteAddress AllocateIn(std::int32_t process,
-                                     std::uint32_t size) = 0; // VirtualAllocEx, read and write
+    // VirtualAllocEx, to be read and written.
+    virtual RemoteAddress AllocateIn(std::int32_t process, std::uint32_t size) = 0;
     virtual bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) = 0;
     virtual bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) = 0;
     virtual bool FreeIn(std::int32_t process, RemoteAddress address) = 0; // VirtualFreeEx, MEM_RELEASE

@@ -7,6 +7,7 @@
 #include "folders/Synchronise.h"
 #include "oe/RemoteControls.h"
 #include "oe/WindowDiscovery.h"
+#include "store/StoreNames.h"
 #include "tests/support/MemoryDatabase.h"
 #include "tests/support/OeBench.h"
 

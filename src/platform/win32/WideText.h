@@ -1,6 +1,6 @@
 // WideText.h: the program's texts as the wide characters of Windows calls, and back. Both are UTF-16.
 #pragma once
-#include "text/Text.h"
+#include "platform/FileNames.h"
 
 static_assert(sizeof(wchar_t) == sizeof(char16_t));
 
@@ -24,8 +24,6 @@ inline Text FromWide(const wchar_t* characters) // up to its NUL
 {
     return Text(reinterpret_cast<const char16_t*>(characters));
 }
-
-inline constexpr std::size_t kLongestPath = 259; // the room of old Windows calls, without the NUL
 
 // Empty, which no call accepts, for a text that would be cut at a NUL and so name another file, and for one
 // that only some systems take, which other programs on them could not open again.

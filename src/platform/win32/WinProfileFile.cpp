@@ -18,7 +18,7 @@ std::string AnsiPath(const Text& file)
     WinCodePage page;
     const std::string ansi = page.ToAnsi(file);
     const std::size_t nameAt = file.find_last_of(u"\\/") + 1;
-    if (page.FromAnsi(ansi) == file || nameAt == 0) return ansi;
+    if (SurvivesAnsi(page, file) || nameAt == 0) return ansi;
     wchar_t directory[MAX_PATH];
     const DWORD count = GetShortPathNameW(Wide(file.substr(0, nameAt)), directory, MAX_PATH);
     if (count == 0 || count >= MAX_PATH) return ansi;
