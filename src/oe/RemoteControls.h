@@ -1,10 +1,7 @@
 // RemoteControls.h: the structures and messages of the common controls, as they cross to a 32-bit process.
 // From the Windows list-view, header and tree-view controls; a foreign address is a plain number in them.
 #pragma once
-#include "oe/RemoteMemory.h"
-
-#include <array>
-#include <cstring>
+#include "platform/ProcessApi.h"
 
 struct RemoteListItem { // LVITEM
     std::uint32_t mask, item, subItem, state, stateMask;
@@ -40,19 +37,3 @@ inline constexpr std::uint32_t kListSelectedCount = 0x1032, kListColumnOrder = 0
 inline constexpr std::uint32_t kHeaderItemCount = 0x1200, kHeaderItemA = 0x1203;
 inline constexpr std::uint32_t kTreeNextItem = 0x110A, kTreeSelectItem = 0x110B, kTreeItemW = 0x113E;
 } // namespace message
-
-// A text block of 256 bytes in the other process, as texts of items come through: 128 characters at most.
-inline constexpr std::uint32_t kTextBytes = 256;
-
-// The local side of it. Only its first half is ever read back, so the rest stays zero and ends the text.
-struct TextBuffer {
-    std::array<char16_t, 256> units{};
-
-    // False when the block could not be read; the text is empty then.
-    bool Receive(RemoteMemory& memory, RemoteAddress block, Text& text)
-    {
-        const bool done = RemoteRead(memory, block, units.data(), kTextBytes);
-        text = CutAtNul({units.data(), units.size()});
-        return done;
-    }
-};

@@ -2,7 +2,9 @@
 
 #include "oe/Conversation.h"
 #include "oe/RemoteControls.h"
+#include "oe/RemoteText.h"
 
+#include <array>
 #include <numeric>
 
 namespace {
@@ -21,9 +23,9 @@ std::optional<std::int32_t> ColumnCountOf(OeClient& client, WindowHandle header)
     return header < 1 ? 0 : Ask(client, header, message::kHeaderItemCount);
 }
 
-std::int32_t Param(RemoteAddress address)
+std::int32_t Param(const RemoteBlock& block)
 {
-    return static_cast<std::int32_t>(address);
+    return static_cast<std::int32_t>(block.address);
 }
 
 // Nothing when it was not answered.
@@ -31,7 +33,7 @@ std::vector<std::int32_t> ReadColumnOrder(OeClient& client, std::int32_t count)
 {
     std::vector<std::int32_t> order(static_cast<std::size_t>(count));
     const auto bytes = static_cast<std::uint32_t>(order.size() * sizeof order[0]);
-    const RemoteAddress block = RemoteAlloc(client.memory, client.handles.listView, bytes);
+    const RemoteBlock block = RemoteAlloc(client.memory, client.handles.listView, bytes);
     const WindowHandle list = client.handles.listView;
     const bool answered =
         RemoteWrite(client.memory, block, order.data(), bytes) &&
@@ -44,14 +46,15 @@ std::vector<std::int32_t> ReadColumnOrder(OeClient& client, std::int32_t count)
 
 // The blocks for one header item and its text, in the client.
 struct HeaderBlocks {
-    RemoteAddress item, text;
+    RemoteBlock item, text;
 };
 
-bool ReadTitle(OeClient& client, WindowHandle header, std::int32_t index, HeaderBlocks blocks, Text& title)
+bool ReadTitle(OeClient& client, WindowHandle header, std::int32_t index, const HeaderBlocks& blocks,
+               Text& title)
 {
     RemoteHeaderItem item{};
     item.mask = kHeaderItemText;
-    item.text = blocks.text;
+    item.text = blocks.text.address;
     item.textMax = kHeaderTextBytes;
     std::array<char, kHeaderTextBytes> bytes{};
     const bool answered =
@@ -97,9 +100,8 @@ bool ReadListColumns(OeClient& client)
     // Kept: the order of a single column is just 0, which looks like an order that could not be read.
     if (std::accumulate(order.begin(), order.end(), std::int64_t{0}) <= 0) return true;
 
-    HeaderBlocks blocks{};
-    blocks.item = RemoteAlloc(client.memory, header, sizeof(RemoteHeaderItem));
-    blocks.text = RemoteAlloc(client.memory, header, kHeaderTextBytes);
+    const HeaderBlocks blocks{RemoteAlloc(client.memory, header, sizeof(RemoteHeaderItem)),
+                              RemoteAlloc(client.memory, header, kHeaderTextBytes)};
     std::size_t total = 0;
     bool answered = true;
     for (std::size_t place = 0; answered && place < order.size(); ++place) {
@@ -131,22 +133,21 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
 
     RemoteMemory& memory = client.memory;
     const WindowHandle list = client.handles.listView;
-    const RemoteAddress itemBlock = RemoteAlloc(memory, list, sizeof(RemoteListItem));
-    const RemoteAddress textBlock = RemoteAlloc(memory, list, kTextBytes);
-    TextBuffer buffer;
+    const RemoteBlock itemBlock = RemoteAlloc(memory, list, sizeof(RemoteListItem));
+    const RemoteBlock textBlock = RemoteAlloc(memory, list, kTextBytes);
     bool complete = true; // but for the text beyond the last column, which a list need not answer
     for (std::size_t column = 0; column < texts.size() && !client.silent; ++column) {
         RemoteListItem request{};
         request.mask = kListItemText;
         request.item = static_cast<std::uint32_t>(item);
         request.subItem = static_cast<std::uint32_t>(column);
-        request.text = textBlock;
+        request.text = textBlock.address;
         request.textMax = kTextBytes;
         // The text block needs no clearing: it is zero when fresh, and later a list that answers fills it. If
         // it is not asked or does not answer, the block holds the cell before, which must not pass for this.
         const bool isRead = RemoteWrite(memory, itemBlock, &request, sizeof request) &&
                             Ask(client, list, message::kListItemW, 0, Param(itemBlock)).value_or(0) != 0 &&
-                            buffer.Receive(memory, textBlock, texts[column]);
+                            ReadRemoteText(memory, textBlock, texts[column]);
         complete = complete && (isRead || column + 1 == texts.size());
     }
     RemoteFree(memory, textBlock);
@@ -167,7 +168,7 @@ void SelectListItem(OeClient& client, std::int32_t item, OtherItems others)
 void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state)
 {
     const WindowHandle list = client.handles.listView;
-    const RemoteAddress block = RemoteAlloc(client.memory, list, sizeof(RemoteListItem));
+    const RemoteBlock block = RemoteAlloc(client.memory, list, sizeof(RemoteListItem));
     RemoteListItem request{};
     request.mask = kListItemState;
     request.state = state;

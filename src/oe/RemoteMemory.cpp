@@ -17,55 +17,58 @@ bool IsNtPlatform(RemoteMemory& memory)
     return memory.platformIsNt;
 }
 
-RemoteAddress RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32_t size)
+RemoteBlock RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32_t size)
 {
     if (!IsNtPlatform(memory)) {
         memory.sharedHandle = memory.api.CreateSharedMapping(size);
-        return memory.api.MapView(memory.sharedHandle);
+        return {memory.api.MapView(memory.sharedHandle), size};
     }
     const std::uint32_t processId = memory.api.ProcessIdOf(window);
     memory.sharedHandle = memory.api.OpenProcessHandle(kAccess, processId, memory.denied);
     const RemoteAddress address = memory.api.AllocateIn(memory.sharedHandle, size);
     if (memory.sharedHandle != 0) memory.blocks.push_back({address, memory.sharedHandle, processId});
-    return address;
+    return {address, size};
 }
 
-bool RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source, std::uint32_t size)
+bool RemoteWrite(RemoteMemory& memory, const RemoteBlock& block, const void* source, std::uint32_t size)
 {
-    if (IsNtPlatform(memory)) return memory.api.Write(memory.sharedHandle, address, source, size);
-    if (address == RemoteAddress::none) return false;
-    memory.api.MoveIn(address, source, size);
+    if (size > block.size) return false;
+    if (IsNtPlatform(memory)) return memory.api.Write(memory.sharedHandle, block.address, source, size);
+    if (block.address == RemoteAddress::none) return false;
+    memory.api.MoveIn(block.address, source, size);
     return true;
 }
 
-bool RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size)
+bool RemoteRead(RemoteMemory& memory, const RemoteBlock& block, void* destination, std::uint32_t size)
 {
-    bool done = address != RemoteAddress::none;
-    if (IsNtPlatform(memory))
-        done = memory.api.Read(memory.sharedHandle, address, destination, size);
-    else if (done)
-        memory.api.MoveOut(destination, address, size);
+    bool done = size <= block.size;
+    if (done && IsNtPlatform(memory)) {
+        done = memory.api.Read(memory.sharedHandle, block.address, destination, size);
+    } else if (done) {
+        done = block.address != RemoteAddress::none;
+        if (done) memory.api.MoveOut(destination, block.address, size);
+    }
     // Zeros and not what the buffer held: that may be the text of the cell before.
     if (!done) std::memset(destination, 0, size);
     return done;
 }
 
-void RemoteFree(RemoteMemory& memory, RemoteAddress address)
+void RemoteFree(RemoteMemory& memory, const RemoteBlock& block)
 {
     if (!IsNtPlatform(memory)) {
         // Kept: the place that holds the address is passed and not the address, so the view stays mapped.
-        (void)memory.api.UnmapView(&address);
+        (void)memory.api.UnmapView(&block.address);
         (void)memory.api.Close(memory.sharedHandle);
         return;
     }
-    const bool freed = memory.api.FreeIn(memory.sharedHandle, address);
+    const bool freed = memory.api.FreeIn(memory.sharedHandle, block.address);
     const bool closed = memory.api.Close(memory.sharedHandle);
-    for (RemoteMemory::Block& block : memory.blocks) {
-        if (freed && block.address == address) block.address = RemoteAddress::none;
-        if (closed && block.process == memory.sharedHandle) block.process = 0;
+    for (RemoteMemory::Block& each : memory.blocks) {
+        if (freed && each.address == block.address) each.address = RemoteAddress::none;
+        if (closed && each.process == memory.sharedHandle) each.process = 0;
     }
-    std::erase_if(memory.blocks, [](const RemoteMemory::Block& block) {
-        return block.address == RemoteAddress::none && block.process == 0;
+    std::erase_if(memory.blocks, [](const RemoteMemory::Block& each) {
+        return each.address == RemoteAddress::none && each.process == 0;
     });
 }
 

@@ -1,7 +1,7 @@
 // RemoteMemory.h: blocks of memory inside the mail client's process, for the structures and texts that its
 // controls read and write when they are sent messages.
-// Fails by: nothing is reported. A block that could not be had is RemoteAddress::none, a read that failed
-// gives zeros, and so the texts come out empty.
+// Fails by: the answer; nothing is thrown. The address of a block that could not be had is
+// RemoteAddress::none, a read that failed gives zeros, and so the texts come out empty.
 #pragma once
 #include "platform/ProcessApi.h"
 
@@ -27,13 +27,21 @@ struct RemoteMemory {
     std::vector<Block> blocks; // on the NT path: what is not released or not closed yet
 };
 
+// What was asked for in one allocation, and all that may be copied to or from it: beyond it lies memory that
+// the client uses itself.
+struct RemoteBlock {
+    RemoteAddress address = RemoteAddress::none;
+    std::uint32_t size = 0; // bytes
+};
+
 bool IsNtPlatform(RemoteMemory& memory);
-RemoteAddress RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32_t size);
+RemoteBlock RemoteAlloc(RemoteMemory& memory, WindowHandle window, std::uint32_t size);
+// Both copy from the block's first byte on, `size` bytes or none: more than the block holds are refused.
 // False when nothing was written: the block then still holds the structure of the request before.
-bool RemoteWrite(RemoteMemory& memory, RemoteAddress address, const void* source, std::uint32_t size);
+bool RemoteWrite(RemoteMemory& memory, const RemoteBlock& block, const void* source, std::uint32_t size);
 // False when nothing was read: the destination is zeros then.
-bool RemoteRead(RemoteMemory& memory, RemoteAddress address, void* destination, std::uint32_t size);
-void RemoteFree(RemoteMemory& memory, RemoteAddress address);
+bool RemoteRead(RemoteMemory& memory, const RemoteBlock& block, void* destination, std::uint32_t size);
+void RemoteFree(RemoteMemory& memory, const RemoteBlock& block);
 
 // Releases what stayed behind, with a handle of its own. To be called between operations: a left block
 // takes 64 KB of the client's address space, so that some 30,000 of them would bring it down.

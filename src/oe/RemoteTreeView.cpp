@@ -3,6 +3,7 @@
 #include "oe/Conversation.h"
 #include "oe/RemoteControls.h"
 #include "oe/RemoteListView.h"
+#include "oe/RemoteText.h"
 #include "oe/WindowDiscovery.h"
 #include "text/Numbers.h"
 
@@ -125,21 +126,20 @@ void ReportFailure(OeClient& client)
 TreeItemReading ReadTreeItem(OeClient& client, WindowHandle tree, std::int32_t item)
 {
     RemoteMemory& memory = client.memory;
-    const RemoteAddress itemBlock = RemoteAlloc(memory, tree, sizeof(RemoteTreeItem));
-    const RemoteAddress textBlock = RemoteAlloc(memory, tree, kTextBytes);
+    const RemoteBlock itemBlock = RemoteAlloc(memory, tree, sizeof(RemoteTreeItem));
+    const RemoteBlock textBlock = RemoteAlloc(memory, tree, kTextBytes);
     RemoteTreeItem request{};
     request.mask = kTreeItemText | kTreeItemChildren;
     request.item = item;
-    request.text = textBlock;
+    request.text = textBlock.address;
     request.textMax = kTextBytes;
     const bool isWritten = RemoteWrite(memory, itemBlock, &request, sizeof request);
-    TextBuffer buffer;
     TreeItemReading reading;
     reading.isRead =
         isWritten &&
-        Ask(client, tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock)).has_value() &&
+        Ask(client, tree, message::kTreeItemW, 0, static_cast<std::int32_t>(itemBlock.address)).has_value() &&
         RemoteRead(memory, itemBlock, &request, sizeof request) &&
-        buffer.Receive(memory, textBlock, reading.text);
+        ReadRemoteText(memory, textBlock, reading.text);
     if (reading.isRead) reading.children = request.children;
     RemoteFree(memory, textBlock);
     RemoteFree(memory, itemBlock);

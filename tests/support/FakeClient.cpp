@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 constexpr std::uint32_t kPage = 4096; // allocations take whole pages, as Windows has it
