@@ -115,7 +115,6 @@ MessageDetails GetMessageDetails(OeClient& client)
     const auto show = [&client](const Text& words) { client.reporter.LogLine(words, Record::no); };
 
     const SelectedReading reading = Patiently(client, [&] { return ReadSelected(client); });
-    client.subjectPosition = ColumnIndexByTitle(client, u"Subject") + 1;
     show(u"Getting message details");
     if (!reading.error.empty()) {
         show(reading.error);

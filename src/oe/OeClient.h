@@ -71,7 +71,6 @@ struct OeClient {
     std::uint32_t treeProcessId = 0;  // of the client that lstTree was read from
     std::int32_t currentEmailId = -1; // row that GetMessageDetails read last; -1: none
     bool detailsFound = false;
-    int subjectPosition = 0; // column index of "Subject", plus 1
     std::vector<EmailEntry> folderEntries{};
     bool silent = false; // it let a message run out of time and has not answered since
     SaveDialogState saveDialog{};
