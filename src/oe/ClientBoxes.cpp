@@ -5,7 +5,6 @@
 
 namespace {
 
-constexpr TextView kBoxClass = u"#32770";
 constexpr int kClassBuffer = 100, kMostBoxes = 3;
 constexpr int kFillTries = 10, kCloseTries = 10, kInterval = 100; // milliseconds
 
@@ -60,7 +59,7 @@ bool ClientBoxes::IsOurs(WindowHandle window) const
 {
     Desktop& desktop = client_.desktop;
     if (before_.count(window)) return false;
-    if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), kBoxClass)) return false;
+    if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), kDialogClass)) return false;
     if (!IsOfClient(client_, window)) return false;
     const bool dialogDecides = scope_ == Scope::dialog || desktop.IsThere(dialog_);
     const WindowHandle owner = dialogDecides ? dialog_ : client_.handles.mainWindow;
@@ -83,13 +82,14 @@ WindowHandle ClientBoxes::Newest() const
 void ClientBoxes::Answer() const
 {
     Desktop& desktop = client_.desktop;
+    const ClientWords& words = client_.words;
     for (int answered = 0; answered < kMostBoxes; ++answered) {
         const WindowHandle box = Newest();
         if (box == 0) return;
         // It is there before its texts and buttons are.
         WindowHandle button = 0;
         WaitUntil(client_, kFillTries, kInterval, [&] {
-            for (const TextView label : {u"No", u"Cancel", u"OK"})
+            for (const TextView label : {words.noButton, words.cancelButton, words.okButton})
                 if (button == 0) button = FindButton(desktop, box, label);
             return button != 0 || !desktop.IsThere(box);
         });

@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::int32_t kSweepEvery = 64; // rows
 constexpr int kReadings = 3;             // of a row whose selection moves meanwhile
-constexpr TextView kTitles[] = {u"From", u"Subject", u"Received", u"Sent", u"To"};
 
 // The cell of the titled column; nothing without such a column, empty when the row lacks it.
 const Text* CellOf(const OeClient& client, const MessageDetails& details, TextView title)
@@ -137,18 +136,18 @@ EmailEntry BuildEmailEntry(OeClient& client, const MessageDetails& details)
 {
     EmailEntry entry;
     entry.row = details.id;
-    entry.From = AddressesOf(CellOf(client, details, u"From"));
-    entry.Subject = SubjectFrom(client, CellOf(client, details, u"Subject"));
-    entry.Received = DateFrom(client, CellOf(client, details, u"Received"));
-    entry.Sent = DateFrom(client, CellOf(client, details, u"Sent"));
-    entry.To = AddressesOf(CellOf(client, details, u"To"));
+    entry.From = AddressesOf(CellOf(client, details, client.words.from));
+    entry.Subject = SubjectFrom(client, CellOf(client, details, client.words.subject));
+    entry.Received = DateFrom(client, CellOf(client, details, client.words.received));
+    entry.Sent = DateFrom(client, CellOf(client, details, client.words.sent));
+    entry.To = AddressesOf(CellOf(client, details, client.words.to));
     entry.Crc = EmailCrc(entry, client.locale, client.crc);
     return entry;
 }
 
 Text SubjectOf(const OeClient& client, const MessageDetails& details)
 {
-    const Text* cell = CellOf(client, details, u"Subject");
+    const Text* cell = CellOf(client, details, client.words.subject);
     return cell ? *cell : Text();
 }
 
@@ -160,7 +159,7 @@ double EntryDateKey(const EmailEntry& entry)
 std::vector<Text> MissingColumns(const OeClient& client)
 {
     std::vector<Text> missing;
-    for (const TextView title : kTitles)
+    for (const TextView title : client.words.ColumnTitles())
         if (!client.columnsKnown || ColumnIndexByTitle(client, title) < 0) missing.emplace_back(title);
     return missing;
 }

@@ -12,16 +12,16 @@ struct MessageDetails {
 // tells which, and client.currentEmailId is the row or -1.
 MessageDetails GetMessageDetails(OeClient& client);
 
-// Cells are found by the titles of their columns: "From", "Subject", "Received", "Sent", "To". A column that
-// the list lacks leaves its field empty, or kNoListDate.
+// Cells are found by the titles of their columns (ClientWords). A column that the list lacks leaves its field
+// empty, or kNoListDate.
 EmailEntry BuildEmailEntry(OeClient& client, const MessageDetails& details);
 Text SubjectOf(const OeClient& client, const MessageDetails& details); // the cell as it stands
 
 // The later of the two dates, counting only those after 1 January 1900; that date when neither counts.
 double EntryDateKey(const EmailEntry& entry);
 
-// Of "From", "Subject", "Received", "Sent" and "To" those that the list has no column for, in that order, as
-// the columns were last read.
+// Of the client's titles for sender, subject, both dates and recipients those that the list has no column
+// for, in that order, as the columns were last read.
 std::vector<Text> MissingColumns(const OeClient& client);
 
 // The one row that is selected, with its identity; nothing when it is not exactly one, or could not be read.

@@ -1,6 +1,7 @@
 // OeClient.h: the running mail client as the program knows it: the way to reach it, and what was last read
 // out of it. Every operation of this folder takes it first.
 #pragma once
+#include "oe/ClientWords.h"
 #include "oe/RemoteMemory.h"
 #include "oe/Reporter.h"
 #include "oe/RunFlags.h"
@@ -63,6 +64,7 @@ struct OeClient {
     Reporter& reporter;
     OeSettings& settings;
     RunFlags& flags;
+    const ClientWords& words = kEnglishWords; // of the language that the client speaks
 
     OeHandles handles{};
     std::vector<ListColumn> columns{}; // in the order the user sees them

@@ -11,7 +11,6 @@
 
 namespace {
 
-const Text kDialogCaption = u"Save Message As", kDialogClass = u"#32770";
 constexpr std::int32_t kSaveAsCommand = 40101; // the client's menu command
 constexpr int kDialogTries = 20, kFileTries = 20, kCloseTries = 10, kCloseRounds = 3;
 constexpr int kInterval = 100;                  // milliseconds
@@ -23,12 +22,12 @@ constexpr int kFocusTries = 20, kFocusWait = 10; // milliseconds until a window 
 // The client's own: another program may have a dialog of that name.
 WindowHandle FindDialog(OeClient& client)
 {
-    return FindTopWindowOf(client, kDialogCaption, kDialogClass);
+    return FindTopWindowOf(client, client.words.saveDialog, kDialogClass);
 }
 
 // A dialog behind a box of the client takes no click: closed from outside, it would leave the client waiting
 // inside for ever.
-bool ClickButton(OeClient& client, WindowHandle dialog, const Text& caption)
+bool ClickButton(OeClient& client, WindowHandle dialog, TextView caption)
 {
     if (dialog <= 0 || !client.desktop.IsEnabled(dialog)) return false;
     const WindowHandle button = FindChildWindowEx(client.desktop, dialog, caption, u"Button");
@@ -47,7 +46,9 @@ bool CloseDialogs(OeClient& client)
         const WindowHandle dialog = FindDialog(client);
         ClientBoxes::InFrontOf(client, dialog).Answer();
         const Text words = WordsOfBox(client.desktop, dialog);
-        if (!ClickButton(client, dialog, u"Cancel") && ClickButton(client, dialog, u"OK"))
+        const ClientWords& buttons = client.words;
+        if (!ClickButton(client, dialog, buttons.cancelButton) &&
+            ClickButton(client, dialog, buttons.okButton))
             client.reporter.LogLine(u"Outlook Express says: " + words, Record::yes);
         closed = WaitUntil(client, kCloseTries, kInterval, gone);
     }
@@ -94,7 +95,7 @@ bool TypeKeys(OeClient& client)
     const auto focused = [&] { return client.desktop.IsForeground(mainWindow); };
     if (!WaitUntil(client, kFocusTries, kFocusWait, focused) || !AwaitClient(client) || !focused())
         return false;
-    client.desktop.TypeSaveAsKeys();
+    client.desktop.TypeWithAlt(client.words.saveAsLetters);
     (void)AwaitClient(client); // processed
     return true;
 }
@@ -110,7 +111,7 @@ WindowHandle AskForDialog(OeClient& client, bool sendKeys)
         told = TypeKeys(client);
     else
         client.desktop.Post(mainWindow, message::kCommand, kSaveAsCommand, 0);
-    const WindowHandle dialog = WaitForTopWindow(client, kDialogCaption, kDialogClass, kDialogTries);
+    const WindowHandle dialog = WaitForTopWindow(client, client.words.saveDialog, kDialogClass, kDialogTries);
     if (told && dialog <= 0) client.saveDialog.overdue = asked;
     return dialog;
 }
@@ -172,7 +173,7 @@ SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, c
     if (!AskToTakeText(client, nameBox, path)) return SaveResult::failed;
     const ClientBoxes boxes(client, dialog);
     const auto hasBox = [&boxes] { return boxes.Newest() != 0; };
-    const WindowHandle button = FindChildWindowEx(client.desktop, dialog, u"&Save", u"Button");
+    const WindowHandle button = FindChildWindowEx(client.desktop, dialog, client.words.saveButton, u"Button");
     const bool pressed = button > 0 && SendClick(client, button, MouseButton::left, hasBox);
     const bool fellSilent = client.silent;
     if (fellSilent) (void)AwaitClient(client); // it may have been writing all the time
@@ -244,7 +245,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     if (nameBox == 0) return SaveResult::failed; // the dialog stays open
     result = HoldsThatEmail(client, request) ? SaveAs(client, dialog, nameBox, path) : SaveResult::failed;
     if (result == SaveResult::saved) return result;
-    ClickButton(client, dialog, u"Cancel");
+    ClickButton(client, dialog, client.words.cancelButton);
     client.reporter.ProcessEvents();
     if (client.silent || result == SaveResult::untried) return SaveResult::untried;
     log(failure);

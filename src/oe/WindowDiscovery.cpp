@@ -12,8 +12,8 @@ constexpr TextView kMainClass = u"Outlook Express Browser Class";
 // The shared state of a search. Searches do not overlap, so each call has its own.
 struct WindowSearch {
     Desktop& desktop;
-    const Text* caption; // null: the caption is not read at all
-    const Text& className;
+    std::optional<TextView> caption; // nothing: the caption is not read at all
+    TextView className;
     WindowHandle parent;
     WindowHandle found = 0;
 
@@ -40,25 +40,24 @@ struct WindowSearch {
 
 } // namespace
 
-WindowHandle FindTopWindow(Desktop& desktop, const Text& className)
+WindowHandle FindTopWindow(Desktop& desktop, TextView className)
 {
-    return WindowSearch{desktop, nullptr, className, 0}.Run();
+    return WindowSearch{desktop, {}, className, 0}.Run();
 }
 
-WindowHandle FindTopWindowEx(Desktop& desktop, const Text& caption, const Text& className)
+WindowHandle FindTopWindowEx(Desktop& desktop, TextView caption, TextView className)
 {
-    return WindowSearch{desktop, &caption, className, 0}.Run();
+    return WindowSearch{desktop, caption, className, 0}.Run();
 }
 
-WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, const Text& className)
+WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, TextView className)
 {
-    return WindowSearch{desktop, nullptr, className, parent}.Run();
+    return WindowSearch{desktop, {}, className, parent}.Run();
 }
 
-WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption,
-                               const Text& className)
+WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, TextView caption, TextView className)
 {
-    return WindowSearch{desktop, &caption, className, parent}.Run();
+    return WindowSearch{desktop, caption, className, parent}.Run();
 }
 
 bool IsOfClient(OeClient& client, WindowHandle window)
@@ -68,10 +67,10 @@ bool IsOfClient(OeClient& client, WindowHandle window)
     return own != 0 && api.ProcessIdOf(window) == own;
 }
 
-WindowHandle FindTopWindowOf(OeClient& client, const Text& caption, const Text& className)
+WindowHandle FindTopWindowOf(OeClient& client, TextView caption, TextView className)
 {
     WindowHandle found = 0;
-    WindowSearch search{client.desktop, &caption, className, 0};
+    const WindowSearch search{client.desktop, caption, className, 0};
     client.desktop.EnumTopWindows([&](WindowHandle window) {
         if (search.Matches(window) && IsOfClient(client, window)) found = window;
         return found == 0;
@@ -79,7 +78,7 @@ WindowHandle FindTopWindowOf(OeClient& client, const Text& caption, const Text& 
     return found;
 }
 
-WindowHandle WaitForTopWindow(OeClient& client, const Text& caption, const Text& className, int tries)
+WindowHandle WaitForTopWindow(OeClient& client, TextView caption, TextView className, int tries)
 {
     WindowHandle found = 0;
     WaitUntil(client, tries, kDialogInterval, [&] {
@@ -96,7 +95,7 @@ Text GetWindowCaption(Desktop& desktop, WindowHandle window)
 
 bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow)
 {
-    mainWindow = FindTopWindow(desktop, Text(kMainClass));
+    mainWindow = FindTopWindow(desktop, kMainClass);
     return mainWindow >= 1;
 }
 
@@ -106,7 +105,7 @@ void FindOeHandles(OeClient& client)
     show(u"Getting Outlook Express handles");
     OeHandles& handles = client.handles;
     Text missing; // each failure overwrites the one before: only the last is told
-    handles.mainWindow = FindTopWindow(client.desktop, Text(kMainClass));
+    handles.mainWindow = FindTopWindow(client.desktop, kMainClass);
     handles.messageView =
         FindChildWindow(client.desktop, handles.mainWindow, u"Outlook Express Message View");
     if (handles.messageView == 0) missing = u"Message View could not be found.";
@@ -134,7 +133,8 @@ WindowHandle FindFolderTree(OeClient& client)
     Desktop& desktop = client.desktop;
     const WindowHandle pane =
         FindChildWindowEx(desktop, client.handles.mainWindow, u"", u"Outlook Express Navigation Pane");
-    const WindowHandle frame = FindChildWindowEx(desktop, pane, u"Folders", u"Outlook Express Pane Frame");
+    const WindowHandle frame =
+        FindChildWindowEx(desktop, pane, client.words.folderPane, u"Outlook Express Pane Frame");
     const WindowHandle holder = FindChildWindowEx(desktop, frame, u"", u"ThorTreeViewWndClass");
-    return FindChildWindowEx(desktop, holder, u"Folder List", u"SysTreeView32");
+    return FindChildWindowEx(desktop, holder, client.words.folderTree, u"SysTreeView32");
 }

@@ -4,22 +4,23 @@
 #pragma once
 #include "oe/OeClient.h"
 
-WindowHandle FindTopWindow(Desktop& desktop, const Text& className);
-WindowHandle FindTopWindowEx(Desktop& desktop, const Text& caption, const Text& className); // caption first
+inline constexpr TextView kDialogClass = u"#32770"; // of every dialog and message box
+
+WindowHandle FindTopWindow(Desktop& desktop, TextView className);
+WindowHandle FindTopWindowEx(Desktop& desktop, TextView caption, TextView className); // caption first
 // Direct children only. With parent 0 top-level windows are searched instead, which finds none of the
 // classes that are sought below a window.
-WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, const Text& className);
-WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, const Text& caption,
-                               const Text& className);
+WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, TextView className);
+WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, TextView caption, TextView className);
 // FindTopWindowEx among the windows of the client's process alone.
-WindowHandle FindTopWindowOf(OeClient& client, const Text& caption, const Text& className);
+WindowHandle FindTopWindowOf(OeClient& client, TextView caption, TextView className);
 bool IsOfClient(OeClient& client, WindowHandle window); // of the process of client.handles.mainWindow
 // FindTopWindowOf, tries + 1 times at the most, 100 ms apart.
-WindowHandle WaitForTopWindow(OeClient& client, const Text& caption, const Text& className, int tries);
+WindowHandle WaitForTopWindow(OeClient& client, TextView caption, TextView className, int tries);
 Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 characters
 
 bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow);
 // Fills client.handles and says on the display what was found.
 void FindOeHandles(OeClient& client);
-// The folder tree's control below client.handles.mainWindow.
+// The folder tree's control below client.handles.mainWindow, found by the client's words.
 WindowHandle FindFolderTree(OeClient& client);

@@ -51,8 +51,9 @@ struct Desktop {
                       std::int32_t lParam) = 0;
     virtual void BringToForeground(WindowHandle window) = 0;
     virtual bool IsForeground(WindowHandle window) = 0;
-    // Alt held while F and A are typed, as a user does, for whatever window is in the foreground.
-    virtual void TypeSaveAsKeys() = 0;
+    // Alt held while the letters (capitals A to Z) are typed, as a user does, for whatever window is in the
+    // foreground.
+    virtual void TypeWithAlt(TextView letters) = 0;
     virtual void Sleep(int milliseconds) = 0;
     virtual std::uint32_t Milliseconds() = 0; // since some moment; begins anew every 49.7 days
 };

@@ -97,7 +97,10 @@ public:
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle) override {}
     bool IsForeground(WindowHandle window) override { return IsThere(window) && !background; }
-    void TypeSaveAsKeys() override { AskForDialog(); }
+    void TypeWithAlt(TextView letters) override
+    {
+        if (letters == u"FA") AskForDialog();
+    }
     void Sleep(int milliseconds) override;
     std::uint32_t Milliseconds() override
     {

@@ -164,11 +164,10 @@ bool WinDesktop::IsForeground(WindowHandle window)
     return window != 0 && GetForegroundWindow() == WindowOf(window);
 }
 
-void WinDesktop::TypeSaveAsKeys()
+void WinDesktop::TypeWithAlt(TextView letters)
 {
     TypeKey(VK_MENU, 0);
-    Press('F');
-    Press('A');
+    for (const char16_t letter : letters) Press(letter); // its virtual key, too
     TypeKey(VK_MENU, KEYEVENTF_KEYUP);
 }
 

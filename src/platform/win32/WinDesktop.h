@@ -27,7 +27,7 @@ public:
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle window) override;
     bool IsForeground(WindowHandle window) override;
-    void TypeSaveAsKeys() override;
+    void TypeWithAlt(TextView letters) override;
     void Sleep(int milliseconds) override;
     std::uint32_t Milliseconds() override;
 
