@@ -193,7 +193,8 @@ void Form1::CreateEngines()
     state_.client.emplace(outside_.desktop, RemoteMemory(outside_.processApi), outside_.files,
                           outside_.codePage, outside_.locale, outside_.clock, *state_.crc, *this,
                           state_.oeSettings, state_.flags);
-    state_.run.emplace(*state_.client, state_.saved, *this);
+    state_.run.emplace(*state_.client, state_.saved, *this, outside_.files, outside_.clock, outside_.codePage,
+                       outside_.locale);
 }
 
 // A log.txt that alone is read-only is the user's choice and no matter for a message.

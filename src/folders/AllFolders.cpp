@@ -110,7 +110,7 @@ bool CheckOne(FolderRun& run, CheckTotals& totals)
     run.view.MarkFolderNode(u"", u"envelope");
     if (!ShowInClient(run)) return false;
     if (!run.client.handles.listViewFound) return StopForSilentClient(run);
-    const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
+    const std::vector<Text> emlFiles = run.files.ListEmlFiles(run.exportFolder);
     const std::optional<std::int32_t> answer = CountEmails(run);
     if (!answer) return NoCount(run);
     const std::int32_t count = *answer;

@@ -51,11 +51,11 @@ void CheckShownFolder(FolderRun& run)
     UseSelectedFolder(run);
     run.view.SelectFolderNode(run.selectedFolder); // the one that is marked
     if (run.view.Options().storeFolder.empty()) return;
-    const std::vector<Text> emlFiles = run.client.files.ListEmlFiles(run.exportFolder);
+    const std::vector<Text> emlFiles = run.files.ListEmlFiles(run.exportFolder);
     const std::optional<std::int32_t> answer = CountEmails(run);
     if (!answer) return (void)SayNoResult(run);
     const std::int32_t total = *answer;
-    if (!run.client.files.DirectoryExists(run.exportFolder))
+    if (!run.files.DirectoryExists(run.exportFolder))
         return NothingStored(run, total, u"Folder has not been stored.");
 
     run.view.MarkFolderNode(u"", u"envelope");

@@ -146,7 +146,7 @@ std::optional<ComparisonResult> CompareEntries(FolderRun& run, const std::vector
             ++result.saved;
         } else {
             run.Log(u"Not saved " + DecimalText(entry.row) + u" - " + entry.Subject);
-            run.view.AddResultsRow(ResultsRowOf(run.currentFolder, entry, run.client.locale));
+            run.view.AddResultsRow(ResultsRowOf(run.currentFolder, entry, run.locale));
             if (result.firstUnsaved < 0) result.firstUnsaved = entry.row;
         }
         ShowProgress(run, i, result.total);
@@ -199,8 +199,7 @@ EmlSummary ComparedPartOf(EmlSummary&& whole)
 std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFiles)
 {
     run.view.ShowText(u"[2 of 3] Reading saved emails...");
-    const EmlContext context{run.client.files, run.client.codePage, run.client.locale,
-                             run.view.Options().firstFolder};
+    const EmlContext context{run.files, run.codePage, run.locale, run.view.Options().firstFolder};
     std::vector<EmlSummary> records;
     records.reserve(emlFiles.size());
     for (std::size_t i = 0; i < emlFiles.size() && !IsStopped(run); ++i) {

@@ -53,12 +53,11 @@ bool IsClientThere(FolderRun& run)
 // removed: whatever e-mail it holds is not recorded by it, and is saved under its own name.
 bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
 {
-    const OeClient& client = run.client;
-    if (client.saveDialog.writtenOff == 0) return true;
+    if (run.client.saveDialog.writtenOff == 0) return true;
     EmailEntry undated = entry;
     undated.Sent = undated.Received = kNoListDate;
-    const EmlContext context{client.files, client.codePage, client.locale, {}};
-    const Text& path = client.saveDialog.savedPath;
+    const EmlContext context{run.files, run.codePage, run.locale, {}};
+    const Text& path = run.client.saveDialog.savedPath;
     EmlSummary summary;
     bool isRead = false, fits = false;
     WaitUntil(run.client, kReadTries, kReadInterval, [&] { // it may still be being written
@@ -67,8 +66,7 @@ bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
         return fits;
     });
     if (fits) return true;
-    if (isRead && client.files.Delete(path))
-        run.Log(u"The saved file does not fit the e-mail and was removed");
+    if (isRead && run.files.Delete(path)) run.Log(u"The saved file does not fit the e-mail and was removed");
     run.Log(u"FAIL: " + DecimalText(entry.row) + u' ' + entry.Subject);
     return false;
 }
@@ -161,7 +159,7 @@ LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
     for (std::int32_t id = run.client.currentEmailId; id <= last; ++id) {
         if (IsStopped(run, partOfAllFolders)) return LoopEnd::early;
         ++statistics.processed;
-        statistics.Show(run.view, id, run.client.clock.LocalNow());
+        statistics.Show(run.view, id, run.clock.LocalNow());
         if (partOfAllFolders) statistics.ShowTotals(run.view, run.runTotalSaved, run.runTotalToSave);
         if (!IsClientThere(run)) return LoopEnd::early;
         const Attempt attempt = ExportPatiently(run, outcome);
@@ -239,9 +237,9 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
 // Says why the e-mails of this folder cannot be stored; empty when they can.
 Text WhyNoExportFolder(FolderRun& run)
 {
-    if (!SurvivesAnsi(run.client.codePage, run.exportFolder))
+    if (!SurvivesAnsi(run.codePage, run.exportFolder))
         return u"The store folder's name has characters that Outlook Express's dialog cannot be told: ";
-    if (!MakeFolders(run.client.files, run.exportFolder)) return u"The export folder could not be made: ";
+    if (!MakeFolders(run.files, run.exportFolder)) return u"The export folder could not be made: ";
     return {};
 }
 
@@ -286,7 +284,7 @@ bool ExportFolder(FolderRun& run, bool partOfAllFolders)
     bool isCounted = false;
     Outcome outcome;
     ExportStatistics statistics;
-    statistics.startTime = run.client.clock.LocalNow();
+    statistics.startTime = run.clock.LocalNow();
     try {
         if (run.client.handles.listViewFound)
             isCounted = ExportList(run, partOfAllFolders, statistics, outcome);

@@ -53,7 +53,7 @@ std::int32_t SavedOf(FolderRun& run, const FolderTally& tally)
         else
             saved += std::clamp(CountRecords(run.saved, crc, run.currentFolder) - others, 0, count);
     }
-    return std::min(saved, SizeOf(run.client.files.ListEmlFiles(run.exportFolder).size()));
+    return std::min(saved, SizeOf(run.files.ListEmlFiles(run.exportFolder).size()));
 }
 
 // Of the e-mails that were met again: those of which the list does have more than one.
@@ -127,7 +127,7 @@ void LogSkipReasons(FolderRun& run, const FolderTally& tally)
     }
     const auto recorded = tally.skipped.find(SkipReason::recorded);
     if (recorded != tally.skipped.end() && recorded->second >= SizeOf(tally.firstRows.size()) &&
-        run.client.files.ListEmlFiles(run.exportFolder).empty())
+        run.files.ListEmlFiles(run.exportFolder).empty())
         run.Log(u"All of them are recorded as saved, but there is no .eml file in " + run.exportFolder +
                 u" - another or emptied store folder?");
 }

@@ -59,7 +59,7 @@ void UseSelectedFolder(FolderRun& run)
 
 bool IsStoreThere(FolderRun& run)
 {
-    return run.client.files.DirectoryExists(run.view.Options().storeFolder);
+    return run.files.DirectoryExists(run.view.Options().storeFolder);
 }
 
 std::optional<std::int32_t> CountEmails(FolderRun& run)

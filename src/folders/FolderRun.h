@@ -2,6 +2,10 @@
 #pragma once
 #include "folders/RunView.h"
 #include "oe/OeClient.h"
+#include "platform/Clock.h"
+#include "platform/CodePage.h"
+#include "platform/Files.h"
+#include "platform/Locale.h"
 #include "store/SavedEmails.h"
 
 #include <map>
@@ -23,6 +27,10 @@ struct FolderRun {
     OeClient& client;
     SavedEmails& saved;
     RunView& view;
+    Files& files;
+    Clock& clock;
+    CodePage& codePage;
+    Locale& locale;
 
     // Parallel to client.lstTree; folderPaths has an empty one more.
     std::vector<FolderNode> nodes{};

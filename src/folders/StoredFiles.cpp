@@ -9,7 +9,7 @@ StoredFiles CountStoredFiles(FolderRun& run)
     for (std::size_t i = 0; i < run.nodes.size(); ++i) {
         if (run.nodes[i].level <= 1) continue; // the root is no mail folder
         const Text directory = ExportFolderOf(store, run.storeDirectories[i]);
-        const std::size_t files = run.client.files.ListEmlFiles(directory).size();
+        const std::size_t files = run.files.ListEmlFiles(directory).size();
         stored.files += files;
         stored.folders += files > 0;
     }

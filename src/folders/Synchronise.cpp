@@ -20,7 +20,7 @@ bool ReadFolders(FolderRun& run)
     }
     run.nodes = FolderNodesOf(run.client.lstTree);
     run.folderPaths = BuildFolderPaths(run.nodes);
-    run.storeDirectories = StoreDirectories(run.nodes, run.client.codePage);
+    run.storeDirectories = StoreDirectories(run.nodes, run.codePage);
     run.selectedFolder = -1;
 
     std::vector<Text> lines;
@@ -69,7 +69,7 @@ void ShowSelectedEmail(FolderRun& run)
     run.view.ShowText(u"Message ID: " + DecimalText(client.currentEmailId));
     const EmailEntry entry = BuildEmailEntry(client, details);
     run.view.SetSummary(u"Subject: " + entry.Subject + u"\r\nFrom: " + entry.From.front() + u"\r\nTo: " +
-                        entry.To.front() + u"\r\nSent: " + client.locale.DateText(entry.Sent) + u"\r\nRec: " +
-                        client.locale.DateText(entry.Received) + u"\r\nCRC: " + entry.Crc);
+                        entry.To.front() + u"\r\nSent: " + run.locale.DateText(entry.Sent) + u"\r\nRec: " +
+                        run.locale.DateText(entry.Received) + u"\r\nCRC: " + entry.Crc);
     SweepRemoteMemory(client.memory);
 }

@@ -67,7 +67,7 @@ struct ExportBench : OeBench {
 
     MemoryRows rows;
     SavedEmails saved;
-    FolderRun run{client, saved, view};
+    FolderRun run{client, saved, view, files, clock, codePage, locale};
     std::vector<std::pair<Text, Text>> contents; // path, subject of the e-mail in it
 
 private:

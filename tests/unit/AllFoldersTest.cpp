@@ -51,7 +51,7 @@ struct AllFoldersTest : testing::Test, OeBench {
 
     MemoryFiles databaseFiles;
     SavedEmails saved;
-    FolderRun run{client, saved, view};
+    FolderRun run{client, saved, view, files, clock, codePage, locale};
 };
 
 } // namespace

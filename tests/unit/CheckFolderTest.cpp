@@ -84,7 +84,7 @@ struct CheckFolderTest : testing::Test, OeBench {
 
     MemoryFiles databaseFiles;
     SavedEmails saved;
-    FolderRun run{client, saved, view};
+    FolderRun run{client, saved, view, files, clock, codePage, locale};
 };
 
 struct TenEmailsTest : CheckFolderTest {

@@ -73,7 +73,7 @@ struct Runs : OeBench {
 
     MemoryFiles databaseFiles;
     SavedEmails saved;
-    FolderRun run{client, saved, view};
+    FolderRun run{client, saved, view, files, clock, codePage, locale};
 };
 
 } // namespace

@@ -53,7 +53,7 @@ struct FoldersTest : testing::Test, OeBench {
 
     MemoryRows rows;
     SavedEmails saved;
-    FolderRun run{client, saved, view};
+    FolderRun run{client, saved, view, files, clock, codePage, locale};
 };
 
 } // namespace

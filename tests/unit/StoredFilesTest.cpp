@@ -18,7 +18,7 @@ TEST(StoredFiles, OnlyTheMailFoldersOwnDirectoriesCount)
     MemoryRows rows;
     SavedEmails saved;
     saved.database = std::make_unique<MemoryDatabase>(rows);
-    FolderRun run{bench.client, saved, bench.view};
+    FolderRun run{bench.client, saved, bench.view, bench.files, bench.clock, bench.codePage, bench.locale};
     bench.view.options.storeFolder = u"C:\\Store";
     EXPECT_EQ(CountStoredFiles(run).files, 0u) << "no folder is known yet";
     Synchronise(run);

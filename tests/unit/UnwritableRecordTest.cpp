@@ -47,7 +47,7 @@ struct UnwritableRecordTest : testing::Test, OeBench {
     MemoryFiles databaseFiles;
     std::string before;
     SavedEmails saved;
-    FolderRun run{client, saved, view};
+    FolderRun run{client, saved, view, files, clock, codePage, locale};
 };
 
 } // namespace
