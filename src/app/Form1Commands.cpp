@@ -111,7 +111,8 @@ void Form1::Run(const std::function<void()>& command)
     try {
         command();
     } catch (const DatabaseError& error) {
-        ShowError(u"Database error: " + error.Words());
+        state_.flags.runCompleted = false;
+        ReportDatabaseError(*this, error);
     } catch (const std::exception& error) {
         ShowError(u"Error: " + FromUtf8(error.what()));
     }

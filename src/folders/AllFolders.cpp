@@ -23,7 +23,7 @@ bool IsStopped(FolderRun& run)
 {
     RunFlags& flags = run.Flags();
     if (!flags.stopAfterFolder) return false;
-    run.Log(flags.stopRequested ? u"User aborted folder export." : u"Program forced to abort.");
+    LogStopAfterFolder(run);
     flags.stopAfterFolder = false;
     flags.stopRequested = flags.stopRequested &&
                           flags.stopAfterEmail; // it is the user, too, who ends the export behind this check
@@ -73,8 +73,7 @@ void NothingStored(FolderRun& run, CheckTotals& totals, std::int32_t count)
         ++totals.foldersEmpty;
         return;
     }
-    run.view.AppendSummary(run.currentFolder + u" - all " + DecimalText(count) +
-                           u" emails need to be exported.");
+    SummariseNothingStored(run, count);
     NoteToExport(run, totals, count, 0);
     run.Log(run.currentFolder + u" - has all " + DecimalText(count) + u" emails to be exported.");
     run.view.MarkFolderNode(u"0/" + DecimalText(count), u"red");
@@ -88,10 +87,9 @@ void NoteResult(FolderRun& run, CheckTotals& totals, const ComparisonResult& res
     totals.emailsSaved += result.saved;
     Text image;
     if (difference > 0) {
-        const Text number = DecimalText(difference);
-        run.view.AppendSummary(run.currentFolder + u" - " + number + u" email(s) not saved");
+        SummariseNotSaved(run, difference);
         NoteToExport(run, totals, difference, result.firstUnsaved);
-        run.Log(run.currentFolder + u" - has " + number + u" emails not saved");
+        run.Log(run.currentFolder + u" - has " + DecimalText(difference) + u" emails not saved");
         image = u"yellow";
     } else {
         ++totals.foldersSaved;
@@ -247,8 +245,7 @@ void RunAllFolders(FolderRun& run, AllFoldersMode mode)
         else
             WalkFolders(run, mode, ignoreName, totals);
     } catch (const DatabaseError& error) {
-        run.Log(u"Database error: " + error.Words());
-        run.view.ShowBox(BoxIcon::warning, u"Database error: " + error.Words());
+        ReportDatabaseError(run.view, error);
         CountUnvisited(run, mode, run.selectedFolder, ignoreName);
     }
     SweepRemoteMemory(run.client.memory);

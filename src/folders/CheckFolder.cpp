@@ -16,8 +16,7 @@ void NothingStored(FolderRun& run, std::int32_t total, const Text& words)
 {
     run.view.LogLine(words, Record::yes);
     if (total > 0) {
-        run.view.AppendSummary(run.currentFolder + u" - all " + DecimalText(total) +
-                               u" emails need to be exported.");
+        SummariseNothingStored(run, total);
         run.view.MarkFolderNode(u"0/" + DecimalText(total), u"red");
     }
     run.view.ShowBox(BoxIcon::information, words + u"\r\n" + run.exportFolder);
@@ -29,9 +28,8 @@ void SayVerdict(FolderRun& run, const ComparisonResult& result)
     const Text saved = label + u" has " + DecimalText(result.saved) + u" saved email(s). ";
     const Text status = DecimalText(result.saved) + u'/' + DecimalText(result.total);
     if (result.unsaved > 0) {
-        LogAndShow(run, BoxIcon::warning, saved + DecimalText(result.unsaved) + u" email(s) not saved.");
-        run.view.AppendSummary(run.currentFolder + u" - " + DecimalText(result.unsaved) +
-                               u" email(s) not saved");
+        LogAndShow(run, BoxIcon::warning, saved + NotSavedText(result.unsaved) + u'.');
+        SummariseNotSaved(run, result.unsaved);
         run.view.MarkFolderNode(status, result.saved < 1 ? u"red" : u"yellow");
     } else if (result.unsaved < 0) {
         LogAndShow(run, BoxIcon::warning,
@@ -82,7 +80,7 @@ void CheckFolder(FolderRun& run)
     try {
         CheckShownFolder(run);
     } catch (const DatabaseError& error) {
-        LogAndShow(run, BoxIcon::warning, u"Database error: " + error.Words());
+        ReportDatabaseError(run.view, error);
     }
     run.view.ShowPercentage(Bar::currentFolder, 0);
     SweepRemoteMemory(run.client.memory);

@@ -236,9 +236,7 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t ex
     if (IsStopped(run)) return std::nullopt;
     LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
-    if (!run.saved.IsWritable())
-        run.Log(u"Nothing is recorded: " +
-                (run.saved.IsOpen() ? run.saved.whyReadOnly : u"the database of saved emails is not open"));
+    if (!run.saved.IsWritable()) run.Log(u"Nothing is recorded: " + WhyNotWritable(run.saved));
     return CompareEntries(run, entries, [&run, &search](const EmailEntry& entry) {
         if (search.Match(entry) < 0) return false;
         // The file is there: the database learns of it.

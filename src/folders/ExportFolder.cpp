@@ -14,7 +14,6 @@
 
 namespace {
 
-constexpr std::int32_t kSweepEvery = 64; // e-mails
 constexpr std::int32_t kDownKey = 40;
 constexpr int kReadTries = 20, kReadInterval = 100; // milliseconds, for a file that was just saved
 constexpr int kAttempts = 3;                        // at an e-mail over which the client fell silent
@@ -67,7 +66,7 @@ bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
     });
     if (fits) return true;
     if (isRead && run.files.Delete(path)) run.Log(u"The saved file does not fit the e-mail and was removed");
-    run.Log(u"FAIL: " + DecimalText(entry.row) + u' ' + entry.Subject);
+    LogFailedEmail(run.view, entry.row, entry.Subject);
     return false;
 }
 
@@ -167,7 +166,7 @@ LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
         if (attempt == Attempt::stopped) (void)IsStopped(run, partOfAllFolders);
         if (attempt != Attempt::done) return LoopEnd::early;
         SendKey(run.client, run.client.handles.listView, kDownKey, WithCharacter::no);
-        if (statistics.processed % kSweepEvery == 0) SweepRemoteMemory(run.client.memory);
+        SweepNowAndThen(run.client.memory, statistics.processed);
         run.view.ProcessEvents();
     }
     return LoopEnd::atLast;
@@ -278,7 +277,7 @@ bool ExportFolder(FolderRun& run, bool partOfAllFolders)
     }
     FindOeHandles(run.client);
     if (run.client.handles.oeFound && !run.client.handles.listViewFound)
-        run.Log(u"Outlook Express found, but could not access message list.");
+        SayNoMessageList(run.view, Record::yes);
     run.Log(u"Folder " + run.nodes[static_cast<std::size_t>(run.selectedFolder)].name);
 
     bool isCounted = false;
@@ -295,8 +294,7 @@ bool ExportFolder(FolderRun& run, bool partOfAllFolders)
         isCounted = true;
         run.Flags().runCompleted = false;
         if (partOfAllFolders) run.Flags().stopAfterFolder = true;
-        run.Log(u"Database error: " + error.Words());
-        run.view.ShowBox(BoxIcon::warning, u"Database error: " + error.Words());
+        ReportDatabaseError(run.view, error);
     }
     LogSkipReasons(run, outcome.tally);
     run.Log(DecimalText(outcome.passed) + u" passed, " + DecimalText(outcome.failed) + u" failed, " +

@@ -69,13 +69,17 @@ std::vector<Text> TrueLookAlikes(const FolderTally& tally)
     return alike;
 }
 
+Text LookAlikeText(std::int32_t firstRow)
+{
+    return u"look exactly like another e-mail of this folder, the first like row " + DecimalText(firstRow);
+}
+
 void LogMetAgain(FolderRun& run, const FolderTally& tally)
 {
     const std::vector<Text> alike = TrueLookAlikes(tally);
     if (!alike.empty())
-        run.Log(DecimalText(SizeOf(alike.size())) +
-                u" skipped: look exactly like another e-mail of this folder, the first like row " +
-                DecimalText(tally.firstRows.at(alike.front())));
+        run.Log(DecimalText(SizeOf(alike.size())) + u" skipped: " +
+                LookAlikeText(tally.firstRows.at(alike.front())));
     if (const std::size_t moved = tally.metAgain.size() - alike.size(); moved > 0)
         run.Log(DecimalText(SizeOf(moved)) +
                 u" skipped: met a second time, as the list or the selection moved");
@@ -142,10 +146,7 @@ void LogLookAlikes(FolderRun& run, const std::vector<Text>& crcs)
         const auto [first, isNew] = firstRows.emplace(crcs[row], row);
         if (!isNew && ++count == 1) firstRow = first->second;
     }
-    if (count > 0)
-        run.Log(DecimalText(count) +
-                u" look exactly like another e-mail of this folder, the first like row " +
-                DecimalText(SizeOf(firstRow)));
+    if (count > 0) run.Log(DecimalText(count) + u' ' + LookAlikeText(SizeOf(firstRow)));
 }
 
 std::int32_t NotLookedAt(const FolderTally& tally, Extent extent)

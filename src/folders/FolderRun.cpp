@@ -8,8 +8,13 @@
 #include "oe/WindowDiscovery.h"
 
 namespace {
-constexpr int kCaptionTries = 31, kCaptionInterval = 100; // milliseconds, as a change of folder is waited for
 constexpr int kCountTries = 5, kCountInterval = 200; // milliseconds, for a list that is just being filled
+
+void LogStop(FolderRun& run, const Text& byUser)
+{
+    run.Log(run.Flags().stopRequested ? byUser : u"Program forced to abort.");
+}
+
 } // namespace
 
 bool SelectShownFolder(FolderRun& run, Refusal want)
@@ -23,8 +28,7 @@ bool SelectShownFolder(FolderRun& run, Refusal want)
     // Asked once: a folder that is not known must not be taken for the root, under whose name its e-mails
     // would be filed. And a client that was just clicked marks a folder before it shows it.
     const std::optional<int> shown = ShownFolder(run.client);
-    const auto isInCaption = [&] { return IsInCaption(run.client, *shown); };
-    if (shown && WaitUntil(run.client, kCaptionTries, kCaptionInterval, isInCaption)) {
+    if (shown && AwaitCaption(run.client, *shown)) {
         run.selectedFolder = *shown;
         run.view.SelectFolderLine(run.selectedFolder);
         return true;
@@ -46,7 +50,12 @@ bool SelectShownFolder(FolderRun& run, Refusal want)
 
 void LogStopAfterEmail(FolderRun& run)
 {
-    run.Log(run.Flags().stopRequested ? u"User aborted on email export." : u"Program forced to abort.");
+    LogStop(run, u"User aborted on email export.");
+}
+
+void LogStopAfterFolder(FolderRun& run)
+{
+    LogStop(run, u"User aborted folder export.");
 }
 
 void UseSelectedFolder(FolderRun& run)
@@ -94,4 +103,27 @@ void LogMissingColumns(FolderRun& run)
     Text names;
     for (const Text& title : MissingColumns(run.client)) names += (names.empty() ? u"" : u", ") + title;
     if (!names.empty()) run.Log(u"The message list has no column titled: " + names);
+}
+
+Text NotSavedText(std::int32_t emails)
+{
+    return DecimalText(emails) + u" email(s) not saved";
+}
+
+void SummariseNotSaved(FolderRun& run, std::int32_t emails)
+{
+    run.view.AppendSummary(run.currentFolder + u" - " + NotSavedText(emails));
+}
+
+void SummariseNothingStored(FolderRun& run, std::int32_t emails)
+{
+    run.view.AppendSummary(run.currentFolder + u" - all " + DecimalText(emails) +
+                           u" emails need to be exported.");
+}
+
+void ReportDatabaseError(Reporter& reporter, const DatabaseError& error)
+{
+    const Text words = u"Database error: " + error.Words();
+    reporter.LogLine(words, Record::yes);
+    reporter.ShowBox(BoxIcon::warning, words);
 }

@@ -61,8 +61,10 @@ struct FolderRun {
 enum class Refusal { inBox, inLog };
 bool SelectShownFolder(FolderRun& run, Refusal want = Refusal::inBox);
 
-// The log's words for a run that ends between two e-mails, by the user's wish or the program's own.
+// The log's words for a run that ends between two e-mails or two folders, by the user's wish or the program's
+// own.
 void LogStopAfterEmail(FolderRun& run);
+void LogStopAfterFolder(FolderRun& run);
 
 // Export folder and full name of the selected folder, the latter also on the window.
 void UseSelectedFolder(FolderRun& run);
@@ -79,3 +81,12 @@ std::optional<std::int32_t> CountEmails(FolderRun& run);
 
 // Names the columns that the list lacks, if it does.
 void LogMissingColumns(FolderRun& run);
+
+// What a check of one folder and a check of all say alike: the words for a number of e-mails, and the
+// summary's line for some e-mails of the folder, or for all of them, that are not saved.
+Text NotSavedText(std::int32_t emails);
+void SummariseNotSaved(FolderRun& run, std::int32_t emails);
+void SummariseNothingStored(FolderRun& run, std::int32_t emails);
+
+// In log and box.
+void ReportDatabaseError(Reporter& reporter, const DatabaseError& error);

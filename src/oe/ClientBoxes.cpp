@@ -41,6 +41,11 @@ Text WordsOfBox(Desktop& desktop, WindowHandle box)
     return words;
 }
 
+void LogWordsOfBox(Reporter& reporter, const Text& words)
+{
+    reporter.LogLine(u"Outlook Express says: " + words, Record::yes);
+}
+
 ClientBoxes::ClientBoxes(OeClient& client, WindowHandle dialog)
     : ClientBoxes(client, dialog, Scope::mainWindowToo)
 {
@@ -93,7 +98,7 @@ void ClientBoxes::Answer() const
                 if (button == 0) button = FindButton(desktop, box, label);
             return button != 0 || !desktop.IsThere(box);
         });
-        client_.reporter.LogLine(u"Outlook Express says: " + WordsOfBox(desktop, box), Record::yes);
+        LogWordsOfBox(client_.reporter, WordsOfBox(desktop, box));
         if (button == 0) return;
         const auto gone = [&] { return !desktop.IsThere(box); };
         SendClick(client_, button, MouseButton::left, gone);

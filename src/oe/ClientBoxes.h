@@ -5,6 +5,7 @@
 #include <set>
 
 Text WordsOfBox(Desktop& desktop, WindowHandle box); // its caption and texts
+void LogWordsOfBox(Reporter& reporter, const Text& words);
 
 // Knows what is open when it is made, right before a click in the client's dialog: a box of the client that
 // comes later and belongs to the dialog (to the main window, when the dialog has gone) is its answer.

@@ -14,8 +14,7 @@
 
 namespace {
 
-constexpr std::int32_t kSweepEvery = 64; // rows
-constexpr int kReadings = 3;             // of a row whose selection moves meanwhile
+constexpr int kReadings = 3; // of a row whose selection moves meanwhile
 
 // The cell of the titled column; nothing without such a column, empty when the row lacks it.
 const Text* CellOf(const OeClient& client, const MessageDetails& details, TextView title)
@@ -198,7 +197,7 @@ bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
         entry = ReadEntry(client, row);
         if (client.silent) return false;
         if (!titlesKnown) entry.Crc.clear();
-        if ((row + 1) % kSweepEvery == 0) SweepRemoteMemory(client.memory);
+        SweepNowAndThen(client.memory, row + 1);
         progress(count == 1 ? 100 : static_cast<int>(RoundHalfEven(row * 100.0 / (count - 1))));
         client.reporter.ProcessEvents();
     }

@@ -5,6 +5,7 @@
 namespace {
 constexpr std::uint32_t kPlatformNt = 2;
 constexpr std::uint32_t kAccess = 0x38; // PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE
+constexpr std::int32_t kSweepEvery = 64;
 } // namespace
 
 bool IsNtPlatform(RemoteMemory& memory)
@@ -89,6 +90,11 @@ void SweepRemoteMemory(RemoteMemory& memory)
     }
     if (own != 0) (void)memory.api.Close(own);
     memory.blocks.clear();
+}
+
+void SweepNowAndThen(RemoteMemory& memory, std::int32_t operations)
+{
+    if (operations % kSweepEvery == 0) SweepRemoteMemory(memory);
 }
 
 void ForgetRemoteMemory(RemoteMemory& memory)

@@ -47,6 +47,9 @@ void RemoteFree(RemoteMemory& memory, const RemoteBlock& block);
 // takes 64 KB of the client's address space, so that some 30,000 of them would bring it down.
 void SweepRemoteMemory(RemoteMemory& memory);
 
+// After each of many operations: sweeps behind every 64th.
+void SweepNowAndThen(RemoteMemory& memory, std::int32_t operations);
+
 // Leaves everything to the client for good: no release, no reading back, no sweep reaches it any more. For a
 // message that was not answered: its handler may still be running, and would write into what was released.
 void ForgetRemoteMemory(RemoteMemory& memory);

@@ -175,6 +175,11 @@ bool IsInCaption(OeClient& client, int index)
     return FindNoCase(GetWindowCaption(client.desktop, client.handles.mainWindow), shown) != Text::npos;
 }
 
+bool AwaitCaption(OeClient& client, int index)
+{
+    return WaitUntil(client, kRefreshTries, kRefreshInterval, [&] { return IsInCaption(client, index); });
+}
+
 bool ChangeFolder(OeClient& client, int index, const Text& folderName)
 {
     if (index < 0 || index >= static_cast<int>(client.lstTree.size())) return false;
@@ -186,9 +191,8 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
         return false;
     }
     const OeFolder& line = client.lstTree[static_cast<std::size_t>(index)];
-    const auto isInCaption = [&] { return IsInCaption(client, index); };
     if (LineOf(client, CaretItem(client)) == &line) {
-        const bool isShown = WaitUntil(client, kRefreshTries, kRefreshInterval, isInCaption);
+        const bool isShown = AwaitCaption(client, index);
         if (!isShown) ReportFailure(client);
         return isShown;
     }

@@ -21,6 +21,8 @@ std::optional<int> ShownFolder(OeClient& client);
 // Whether the caption of the client's window names the folder. It follows the list, while the tree's mark may
 // run ahead of both.
 bool IsInCaption(OeClient& client, int index);
+// Waits for that as long as for a change of folder, about three seconds.
+bool AwaitCaption(OeClient& client, int index);
 
 // Makes the client show the folder and waits until its list is that folder's: settle time, then up to about
 // three seconds. On failure, and for a client that was started anew, the log says so, stopAfterEmail and

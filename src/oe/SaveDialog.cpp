@@ -49,7 +49,7 @@ bool CloseDialogs(OeClient& client)
         const ClientWords& buttons = client.words;
         if (!ClickButton(client, dialog, buttons.cancelButton) &&
             ClickButton(client, dialog, buttons.okButton))
-            client.reporter.LogLine(u"Outlook Express says: " + words, Record::yes);
+            LogWordsOfBox(client.reporter, words);
         closed = WaitUntil(client, kCloseTries, kInterval, gone);
     }
     return closed;
@@ -223,7 +223,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
         client.saveDialog = {processId}; // it was started anew
     if (!AwaitOverdueDialog(client)) return SaveResult::untried;
 
-    const Text failure = u"FAIL: " + DecimalText(request.id) + u' ' + request.subject;
+    const auto logFailure = [&] { LogFailedEmail(client.reporter, request.id, request.subject); };
     SaveResult result;
     const Text path = ChoosePath(client, request, result);
     if (path.empty() && result == SaveResult::skipped) return result;
@@ -232,7 +232,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     const bool isFree = noneIsOpen && IsFreeForDialog(client);
     if (canBeNamed) CountBlocked(client, !isFree);
     if (!noneIsOpen) {
-        log(failure);
+        logFailure();
         return SaveResult::failed;
     }
     const WindowHandle dialog = isFree ? OpenDialog(client, request.sendKeys) : 0;
@@ -248,6 +248,11 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     ClickButton(client, dialog, client.words.cancelButton);
     client.reporter.ProcessEvents();
     if (client.silent || result == SaveResult::untried) return SaveResult::untried;
-    log(failure);
+    logFailure();
     return result;
+}
+
+void LogFailedEmail(Reporter& reporter, std::int32_t id, const Text& subject)
+{
+    reporter.LogLine(u"FAIL: " + DecimalText(id) + u' ' + subject, Record::yes);
 }

@@ -26,3 +26,6 @@ struct SaveRequest : EmailFile {
 // comes after the click on "Save" is answered with "No", "Cancel" or "OK", its words are logged, and the
 // e-mail has failed.
 SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request);
+
+// The log's line for an e-mail that could not be saved.
+void LogFailedEmail(Reporter& reporter, std::int32_t id, const Text& subject);

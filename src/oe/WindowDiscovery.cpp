@@ -121,10 +121,15 @@ void FindOeHandles(OeClient& client)
         show(u"Could not find Outlook Express window");
     } else if (!missing.empty()) {
         show(missing);
-        show(u"Outlook Express found, but could not access message list.");
+        SayNoMessageList(client.reporter, Record::no);
     } else {
         show(u"Outlook Express found");
     }
+}
+
+void SayNoMessageList(Reporter& reporter, Record record)
+{
+    reporter.LogLine(u"Outlook Express found, but could not access message list.", record);
 }
 
 WindowHandle FindFolderTree(OeClient& client)

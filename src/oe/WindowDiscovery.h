@@ -22,5 +22,7 @@ Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 cha
 bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow);
 // Fills client.handles and says on the display what was found.
 void FindOeHandles(OeClient& client);
+// For a client that shows no message list.
+void SayNoMessageList(Reporter& reporter, Record record);
 // The folder tree's control below client.handles.mainWindow, found by the client's words.
 WindowHandle FindFolderTree(OeClient& client);

@@ -69,9 +69,14 @@ void CloseSavedEmails(SavedEmails& saved) noexcept
     saved = {};
 }
 
+Text WhyNotWritable(const SavedEmails& saved)
+{
+    return saved.IsOpen() ? saved.whyReadOnly : u"the database of saved emails is not open";
+}
+
 Database& OpenedDatabase(SavedEmails& saved)
 {
-    if (!saved.IsOpen()) throw DatabaseError(u"the database of saved emails is not open");
+    if (!saved.IsOpen()) throw DatabaseError(WhyNotWritable(saved));
     return *saved.database;
 }
 

@@ -30,6 +30,9 @@ Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
                      const std::vector<DatabaseMaker>& makers);
 void CloseSavedEmails(SavedEmails& saved) noexcept;
 
+// Why nothing can be recorded; empty when it can.
+Text WhyNotWritable(const SavedEmails& saved);
+
 // The open database; throws when there is none, the second also when it cannot be written.
 Database& OpenedDatabase(SavedEmails& saved);
 Database& WritableDatabase(SavedEmails& saved);
