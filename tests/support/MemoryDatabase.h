@@ -13,7 +13,7 @@ struct MemoryDatabase : Database {
     MemoryRows& rows;
     std::vector<Text> statements;
     bool failAdds = false;
-    Readiness readiness; // what PrepareForWriting answers
+    Readiness readiness; // what PrepareForWriting answers; the refusal "throw": it fails
 
     struct Rows : Recordset {
         Rows(MemoryDatabase& owner, MemoryRows matches) : database(owner), found(std::move(matches)) {}
@@ -51,7 +51,10 @@ struct MemoryDatabase : Database {
         if (sql.find(column + u"='") == Text::npos) return true;
         return sql.find(column + u"='" + ReplaceAll(row.at(column), u"'", u"''") + u"'") != Text::npos;
     }
-    Readiness PrepareForWriting(const Text&, const std::vector<ColumnNeed>&) override { return readiness; }
+    Readiness PrepareForWriting(const Text&, const std::vector<ColumnNeed>&) override
+    {
+        return readiness.refusal == u"throw" ? throw DatabaseError(u"The engine is broken") : readiness;
+    }
     std::unique_ptr<DeletionBatch> BeginDeletions() override { return nullptr; }
     void Close() noexcept override {}
 };

@@ -12,7 +12,6 @@ using namespace jet;
 namespace {
 
 using Rows = std::vector<std::vector<Text>>;
-constexpr PageNumber kSavedDefinition = 16;
 
 Rows Sorted(Rows rows)
 {
@@ -22,16 +21,13 @@ Rows Sorted(Rows rows)
 
 Rows RowsIn(const MemoryImage& image)
 {
-    MemoryFiles files;
-    files[kSavedPath] = image;
-    return Sorted(RowsOf(*OpenJetDatabase(files, kSavedPath, OpenMode::read)));
+    return Sorted(RowsOf(*SavedSample(image, OpenMode::read).database));
 }
 
 std::uint32_t CountedRows(MemoryFiles& files)
 {
-    FileError error;
-    PageFile file(files.Open(kSavedPath, OpenMode::read, error), OpenMode::read);
-    return ReadTableDefinition(file, kSavedDefinition).rowCount;
+    PageFile file = OpenPages(files);
+    return ReadTableDefinition(file, kDefinition).rowCount;
 }
 
 // Whether the map of free pages calls the page free, told from its bytes.
@@ -49,9 +45,8 @@ void ExpectNothingInUseIsFree(const MemoryImage& image)
 {
     MemoryFiles files;
     files[kSavedPath] = image;
-    FileError error;
-    PageFile file(files.Open(kSavedPath, OpenMode::read, error), OpenMode::read);
-    const TableDefinition table = ReadTableDefinition(file, kSavedDefinition);
+    PageFile file = OpenPages(files);
+    const TableDefinition table = ReadTableDefinition(file, kDefinition);
     for (RowId map : {table.ownedMap, table.freeMap, table.columns[1].ownedMap, table.columns[1].freeMap}) {
         for (PageNumber page : PagesOf(file, map)) EXPECT_FALSE(IsFree(file, page)) << page;
         PageRef hold;
@@ -64,17 +59,15 @@ void ExpectNothingInUseIsFree(const MemoryImage& image)
 // Opens the state that a stop left, and works on with it.
 void ExpectSound(const MemoryImage& image, const Rows& expected)
 {
-    MemoryFiles files;
-    files[kSavedPath] = image;
-    auto database = OpenJetDatabase(files, kSavedPath);
-    EXPECT_LE(CountedRows(files), expected.size()) << "a count too large would tell of lost rows";
-    EXPECT_EQ(database->PrepareForWriting(u"saved", {}).refusal, u"");
-    EXPECT_EQ(Sorted(RowsOf(*database)), expected);
-    EXPECT_EQ(CountedRows(files), expected.size()) << "corrected on opening";
-    AddRow(*database, {u"after the stop", Text(100, u'\x0416'), u"AFTER"});
-    EXPECT_EQ(RowsOf(*database).size(), expected.size() + 1);
-    EXPECT_EQ(CountedRows(files), expected.size() + 1);
-    EXPECT_EQ(files[kSavedPath].Size() % kPageSize, 0u);
+    SavedSample sample(image);
+    EXPECT_LE(CountedRows(sample.files), expected.size()) << "a count too large would tell of lost rows";
+    EXPECT_EQ(sample.database->PrepareForWriting(u"saved", {}).refusal, u"");
+    EXPECT_EQ(Sorted(RowsOf(*sample.database)), expected);
+    EXPECT_EQ(CountedRows(sample.files), expected.size()) << "corrected on opening";
+    sample.Add({{u"after the stop", Text(100, u'\x0416'), u"AFTER"}});
+    EXPECT_EQ(RowsOf(*sample.database).size(), expected.size() + 1);
+    EXPECT_EQ(CountedRows(sample.files), expected.size() + 1);
+    EXPECT_EQ(sample.Image().Size() % kPageSize, 0u);
 }
 
 // Makes the change that led from one state to the next to another image.
@@ -93,17 +86,10 @@ struct Scenario {
     std::function<void(Database&)> operation; // adds or deletes one row
 };
 
-MemoryImage WithRows(int count, PageNumber pages = 0)
+MemoryImage Lengthened(MemoryImage image, PageNumber pages) // by free ones
 {
-    MemoryFiles files;
-    CreateSaved(files);
-    auto database = OpenJetDatabase(files, kSavedPath);
-    for (int i = 0; i < count; ++i)
-        AddRow(*database, {u"Folder " + Text(200, u'x'), Text(static_cast<std::size_t>(i % 3) * 100, u's'),
-                           DecimalText(i)});
-    database.reset();
-    if (pages > 0) files[kSavedPath].Resize(std::uint64_t{pages} * kPageSize); // free pages up to there
-    return files[kSavedPath];
+    image.Resize(std::uint64_t{pages} * kPageSize);
+    return image;
 }
 
 // As an update in place leaves it: the row's bytes stand on another page.
@@ -119,31 +105,17 @@ void MoveRow(PageFile& file, RowId from, PageNumber to)
     file.Write(from.page, oldPage);
 }
 
-// The last row has moved to the table's first page.
-MemoryImage WithMovedRow()
+// The last row has moved to the table's first page and, if they are crossed, a row of that page to where it
+// was.
+MemoryImage WithMovedRow(bool areCrossed)
 {
-    MemoryFiles files;
-    files[kSavedPath] = WithRows(20);
-    OpenJetDatabase(files, kSavedPath)
-        ->OpenRecordset(u"SELECT * FROM saved WHERE ecrc='0'")
-        ->Delete(); // room
-    FileError error;
-    PageFile file(files.Open(kSavedPath, OpenMode::exclusive, error), OpenMode::exclusive);
-    const std::vector<RowId> rows = Table(file, kSavedDefinition).Rows();
+    SavedSample sample(WithRows(20));
+    sample.Delete(u"0"); // there is room now
+    PageFile file = OpenPages(sample.files);
+    std::vector<RowId> rows = Table(file, kDefinition).Rows();
     MoveRow(file, rows.back(), rows.front().page);
-    return files[kSavedPath];
-}
-
-// And a row of the first page to where that one was.
-MemoryImage WithCrossedRows()
-{
-    MemoryFiles files;
-    files[kSavedPath] = WithMovedRow();
-    FileError error;
-    PageFile file(files.Open(kSavedPath, OpenMode::exclusive, error), OpenMode::exclusive);
-    const std::vector<RowId> rows = Table(file, kSavedDefinition).Rows();
-    MoveRow(file, rows.front(), rows.back().page);
-    return files[kSavedPath];
+    if (areCrossed) MoveRow(file, rows.front(), rows.back().page);
+    return sample.Image();
 }
 
 std::function<void(Database&)> Add(const Text& subject)
@@ -160,17 +132,9 @@ std::function<void(Database&)> DeleteOf(const Text& crc)
 
 std::vector<Scenario> Scenarios()
 {
-    MemoryFiles memos;
-    CreateSaved(memos);
-    {
-        auto database = OpenJetDatabase(memos, kSavedPath);
-        AddRow(*database, {u"f", u"s", u"0"});
-        AddRow(*database, {u"f", Text(30000, u'c'), u"1"});
-        AddRow(*database, {u"f", Text(600, u'p'), u"2"});
-    }
-    const MemoryImage withMemos = memos[kSavedPath];
-    MemoryImage paddedMemos = withMemos;
-    paddedMemos.Resize(700 * kPageSize);
+    SavedSample memos;
+    memos.Add({{u"f", u"s", u"0"}, {u"f", Text(30000, u'c'), u"1"}, {u"f", Text(600, u'p'), u"2"}});
+    const MemoryImage withMemos = memos.Image();
     return {
         {"the first row", WithRows(0), 1, Add(u"s")},
         {"a row on an existing page", WithRows(3), 0, Add(u"s")},
@@ -180,16 +144,17 @@ std::vector<Scenario> Scenarios()
         {"a long subject and a new page", WithRows(16), 2, Add(Text(3000, u'p'))},
         {"a subject on new and old pages, and a new page", WithRows(16), 2, Add(Text(2100, u'c'))},
         {"a subject of many pages", WithRows(3), 9, Add(Text(20000, u'c'))},
-        {"an empty map moves, the map of free pages grows", WithRows(0, 600), 2, Add(Text(500, u'p'))},
-        {"maps become lists", WithRows(16, 700), 5, Add(Text(3000, u'p'))},
-        {"the maps of long subjects become lists", paddedMemos, 3, Add(Text(1000, u'p'))},
-        {"the map of free pages becomes a list", WithRows(16, 32500), 16, Add(Text(20000, u'c'))},
-        {"a second page of bits", WithRows(16, 32734), 20, Add(Text(20000, u'c'))},
+        {"an empty map moves, the map of free pages grows", Lengthened(WithRows(0), 600), 2,
+         Add(Text(500, u'p'))},
+        {"maps become lists", Lengthened(WithRows(16), 700), 5, Add(Text(3000, u'p'))},
+        {"the maps of long subjects become lists", Lengthened(withMemos, 700), 3, Add(Text(1000, u'p'))},
+        {"the map of free pages becomes a list", Lengthened(WithRows(16), 32500), 16, Add(Text(20000, u'c'))},
+        {"a second page of bits", Lengthened(WithRows(16), 32734), 20, Add(Text(20000, u'c'))},
         {"a row is deleted", WithRows(20), 0, DeleteOf(u"0")},
         {"the last row is deleted", WithRows(1), 0, DeleteOf(u"0")},
         {"a long subject is deleted", withMemos, 0, DeleteOf(u"2")},
         {"a subject of many pages is deleted", withMemos, 0, DeleteOf(u"1")},
-        {"a moved row is deleted", WithMovedRow(), 0, DeleteOf(u"19")},
+        {"a moved row is deleted", WithMovedRow(false), 0, DeleteOf(u"19")},
     };
 }
 
@@ -200,13 +165,12 @@ TEST(JetCrash, AStopBetweenAnyTwoWritesLosesNoRow)
     std::size_t states = 0;
     for (const Scenario& scenario : Scenarios()) {
         SCOPED_TRACE(scenario.name);
-        MemoryFiles files;
-        files[kSavedPath] = scenario.start;
+        SavedSample sample(scenario.start);
+        MemoryFiles& files = sample.files;
         const Rows before = RowsIn(scenario.start);
-        auto database = OpenJetDatabase(files, kSavedPath);
         files.record = true;
-        scenario.operation(*database);
-        const Rows after = Sorted(RowsOf(*database));
+        scenario.operation(*sample.database);
+        const Rows after = RowsIn(sample.Image());
         ASSERT_NE(before, after);
         EXPECT_EQ((files[kSavedPath].Size() - scenario.start.Size()) / kPageSize,
                   static_cast<std::uint64_t>(scenario.newPages));
@@ -235,12 +199,11 @@ TEST(JetCrash, APowerCutLosesNoRowWhateverTheDiskHadDone)
     for (const Scenario& scenario : Scenarios()) {
         if (scenario.start.Size() > 1000 * kPageSize) continue; // slow, and no different
         SCOPED_TRACE(scenario.name);
-        MemoryFiles files;
-        files[kSavedPath] = scenario.start;
+        SavedSample sample(scenario.start);
+        MemoryFiles& files = sample.files;
         const Rows before = RowsIn(scenario.start);
-        auto database = OpenJetDatabase(files, kSavedPath);
         files.record = true;
-        scenario.operation(*database);
+        scenario.operation(*sample.database);
         const Rows after = RowsIn(files[kSavedPath]);
 
         std::vector<MemoryImage> written = {scenario.start}; // after each change
@@ -276,9 +239,9 @@ TEST(JetCrash, APowerCutLosesNoRowWhateverTheDiskHadDone)
 // comes back, and the table never counts more than it has.
 TEST(JetCrash, AStopInABatchLosesNoOtherRow)
 {
-    MemoryFiles files;
-    files[kSavedPath] = WithCrossedRows();
-    auto database = OpenJetDatabase(files, kSavedPath);
+    SavedSample sample(WithMovedRow(true));
+    MemoryFiles& files = sample.files;
+    Database* const database = sample.database.get();
     for (int i = 20; i < 120; ++i) AddRow(*database, {u"f", Text(100 + i % 5 * 900u, u'l'), DecimalText(i)});
     const Rows before = RowsIn(files[kSavedPath]);
     files.record = true;
@@ -309,29 +272,6 @@ TEST(JetCrash, AStopInABatchLosesNoOtherRow)
     EXPECT_GT(files.history.size(), 10u);
 }
 
-// Without its end a batch deletes nothing; and nothing twice.
-TEST(JetCrash, ABatchThatIsGivenUpDeletesNothing)
-{
-    MemoryFiles files;
-    files[kSavedPath] = WithRows(5);
-    const std::string before = files[kSavedPath].Bytes();
-    auto database = OpenJetDatabase(files, kSavedPath);
-    const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
-    {
-        const auto batch = database->BeginDeletions();
-        rows->Delete();
-        rows->Delete();
-        EXPECT_THROW(batch->Store(), DatabaseError) << "the same row";
-    }
-    {
-        const auto batch = database->BeginDeletions();
-        rows->Delete();
-    }
-    EXPECT_TRUE(files[kSavedPath].Bytes() == before);
-    rows->Delete();
-    EXPECT_EQ(RowsOf(*database).size(), 4u) << "at once again";
-}
-
 TEST(JetCrash, AStopWhileMakingTheFileLeavesNoneOrAll)
 {
     MemoryFiles files;
@@ -357,9 +297,9 @@ TEST(JetCrash, AFailedWriteIsReportedAndLosesNoRow)
             SCOPED_TRACE(scenario.name);
             const Rows before = RowsIn(scenario.start);
             for (std::size_t n = 1;; ++n) {
-                MemoryFiles files;
-                files[kSavedPath] = scenario.start;
-                auto database = OpenJetDatabase(files, kSavedPath);
+                SavedSample sample(scenario.start);
+                MemoryFiles& files = sample.files;
+                std::unique_ptr<JetDatabase>& database = sample.database;
                 RowsOf(*database, u"SELECT * FROM saved WHERE ecrc='0'"); // so that there is an index
                 files.failAt = files.changes + n;
                 files.failForGood = forGood;
@@ -391,37 +331,22 @@ TEST(JetCrash, AFailedWriteIsReportedAndLosesNoRow)
     }
 }
 
-TEST(JetCrash, OpeningMendsWhatAStopLeft)
-{
-    MemoryFiles files;
-    files[kSavedPath] = WithRows(5);
-    const std::string wrong("\x03\0\0\0", 4), page = NewDataPage(kSavedDefinition);
-    files[kSavedPath].Write(kSavedDefinition * kPageSize + 16, wrong.data(), 4);
-    const std::uint64_t whole = files[kSavedPath].Size();
-    files[kSavedPath].Write(whole, page.data(), 1234);
-    auto database = OpenJetDatabase(files, kSavedPath);
-    EXPECT_EQ(database->PrepareForWriting(u"saved", {}).notes,
-              (std::vector<Text>{u"an unfinished page at its end was cut off",
-                                 u"the count of its rows was corrected from 3 to 5"}));
-    EXPECT_EQ(files[kSavedPath].Size(), whole);
-    EXPECT_EQ(CountedRows(files), 5u);
-    EXPECT_EQ(database->PrepareForWriting(u"saved", {}).notes, std::vector<Text>{}) << "once";
-}
-
 TEST(JetCrash, ARowIsFlushedBeforeItIsReported)
 {
-    MemoryFiles files;
-    files[kSavedPath] = WithRows(3);
-    auto database = OpenJetDatabase(files, kSavedPath);
-    files.flushes = 0;
-    Add(u"s")(*database);
-    EXPECT_EQ(files.flushes, 1u) << "the row on an existing page";
-    Add(Text(20000, u'c'))(*database);
-    EXPECT_EQ(files.flushes, 5u) << "new pages, out of the free ones, in the maps, then the row";
-    files.flushes = 0;
-    DeleteOf(u"1")(*database);
-    EXPECT_EQ(files.flushes, 2u) << "the count first, then the row";
-    files.flushes = 0;
-    DeleteOf(u"0")(*database); // without anything to be tidied
-    EXPECT_EQ(files.flushes, 2u);
+    const struct {
+        const char* order;
+        std::function<void(Database&)> operation;
+        std::size_t flushes;
+    } cases[] = {
+        {"the row on an existing page", Add(u"s"), 1},
+        {"new pages, out of the free ones, in the maps, then the row", Add(Text(20000, u'c')), 4},
+        {"the count first, then the row", DeleteOf(u"1"), 2},
+        {"and no more without anything to be tidied", DeleteOf(u"0"), 2},
+    };
+    SavedSample sample(WithRows(3));
+    for (const auto& c : cases) {
+        sample.files.flushes = 0;
+        c.operation(*sample.database);
+        EXPECT_EQ(sample.files.flushes, c.flushes) << c.order;
+    }
 }

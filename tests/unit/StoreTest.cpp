@@ -8,6 +8,10 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+const Text kPath = u"C:\\saved.mdb";
+}
+
 TEST(Store, ChecksumsMatchThePublishedCheckValues)
 {
     CodePage1252 codePage;
@@ -24,13 +28,8 @@ TEST(Store, ChecksumsMatchThePublishedCheckValues)
     crc.SetAlgorithm(0);
     EXPECT_EQ(crc.Algorithm(), 0);
     EXPECT_EQ(crc.CalculateString(u"123456789"), 0x31C3);
-}
-
-TEST(Store, CrcTextsHaveNoLeadingZeros)
-{
-    EXPECT_EQ(CrcText(0xABC), u"ABC");
+    EXPECT_EQ(CrcText(0xABC), u"ABC") << "no leading zeros";
     EXPECT_EQ(CrcText(-1), u"FFFFFFFF");
-    EXPECT_EQ(CrcText(0), u"0");
 }
 
 TEST(Store, TheIdentityStringIsThatOfStoredRows)
@@ -71,46 +70,32 @@ TEST(Store, ApostrophesAreDoubledInSqlAlone)
 
 TEST(Store, ADatabaseThatCannotBeWrittenIsOpenAndSaysWhy)
 {
-    MemoryRows rows = {{{u"ecrc", u"A1"}, {u"efolder", u"f"}}};
-    FakeFiles files;
-    files.AddFile(u"C:\\saved.mdb");
-    Readiness readiness;
-    bool probeFails = false;
-    struct Probed : MemoryDatabase {
-        Probed(MemoryRows& table, const bool& fail) : MemoryDatabase(table), fails(fail) {}
-        const bool& fails;
-        Readiness PrepareForWriting(const Text& table, const std::vector<ColumnNeed>& needs) override
-        {
-            EXPECT_EQ(table, u"saved");
-            EXPECT_EQ(needs.at(2).name, u"ecrc");
-            EXPECT_EQ(needs.at(2).characters, 8u);
-            if (fails) throw DatabaseError(u"The engine is broken");
-            return readiness;
-        }
+    const Text readOnly = u"The database of saved emails can be read but not written: ";
+    const struct {
+        Readiness found;
+        Text reason, note;
+    } cases[] = {
+        {{u"", {u"this was mended"}}, u"", u"Database of saved emails: this was mended"},
+        {{u"A reason", {}}, u"A reason", readOnly + u"A reason"},
+        {{u"throw", {}}, u"The engine is broken", readOnly + u"The engine is broken"},
     };
-    const DatabaseMaker maker{nullptr, [&](const Text&) {
-                                  auto database = std::make_unique<Probed>(rows, probeFails);
-                                  database->readiness = readiness;
-                                  return database;
-                              }};
-    SavedEmails saved;
-    readiness.notes = {u"this was mended"};
-    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {maker}), u"");
-    EXPECT_TRUE(saved.IsWritable());
-    EXPECT_EQ(saved.notes, std::vector<Text>{u"Database of saved emails: this was mended"});
-    CloseSavedEmails(saved);
-
-    readiness = {u"A reason", {}};
-    for (const Text reason : {u"A reason", u"The engine is broken"}) {
-        EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {maker}), u"");
-        EXPECT_TRUE(saved.IsOpen() && !saved.IsWritable());
-        EXPECT_EQ(saved.notes,
-                  std::vector<Text>{u"The database of saved emails can be read but not written: " + reason});
+    for (const auto& c : cases) {
+        MemoryRows rows = {{{u"ecrc", u"A1"}, {u"efolder", u"f"}}};
+        FakeFiles files;
+        files.AddFile(kPath);
+        const DatabaseMaker engine{nullptr, [&](const Text&) {
+                                       auto database = std::make_unique<MemoryDatabase>(rows);
+                                       database->readiness = c.found;
+                                       return database;
+                                   }};
+        SavedEmails saved;
+        EXPECT_EQ(OpenSavedEmails(saved, files, kPath, {engine}), u"");
+        EXPECT_EQ(saved.whyReadOnly, c.reason);
+        EXPECT_EQ(saved.notes, std::vector<Text>{c.note});
         EXPECT_TRUE(IsSaved(saved, u"A1", u"f"));
+        if (saved.IsWritable()) continue;
         EXPECT_THROW(AddSavedEmail(saved, u"f", {}), DatabaseError);
         EXPECT_EQ(rows.size(), 1u);
-        CloseSavedEmails(saved);
-        probeFails = true;
     }
 }
 
@@ -123,18 +108,18 @@ TEST(Store, TheFirstEngineThatCanOpensTheDatabase)
         [](const Text&, const Text&) { throw DatabaseError(u"no create"); },
         [](const Text&) -> std::unique_ptr<Database> { throw DatabaseError(u"no open"); }};
     const DatabaseMaker works{[&](const Text& path, const Text& table) {
-                                  EXPECT_TRUE(table.starts_with(u"CREATE TABLE saved (")) << ToUtf8(table);
-                                  created.push_back(path);
+                                  created = {path, table};
                                   files.AddFile(path);
                               },
                               [&](const Text&) { return std::make_unique<MemoryDatabase>(rows); }};
     SavedEmails saved;
-    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {refuses, refuses}), u"no create\r\nno create");
+    EXPECT_EQ(OpenSavedEmails(saved, files, kPath, {refuses, refuses}), u"no create\r\nno create");
     EXPECT_FALSE(saved.IsOpen());
-    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {refuses, works}), u"");
-    EXPECT_EQ(created, std::vector<Text>{u"C:\\saved.mdb"});
+    EXPECT_EQ(OpenSavedEmails(saved, files, kPath, {refuses, works}), u"");
+    EXPECT_EQ(created, (std::vector<Text>{kPath, kCreateSaved}));
+    created.clear();
     CloseSavedEmails(saved);
-    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {refuses}), u"no open") << "it exists by now";
-    EXPECT_EQ(OpenSavedEmails(saved, files, u"C:\\saved.mdb", {works}), u"");
-    EXPECT_EQ(created.size(), 1u) << "a file that is there is never made anew";
+    EXPECT_EQ(OpenSavedEmails(saved, files, kPath, {refuses}), u"no open") << "it exists by now";
+    EXPECT_EQ(OpenSavedEmails(saved, files, kPath, {works}), u"");
+    EXPECT_TRUE(created.empty()) << "a file that is there is never made anew";
 }

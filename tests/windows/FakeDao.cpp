@@ -10,20 +10,10 @@ namespace {
 
 std::string ArgumentText(const VARIANT& value)
 {
-    switch (value.vt) {
-    case VT_BSTR:
-        return std::string("'")
-            .append(ToUtf8(FromWide(value.bstrVal, SysStringLen(value.bstrVal))))
-            .append("'");
-    case VT_I4:
-        return std::to_string(value.lVal);
-    case VT_NULL:
-        return "null";
-    case VT_ERROR:
-        return value.scode == DISP_E_PARAMNOTFOUND ? "missing" : "error";
-    default:
-        return "type " + std::to_string(value.vt);
-    }
+    if (value.vt == VT_BSTR)
+        return "'" + ToUtf8(FromWide(value.bstrVal, SysStringLen(value.bstrVal))).append("'");
+    if (value.vt == VT_I4) return std::to_string(value.lVal);
+    return value.vt == VT_ERROR && value.scode == DISP_E_PARAMNOTFOUND ? "missing" : "something else";
 }
 
 HRESULT STDMETHODCALLTYPE FillIn(EXCEPINFO* info)
