@@ -16,8 +16,15 @@ namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
 
-bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+bool IsHighSurrogate(char16_t unit)
+{
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool IsLowSurrogate(char16_t unit)
+{
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 void AppendUtf8(std::string& out, char32_t code)
 {
@@ -203,12 +210,17 @@ char16_t FoldCase(char16_t unit)
 Text FoldCase(TextView text)
 {
     Text folded(text);
-    std::transform(folded.begin(), folded.end(), folded.begin(), [](char16_t unit) { return FoldCase(unit); });
+    for (char16_t& unit : folded) unit = FoldCase(unit);
     return folded;
 }
 
 namespace {
-bool SameNoCase(char16_t a, char16_t b) { return a == b || FoldCase(a) == FoldCase(b); }
+
+bool SameNoCase(char16_t a, char16_t b)
+{
+    return a == b || FoldCase(a) == FoldCase(b);
+}
+
 } // namespace
 
 bool EqualNoCase(TextView a, TextView b)
