@@ -1,6 +1,7 @@
 // HeaderDatesTest.cpp: dates of headers and list cells.
 #include "mail/HeaderDates.h"
 #include "platform/posix/EnglishLocale.h"
+#include "tests/support/FixedClock.h"
 #include "text/Numbers.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +21,12 @@ std::string Parsed(Text text)
     return ToUtf8(text);
 }
 
+struct DateCase {
+    const char* why;
+    Text text;
+    const char* want; // the text that ParseHeaderDate leaves, or the fault's words
+};
+
 struct GermanLocale final : Locale {
     Text MonthName(int month, bool abbreviated) override
     {
@@ -30,23 +37,13 @@ struct GermanLocale final : Locale {
     std::optional<double> ParseDateText(const Text&) override { return std::nullopt; }
 };
 
-struct FixedClock final : Clock {
-    bool daylightSaving;
-    explicit FixedClock(bool inForce) : daylightSaving(inForce) {}
-    double LocalNow() override { return 0; }
-    bool IsDaylightSavingNow() override { return daylightSaving; }
-};
-
 } // namespace
 
-TEST(HeaderDates, Shapes)
+// RFC 5322, section 3.3, and what mail of the time before it holds. Kept: where a shape is read in a way that its
+// sender did not mean, it is by a rule of this program's own.
+TEST(HeaderDates, EveryShapeIsReadAndLeftInSortableForm)
 {
-    struct Case {
-        const char* why;
-        Text text;
-        const char* want;
-    };
-    const Case cases[] = {
+    const DateCase cases[] = {
         {"the usual one", u"Tue, 3 Apr 2007 10:15:00 +0100", "2007/04/03 09:15:00"},
         {"no weekday", u"3 Apr 2007 10:15:00 -0500", "2007/04/03 15:15:00"},
         {"year last", u"Tue Apr  3 10:15:00 2007", "2007/04/03 10:15:00"},
@@ -81,18 +78,15 @@ TEST(HeaderDates, Shapes)
         {"a CR behind a month name makes it another name", u"Tue 2007 Apr\r", "Type mismatch"},
         {"empty stays empty", u"", ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
+    for (const DateCase& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
 }
 
-TEST(HeaderDates, Numbers)
+// The system's rules for numbers in text: halves to the even one, 16 bits, two-digit years from 1930 to 2029
+// and dates of the years 100 to 9999. Which part is looked at first is this program's own.
+TEST(HeaderDates, NumbersCarryOverAndFailByTheirFirstFault)
 {
-    struct Case {
-        const char* why;
-        Text text;
-        const char* want;
-    };
     const Text digits(400, u'9');
-    const Case cases[] = {
+    const DateCase cases[] = {
         {"years in two digits", u"3 Apr 29 10:15:00", "2029/04/03 10:15:00"},
         {"from 30 on the last century", u"3 Apr 30 10:15:00", "1930/04/03 10:15:00"},
         {"the window looks at the number", u"3 Apr 007 10:15:00", "2007/04/03 10:15:00"},
@@ -119,23 +113,26 @@ TEST(HeaderDates, Numbers)
         {"the time before the year", u"3 Apr x 99999:0:0", "Overflow"},
         {"and the zone before the time", u"3 Apr 2007 10:15:00 9e9", "Overflow"},
     };
-    for (const Case& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
+    for (const DateCase& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
 }
 
-TEST(HeaderDates, Zones)
+// The names and the signs of RFC 822, section 5.1, military letters with its signs; that only whole hours
+// count is a rule of this program's own.
+TEST(HeaderDates, ZonesTakeWholeHoursOff)
 {
     const std::pair<const char16_t*, const char*> cases[] = {
         {u"EST", "17:00"},     {u"EDT", "16:00"},   {u"CST", "18:00"},   {u"CDT", "17:00"},
         {u"MST", "19:00"},     {u"MDT", "18:00"},   {u"PST", "20:00"},   {u"PDT", "19:00"},
         {u"A", "13:00"},       {u"M", "00:00"},     {u"N", "11:00"},     {u"Y", "00:00"},
         {u"est", "12:00"},     {u"GMT", "12:00"},   {u"Z", "12:00"},     {u"+0000", "12:00"},
-        {u"+0100", "11:00"},   {u"-0500", "17:00"}, {u"+0530", "06:00"}, // 5.5 goes to 6
-        {u"-0530", "18:00"},   {u"+0430", "08:00"},                      // 4.5 goes to 4
-        {u"+0545", "06:00"},   {u"-0330", "16:00"}, {u"+0090", "10:00"}, // 1.5 goes to 2
+        {u"+0100", "11:00"},   {u"-0500", "17:00"}, {u"+0545", "06:00"}, {u"-0330", "16:00"},
+        {u"+1.5", "12:00"},    {u"+0530", "06:00"}, // 5.5 goes to 6
+        {u"-0530", "18:00"},                        // and so does this
+        {u"+0430", "08:00"},                        // 4.5 goes to 4
+        {u"+0090", "10:00"},                        // 1.5 goes to 2
         {u"-500", "07:00"},    // the last four characters are "-500", and the sign turns that round
         {u"+1030\r", "12:00"}, // the last four are "030" and the CR
         {u"+12ab", "12:00"},   // "12ab" is 12, which is minutes
-        {u"+1.5", "12:00"},
     };
     for (const auto& [zone, want] : cases) {
         const std::string got = Parsed(u"3 Apr 2007 12:00:00 " + Text(zone));
@@ -156,57 +153,71 @@ TEST(HeaderDates, NamesAreTheLocales)
     EXPECT_EQ(month, u"Mrz") << "no match leaves the text";
 }
 
-TEST(HeaderDates, MonthFromWeekdayFindsTheFirst)
+// A rule of this program's own for a date without month: the first that fits its weekday.
+TEST(HeaderDates, TheFirstMonthWithThatWeekdayIsTaken)
 {
     EnglishLocale english;
     EXPECT_EQ(MonthFromWeekday(u"Tue, 3 2007", english), u"4");
+    EXPECT_EQ(MonthFromWeekday(u"Mon, 3 2007", english), u"9");
     EXPECT_EQ(MonthFromWeekday(u"Tue,, 3 2007", english), u"") << "one comma is taken off";
     EXPECT_EQ(MonthFromWeekday(u"sat 31 2007", english), u"2") << "31 February is 3 March, a Saturday";
     EXPECT_THROW(MonthFromWeekday(u"Tue 3 2007x", english), ValueFault);
 }
 
-TEST(HeaderDates, TimesAndMinutes)
+TEST(HeaderDates, ATimeWithoutTwoColonsIsMidnight)
 {
     EXPECT_EQ(TimeOfText(u"18:00:00"), 0.75);
-    EXPECT_EQ(TimeOfText(u"18:00"), 0);
-    EXPECT_EQ(TimeOfText(u""), 0);
-    EXPECT_EQ(TimeOfText(u"::"), 0);
+    for (const char16_t* midnight : {u"18:00", u"", u"::"}) EXPECT_EQ(TimeOfText(midnight), 0);
     EXPECT_EQ(FormatDate(TimeOfText(u"-1:00:00"), kMinuteFormat), u"29/12/1899 23:00");
-    const double date = DateFromYmd(2007, 4, 3);
-    const double almost = DateFromSeconds(SecondsOf(date) + 86399);
-    EXPECT_EQ(FormatListDate(almost, false), u"03/04/2007 23:59");
-    EXPECT_EQ(FormatListDate(almost, true), u"04/04/2007 00:00");
-    EXPECT_EQ(FormatListDate(DateFromSeconds(SecondsOf(date) + 29), true), u"03/04/2007 00:00");
-    EXPECT_EQ(FormatListDate(DateFromSeconds(SecondsOf(date) + 30), true), u"03/04/2007 00:01");
 }
 
-TEST(HeaderDates, ListCells)
+TEST(HeaderDates, AListDateIsRoundedUpFromSecond30OnIfAtAll)
+{
+    const auto formatted = [](int second, bool roundFirst) {
+        return FormatListDate(DateFromSeconds(SecondsOf(DateFromYmd(2007, 4, 3)) + second), roundFirst);
+    };
+    EXPECT_EQ(formatted(86399, false), u"03/04/2007 23:59");
+    EXPECT_EQ(formatted(86399, true), u"04/04/2007 00:00");
+    EXPECT_EQ(formatted(29, true), u"03/04/2007 00:00");
+    EXPECT_EQ(formatted(30, true), u"03/04/2007 00:01");
+}
+
+// What the client's list shows in the user's locale, and what it shows of a header that it cannot read.
+TEST(HeaderDates, AListCellIsReadByTheLocaleAndThenAsAHeader)
 {
     EnglishLocale english;
-    struct Case {
-        const char* why;
-        const char16_t* cell;
-        const char16_t* want;
+    const std::pair<const char16_t*, const char16_t*> cases[] = {
+        {u"03/04/2007 10:15", u"03/04/2007 10:15"},
+        {u"Tue, 3 Apr 2007 10:15:00 +0100", u"03/04/2007 09:15"},
+        {u"", u"01/01/1900 00:00"},
+        {u"yesterday", u"01/01/1900 00:00"},
+        {u"99999 1 2007", u"01/01/1900 00:00"}, // a fault of another kind
     };
-    const Case cases[] = {
-        {"as the locale writes it, without seconds", u"03/04/2007 10:15", u"03/04/2007 10:15"},
-        {"as a header writes it", u"Tue, 3 Apr 2007 10:15:00 +0100", u"03/04/2007 09:15"},
-        {"empty", u"", u"01/01/1900 00:00"},
-        {"neither can read it", u"yesterday", u"01/01/1900 00:00"},
-        {"nor a number too large", u"99999 1 2007", u"01/01/1900 00:00"},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(FormatListDate(ParseListDate(c.cell, english), false), c.want) << c.why;
+    for (const auto& [cell, want] : cases)
+        EXPECT_EQ(FormatListDate(ParseListDate(cell, english), false), want) << ToUtf8(cell);
+}
 
-    FixedClock summer(true), winter(false);
-    const double date = DateFromYmd(2007, 4, 3);
-    const auto adjusted = [date](int applyDst, float timeOffset, Clock& clock) {
-        return FormatListDate(AdjustListDate(date, applyDst, timeOffset, clock), false);
+// Kept: the offset counts months, as users of the setting know it.
+TEST(HeaderDates, TheSettingsTakeAnHourOffInSummerAndAddMonths)
+{
+    const struct {
+        const char* why;
+        int applyDst;
+        float timeOffset;
+        bool summer;
+        const char16_t* want;
+    } cases[] = {
+        {"in summer", 1, 0, true, u"02/04/2007 23:00"},
+        {"in winter", 1, 0, false, u"03/04/2007 00:00"},
+        {"only 1 switches it on", 2, 0, true, u"03/04/2007 00:00"},
+        {"months", 0, 2, true, u"03/06/2007 00:00"},
+        {"none below zero", 0, -1, true, u"03/04/2007 00:00"},
+        {"the hour first", 1, 1, true, u"02/05/2007 23:00"},
     };
-    EXPECT_EQ(adjusted(1, 0, summer), u"02/04/2007 23:00");
-    EXPECT_EQ(adjusted(1, 0, winter), u"03/04/2007 00:00");
-    EXPECT_EQ(adjusted(2, 0, summer), u"03/04/2007 00:00") << "only 1 switches it on";
-    EXPECT_EQ(adjusted(0, 2, summer), u"03/06/2007 00:00") << "months";
-    EXPECT_EQ(adjusted(0, -1, summer), u"03/04/2007 00:00");
-    EXPECT_EQ(adjusted(1, 1, summer), u"02/05/2007 23:00") << "the hour first";
+    FixedClock clock;
+    for (const auto& c : cases) {
+        clock.daylightSaving = c.summer;
+        const double date = AdjustListDate(DateFromYmd(2007, 4, 3), c.applyDst, c.timeOffset, clock);
+        EXPECT_EQ(FormatListDate(date, false), c.want) << c.why;
+    }
 }
