@@ -5,20 +5,18 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
-TEST(DayCount, FieldsAndFormats)
+// The system's own count (OLE automation dates): whole days from 30 December 1899, the fraction always
+// forward.
+TEST(DayCount, FractionsCountForwardAndAreRoundedToTheSecond)
 {
-    struct Case {
+    const struct {
         const char* why;
         double date;
         const char16_t* want;
         int weekday;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"day 0", 0, u"30/12/1899 00:00:00", 6},
-        {"the date that stands for none", 2, u"01/01/1900 00:00:00", 1},
         {"no leap day in 1900", 60, u"28/02/1900 00:00:00", 3},
-        {"the day after it", 61, u"01/03/1900 00:00:00", 4},
-        {"29 February 2000", 36585, u"29/02/2000 00:00:00", 2},
         {"a quarter past nine", 39175 + 33300 / 86400.0, u"03/04/2007 09:15:00", 2},
         {"the last instant of a day rounds into the next", 39175.9999999, u"04/04/2007 00:00:00", 3},
         {"a negative date's fraction counts forward", -1.25, u"29/12/1899 06:00:00", 5},
@@ -27,18 +25,16 @@ TEST(DayCount, FieldsAndFormats)
         {"first", -657434, u"01/01/0100 00:00:00", 5},
         {"last", 2958465 + 86399 / 86400.0, u"31/12/9999 23:59:59", 5},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(FormatDate(c.date, kSecondFormat), c.want) << c.why;
         EXPECT_EQ(FieldsOf(c.date).weekday, c.weekday) << c.why;
     }
     EXPECT_EQ(FormatDate(39175.5, kCompactFormat), u"20070403120000");
-    EXPECT_EQ(FormatDate(39175.5, kSortableFormat), u"2007/04/03 12:00:00");
-    EXPECT_EQ(FormatDate(39175.5, kMinuteFormat), u"03/04/2007 12:00");
-    EXPECT_EQ(FormatDate(0.25, kTimeFormat), u"06:00:00");
     for (const double bad : {-657435.0, 2958466.0, 2958465.9999999, 1e300, std::nan("")})
         EXPECT_THROW(FieldsOf(bad), ValueFault) << bad;
 }
 
+// The calendar of Pope Gregory, counted on day by day.
 TEST(DayCount, EveryDayGoesBothWays)
 {
     int year = 100, month = 1, day = 1;
@@ -57,14 +53,15 @@ TEST(DayCount, EveryDayGoesBothWays)
         ASSERT_EQ(SecondsOf(DateFromSeconds(seconds)), seconds);
 }
 
-TEST(DayCount, BuildingFollowsTheCalendar)
+// The system's rules for dates from numbers: years below 100 are those from 1930 to 2029, months and days
+// carry.
+TEST(DayCount, MonthsAndDaysBeyondTheCalendarCarryOver)
 {
-    struct Case {
+    const struct {
         const char* why;
         int year, month, day;
         const char16_t* want;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"window below 30", 29, 12, 31, u"31/12/2029 00:00"},
         {"window from 30", 30, 1, 1, u"01/01/1930 00:00"},
         {"the window comes before the carry", 99, 13, 1, u"01/01/2000 00:00"},
@@ -72,30 +69,34 @@ TEST(DayCount, BuildingFollowsTheCalendar)
         {"month 0", 2007, 0, 1, u"01/12/2006 00:00"},
         {"month -11", 2007, -11, 1, u"01/01/2006 00:00"},
         {"day 0", 2008, 3, 0, u"29/02/2008 00:00"},
-        {"31 April", 2007, 4, 31, u"01/05/2007 00:00"},
         {"far", 2000, 32767, 32767, u"16/03/4820 00:00"},
         {"back into the range", 10000, 0, 1, u"01/12/9999 00:00"},
     };
-    for (const Case& c : cases)
+    for (const auto& c : cases)
         EXPECT_EQ(FormatDate(DateFromYmd(c.year, c.month, c.day), kMinuteFormat), c.want) << c.why;
     EXPECT_THROW(DateFromYmd(-5, 6, 1), ValueFault);
     EXPECT_THROW(DateFromYmd(100, 1, 0), ValueFault);
     EXPECT_THROW(DateFromYmd(10000, 1, 1), ValueFault);
-    EXPECT_THROW(DateFromYmd(32767, 32767, 32767), ValueFault);
 }
 
-TEST(DayCount, Arithmetic)
+TEST(DayCount, AddedMonthsKeepTheDayWhereTheMonthHasIt)
 {
     const double last = DateFromYmd(2008, 1, 31) + 0.75;
-    EXPECT_EQ(FormatDate(AddMonths(last, 1), kMinuteFormat), u"29/02/2008 18:00");
-    EXPECT_EQ(FormatDate(AddMonths(last, 1.5), kMinuteFormat), u"31/03/2008 18:00") << "1.5 rounds to 2";
-    EXPECT_EQ(FormatDate(AddMonths(last, 0.5), kMinuteFormat), u"31/01/2008 18:00") << "0.5 rounds to 0";
-    EXPECT_EQ(FormatDate(AddMonths(last, -2), kMinuteFormat), u"30/11/2007 18:00");
-    EXPECT_EQ(FormatDate(AddMonths(DateFromYmd(2007, 12, 31), 12), kMinuteFormat), u"31/12/2008 00:00");
+    const std::pair<double, const char16_t*> cases[] = {
+        {1, u"29/02/2008 18:00"},   {-2, u"30/11/2007 18:00"},  {11, u"31/12/2008 18:00"},
+        {1.5, u"31/03/2008 18:00"}, {0.5, u"31/01/2008 18:00"}, // halves go to the even number
+    };
+    for (const auto& [count, want] : cases)
+        EXPECT_EQ(FormatDate(AddMonths(last, count), kMinuteFormat), want) << count;
+    for (const double count : {1e300, -1e300, std::nan(""), 120000.0})
+        EXPECT_THROW(AddMonths(last, count), ValueFault) << count;
+    EXPECT_THROW(AddMonths(DateFromYmd(9999, 12, 1), 1), ValueFault);
+}
+
+TEST(DayCount, AddedHoursPassDayZero)
+{
     EXPECT_EQ(FormatDate(AddHours(kNoListDate, -72.5), kMinuteFormat), u"29/12/1899 00:00");
     EXPECT_EQ(AddHours(kNoListDate, -63), -1.375) << "29 December 1899 09:00, fraction forward";
     EXPECT_EQ(FormatDate(AddMinutes(0, -1), kMinuteFormat), u"29/12/1899 23:59");
-    for (const double count : {1e300, -1e300, std::nan(""), 120000.0})
-        EXPECT_THROW(AddMonths(last, count), ValueFault) << count;
-    EXPECT_THROW(AddHours(last, 1e10), ValueFault);
+    EXPECT_THROW(AddHours(0, 1e10), ValueFault);
 }
