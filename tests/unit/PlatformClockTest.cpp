@@ -1,3 +1,4 @@
+// PlatformClockTest.cpp: the clock of the system that the tests run on.
 #include "platform/System.h"
 
 #include <cstdlib>
@@ -5,15 +6,22 @@
 #include <gtest/gtest.h>
 #include <string>
 
-TEST(PlatformClock, CountsDays)
+namespace {
+
+double UniversalNow()
 {
-    SystemClock clock;
-    const double utc = 25569 + static_cast<double>(std::time(nullptr)) / 86400; // 1 January 1970
-    EXPECT_NEAR(clock.LocalNow(), utc, 15.0 / 24);                              // no zone is farther away
+    return 25569 + static_cast<double>(std::time(nullptr)) / 86400; // from 1 January 1970 on
+}
+
+} // namespace
+
+TEST(PlatformClock, LocalTimeIsNoFartherFromUniversalTimeThanAnyZone)
+{
+    EXPECT_NEAR(SystemClock().LocalNow(), UniversalNow(), 15.0 / 24);
 }
 
 #ifndef _WIN32
-TEST(PlatformClock, KnowsTheZoneAndItsSummerTime)
+TEST(PlatformClock, TheZoneAndItsSummerTimeCount)
 {
     const char* const before = std::getenv("TZ");
     const std::string restored = before ? before : "";
@@ -30,8 +38,7 @@ TEST(PlatformClock, KnowsTheZoneAndItsSummerTime)
     for (const auto& c : cases) {
         ::setenv("TZ", c.zone, 1);
         ::tzset();
-        const double utc = 25569 + static_cast<double>(std::time(nullptr)) / 86400;
-        EXPECT_NEAR((clock.LocalNow() - utc) * 24, c.hours, 3.0 / 3600) << c.zone;
+        EXPECT_NEAR((clock.LocalNow() - UniversalNow()) * 24, c.hours, 3.0 / 3600) << c.zone;
         EXPECT_EQ(clock.IsDaylightSavingNow(), c.summer) << c.zone;
     }
     before ? ::setenv("TZ", restored.c_str(), 1) : ::unsetenv("TZ");
