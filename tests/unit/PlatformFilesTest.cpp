@@ -14,6 +14,18 @@ protected:
     {
         std::ofstream(scratch.Path() / name, std::ios::binary) << content;
     }
+    std::string Content(const Text& name)
+    {
+        std::string bytes;
+        EXPECT_EQ(files.ReadWhole(scratch / name, bytes), FileError::none);
+        return bytes;
+    }
+    FileError ErrorOfOpening(const Text& name, OpenMode mode)
+    {
+        const bool isOpen = files.Open(scratch / name, mode, error) != nullptr;
+        EXPECT_EQ(isOpen, error == FileError::none);
+        return error;
+    }
 
     ScratchDirectory scratch;
     SystemFiles files;
@@ -21,180 +33,138 @@ protected:
     FileError error = FileError::none;
 };
 
-std::string AllBytes()
-{
-    std::string all;
-    for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
-    return all;
-}
-
 } // namespace
 
-TEST(FileNames, EmlNames)
+// Names that the pattern "*.*eml" of Windows takes: a dot somewhere, the three letters at the end.
+TEST(FileNames, AnEmailHasADotAndEndsInEml)
 {
-    const struct {
-        const char16_t* name;
-        bool want;
-    } cases[] = {
-        {u"a.eml", true},    {u"a.EML", true},   {u"b.xeml", true},  {u".eml", true},  {u"a.b.eMl", true},
-        {u"a.b xeml", true}, {u"eml", false},    {u"aeml", false},   {u"a.em", false}, {u"a.eml.txt", false},
-        {u"", false},        {u"a.eml ", false}, {u"a.emlx", false},
-    };
-    for (const auto& c : cases) EXPECT_EQ(IsEmlName(c.name), c.want) << ToUtf8(c.name);
+    for (const char16_t* name : {u"a.eml", u"a.EML", u"b.xeml", u".eml", u"a.b.eMl", u"a.b xeml"})
+        EXPECT_TRUE(IsEmlName(name)) << ToUtf8(name);
+    for (const char16_t* name : {u"eml", u"aeml", u"a.em", u"a.eml.txt", u"", u"a.eml ", u"a.emlx"})
+        EXPECT_FALSE(IsEmlName(name)) << ToUtf8(name);
 }
 
-TEST(FileNames, SortedWithoutRegardToCase)
+TEST(FileNames, AreSortedByTheirNumberThenWithoutRegardToCase)
 {
-    std::vector<Text> names = {u"b", u"a10", u"A2", u"a", u"B", u"\u00C9", u"\u00E9a", u"aB", u"Ab"};
-    SortNames(names);
-    EXPECT_EQ(names,
-              (std::vector<Text>{u"a", u"a10", u"A2", u"Ab", u"aB", u"B", u"b", u"\u00C9", u"\u00E9a"}));
-}
-
-TEST(FileNames, SortedByTheNumbersTheyBeginWith)
-{
-    const std::vector<Text> sorted = {u"!",      u"0000_z",  u"0001",    u"0001_a",
-                                      u"0001_B", u"1_b",     u"0009_a",  u"1000_a",
-                                      u"9999_a", u"10000_a", u"10001_a", u"123456789012345678901",
-                                      u"_1",     u"a10",     u"a2"};
+    const std::vector<Text> sorted = {
+        u"!",      u"0000_z", u"0001",   u"0001_a",  u"0001_B",  u"1_b",
+        u"0009_a", u"1000_a", u"9999_a", u"10000_a", u"10001_a", u"123456789012345678901",
+        u"_1",     u"a",      u"a10",    u"A2",      u"Ab",      u"aB",
+        u"B",      u"b",      u"\u00C9", u"\u00E9a"};
     std::vector<Text> names(sorted.rbegin(), sorted.rend());
     SortNames(names);
     EXPECT_EQ(names, sorted);
+    names = {u"b", u"aB", u"B", u"Ab"};
+    SortNames(names);
+    EXPECT_EQ(names, (std::vector<Text>{u"Ab", u"aB", u"B", u"b"}))
+        << "capitals first where that alone differs";
 }
 
-TEST_F(PlatformFiles, ListsTheEmailsOfADirectoryAndNothingElse)
+TEST_F(PlatformFiles, ListsEmailsAndDirectoriesEachAlone)
 {
-    for (const Text name :
-         {u"a.EML", u"b.xeml", u"eml", u"C.eml", u"0001_\u00A3\u00E9.eml", u"a.txt", u"x.eml.bak"})
-        Write(name, "x");
-    ASSERT_TRUE(files.MakeDirectory(scratch / u"dir.eml"));
-    EXPECT_EQ(files.ListEmlFiles(scratch / u""),
-              (std::vector<Text>{u"0001_\u00A3\u00E9.eml", u"a.EML", u"b.xeml", u"C.eml"}));
-    EXPECT_TRUE(files.ListEmlFiles(scratch / u"missing").empty());
-    EXPECT_TRUE(files.ListEmlFiles(scratch / u"a.EML").empty()); // a file is no directory
-}
-
-TEST_F(PlatformFiles, ListsDirectories)
-{
-    for (const Text name : {u"b", u"A", u"\u00DCber uns"}) ASSERT_TRUE(files.MakeDirectory(scratch / name));
-    Write(u"file", "");
-    EXPECT_EQ(files.ListDirectories(scratch / u""), (std::vector<Text>{u"A", u"b", u"\u00DCber uns"}));
+    const std::vector<Text> emails = {u"0001_\u00A3\u00E9.eml", u"a.EML", u"b.xeml", u"C.eml",
+                                      u"\u65E5\u672C \U0001F600.eml"};
+    for (const Text& name : emails) Write(name, "x");
+    for (const Text name : {u"a.txt", u"eml", u"x.eml.bak"}) Write(name, "x");
+    const std::vector<Text> directories = {u"A", u"dir.eml", u"\u00DCber uns"};
+    for (const Text& name : directories) ASSERT_TRUE(files.MakeDirectory(scratch / name));
+    EXPECT_EQ(files.ListEmlFiles(scratch / u""), emails);
+    EXPECT_EQ(files.ListDirectories(scratch / u""), directories);
+    for (const Text name : {u"missing", u"a.EML"}) EXPECT_TRUE(files.ListEmlFiles(scratch / name).empty());
 }
 
 TEST_F(PlatformFiles, FilesAndDirectoriesAreToldApart)
 {
     Write(u"file", "");
     ASSERT_TRUE(files.MakeDirectory(scratch / u"dir"));
-    EXPECT_TRUE(files.MakeDirectory(scratch / u"dir")); // it exists afterwards
-    EXPECT_TRUE(files.DirectoryExists(scratch / u"dir"));
-    EXPECT_TRUE(files.DirectoryExists(scratch / u"dir/"));
-    EXPECT_FALSE(files.DirectoryExists(scratch / u"file"));
-    EXPECT_FALSE(files.DirectoryExists(u""));
-    EXPECT_TRUE(files.FileExists(scratch / u"file"));
-    EXPECT_FALSE(files.FileExists(scratch / u"dir"));
-    EXPECT_FALSE(files.FileExists(scratch / u"missing"));
-    EXPECT_FALSE(files.FileExists(u""));
+    EXPECT_TRUE(files.MakeDirectory(scratch / u"dir")) << "it exists afterwards";
     EXPECT_FALSE(files.MakeDirectory(scratch / u"file"));
-    EXPECT_FALSE(files.MakeDirectory(scratch / u"missing/below")); // one level only
-}
-
-TEST_F(PlatformFiles, ReadWholeGivesTheBytesUnchanged)
-{
-    std::string large;
-    while (large.size() < 300000) large += AllBytes();
-    const std::string contents[] = {"", "x",
-                                    "a\r\nb\nc\x1A"
-                                    "d",
-                                    AllBytes(), large};
-    for (const std::string& content : contents) {
-        Write(u"m.eml", content);
-        EXPECT_EQ(files.ReadWhole(scratch / u"m.eml", bytes), FileError::none);
-        EXPECT_TRUE(bytes == content) << content.size();
+    EXPECT_FALSE(files.MakeDirectory(scratch / u"missing/below")) << "one level only";
+    const struct {
+        Text path;
+        bool isFile, isDirectory;
+    } cases[] = {{scratch / u"dir", false, true},
+                 {scratch / u"dir/", false, true},
+                 {scratch / u"file", true, false},
+                 {scratch / u"missing", false, false},
+                 {u"", false, false}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(files.FileExists(c.path), c.isFile) << ToUtf8(c.path);
+        EXPECT_EQ(files.DirectoryExists(c.path), c.isDirectory) << ToUtf8(c.path);
     }
 }
 
-TEST_F(PlatformFiles, ReadWholeLeavesNothingBehindOnFailure)
+TEST_F(PlatformFiles, AFileIsReadAsItIsOrNotAtAll)
 {
+    std::string all;
+    for (int i = 0; i < 300000; ++i) all += static_cast<char>(i);
+    for (const std::string& content : {std::string(),
+                                       std::string("a\r\nb\nc\x1A"
+                                                   "d"),
+                                       all}) {
+        Write(u"m.eml", content);
+        EXPECT_TRUE(Content(u"m.eml") == content) << content.size();
+    }
     bytes = "old";
     EXPECT_EQ(files.ReadWhole(scratch / u"missing", bytes), FileError::notFound);
     EXPECT_EQ(bytes, "");
     bytes = "old";
-    EXPECT_EQ(files.ReadWhole(scratch / u"", bytes), FileError::denied); // a directory
+    EXPECT_EQ(files.ReadWhole(scratch / u"", bytes), FileError::denied) << "a directory";
     EXPECT_EQ(bytes, "");
-    EXPECT_EQ(files.ReadWhole(scratch / u"no/such/place", bytes), FileError::notFound);
 }
 
 TEST_F(PlatformFiles, AppendCreatesAndThenGoesOn)
 {
-    EXPECT_EQ(files.Append(scratch / u"log.txt", "one\r\n"), FileError::none);
-    EXPECT_EQ(files.Append(scratch / u"log.txt", "two\r\n"), FileError::none);
-    EXPECT_EQ(files.ReadWhole(scratch / u"log.txt", bytes), FileError::none);
-    EXPECT_EQ(bytes, "one\r\ntwo\r\n");
+    for (const char* line : {"one\r\n", "two\r\n"})
+        EXPECT_EQ(files.Append(scratch / u"log.txt", line), FileError::none);
+    EXPECT_EQ(Content(u"log.txt"), "one\r\ntwo\r\n");
     EXPECT_EQ(files.Append(scratch / u"", "x"), FileError::denied);
     EXPECT_EQ(files.Append(scratch / u"no/log.txt", "x"), FileError::notFound);
 }
 
-TEST_F(PlatformFiles, ExclusiveUseIsRefusedToASecond)
+TEST_F(PlatformFiles, ExclusiveUseIsRefusedToASecondAndReadersShare)
 {
     Write(u"saved.mdb", "0123456789");
-    const Text path = scratch / u"saved.mdb";
-    auto first = files.Open(path, OpenMode::exclusive, error);
+    auto first = files.Open(scratch / u"saved.mdb", OpenMode::exclusive, error);
     ASSERT_TRUE(first);
-    EXPECT_EQ(error, FileError::none);
-    for (const OpenMode mode : {OpenMode::exclusive, OpenMode::read}) {
-        EXPECT_FALSE(files.Open(path, mode, error));
-        EXPECT_EQ(error, FileError::inUse);
-    }
-    EXPECT_FALSE(files.Open(path, OpenMode::createNew, error));
-    EXPECT_EQ(error, FileError::exists);
+    for (const OpenMode mode : {OpenMode::exclusive, OpenMode::read})
+        EXPECT_EQ(ErrorOfOpening(u"saved.mdb", mode), FileError::inUse);
+    EXPECT_EQ(ErrorOfOpening(u"saved.mdb", OpenMode::createNew), FileError::exists);
     first.reset();
 
-    const auto reader = files.Open(path, OpenMode::read, error),
-               second = files.Open(path, OpenMode::read, error);
-    EXPECT_TRUE(reader && second); // readers share
-    EXPECT_FALSE(files.Open(path, OpenMode::exclusive, error));
-    EXPECT_EQ(error, FileError::inUse);
+    const auto reader = files.Open(scratch / u"saved.mdb", OpenMode::read, error);
+    ASSERT_TRUE(reader);
+    EXPECT_EQ(ErrorOfOpening(u"saved.mdb", OpenMode::read), FileError::none);
+    EXPECT_EQ(ErrorOfOpening(u"saved.mdb", OpenMode::exclusive), FileError::inUse);
+    EXPECT_FALSE(reader->WriteAt(0, "x", 1));
+    EXPECT_FALSE(reader->Resize(0));
+}
+
+TEST_F(PlatformFiles, OpenSaysWhyItFails)
+{
+    EXPECT_EQ(ErrorOfOpening(u"missing", OpenMode::exclusive), FileError::notFound);
+    EXPECT_EQ(ErrorOfOpening(u"no/such", OpenMode::createNew), FileError::notFound);
+    for (const OpenMode mode : {OpenMode::read, OpenMode::exclusive})
+        EXPECT_EQ(ErrorOfOpening(u"", mode), FileError::denied) << "a directory";
 }
 
 TEST_F(PlatformFiles, ReadsAndWritesAtAnyPlace)
 {
-    const Text path = scratch / u"pages";
-    auto file = files.Open(path, OpenMode::createNew, error);
+    auto file = files.Open(scratch / u"pages", OpenMode::createNew, error);
     ASSERT_TRUE(file);
-    EXPECT_EQ(file->Size(), 0u);
-    EXPECT_TRUE(file->WriteAt(4096, "end", 3)); // past the end: zeros between
+    EXPECT_TRUE(file->WriteAt(4096, "end", 3)) << "past the end: zeros between";
     EXPECT_TRUE(file->WriteAt(0, "start", 5));
     EXPECT_EQ(file->Size(), 4099u);
     char buffer[8] = {};
     EXPECT_TRUE(file->ReadAt(4094, buffer, 5));
     EXPECT_EQ(std::string(buffer, 5), std::string("\0\0end", 5));
-    EXPECT_FALSE(file->ReadAt(4094, buffer, 6)); // one byte too many
+    EXPECT_FALSE(file->ReadAt(4094, buffer, 6)) << "one byte too many";
     EXPECT_FALSE(file->ReadAt(1u << 20, buffer, 1));
     EXPECT_TRUE(file->ReadAt(4099, buffer, 0));
-    EXPECT_TRUE(file->Resize(5));
-    EXPECT_EQ(file->Size(), 5u);
-    EXPECT_TRUE(file->Resize(7));
-    EXPECT_TRUE(file->Flush());
+    EXPECT_TRUE(file->Resize(5) && file->Resize(7) && file->Flush());
+    EXPECT_EQ(file->Size(), 7u);
     file.reset();
-    EXPECT_EQ(files.ReadWhole(path, bytes), FileError::none);
-    EXPECT_EQ(bytes, std::string("start\0\0", 7));
-
-    file = files.Open(path, OpenMode::read, error);
-    ASSERT_TRUE(file);
-    EXPECT_FALSE(file->WriteAt(0, "x", 1));
-    EXPECT_FALSE(file->Resize(0));
-}
-
-TEST_F(PlatformFiles, OpenSaysWhyItFails)
-{
-    EXPECT_FALSE(files.Open(scratch / u"missing", OpenMode::exclusive, error));
-    EXPECT_EQ(error, FileError::notFound);
-    EXPECT_FALSE(files.Open(scratch / u"no/such", OpenMode::createNew, error));
-    EXPECT_EQ(error, FileError::notFound);
-    for (const OpenMode mode : {OpenMode::read, OpenMode::exclusive}) {
-        EXPECT_FALSE(files.Open(scratch / u"", mode, error));
-        EXPECT_EQ(error, FileError::denied);
-    }
+    EXPECT_EQ(Content(u"pages"), std::string("start\0\0", 7));
 }
 
 TEST_F(PlatformFiles, RenameNeverReplaces)
@@ -202,10 +172,8 @@ TEST_F(PlatformFiles, RenameNeverReplaces)
     Write(u"a", "A");
     Write(u"b", "B");
     EXPECT_EQ(files.Rename(scratch / u"a", scratch / u"b"), FileError::exists);
-    EXPECT_EQ(files.ReadWhole(scratch / u"b", bytes), FileError::none);
-    EXPECT_EQ(bytes, "B");
+    EXPECT_EQ(Content(u"b"), "B");
     EXPECT_EQ(files.Rename(scratch / u"a", scratch / u"c"), FileError::none);
-    EXPECT_FALSE(files.FileExists(scratch / u"a"));
     EXPECT_EQ(files.Rename(scratch / u"a", scratch / u"d"), FileError::notFound);
     EXPECT_TRUE(files.Delete(scratch / u"c"));
     EXPECT_FALSE(files.Delete(scratch / u"c"));
@@ -215,24 +183,15 @@ TEST_F(PlatformFiles, RenameNeverReplaces)
 TEST_F(PlatformFiles, ANulIsNeverTheEndOfAPath)
 {
     Write(u"a.eml", "x");
-    const Text path = (scratch / u"a.eml") + Text(1, u'\0') + u".txt";
-    EXPECT_FALSE(files.FileExists(path));
-    EXPECT_FALSE(files.Delete(path));
+    const Text nul(1, u'\0'), path = (scratch / u"a.eml") + nul + u".txt";
+    EXPECT_FALSE(files.FileExists(path) || files.Delete(path));
     EXPECT_NE(files.ReadWhole(path, bytes), FileError::none);
     EXPECT_NE(files.Append(path, "y"), FileError::none);
     EXPECT_FALSE(files.Open(path, OpenMode::exclusive, error));
     EXPECT_NE(files.Rename(scratch / u"a.eml", path), FileError::none);
-    EXPECT_FALSE(files.MakeDirectory((scratch / u"dir") + Text(1, u'\0')));
-    EXPECT_FALSE(files.DirectoryExists((scratch / u"") + Text(1, u'\0')));
-    EXPECT_TRUE(files.FileExists(scratch / u"a.eml"));
-}
-
-TEST_F(PlatformFiles, NamesBeyondAscii)
-{
-    const Text name = u"\u65E5\u672C \u00A3 \U0001F600.eml";
-    EXPECT_EQ(files.Append(scratch / name, "x"), FileError::none);
-    EXPECT_TRUE(files.FileExists(scratch / name));
-    EXPECT_EQ(files.ListEmlFiles(scratch / u""), std::vector<Text>{name});
+    EXPECT_FALSE(files.MakeDirectory((scratch / u"dir") + nul));
+    EXPECT_FALSE(files.DirectoryExists((scratch / u"") + nul));
+    EXPECT_EQ(Content(u"a.eml"), "x");
 }
 
 TEST_F(PlatformFiles, EveryErrorHasItsWords)
