@@ -4,9 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdio>
-
 namespace {
 
 const char kFirst[] = "Subject: one\r\n\r\nA";
@@ -21,20 +18,20 @@ std::string LogOf(const std::string& folder, int count, const std::string& outco
            "Export complete\r\n";
 }
 
+using Lines = std::vector<std::string>;
+using StoreFiles = std::vector<std::pair<std::string, std::string>>; // paths below "Local Folders", and bytes
+
 class MailboxCheckTest : public testing::Test {
 protected:
-    std::size_t Problems(std::u16string_view folder, const std::string& log)
+    // What is found in a store that holds just these files, of a folder or, without a path, of all.
+    Lines Problems(std::u16string_view folder, const StoreFiles& files, const std::string& log = {})
     {
+        const MailDirectory store;
+        for (const auto& [path, bytes] : files) store.Write("Local Folders/" + path, bytes);
         input.store = store.Path();
         input.log = ReadExportLog(log);
-        result = CheckFolder(root, folder, input);
-        return result.problems.size();
-    }
-    bool Says(const std::string& words) const
-    {
-        return std::any_of(result.problems.begin(), result.problems.end(), [&](const std::string& problem) {
-            return problem.find(words) != std::string::npos;
-        });
+        result = folder.empty() ? CheckAll(root, input) : CheckFolder(root, folder, input);
+        return result.problems;
     }
 
     MailFolder root{u"Local Folders",
@@ -42,18 +39,16 @@ protected:
                     {{u"Inbox", {{u"1", kFirst}, {u"2", kSecond}, {u"3", kTwin}}, {}},
                      {u"Pro?", {{u"1", kSecond}}, {{u"Sub", {{u"1", kFirst}}, {}}}},
                      {u"Pro_", {{u"1", kFirst}}, {}}}};
-    MailDirectory store;
     CheckInput input;
     CheckResult result;
 };
 
-TEST_F(MailboxCheckTest, ReadsTheOutcomesOfALog)
+TEST_F(MailboxCheckTest, OutcomesOfALogAreRead)
 {
     const auto log = ReadExportLog(LogOf("-Inbox", 3, "1 passed, 0 failed, 2 skipped") +
                                    "03/04/2007 10:15:00 1 passed, 0 failed, 2 skipped today\nshort\n" +
                                    LogOf("caf\xE9", 2, "2 passed, 0 failed, 0 skipped"));
     ASSERT_EQ(log.size(), 2u);
-    EXPECT_EQ(log[0].folder, "Inbox");
     EXPECT_EQ(log[0].messages, 3u);
     EXPECT_EQ(log[0].skipped, 2u);
     EXPECT_EQ(SkippedForGood(log, u"Inbox", 3), 2u);
@@ -63,44 +58,36 @@ TEST_F(MailboxCheckTest, ReadsTheOutcomesOfALog)
 
 TEST_F(MailboxCheckTest, ClosingLineAgreesWithTheDisk)
 {
-    const auto line = [](const std::string& words) { return "03/04/2007 10:15:00 " + words + "\r\n"; };
-    const std::string inbox = LogOf("-Inbox", 3, "2 passed, 0 failed, 1 skipped"),
+    const std::string stamp = "03/04/2007 10:15:00 ",
+                      inbox = LogOf("-Inbox", 3, "2 passed, 0 failed, 1 skipped"),
                       empty = LogOf("Inbox", 0, "0 passed, 0 failed, 0 skipped"),
-                      all = line("Exporting Outlook Express folders") + inbox +
+                      all = stamp + "Exporting Outlook Express folders\r\n" + inbox +
                             LogOf("Sub", 1, "1 passed, 0 failed, 0 skipped"),
-                      good = line("2 of 3 e-mail(s) handled in this run are saved; 1 are not.");
-    std::string begun = inbox;
-    begun.replace(begun.find("Exporting 0 to 2"), 16, "Exporting 5 to 7");
+                      told = stamp + "2 of 3 e-mail(s) handled in this run are saved; ",
+                      good = told + "1 are not.\r\n", next = stamp + "Started Quillbox\r\n";
     const std::u16string name = u"Inbox", other = u"Outbox";
     const struct {
         const char* why;
         std::string log;
-        const std::u16string* folder;
+        const std::u16string* folder; // null: all
         std::size_t messages, stored, problems;
     } cases[] = {
         {"the truth", inbox + good, &name, 3, 2, 0},
         {"too few is no lie", inbox + good, &name, 3, 3, 0},
         {"too many", inbox + good, &name, 3, 1, 2},
         {"one that nobody speaks of", inbox + good, &name, 4, 2, 1},
-        {"not looked at",
-         inbox +
-             line("2 of 3 e-mail(s) handled in this run are saved; 1 are not. 1 more were not looked at."),
-         &name, 4, 2, 0},
-        {"does not add up", inbox + line("2 of 3 e-mail(s) handled in this run are saved; 0 are not."), &name,
-         2, 2, 1},
-        {"another text is no closing line",
-         inbox + line("2 of 3 e-mail(s) handled in this run are saved; 1 are not. Really."), &name, 3, 2, 1},
+        {"not looked at", inbox + told + "1 are not. 1 more were not looked at.\r\n", &name, 4, 2, 0},
+        {"does not add up", inbox + told + "0 are not.\r\n", &name, 2, 2, 1},
+        {"another text is no closing line", inbox + told + "1 are not. Really.\r\n", &name, 3, 2, 1},
         {"none", inbox, &name, 3, 2, 1},
-        {"none, and the next run's", inbox + line("Started Quillbox") + inbox + good, &name, 3, 2, 1},
+        {"none, and the next run's", inbox + next + inbox + good, &name, 3, 2, 1},
         {"nothing was there to do", empty, &name, 0, 0, 0},
         {"another folder's", inbox + good, &other, 9, 0, 0},
         {"one for all folders", all + good, nullptr, 3, 2, 0},
         {"of all folders, too many", all + good, nullptr, 3, 1, 2},
         {"of all folders, asked for one", all + good, &name, 3, 0, 0},
         {"of one folder, asked for all", inbox + good, nullptr, 9, 2, 0},
-        {"only the last can tell",
-         inbox + good + inbox + line("3 of 3 e-mail(s) handled in this run are saved; 0 are not."), &name, 3,
-         3, 0},
+        {"only the last can tell", inbox + good + inbox + told + "1 are not.\r\n", &name, 3, 3, 0},
     };
     for (const auto& c : cases)
         EXPECT_EQ(HoldClosingLinesAgainst(ReadClosingLines(c.log), c.folder, c.messages, c.stored).size(),
@@ -108,203 +95,161 @@ TEST_F(MailboxCheckTest, ClosingLineAgreesWithTheDisk)
             << c.why;
 }
 
-TEST_F(MailboxCheckTest, FileOfTheRowWithTheSameBytesIsAnExport)
+// All may be stored, and yet there is a file whose name lies.
+TEST_F(MailboxCheckTest, OnlyAFileOfTheRowWithTheSameBytesIsAnExport)
 {
-    store.Write("Local Folders/Inbox/0000_one.eml", kFirst);
-    store.Write("Local Folders/Inbox/0001a.EML", kSecond);
-    store.Write("Local Folders/Inbox/0002_one.eml", kTwin);
-    EXPECT_EQ(Problems(u"Inbox", ""), 0u);
+    const std::pair<std::string, std::string> whole[] = {
+        {"Inbox/0000_one.eml", kFirst}, {"Inbox/0001a.EML", kSecond}, {"Inbox/0002_one.eml", kTwin}};
+    const Lines lost = {"Inbox: row 1 (2) is not stored",
+                        "Inbox: 1 not stored, 0 reported as skipped for good"};
+    EXPECT_EQ(Problems(u"Inbox", {whole[0], whole[1], whole[2]}), Lines());
     EXPECT_EQ(result.exported, 3u);
     EXPECT_EQ(result.messages, 3u);
-}
-
-TEST_F(MailboxCheckTest, WrongNumberOrBytesIsNone)
-{
-    const char* strays[] = {"00001_two.eml", "001_two.eml", "10001_two.eml", "0001_two.txt", "x0001_two.eml"};
-    for (const char* name : strays) store.Write(std::string("Local Folders/Inbox/") + name, kSecond);
-    store.Write("Local Folders/Inbox/0000_one.eml", std::string(kFirst) + " ");
-    store.Write("Local Folders/Inbox/0002_one.eml", kFirst); // of the same length
-    EXPECT_EQ(Problems(u"Inbox", ""), 4u + 5u + 2u);
-    EXPECT_EQ(result.exported, 0u);
-    EXPECT_TRUE(Says("Inbox: row 1 (2) is not stored"));
-    EXPECT_TRUE(Says("Inbox: 3 not stored, 0 reported as skipped for good"));
-    for (const char* name : strays)
-        EXPECT_TRUE(Says(std::string(name) + " is no e-mail of the folder")) << name;
-    EXPECT_TRUE(Says("0000_one.eml holds no e-mail of the folder"));
-    EXPECT_TRUE(Says("0002_one.eml holds another e-mail than its name says: that of row 0"));
-}
-
-// All are stored, and yet there is a file whose name lies.
-TEST_F(MailboxCheckTest, EveryFileHoldsWhatItsNameSays)
-{
-    for (const char* name : {"0000_one.eml", "0002_one.eml", "0001_two.eml"})
-        store.Write(std::string("Local Folders/Inbox/") + name, name[3] == '0'   ? kFirst
-                                                                : name[3] == '1' ? kSecond
-                                                                                 : kTwin);
-    EXPECT_EQ(Problems(u"Inbox", ""), 0u);
-    for (const char* name : {"0001_twoa.eml", "0003_one.eml"}) {
-        store.Write(std::string("Local Folders/Inbox/") + name, kFirst);
-        EXPECT_EQ(Problems(u"Inbox", ""), 1u) << name;
+    EXPECT_EQ(Problems(u"Inbox", {whole[0], whole[2]}), lost);
+    const std::pair<const char*, const char*> liars[] = {
+        {"0001_twoa.eml", " holds another e-mail than its name says: that of row 0"},
+        {"00001_two.eml", " is no e-mail of the folder by its name"},
+        {"001_two.eml", " is no e-mail of the folder by its name"},
+        {"0003_one.eml", " is no e-mail of the folder by its name"},
+        {"0001_two.txt", " is no e-mail of the folder by its name"},
+        {"x0001_two.eml", " is no e-mail of the folder by its name"},
+    };
+    for (const auto& [name, problem] : liars) {
+        const Lines told = {std::string("Inbox: ") + name + problem};
+        EXPECT_EQ(Problems(u"Inbox", {whole[0], whole[1], whole[2], {std::string("Inbox/") + name, kFirst}}),
+                  told);
         EXPECT_EQ(result.exported, 3u) << name;
-        std::filesystem::remove(store.Path() / "Local Folders/Inbox" / name);
     }
+    Lines longer = lost;
+    longer.insert(longer.begin(), "Inbox: 0001_two.eml holds no e-mail of the folder");
+    EXPECT_EQ(Problems(u"Inbox", {whole[0], whole[2], {"Inbox/0001_two.eml", std::string(kSecond) + " "}}),
+              longer);
 }
 
 TEST_F(MailboxCheckTest, MovedRowsAreKnownByTheirSubjects)
 {
-    root.folders = {{u"Inbox",
-                     {{u"1", kFirst},
-                      {u"2", kSecond},
-                      {u"3", "Subject: Re: a \"b\" <c> - three\r\n\r\n"},
-                      {u"4", "Subject: one a\r\n\r\n"}},
-                     {}}};
+    std::vector<MailMessage>& messages = root.folders[0].messages;
+    messages = {{u"1", kFirst},
+                {u"2", kSecond},
+                {u"3", "Subject: Re: a \"b\" <c> - three\r\n\r\n"},
+                {u"4", "Subject: one a\r\n\r\n"}};
     input.rows = Rows::move;
-    const auto put = [this](const char* name, const std::string& bytes) {
-        store.Write(std::string("Local Folders/Inbox/") + name, bytes);
-    };
-    put("0007_one.eml", kFirst);
-    put("0000_two.eml", kSecond);
-    put("0000_Reabc-three.eml", root.folders[0].messages[2].bytes);
-    put("0002_onea.eml", root.folders[0].messages[3].bytes); // a name of its own, not a second "one"
-    EXPECT_EQ(Problems(u"Inbox", ""), 0u);
-    put("0001_twoa.eml", kSecond); // saved once more
-    EXPECT_EQ(Problems(u"Inbox", ""), 0u);
-    put("0001_two.eml", kFirst);
-    put("0003_three.eml", kFirst);
-    EXPECT_EQ(Problems(u"Inbox", ""), 2u);
-    EXPECT_TRUE(Says("0001_two.eml holds another e-mail than its name says: that of row 0"));
-    EXPECT_TRUE(Says("0003_three.eml is no e-mail of the folder"));
-    root.folders[0].messages.push_back({u"5", kTwin});
-    Problems(u"Inbox", "");
-    EXPECT_TRUE(Says("two messages with the subject \"one\""));
+    StoreFiles files = {{"Inbox/0007_one.eml", kFirst},
+                        {"Inbox/0000_two.eml", kSecond},
+                        {"Inbox/0000_Reabc-three.eml", messages[2].bytes},
+                        {"Inbox/0002_onea.eml", messages[3].bytes}, // a name of its own, not a second "one"
+                        {"Inbox/0001_twoa.eml", kSecond}};          // saved once more
+    EXPECT_EQ(Problems(u"Inbox", files), Lines());
+    files.insert(files.end(), {{"Inbox/0001_two.eml", kFirst}, {"Inbox/0003_three.eml", kFirst}});
+    const Lines told = {"Inbox: 0001_two.eml holds another e-mail than its name says: that of row 0",
+                        "Inbox: 0003_three.eml is no e-mail of the folder by its name"};
+    EXPECT_EQ(Problems(u"Inbox", files), told);
+    messages.push_back({u"5", kTwin});
+    EXPECT_TRUE(Problems(u"Inbox", files)[0].starts_with("Inbox: two messages with the subject \"one\""));
 }
 
 TEST_F(MailboxCheckTest, FilesAndRecordsTellOfTheSameEmails)
 {
-    constexpr char kAll[] = R"({"efolder": "local folders\\inbox", "esubject": "one", "ecrc": "A"}
-{"efolder": "Local Folders\\Inbox", "esubject": "tw\u006f", "ecrc": "B"}
-{"efolder": "Local Folders\\Inbox", "esubject": "Gr\u00fc\"\\e", "ecrc": null}
-)";
-    const std::string all = kAll;
-    const std::size_t second = all.find('\n') + 1, third = all.find('\n', second) + 1;
+    const std::string one = R"({"efolder": "local folders\\inbox", "esubject": "one", "ecrc": "A"})"
+                            "\n",
+                      two = R"({"efolder": "Local Folders\\Inbox", "esubject": "tw\u006f", "ecrc": "B"})"
+                            "\n",
+                      three =
+                          R"({"efolder": "Local Folders\\Inbox", "esubject": "Gr\u00fc\"\\e", "ecrc": null})"
+                          "\n";
+    root.folders.resize(1);
     root.folders[0].messages[2].bytes = "Subject: =?iso-8859-1?Q?Gr=FC=22=5Ce?=\r\n\r\n";
-    store.Write("Local Folders/Inbox/0000_one.eml", kFirst);
-    store.Write("Local Folders/Inbox/0001_two.eml", kSecond);
-    store.Write("Local Folders/Inbox/0002_Gre.eml", root.folders[0].messages[2].bytes);
+    StoreFiles files = {{"Inbox/0000_one.eml", kFirst},
+                        {"Inbox/0001_two.eml", kSecond},
+                        {"Inbox/0002_Gre.eml", root.folders[0].messages[2].bytes}};
     const struct {
         std::string records;
-        const char* problem;
+        Lines problems;
     } cases[] = {
-        {all, ""},
-        {all.substr(0, third), "1 more files have no record"},
-        {all.substr(second), "0000_one.eml has no record"},
-        {all + all.substr(0, second), "the record of \"one\" has no file"},
-        {all.substr(0, second) + all.substr(0, second) + all.substr(third), "0001_two.eml has no record"},
+        {one + two + three, {}},
+        {one + two, {"Inbox: 1 more files have no record"}},
+        {two + three, {"Inbox: 0000_one.eml has no record"}},
+        {one + two + three + one, {"Inbox: the record of \"one\" has no file"}},
+        {one + one + three,
+         {"Inbox: 0001_two.eml has no record", "Inbox: the record of \"one\" has no file"}},
     };
     for (const auto& c : cases) {
         input.records = ReadRecords(c.records);
-        EXPECT_EQ(Problems(u"Inbox", "") == 0, !*c.problem) << c.records;
-        EXPECT_TRUE(!*c.problem || Says(c.problem)) << c.problem;
+        EXPECT_EQ(Problems(u"Inbox", files), c.problems) << c.records;
     }
-    root.folders.resize(1);
-    store.Write("Local Folders/Elsewhere/0000_one.eml", kFirst);
-    input.records = ReadRecords(all + R"({"efolder": "Local Folders\\Gone", "esubject": ""})");
-    result = CheckAll(root, input);
-    EXPECT_EQ(result.problems.size(), 2u);
-    EXPECT_TRUE(Says("Elsewhere/0000_one.eml: in no folder's directory"));
-    EXPECT_TRUE(Says("local folders\\gone: 1 records, but there is no such folder"));
+    files.push_back({"Elsewhere/0000_one.eml", kFirst});
+    input.records = ReadRecords(one + two + three + R"({"efolder": "Local Folders\\Gone", "esubject": ""})");
+    const Lines strays = {"Elsewhere/0000_one.eml: in no folder's directory",
+                          "local folders\\gone: 1 records, but there is no such folder"};
+    EXPECT_EQ(Problems(u"", files), strays);
     EXPECT_EQ(CountRecords(*input.records), 4u);
     EXPECT_THROW(ReadRecords("quillbox-inspect: cannot be read"), MailboxError);
     EXPECT_THROW(ReadRecords("{\"efolder\": \"x"), MailboxError);
 }
 
-TEST_F(MailboxCheckTest, SkippedMessageMustBeAccountedFor)
+TEST_F(MailboxCheckTest, ASkippedMessageMustBeAccountedFor)
 {
-    store.Write("Local Folders/Inbox/0000_one.eml", kFirst);
-    const std::string skipped = LogOf("Inbox", 3, "2 passed, 0 failed, 1 skipped");
-    const std::string again = LogOf("Inbox", 3, "0 passed, 0 failed, 3 skipped");
+    const std::string skipped = LogOf("Inbox", 3, "2 passed, 0 failed, 1 skipped"),
+                      again = LogOf("Inbox", 3, "0 passed, 0 failed, 3 skipped");
+    const std::pair<std::string, std::string> first{"Inbox/0000_one.eml", kFirst},
+        second{"Inbox/0001_two.eml", kSecond};
     const struct {
         const char* why;
-        bool secondStored;
+        StoreFiles files;
         std::string log;
         std::size_t problems;
     } cases[] = {
-        {"no log", true, "", 2},
-        {"the second of two with the same details", true, skipped, 0},
-        {"a second run skips all, but only one of them for good", true, skipped + again, 0},
-        {"a message that was saved once and is gone", false, skipped + again, 3},
-        {"failed is not skipped", true, LogOf("Inbox", 3, "2 passed, 1 failed, 0 skipped"), 2},
-        {"another folder's skip", true, LogOf("Outbox", 3, "2 passed, 0 failed, 1 skipped"), 2},
-        {"stopped before its outcome line", true, skipped.substr(0, skipped.find("2 passed")), 2},
+        {"no log", {first, second}, "", 2},
+        {"a second run skips all, but only one of them for good", {first, second}, skipped + again, 0},
+        {"a message that was saved once and is gone", {first}, skipped + again, 3},
+        {"failed is not skipped", {first, second}, LogOf("Inbox", 3, "2 passed, 1 failed, 0 skipped"), 2},
+        {"another folder's skip", {first, second}, LogOf("Outbox", 3, "2 passed, 0 failed, 1 skipped"), 2},
+        {"stopped before its outcome line", {first, second}, skipped.substr(0, skipped.find("2 passed")), 2},
+        {"the second of two with the same details", {first, second}, skipped, 0},
     };
-    for (const auto& c : cases) {
-        if (c.secondStored)
-            store.Write("Local Folders/Inbox/0001_two.eml", kSecond);
-        else
-            std::filesystem::remove(store.Path() / "Local Folders/Inbox/0001_two.eml");
-        EXPECT_EQ(Problems(u"Inbox", c.log), c.problems) << c.why;
-    }
-    store.Write("Local Folders/Inbox/0001_two.eml", kSecond);
-    Problems(u"Inbox", skipped);
-    EXPECT_EQ(result.notes, std::vector<std::string>{
-                                "Inbox: row 2 (3) was skipped: a stored one looks the same in the list"});
+    for (const auto& c : cases) EXPECT_EQ(Problems(u"Inbox", c.files, c.log).size(), c.problems) << c.why;
+    EXPECT_EQ(result.notes, Lines{"Inbox: row 2 (3) was skipped: a stored one looks the same in the list"});
 }
 
 // One message read again and again is skipped again and again: the others are lost all the same.
-TEST_F(MailboxCheckTest, SkippedMessageNeedsAStoredTwin)
+TEST_F(MailboxCheckTest, ASkippedMessageNeedsAStoredTwin)
 {
-    const char kHeaders[] =
-        "From: a\r\nDate: Tue, 3 Apr 2007 10:15:%s +0100\r\nReceived: by %s; 3 Apr 2007 10:%s:00\r\n\r\n%s";
-    const auto message = [&](const char* second, const char* hop, const char* minute, const char* body) {
-        char bytes[200];
-        std::snprintf(bytes, sizeof bytes, kHeaders, second, hop, minute, body);
-        return MailMessage{u"x", bytes};
+    const auto message = [](const std::string& second, const std::string& hop, const std::string& minute) {
+        return "From: a\r\nDate: Tue, 3 Apr 2007 10:15:" + second + " +0100\r\nReceived: by " + hop +
+               "; 3 Apr 2007 10:" + minute + ":00\r\n\r\n" + second;
     };
     const struct {
         const char* why;
-        MailMessage second;
+        std::string second;
         std::size_t problems;
     } cases[] = {
-        {"the list shows no seconds and no hops", message("59", "c", "16", "2"), 0},
-        {"another minute", message("00", "b", "17", "2"), 1},
-        {"other details", {u"x", kSecond}, 1},
+        {"the list shows no seconds and no hops", message("59", "c", "16"), 0},
+        {"another minute", message("01", "b", "17"), 1},
+        {"other details", kSecond, 1},
     };
+    const std::string first = message("00", "b", "16");
     for (const auto& c : cases) {
-        root.folders = {{u"Inbox", {message("00", "b", "16", "1"), c.second}, {}}};
-        store.Write("Local Folders/Inbox/0000.eml", root.folders[0].messages[0].bytes);
-        EXPECT_EQ(Problems(u"Inbox", LogOf("Inbox", 2, "1 passed, 0 failed, 1 skipped")), c.problems)
-            << c.why;
+        root.folders = {{u"Inbox", {{u"x", first}, {u"x", c.second}}, {}}};
+        const std::string log = LogOf("Inbox", 2, "1 passed, 0 failed, 1 skipped");
+        EXPECT_EQ(Problems(u"Inbox", {{"Inbox/0000.eml", first}}, log).size(), c.problems) << c.why;
     }
 }
 
-TEST_F(MailboxCheckTest, FoldersThatMeetInOneNameAreToldApart)
+TEST_F(MailboxCheckTest, EachFolderHasADirectoryOfItsOwn)
 {
-    store.Write("Local Folders/Pro_/0000_one.eml", kFirst);
-    store.Write("Local Folders/Pro__2/0000_two.eml", kSecond);
-    store.Write("Local Folders/Pro__2/Sub/0000_one.eml", kFirst);
-    EXPECT_EQ(Problems(u"Pro?/Sub", ""), 0u);
-    EXPECT_EQ(Problems(u"Pro_", ""), 0u);
-    input.store = store.Path();
-    const CheckResult all = CheckAll(root, input);
-    EXPECT_EQ(all.exported, 3u);
-    EXPECT_EQ(all.messages, 6u);
-    EXPECT_EQ(all.problems.size(), 4u) << "the Inbox is missing, and its sum";
-}
-
-// "Pro" is not exported: it must not be looked for in the directory of "Pro file".
-TEST_F(MailboxCheckTest, DirectoryOfAnotherFolderIsNotTaken)
-{
+    const StoreFiles files = {
+        {"Pro_/0000_one.eml", kFirst}, {"Pro__2/0000_two.eml", kSecond}, {"Pro__2/Sub/0000_one.eml", kFirst}};
+    EXPECT_EQ(Problems(u"Pro?/Sub", files), Lines());
+    EXPECT_EQ(Problems(u"Pro_", files), Lines());
+    EXPECT_EQ(Problems(u"", files).size(), 4u) << "the Inbox is missing, and its sum";
+    EXPECT_EQ(result.exported, 3u);
+    EXPECT_EQ(result.messages, 6u);
+    // "Pro" is not exported: it must not be looked for in the directory of "Pro file".
     root.folders = {{u"Pro", {{u"1", kSecond}}, {}}, {u"Pro file", {{u"1", kFirst}}, {}}};
-    store.Write("Local Folders/Pro file/0000_one.eml", kFirst);
-    input.store = store.Path();
-    const CheckResult all = CheckAll(root, input);
-    EXPECT_EQ(all.exported, 1u);
-    EXPECT_EQ(all.problems[0], "Local Folders/Pro: row 0 (1) is not stored");
-}
-
-TEST_F(MailboxCheckTest, UnknownFolderIsAnError)
-{
-    EXPECT_THROW(CheckFolder(root, u"inbox", input), MailboxError);
+    EXPECT_EQ(Problems(u"", {{"Pro file/0000_one.eml", kFirst}})[0],
+              "Local Folders/Pro: row 0 (1) is not stored");
+    EXPECT_EQ(result.exported, 1u);
+    EXPECT_THROW(CheckFolder(root, u"pro", input), MailboxError) << "no such folder";
 }
 
 } // namespace
