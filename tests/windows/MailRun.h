@@ -1,7 +1,7 @@
 // MailRun.h: the program and the stand-in client with a mailbox of its own, worked by the program's buttons.
 #pragma once
 #include "app/Form1Results.h"
-#include "tests/windows/ProgramUnderTest.h"
+#include "tests/windows/DemoClient.h"
 
 #include <gtest/gtest.h>
 
@@ -41,10 +41,7 @@ protected:
         if (store.empty()) store = std::string(program.Folder().begin(), program.Folder().end()) + "store";
         const std::string settle = Contains(options, "Settle Time") ? "" : "OE Folder Settle Time=0.1\r\n";
         program.Write(L"settings.ini", "[Paths]\r\nStore=" + store + "\r\n[Options]\r\n" + settle + options);
-        client.Start(L"\"" + FolderOfTests() + L"demo-client.exe\" --mail \"" + program.Folder() +
-                         L"mail\" " + clientSwitches,
-                     program.Folder());
-        if (!WaitForWindow(client.Id(), L"Outlook Express Browser Class", L"", kPatience)) return false;
+        if (!StartDemoClient(client, program.Folder(), clientSwitches)) return false;
         if (!storedBefore) return program.PassStartUp();
         if (!program.Start()) return false;
         program.PressOk(program.WaitForBox(L"IMPORTANT! Please Read"));

@@ -2,48 +2,24 @@
 // messages, the program's window answers, and so do its stop buttons.
 #include "tests/windows/MailRun.h"
 
-#include <algorithm>
-
 namespace {
 
-struct Slow {
-    const wchar_t* switches;
-    bool allFolders;
-    const char* begun; // in the log when the act is under way, or is just coming
-};
+class SlowClientTest : public MailRun, public testing::WithParamInterface<const wchar_t*> {};
 
-class SlowClientTest : public MailRun, public testing::WithParamInterface<Slow> {
-protected:
-    // Milliseconds until the window has answered.
-    DWORD AnswerTime() const
-    {
-        const DWORD start = GetTickCount();
-        DWORD_PTR answer = 0;
-        if (!SendMessageTimeoutW(program.Window(), WM_NULL, 0, 0, SMTO_NORMAL, 10000, &answer)) return 10000;
-        return GetTickCount() - start;
-    }
-};
-
+// The act lasts 20 s, and every answer comes within 2.
 TEST_P(SlowClientTest, TheStopButtonsAnswer)
 {
+    const bool allFolders = std::wstring(GetParam()).starts_with(L"--at=folder");
     AddFolder(L"Inbox", 3);
     AddFolder(L"Later", 2);
-    ASSERT_TRUE(Start("System Folders=|local folders|\r\n", GetParam().switches));
-    ASSERT_TRUE(Press(Control(GetParam().allFolders ? idCheckAllFolders : idExport)));
-    ASSERT_TRUE(WaitForLog(GetParam().begun));
+    ASSERT_TRUE(Start("System Folders=|local folders|\r\n", GetParam()));
+    ASSERT_TRUE(Press(Control(allFolders ? idCheckAllFolders : idExport)));
+    ASSERT_TRUE(WaitForLog(allFolders ? "-> Local Folders\\Later" : "- Exporting Inbox 0"));
     Sleep(1500); // the act is under way
-    std::vector<DWORD> times;
-    for (int i = 0; i < 20; ++i) {
-        times.push_back(AnswerTime());
-        Sleep(50);
-    }
-    std::sort(times.begin(), times.end());
-    EXPECT_LT(times[times.size() / 2], 200u);
-    EXPECT_LT(times.back(), 1000u) << "with the machine's other work";
-
-    const DWORD start = GetTickCount();
-    SendMessageW(Control(idStopAfterEmail), BM_CLICK, 0, 0);
-    EXPECT_LT(GetTickCount() - start, 1000u);
+    DWORD_PTR unused = 0;
+    for (int i = 0; i < 5; ++i)
+        EXPECT_TRUE(SendMessageTimeoutW(program.Window(), WM_NULL, 0, 0, SMTO_NORMAL, 2000, &unused)) << i;
+    EXPECT_TRUE(SendMessageTimeoutW(Control(idStopAfterEmail), BM_CLICK, 0, 0, SMTO_NORMAL, 2000, &unused));
     EXPECT_TRUE(Eventually(
         [&] { return TextOf(Control(idOrbVac)) == L"Stopping as soon as Outlook Express has answered"; },
         2000))
@@ -51,9 +27,7 @@ TEST_P(SlowClientTest, TheStopButtonsAnswer)
 }
 
 INSTANTIATE_TEST_SUITE_P(Acts, SlowClientTest,
-                         testing::Values(Slow{L"--at=save:1:silent:20000", false, "- Exporting Inbox 0"},
-                                         Slow{L"--at=save:1:pump:20000", false, "- Exporting Inbox 0"},
-                                         Slow{L"--at=folder:1:silent:20000", true, "-> Local Folders\\Later"},
-                                         Slow{L"--at=folder:1:pump:20000", true, "-> Local Folders\\Later"}));
+                         testing::Values(L"--at=save:1:silent:20000", L"--at=save:1:pump:20000",
+                                         L"--at=folder:1:silent:20000", L"--at=folder:1:pump:20000"));
 
 } // namespace
