@@ -1,3 +1,4 @@
+// ProfileTest.cpp: settings.ini through the system's own reader and writer of such files.
 #include "platform/win32/WinFiles.h"
 #include "platform/win32/WinProfileFile.h"
 #include "tests/support/ScratchDirectory.h"
@@ -33,27 +34,25 @@ protected:
 
 } // namespace
 
+// What Windows does with values; users edit the file with that in mind.
 TEST_F(Profile, ValuesComeBackAsTheSystemKeepsThem)
 {
-    const struct {
-        const char* why;
-        Text value, want;
-    } cases[] = {
-        {"plain", u"Local Folders", u"Local Folders"},
-        {"empty", u"", u""},
-        {"blanks at the ends are lost", u"  - ", u"-"},
-        {"brackets keep them", u"[ - ]", u"[ - ]"},
-        {"one pair of quotes is lost", u"\"quoted\"", u"quoted"},
-        {"quotes keep blanks", u"\" x \"", u" x "},
-        {"a single quote stays", u"5\"", u"5\""},
-        {"equals signs and semicolons", u"a=b;c", u"a=b;c"},
-        {"letters of the ANSI code page", u"\u00A3 \u00E9\u00DF\u20AC", u"\u00A3 \u00E9\u00DF\u20AC"},
-        {"letters beyond it", u"\u65E5\u672C", u"??"},
-        {"254 characters", Text(254, u'x'), Text(254, u'x')},
-        {"255 are cut", Text(255, u'x'), Text(254, u'x')},
-        {"1000 are cut", Text(1000, u'\u00E9'), Text(254, u'\u00E9')},
+    const std::pair<Text, Text> cases[] = {
+        {u"Local Folders", u"Local Folders"},
+        {u"", u""},
+        {u"  - ", u"-"},
+        {u"[ - ]", u"[ - ]"},
+        {u"\"quoted\"", u"quoted"},
+        {u"\" x \"", u" x "},
+        {u"5\"", u"5\""},
+        {u"a=b;c", u"a=b;c"},
+        {u"\u00A3 \u00E9\u00DF\u20AC", u"\u00A3 \u00E9\u00DF\u20AC"},
+        {u"\u65E5\u672C", u"??"},
+        {Text(254, u'x'), Text(254, u'x')},
+        {Text(255, u'x'), Text(254, u'x')},
+        {Text(1000, u'\u00E9'), Text(254, u'\u00E9')},
     };
-    for (const auto& c : cases) EXPECT_EQ(Bounce(c.value), c.want) << c.why;
+    for (const auto& [value, want] : cases) EXPECT_EQ(Bounce(value), want) << ToUtf8(value);
 }
 
 TEST_F(Profile, WhatIsMissingReadsAsEmpty)
@@ -66,27 +65,20 @@ TEST_F(Profile, WhatIsMissingReadsAsEmpty)
     EXPECT_EQ(profile.Read(u"OPTIONS", u"key", file), u"1"); // names have no case
 }
 
-TEST_F(Profile, WritesAnsiLinesAndLeavesOtherSectionsAlone)
+TEST_F(Profile, ReadsWhatWasWrittenByHandAndLeavesItAlone)
 {
     std::ofstream(scratch.Path() / "settings.ini", std::ios::binary)
-        << "; by hand\r\n[Extras]\r\nDepth = 3\r\n[Options]\r\nID only=0\r\n";
+        << "; by hand\r\n[Extras]\r\nTree Separator = ::\n\n  OE Folder Settle Time=1.5\nno equals "
+           "sign\r\n[Options]\r\nID only=0\r\nSystem Folders=|\xE9t\xE9|"; // without a line end
     ASSERT_TRUE(profile.Write(u"Options", u"ID only", u"1", file));
     ASSERT_TRUE(profile.Write(u"Paths", u"Store", u"C:\\M\u00E9ls", file));
-    EXPECT_EQ(profile.Read(u"Extras", u"Depth", file), u"3");
+    EXPECT_EQ(profile.Read(u"Extras", u"Tree Separator", file), u"::");
+    EXPECT_EQ(profile.Read(u"Extras", u"OE Folder Settle Time", file), u"1.5");
+    EXPECT_EQ(profile.Read(u"Options", u"System Folders", file), u"|\u00E9t\u00E9|");
     const std::string bytes = FileBytes();
-    EXPECT_NE(bytes.find("; by hand\r\n[Extras]\r\n"), std::string::npos) << bytes;
-    EXPECT_NE(bytes.find("[Options]\r\nID only=1\r\n"), std::string::npos) << bytes;
-    EXPECT_NE(bytes.find("[Paths]\r\nStore=C:\\M\xE9ls\r\n"), std::string::npos) << bytes;
-}
-
-TEST_F(Profile, ReadsWhatWasWrittenByHand)
-{
-    std::ofstream(scratch.Path() / "settings.ini", std::ios::binary)
-        << "[Options]\nTree Separator = ::\n\n  OE Folder Settle Time=1.5\nno equals sign\nSystem "
-           "Folders=|\xE9t\xE9|";
-    EXPECT_EQ(profile.Read(u"Options", u"Tree Separator", file), u"::");
-    EXPECT_EQ(profile.Read(u"Options", u"OE Folder Settle Time", file), u"1.5");
-    EXPECT_EQ(profile.Read(u"Options", u"System Folders", file), u"|\u00E9t\u00E9|"); // without a line end
+    for (const char* kept :
+         {"; by hand\r\n[Extras]\r\n", "[Options]\r\nID only=1\r\n", "[Paths]\r\nStore=C:\\M\xE9ls\r\n"})
+        EXPECT_NE(bytes.find(kept), std::string::npos) << bytes;
 }
 
 TEST_F(Profile, TellsWhenItCannotWrite)
