@@ -3,18 +3,22 @@
 #include "platform/win32/WideText.h"
 #include "platform/win32/WinLocale.h"
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 namespace {
 
 using Texts = std::vector<Text>;
 
-LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+int textsAsked = 0; // by lists
+
+LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR data)
 {
-    auto* results = reinterpret_cast<Form1Results*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (message == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->code == LVN_GETDISPINFOW && results)
-        results->FillCell(*reinterpret_cast<NMLVDISPINFOW*>(lParam));
-    return DefWindowProcW(window, message, wParam, lParam);
+    if (message == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->code == LVN_GETDISPINFOW) {
+        ++textsAsked;
+        reinterpret_cast<Form1Results*>(data)->FillCell(*reinterpret_cast<NMLVDISPINFOW*>(lParam));
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
 }
 
 class ResultsTableTest : public testing::Test {
@@ -22,25 +26,18 @@ protected:
     ResultsTableTest()
     {
         InitCommonControls();
-        WNDCLASSW description = {};
-        description.lpfnWndProc = ParentProc;
-        description.hInstance = GetModuleHandleW(nullptr);
-        description.lpszClassName = L"ResultsTableTest";
-        RegisterClassW(&description);
-        parent = CreateWindowW(description.lpszClassName, L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 600,
-                               400, nullptr, nullptr, description.hInstance, nullptr);
+        parent = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 600, 400, nullptr,
+                               nullptr, nullptr, nullptr);
+        SetWindowSubclass(parent, ParentProc, 1, reinterpret_cast<DWORD_PTR>(&results));
         list = CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | LVS_REPORT, 0, 0, 580, 300, parent,
-                             nullptr, description.hInstance, nullptr);
+                             nullptr, nullptr, nullptr);
         SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
         for (int i = 0; i < 5; ++i) {
-            wchar_t title[] = L"Title";
             LVCOLUMNW column = {};
-            column.mask = LVCF_TEXT | LVCF_WIDTH;
+            column.mask = LVCF_WIDTH;
             column.cx = 100;
-            column.pszText = title;
             SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
         }
-        SetWindowLongPtrW(parent, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&results));
         results.Attach(list);
     }
     ~ResultsTableTest() override { DestroyWindow(parent); }
@@ -100,11 +97,11 @@ TEST_F(ResultsTableTest, ShowsCellsAndKeepsThemWhole)
     const Text subject(1500, u'x');
     results.Add({u"Local Folders\\O'Brien", u"12", subject, u"03/04/2007", u"BEEF"});
     results.ShowAdded();
-    const Texts cells = {u"Local Folders\\O'Brien", u"12", Shown(0, ResultsColumn::subject), u"03/04/2007",
-                         u"BEEF"};
+    const Text shown = Shown(0, ResultsColumn::subject);
+    const Texts cells = {u"Local Folders\\O'Brien", u"12", shown, u"03/04/2007", u"BEEF"};
     for (int i = 0; i < 5; ++i)
         EXPECT_EQ(Shown(0, static_cast<ResultsColumn>(i)), cells[static_cast<std::size_t>(i)]) << i;
-    EXPECT_TRUE(subject.starts_with(cells[2]) && cells[2].size() > 200) << "the list may cut what it draws";
+    EXPECT_TRUE(subject.starts_with(shown) && shown.size() > 200) << "the list may cut what it draws";
     EXPECT_EQ(Cell(results.RowAt(0), ResultsColumn::subject), subject);
 }
 
@@ -150,27 +147,17 @@ TEST_F(ResultsTableTest, TheArrowShowsTheOrderAsLongAsItHolds)
     EXPECT_EQ(results.Count() + SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), 0);
 }
 
-TEST_F(ResultsTableTest, AHundredThousandRowsStayUsable)
+// A list of a hundred thousand rows stays usable only so.
+TEST_F(ResultsTableTest, SortingAndTickingAskForNoTextThatIsNotSeen)
 {
-    const auto timed = [this](const char* what, DWORD limit, auto action) {
-        const DWORD start = GetTickCount();
-        action();
-        const DWORD took = GetTickCount() - start;
-        RecordProperty(what, static_cast<int>(took));
-        EXPECT_LT(took, limit) << what;
-    };
-    constexpr int kRows = 100000;
-    timed("add", 20000, [&] {
-        for (int i = 0; i < kRows; ++i) {
-            Add((i * 7919) % kRows);
-            if (i % 1000 == 0) results.ShowAdded();
-        }
-        results.ShowAdded();
-    });
-    for (const int column : {1, 2, 3}) timed("sort", 10000, [&] { results.SortBy(column); });
-    timed("tick", 10000, [&] { results.TickRows(RowChoice::all, true); });
-    EXPECT_TRUE(results.IsTicked(kRows - 1));
-    timed("clear", 10000, [&] { results.Clear(); });
+    for (int id = 0; id < 1000; ++id) Add(id * 7919 % 1000);
+    results.ShowAdded();
+    textsAsked = 0;
+    for (const int column : {1, 2, 3}) results.SortBy(column);
+    results.TickRows(RowChoice::all, true);
+    EXPECT_TRUE(results.IsTicked(999));
+    UpdateWindow(list);
+    EXPECT_LT(textsAsked, 5 * 5 * 50);
 }
 
 } // namespace
