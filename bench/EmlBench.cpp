@@ -58,3 +58,7 @@ EML_BENCHMARK(quoted_commas, "To: ", "'a, b' <a@b>, \"c; d\" ", "\r\n\r\n");
 EML_BENCHMARK(folded_lines, "Subject: x", "\r\n\tx", "\r\n\r\n");
 EML_BENCHMARK(line_ends, "", "\r\n ", "");
 EML_BENCHMARK(almost_marks, kHeaders, "Content-Disposition: attachment;\r", "");
+EML_BENCHMARK(words_never_closed, "Subject: ", "=?a?b?c", "");
+EML_BENCHMARK(brackets_before_an_address, "To: ", "<a>", "@");
+EML_BENCHMARK(brackets_behind_an_address, "To: <a@b>", "<>", "");
+EML_BENCHMARK(words_of_a_date, "Date: ", "a ", "");
