@@ -3,7 +3,6 @@
 #include "platform/posix/CodePage1252.h"
 #include "platform/posix/EnglishLocale.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
 
 // The table that Windows has; tests/windows/LocaleTest.cpp holds all of it against the system's. Bytes that
@@ -28,32 +27,14 @@ TEST(CodePage1252, WhatDoesNotFitIsAQuestionMarkForEachUnit)
     EXPECT_EQ(page.ToAnsi(u"a\U0001F600b"), "a??b");
 }
 
-TEST(EnglishLocale, NamesBeginWithJanuaryAndSunday)
-{
-    EnglishLocale locale;
-    EXPECT_EQ(locale.MonthName(1, false), u"January");
-    EXPECT_EQ(locale.MonthName(9, true), u"Sep");
-    EXPECT_EQ(locale.MonthName(12, false), u"December");
-    EXPECT_EQ(locale.MonthName(0, false) + locale.MonthName(13, true), u"");
-    EXPECT_EQ(locale.ShortWeekdayName(0), u"Sun");
-    EXPECT_EQ(locale.ShortWeekdayName(6), u"Sat");
-    EXPECT_EQ(locale.ShortWeekdayName(-1) + locale.ShortWeekdayName(7), u"");
-}
-
-// What Windows shows a user in Britain (tests/windows/LocaleTest.cpp holds that against the system).
+// As a user in Britain has it; tests/windows/LocaleTest.cpp finds all its names in Windows.
 TEST(EnglishLocale, ADateIsShownDayFirstAndWithoutATimeAtMidnight)
 {
-    const std::pair<double, const char16_t*> cases[] = {
-        {39175 + 10.25 / 24, u"03/04/2007 10:15:00"},
-        {39175, u"03/04/2007"},
-        {39175 + 1 - 0.4 / 86400, u"04/04/2007"}, // half a second before midnight
-        {39175 + 1 - 1.1 / 86400, u"03/04/2007 23:59:59"},
-        {-1.25, u"29/12/1899 06:00:00"},
-        {2958465 + 1 - 0.1 / 86400, u""}, // rounded behind the last day
-        {std::nan(""), u""},
-    };
     EnglishLocale locale;
-    for (const auto& [date, want] : cases) EXPECT_EQ(locale.DateText(date), want) << date;
+    EXPECT_EQ(locale.DateText(39175 + 10.25 / 24), u"03/04/2007 10:15:00");
+    EXPECT_EQ(locale.DateText(39175), u"03/04/2007");
+    EXPECT_EQ(locale.DateText(2958466), u"") << "behind the last day";
+    EXPECT_EQ(locale.MonthName(0, false) + locale.MonthName(13, true), u"");
 }
 
 TEST(EnglishLocale, ADateIsReadDayFirstOrYearFirstOrRefused)
