@@ -122,8 +122,11 @@ TEST_F(PlatformFiles, AppendCreatesAndThenGoesOn)
     EXPECT_EQ(files.Append(scratch / u"no/log.txt", "x"), FileError::notFound);
 }
 
-TEST_F(PlatformFiles, ExclusiveUseIsRefusedToASecondAndReadersShare)
+TEST_F(PlatformFiles, OpenRefusesASecondExclusiveUserAndWhatIsNoFile)
 {
+    EXPECT_EQ(ErrorOfOpening(u"missing", OpenMode::exclusive), FileError::notFound);
+    EXPECT_EQ(ErrorOfOpening(u"no/such", OpenMode::createNew), FileError::notFound);
+    EXPECT_EQ(ErrorOfOpening(u"", OpenMode::read), FileError::denied) << "a directory";
     Write(u"saved.mdb", "0123456789");
     auto first = files.Open(scratch / u"saved.mdb", OpenMode::exclusive, error);
     ASSERT_TRUE(first);
@@ -138,14 +141,6 @@ TEST_F(PlatformFiles, ExclusiveUseIsRefusedToASecondAndReadersShare)
     EXPECT_EQ(ErrorOfOpening(u"saved.mdb", OpenMode::exclusive), FileError::inUse);
     EXPECT_FALSE(reader->WriteAt(0, "x", 1));
     EXPECT_FALSE(reader->Resize(0));
-}
-
-TEST_F(PlatformFiles, OpenSaysWhyItFails)
-{
-    EXPECT_EQ(ErrorOfOpening(u"missing", OpenMode::exclusive), FileError::notFound);
-    EXPECT_EQ(ErrorOfOpening(u"no/such", OpenMode::createNew), FileError::notFound);
-    for (const OpenMode mode : {OpenMode::read, OpenMode::exclusive})
-        EXPECT_EQ(ErrorOfOpening(u"", mode), FileError::denied) << "a directory";
 }
 
 TEST_F(PlatformFiles, ReadsAndWritesAtAnyPlace)
