@@ -155,8 +155,7 @@ public:
     Readiness PrepareForWriting(const Text& table, const std::vector<ColumnNeed>& needs) override
     {
         const std::unique_ptr<DaoRecordset> rows = Open(u"SELECT * FROM " + table);
-        if (!database_.Get(u"Updatable").ToBool())
-            return {Text(kWriteProtected), {}};
+        if (!database_.Get(u"Updatable").ToBool()) return {Text(kWriteProtected), {}};
         return {rows->RefusalOf(needs), {}};
     }
 
