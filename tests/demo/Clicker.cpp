@@ -1,4 +1,4 @@
-// main.cpp: demo-clicker.exe [SEED [MILLISECONDS]]: a user who clicks rows of the mail client's list at
+// Clicker.cpp: demo-clicker.exe [SEED [MILLISECONDS]]: a user who clicks rows of the mail client's list at
 // random while another program works with it, but only while the client's main window is enabled. Runs until
 // it is ended. SEED (default 1) makes the order; MILLISECONDS (default 50) is the time between two clicks.
 #include <windows.h>
