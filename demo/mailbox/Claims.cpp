@@ -2,6 +2,7 @@
 #include "demo/mailbox/Claims.h"
 
 #include "demo/mailbox/Headers.h"
+#include "demo/mailbox/LoadMailbox.h"
 #include "demo/mailbox/Names.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // MailboxTest.cpp: what of a directory is mail, in what order, and the pack that carries it elsewhere.
-#include "demo/mailbox/Mailbox.h"
+#include "demo/mailbox/LoadMailbox.h"
 #include "demo/mailbox/Names.h"
 #include "demo/mailbox/Pack.h"
 #include "tests/support/MailDirectory.h"

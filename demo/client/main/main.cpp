@@ -1,5 +1,6 @@
 // main.cpp: demo-client.exe: reads the command line and the mailbox, and shows the window.
 #include "demo/client/Client.h"
+#include "demo/mailbox/LoadMailbox.h"
 #include "demo/mailbox/Names.h"
 
 #include <shellapi.h>

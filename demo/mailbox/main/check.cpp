@@ -1,6 +1,7 @@
 // check.cpp: demo-check: tells whether an export is whole: every message stored byte for byte, or reported;
 // every file and every record what it says it is.
 #include "demo/mailbox/Check.h"
+#include "demo/mailbox/LoadMailbox.h"
 #include "demo/mailbox/Names.h"
 
 #include <iostream>
@@ -83,8 +84,7 @@ int Run(const Arguments& arguments)
     }
     for (const std::string& note : result.notes) std::cout << "note: " << note << "\n";
     for (const std::string& problem : result.problems) std::cout << "PROBLEM: " << problem << "\n";
-    std::cout << result.exported << " of " << result.messages << " messages exported";
-    std::cout << "\n";
+    std::cout << result.exported << " of " << result.messages << " messages exported\n";
     const bool agree = !input.records || !arguments.count("--log") ||
                        CompareTotals(input.log, CountFiles(input.store), CountRecords(*input.records));
     return result.problems.empty() && agree ? 0 : 1;

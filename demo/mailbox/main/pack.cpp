@@ -2,6 +2,7 @@
 //           demo-pack --default DIRECTORY: prints the path of the folder that is shown when none is asked
 //           for.
 #include "demo/mailbox/Pack.h"
+#include "demo/mailbox/LoadMailbox.h"
 #include "demo/mailbox/Names.h"
 
 #include <fstream>
