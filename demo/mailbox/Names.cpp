@@ -139,7 +139,7 @@ int Cp1252Byte(char16_t unit)
 {
     if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) return unit;
     const auto found = std::find(kCp1252.begin(), kCp1252.end(), unit);
-    if (unit != 0 && found != kCp1252.end()) return 0x80 + static_cast<int>(found - kCp1252.begin());
+    if (found != kCp1252.end()) return 0x80 + static_cast<int>(found - kCp1252.begin());
     return unit < 0xA0 && kCp1252[unit - 0x80] == 0 ? unit : -1;
 }
 
