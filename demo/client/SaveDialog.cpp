@@ -15,7 +15,7 @@ constexpr UINT kIsOpen = WM_APP + 1;
 
 struct Dialog {
     const Options& options;
-    const SaveRequest& request;
+    const DialogRequest& request;
     SaveAnswer answer;
 };
 
@@ -122,7 +122,7 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
     return TRUE;
 }
 
-SaveAnswer RunDrawnDialog(HWND owner, const Options& options, const SaveRequest& request)
+SaveAnswer RunDrawnDialog(HWND owner, const Options& options, const DialogRequest& request)
 {
     Dialog state{options, request, {}};
     Template empty{};
@@ -134,7 +134,7 @@ SaveAnswer RunDrawnDialog(HWND owner, const Options& options, const SaveRequest&
 }
 
 struct SystemDialog {
-    const SaveRequest& request;
+    const DialogRequest& request;
     Handling lastSave;
 };
 
@@ -167,7 +167,7 @@ UINT_PTR CALLBACK SystemDialogHook(HWND child, UINT message, WPARAM, LPARAM lPar
     return 0;
 }
 
-SaveAnswer RunSystemDialog(HWND owner, const SaveRequest& request)
+SaveAnswer RunSystemDialog(HWND owner, const DialogRequest& request)
 {
     SystemDialog state{request, {}};
     std::array<wchar_t, 1024> path{};
@@ -206,7 +206,7 @@ bool WriteMessageFile(const std::wstring& path, std::string_view bytes, bool rep
     return false;
 }
 
-SaveAnswer RunSaveDialog(HWND owner, const Options& options, const SaveRequest& request)
+SaveAnswer RunSaveDialog(HWND owner, const Options& options, const DialogRequest& request)
 {
     return options.systemDialog ? RunSystemDialog(owner, request) : RunDrawnDialog(owner, options, request);
 }

@@ -16,7 +16,7 @@ struct Handling {
     int milliseconds = 0;                             // of late and empty
 };
 
-struct SaveRequest {
+struct DialogRequest {
     std::string_view message;   // the bytes to write
     std::wstring suggestedName; // shown in the file-name box at first
     std::function<Handling(Event, HWND dialog)> occur;
@@ -31,7 +31,7 @@ struct SaveAnswer {
 
 // Runs the dialog. Of the drawn one, "Save" with the name of an existing file, or with a path that cannot be
 // written, leaves it open; the system's asks or says why in a box. A file is replaced only after a "Yes".
-SaveAnswer RunSaveDialog(HWND owner, const Options& options, const SaveRequest& request);
+SaveAnswer RunSaveDialog(HWND owner, const Options& options, const DialogRequest& request);
 
 // False, and no new file left behind, when it cannot be written whole, or is there and is not to be replaced.
 bool WriteMessageFile(const std::wstring& path, std::string_view bytes, bool replaceFile);
