@@ -1,10 +1,11 @@
 // Mishaps.cpp: the names of events and actions, and the one place that counts.
 #include "demo/client/Mishaps.h"
 
+#include "demo/client/Words.h"
+
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cwchar>
 #include <iterator>
 
 namespace {
@@ -64,43 +65,16 @@ const Box kBoxes[] = {
     {L"other", kProgramCaption, L"The server could not be reached. Try again?", MB_RETRYCANCEL},
 };
 
-template <class Table>
-auto FindName(const Table& table, const std::wstring& name) -> decltype(std::begin(table))
-{
-    const auto found = std::find_if(std::begin(table), std::end(table),
-                                    [&name](const auto& entry) { return name == entry.name; });
-    return found == std::end(table) ? nullptr : found;
-}
-
-bool ReadNumber(const std::wstring& text, int& number)
-{
-    wchar_t* end = nullptr;
-    number = static_cast<int>(std::wcstol(text.c_str(), &end, 10));
-    return !text.empty() && *end == 0;
-}
-
-std::vector<std::wstring> SplitAtColons(const std::wstring& text)
-{
-    std::vector<std::wstring> parts(1);
-    for (const wchar_t c : text) {
-        if (c == L':')
-            parts.emplace_back();
-        else
-            parts.back() += c;
-    }
-    return parts;
-}
-
 } // namespace
 
 std::optional<Mishap> ParseMishap(const std::wstring& text)
 {
-    const std::vector<std::wstring> parts = SplitAtColons(text);
+    const std::vector<std::wstring> parts = SplitAt(L':', text);
     if (parts.size() < 3 || parts.size() > 4) return std::nullopt;
     const EventName* event = FindName(kEvents, parts[0]);
     const ActionName* action = FindName(kActions, parts[2]);
     Mishap mishap;
-    if (!event || !action || !ReadNumber(parts[1], mishap.at) || mishap.at < 0) return std::nullopt;
+    if (!event || !action || !ParseNumber(parts[1], mishap.at) || mishap.at < 0) return std::nullopt;
     mishap.event = event->event;
     mishap.action = action->action;
     mishap.value = action->defaultValue;
@@ -109,7 +83,7 @@ std::optional<Mishap> ParseMishap(const std::wstring& text)
     if (ofSave && mishap.event != Event::save) return std::nullopt;
     if (mishap.action == Action::box)
         mishap.box = parts.size() == 4 ? FindName(kBoxes, parts[3]) : nullptr;
-    else if (parts.size() == 4 && !ReadNumber(parts[3], mishap.value))
+    else if (parts.size() == 4 && !ParseNumber(parts[3], mishap.value))
         return std::nullopt;
     if (mishap.action == Action::box && !mishap.box) return std::nullopt;
     return mishap;

@@ -1,8 +1,10 @@
 // Options.cpp: reads the command line of the stand-in client.
 #include "demo/client/Options.h"
 
-#include <algorithm>
+#include "demo/client/Words.h"
+
 #include <cwchar>
+#include <optional>
 
 const wchar_t kUsage[] = L"usage: demo-client --mail DIRECTORY_OR_PACK [--select Projects/Alpha]\n"
                          L"  --system-dialog  --dialog-delays=MS,MS,..  --take-at-command  --slow=MS\n"
@@ -38,70 +40,53 @@ const Number kNumbers[] = {
     {L"--hold-back", &Options::holdBack},
 };
 
-// A short form of a mishap; what it takes as its value is the count, for --slow the milliseconds.
+// A short form of a mishap: "#" stands for the number that it takes as its value.
 struct ShortForm {
     const wchar_t* name;
-    bool takesValue;
-    Mishap mishap;
+    const wchar_t* mishap;
 };
 const ShortForm kShortForms[] = {
-    {L"--no-dialog", false, {Event::command, 0, Action::lose}},
-    {L"--save-nothing", false, {Event::save, 0, Action::noFile}},
-    {L"--ignore-down-key", false, {Event::down, 0, Action::lose}},
-    {L"--close-after", true, {Event::saved, 0, Action::close}},
-    {L"--hang-after", true, {Event::saved, 0, Action::silent}},
-    {L"--slow", true, {Event::save, 0, Action::late}},
+    {L"--no-dialog", L"command:0:lose"},    {L"--save-nothing", L"save:0:no-file"},
+    {L"--ignore-down-key", L"down:0:lose"}, {L"--close-after", L"saved:#:close"},
+    {L"--hang-after", L"saved:#:silent"},   {L"--slow", L"save:0:late:#"},
 };
 
-bool ParseNumber(const std::wstring& text, int& number)
+// Counts, and milliseconds up to an hour.
+bool ParseAmount(const std::wstring& text, int& number)
 {
-    wchar_t* end = nullptr;
-    const long value = std::wcstol(text.c_str(), &end, 10);
-    number = static_cast<int>(value);
-    return !text.empty() && *end == 0 && value >= 0 && value <= 3600000;
+    return ParseNumber(text, number) && number >= 0 && number <= 3600000;
 }
 
-std::vector<std::wstring> SplitAtCommas(const std::wstring& text)
+bool AddMishap(const std::wstring& text, Options& options)
 {
-    std::vector<std::wstring> parts(1);
-    for (const wchar_t c : text) {
-        if (c == L',')
-            parts.emplace_back();
-        else
-            parts.back() += c;
-    }
-    return parts;
+    const std::optional<Mishap> mishap = ParseMishap(text);
+    if (mishap) options.mishaps.push_back(*mishap);
+    return mishap.has_value();
 }
 
 bool SetFlag(const std::wstring& name, Options& options)
 {
-    for (const Flag& flag : kFlags)
-        if (name == flag.name) return options.*flag.field = true;
-    for (const ShortForm& form : kShortForms) {
-        if (name != form.name || form.takesValue) continue;
-        options.mishaps.push_back(form.mishap);
-        return true;
-    }
-    return false;
+    if (const Flag* flag = FindName(kFlags, name)) return options.*flag->field = true;
+    const ShortForm* form = FindName(kShortForms, name);
+    return form && !std::wcschr(form->mishap, L'#') && AddMishap(form->mishap, options);
 }
 
-bool SetShortForm(Mishap mishap, const std::wstring& value, Options& options)
+bool SetShortForm(const ShortForm& form, const std::wstring& value, Options& options)
 {
     int number = 0;
-    if (!ParseNumber(value, number)) return false;
-    const bool slow = mishap.action == Action::late;
-    if (slow) options.dialogDelays = {number};
-    (slow ? mishap.value : mishap.at) = number;
-    if (number > 0) options.mishaps.push_back(mishap); // 0: never
-    return true;
+    if (!ParseAmount(value, number)) return false;
+    if (form.name == std::wstring(L"--slow")) options.dialogDelays = {number};
+    if (number == 0) return true; // never
+    std::wstring mishap = form.mishap;
+    return AddMishap(mishap.replace(mishap.find(L'#'), 1, std::to_wstring(number)), options);
 }
 
 bool SetDelays(const std::wstring& value, Options& options)
 {
     options.dialogDelays.clear();
-    for (const std::wstring& part : SplitAtCommas(value)) {
+    for (const std::wstring& part : SplitAt(L',', value)) {
         options.dialogDelays.push_back(0);
-        if (!ParseNumber(part, options.dialogDelays.back())) return false;
+        if (!ParseAmount(part, options.dialogDelays.back())) return false;
     }
     return true;
 }
@@ -111,22 +96,18 @@ enum class ValueResult { taken, unknownName, badValue };
 ValueResult SetValue(const std::wstring& name, const std::wstring& value, Options& options)
 {
     const auto result = [](bool good) { return good ? ValueResult::taken : ValueResult::badValue; };
-    for (const Number& number : kNumbers)
-        if (name == number.name) return result(ParseNumber(value, options.*number.field));
-    for (const ShortForm& form : kShortForms)
-        if (name == form.name && form.takesValue) return result(SetShortForm(form.mishap, value, options));
+    if (const Number* number = FindName(kNumbers, name))
+        return result(ParseAmount(value, options.*number->field));
+    if (const ShortForm* form = FindName(kShortForms, name))
+        return result(SetShortForm(*form, value, options));
     if (name == L"--dialog-delays") return result(SetDelays(value, options));
-    if (name == L"--at") {
-        const std::optional<Mishap> mishap = ParseMishap(value);
-        if (mishap) options.mishaps.push_back(*mishap);
-        return result(mishap.has_value());
-    }
+    if (name == L"--at") return result(AddMishap(value, options));
     if (name == L"--mail")
         options.mail = value;
     else if (name == L"--select")
         options.select = value;
     else if (name == L"--column-titles")
-        options.columnTitles = SplitAtCommas(value);
+        options.columnTitles = SplitAt(L',', value);
     else
         return ValueResult::unknownName;
     return ValueResult::taken;
