@@ -1,3 +1,4 @@
+// ProgramDriver.cpp: finds the program's windows and presses its buttons.
 #include "demo/driver/ProgramDriver.h"
 
 #include <commctrl.h>

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# The program must start on Windows XP SP3, stay small and take the system's protections. Compares what it imports with xp.txt beside this
-# file, a list of functions that exist there; an import that the list lacks is looked up and added, or avoided.
+# The program must start on Windows XP SP3, stay small and take the system's protections. Compares what it
+# imports with xp.txt beside this file, a list of functions that exist there; an import that the list lacks is
+# looked up and added, or avoided.
 # usage: check.sh PROGRAM
 set -euo pipefail
 export LC_ALL=C # one order for sort and comm

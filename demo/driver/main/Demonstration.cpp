@@ -1,3 +1,4 @@
+// Demonstration.cpp: the steps, and what is seen of each.
 #include "demo/driver/main/Demonstration.h"
 
 #include <commctrl.h>
