@@ -277,6 +277,7 @@ TEST(JetCrash, AStopWhileMakingTheFileLeavesNoneOrAll)
     MemoryFiles files;
     files.record = true;
     CreateSaved(files);
+    EXPECT_EQ(files.flushedAt, std::vector{files.history.size() - 1}) << "before it gets its name";
     std::size_t complete = 0;
     for (const auto& state : files.history) {
         MemoryFiles again;
