@@ -3,13 +3,7 @@
 #include "oe/RemoteControls.h"
 #include "platform/posix/CodePage1252.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstring>
-
 namespace {
-constexpr std::uint32_t kPage = 4096; // allocations take whole pages, as Windows has it
 constexpr std::int32_t kFirstItem = 0x00350000;
 } // namespace
 
@@ -27,11 +21,19 @@ FakeClient::FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree)
     if (!folders.empty()) ShowFolder(0);
 }
 
-WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, WindowHandle parent)
+const FakeClient::Window& FakeClient::At(WindowHandle window) const
+{
+    static const Window kNone;
+    const auto found = windows_.find(window);
+    return found == windows_.end() ? kNone : found->second;
+}
+
+WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, WindowHandle parent,
+                                   WindowHandle owner)
 {
     const WindowHandle window = nextWindow_;
     nextWindow_ += 2;
-    windows_[window] = {className, caption, parent, 0, kProcess};
+    windows_[window] = {className, caption, parent, owner, kProcess};
     order_.insert(parent == 0 ? order_.begin() : order_.end(), window); // a new one is on top
     return window;
 }
@@ -39,7 +41,7 @@ WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, W
 void FakeClient::RemoveWindow(WindowHandle window)
 {
     for (const WindowHandle each : std::vector<WindowHandle>(order_))
-        if (windows_.count(each) && windows_[each].parent == window && window != 0) RemoveWindow(each);
+        if (window != 0 && At(each).parent == window) RemoveWindow(each);
     windows_.erase(window);
     order_.erase(std::remove(order_.begin(), order_.end(), window), order_.end());
 }
@@ -48,7 +50,7 @@ void FakeClient::ShowFolder(int index)
 {
     if (!keepsList || list_ == 0) {
         for (const WindowHandle each : std::vector<WindowHandle>(order_))
-            if (windows_.count(each) && windows_[each].parent == view_) RemoveWindow(each);
+            if (At(each).parent == view_) RemoveWindow(each);
         const WindowHandle messageList = AddWindow(u"Outlook Express Message List", u"", view_);
         list_ = AddWindow(u"ATL:SysListView32", u"", messageList);
         header_ = AddWindow(u"SysHeader32", u"", list_);
@@ -58,7 +60,7 @@ void FakeClient::ShowFolder(int index)
     windows_[main_].caption = folders[static_cast<std::size_t>(index)].name + u" - Outlook Express";
 }
 
-void FakeClient::Close()
+void FakeClient::End()
 {
     windows_.clear();
     order_.clear();
@@ -74,41 +76,17 @@ WindowHandle FakeClient::Find(const Text& className) const
 void FakeClient::EnumTopWindows(const Visit& visit)
 {
     for (const WindowHandle window : std::vector<WindowHandle>(order_))
-        if (windows_[window].parent == 0 && !visit(window)) return;
+        if (At(window).parent == 0 && !visit(window)) return;
 }
 
 void FakeClient::EnumDescendants(WindowHandle parent, const Visit& visit)
 {
     if (parent == 0) return EnumTopWindows(visit);
     for (const WindowHandle window : std::vector<WindowHandle>(order_)) {
-        WindowHandle above = windows_[window].parent;
-        while (above != 0 && above != parent) above = windows_[above].parent;
+        WindowHandle above = At(window).parent;
+        while (above != 0 && above != parent) above = At(above).parent;
         if (above == parent && !visit(window)) return;
     }
-}
-
-Text FakeClient::ClassOf(WindowHandle window, int bufferSize)
-{
-    return windows_.count(window)
-               ? windows_[window].className.substr(0, static_cast<std::size_t>(bufferSize) - 1)
-               : Text();
-}
-
-Text FakeClient::CaptionOf(WindowHandle window, int bufferSize)
-{
-    return windows_.count(window)
-               ? windows_[window].caption.substr(0, static_cast<std::size_t>(bufferSize) - 1)
-               : Text();
-}
-
-WindowHandle FakeClient::ParentOf(WindowHandle window)
-{
-    return windows_.count(window) ? windows_[window].parent : 0;
-}
-
-WindowHandle FakeClient::OwnerOf(WindowHandle window)
-{
-    return windows_.count(window) ? windows_[window].owner : 0;
 }
 
 // Its dialogs and boxes are modal.
@@ -134,8 +112,7 @@ WindowHandle FakeClient::AddForeignDialog()
 
 WindowHandle FakeClient::AddModeless(const Text& className)
 {
-    const WindowHandle window = AddWindow(className, u"", 0);
-    windows_[window].owner = main_;
+    const WindowHandle window = AddWindow(className, u"", 0, main_);
     AddWindow(u"Button", u"Cancel", window);
     modeless_.insert(window);
     return window;
@@ -242,7 +219,7 @@ void FakeClient::AskForDialog()
     if (noDialog || !windows_.count(main_)) return;
     const std::size_t ask = asks_++;
     const int delay = ask < dialogDelays.size() ? dialogDelays[ask] : dialogAfter * kSleep;
-    const int row = selected.empty() ? -1 : *selected.begin();
+    const int row = FirstSelected();
     if (delay == 0 && !IsSilent())
         OpenDialog(row);
     else
@@ -251,9 +228,8 @@ void FakeClient::AskForDialog()
 
 void FakeClient::OpenDialog(int row)
 {
-    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0);
-    windows_[dialog].owner = main_;
-    if (takesAtOpening) row = selected.empty() ? -1 : *selected.begin();
+    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0, main_);
+    if (takesAtOpening) row = FirstSelected();
     dialogs_[dialog] = {row, u"C:\\Proposed.eml"};
     AddWindow(u"Button", u"&Save", dialog);
     AddWindow(u"Button", u"Cancel", dialog);
@@ -273,17 +249,15 @@ void FakeClient::PressSave(WindowHandle dialog)
     }
     if (!keepDialog) RemoveWindow(dialog);
     if (onSave) onSave(static_cast<int>(saved.size()));
-    if (closeAfterSaves == static_cast<int>(saved.size())) Close();
+    if (closeAfterSaves == static_cast<int>(saved.size())) End();
 }
 
 // As far as the list tells it.
 std::string FakeClient::MessageOf(int row) const
 {
-    const auto& rows = folders[static_cast<std::size_t>(shown)].rows;
-    if (row < 0 || static_cast<std::size_t>(row) >= rows.size() ||
-        rows[static_cast<std::size_t>(row)].size() < 6)
+    if (row < 0 || row >= std::ssize(Rows()) || Rows()[static_cast<std::size_t>(row)].size() < 6)
         return "mail";
-    const std::vector<Text>& cells = rows[static_cast<std::size_t>(row)];
+    const std::vector<Text>& cells = Rows()[static_cast<std::size_t>(row)];
     return "From: " + ToUtf8(cells[1]) + "\r\nTo: " + ToUtf8(cells[5]) + "\r\nSubject: " + ToUtf8(cells[2]) +
            "\r\n\r\nmail\r\n";
 }
@@ -295,8 +269,8 @@ void FakeClient::ShowNextBox(WindowHandle dialog)
     boxesLeft_.erase(boxesLeft_.begin());
     if (shownBox.leavesPart) saveTo_.AddFile(dialogs_[dialog].typed, "a part");
     if (shownBox.ofMainWindow && dialogs_.count(dialog)) RemoveWindow(dialog);
-    const WindowHandle box = AddWindow(u"#32770", u"Save Message As", 0);
-    windows_[box].owner = windows_.count(dialog) ? dialog : main_;
+    const WindowHandle box =
+        AddWindow(u"#32770", u"Save Message As", 0, windows_.count(dialog) ? dialog : main_);
     AddWindow(u"Static", shownBox.words, box);
     const WindowHandle nest = AddWindow(u"DirectUIHWND", u"", box);
     for (const Text& label : shownBox.buttons) buttonsToCome_.emplace_back(nest, label);
@@ -308,10 +282,7 @@ void FakeClient::ShowNextBox(WindowHandle dialog)
 
 WindowHandle FakeClient::TopOf(WindowHandle window) const
 {
-    for (auto found = windows_.find(window); found != windows_.end(); found = windows_.find(window)) {
-        if (found->second.parent == 0) break;
-        window = found->second.parent;
-    }
+    while (At(window).parent != 0) window = At(window).parent;
     return window;
 }
 
@@ -348,10 +319,8 @@ std::int32_t FakeClient::TreeMessage(std::uint32_t message, std::int32_t wParam,
         return 1;
     }
     if (message != message::kTreeItemW) return 0;
-    auto* item = reinterpret_cast<RemoteTreeItem*>(
-        Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteTreeItem), "tree item"));
-    if (!item) return 0;
-    const FakeFolder* folder = FolderOf(item->item);
+    auto* item = ItemAt<RemoteTreeItem>(lParam, "tree item");
+    const FakeFolder* folder = item ? FolderOf(item->item) : nullptr;
     if (!folder) return 0;
     item->children = NextTreeItem(4, folder->item) != 0 ? 1 : 0;
     PutText(item->text, folder->name, item->textMax);
@@ -360,44 +329,29 @@ std::int32_t FakeClient::TreeMessage(std::uint32_t message, std::int32_t wParam,
 
 std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
 {
-    const std::vector<std::vector<Text>>& rows = folders[static_cast<std::size_t>(shown)].rows;
-    const auto rowCount = static_cast<std::int32_t>(rows.size());
-    switch (message) {
-    case message::kListItemCount:
-        return rowCount;
-    case message::kListHeader:
-        return header_;
-    case message::kListSelectedCount:
+    const auto rowCount = static_cast<std::int32_t>(Rows().size());
+    if (message == message::kListItemCount) return rowCount;
+    if (message == message::kListHeader) return header_;
+    if (message == message::kListSelectedCount)
         return rowCount == 0 ? 0 : static_cast<std::int32_t>(selected.size());
-    case message::kListNextItem:
-        return rowCount == 0 || selected.empty() ? -1 : *selected.begin();
-    case message::kListColumnOrder:
-        if (silentHeader) return 0;
-        if (char* order = Bytes(static_cast<std::uint32_t>(lParam), columnOrder.size() * 4, "column order"))
-            std::memcpy(order, columnOrder.data(), columnOrder.size() * 4);
+    if (message == message::kListNextItem) return rowCount == 0 ? -1 : FirstSelected();
+    if (message == message::kListColumnOrder && !silentHeader) {
+        Put(static_cast<RemoteAddress>(lParam), columnOrder.data(), columnOrder.size() * 4, "column order");
         return 1;
-    case message::kKeyDown:
-        if (wParam == 0x24) selected = {0};
-        if (wParam == 40 && !ignoreDownKey)
-            selected = {std::min(selected.empty() ? 0 : *selected.begin() + 1, rowCount - 1)};
-        return 0;
-    case message::kListSetItemState: {
-        const auto* item = reinterpret_cast<RemoteListItem*>(
-            Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteListItem), "list item state"));
-        if (!item) return 0;
+    }
+    if (message == message::kKeyDown && wParam == 0x24) selected = {0};
+    if (message == message::kKeyDown && wParam == 40 && !ignoreDownKey)
+        selected = {std::min(FirstSelected() + 1, rowCount - 1)};
+    if (message != message::kListSetItemState && message != message::kListItemW) return 0;
+    const auto* item = ItemAt<RemoteListItem>(lParam, "list item");
+    if (!item) return 0;
+    if (message == message::kListSetItemState) {
         if (wParam == -1 && item->state == 0) selected.clear();
         if (wParam >= 0 && (item->state & 2)) selected.insert(wParam);
         return 1;
     }
-    case message::kListItemW:
-        break;
-    default:
-        return 0;
-    }
-    const auto* item = reinterpret_cast<RemoteListItem*>(
-        Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteListItem), "list item"));
-    if (!item || item->item >= rows.size() || unread.count(item->item)) return 0;
-    const std::vector<Text>& row = rows[item->item];
+    if (item->item >= Rows().size() || unread.count(item->item)) return 0;
+    const std::vector<Text>& row = Rows()[item->item];
     PutText(item->text, item->subItem < row.size() ? row[item->subItem] : Text(), item->textMax);
     return 1;
 }
@@ -406,115 +360,16 @@ std::int32_t FakeClient::HeaderMessage(std::uint32_t message, std::int32_t wPara
 {
     if (message == message::kHeaderItemCount) return static_cast<std::int32_t>(columnTitles.size());
     if (message != message::kHeaderItemA || silentHeader) return 0;
-    auto* item = reinterpret_cast<RemoteHeaderItem*>(
-        Bytes(static_cast<std::uint32_t>(lParam), sizeof(RemoteHeaderItem), "header item"));
-    if (!item || wParam < 0 || wParam >= static_cast<std::int32_t>(columnTitles.size())) return 0;
+    const auto* item = ItemAt<RemoteHeaderItem>(lParam, "header item");
+    if (!item || wParam < 0 || wParam >= std::ssize(columnTitles)) return 0;
     const std::string title = CodePage1252().ToAnsi(columnTitles[static_cast<std::size_t>(wParam)]);
-    const std::size_t length =
-        std::min<std::size_t>(title.size() + 1, static_cast<std::size_t>(item->textMax));
-    if (char* to = Bytes(static_cast<std::uint32_t>(item->text), length, "header text"))
-        std::memcpy(to, title.c_str(), length);
+    Put(item->text, title.c_str(), std::min(title.size() + 1, static_cast<std::size_t>(item->textMax)),
+        "header text");
     return 1;
-}
-
-char* FakeClient::Bytes(std::uint32_t address, std::size_t size, const char* what)
-{
-    if (address == 0) return nullptr; // a null pointer: the control answers nothing
-    for (auto& [start, bytes] : blocks_)
-        if (address >= start && address + size <= start + bytes.size())
-            return bytes.data() + (address - start);
-    ADD_FAILURE() << "the client was given a bad address for: " << what;
-    return nullptr;
 }
 
 void FakeClient::PutText(RemoteAddress address, const Text& text, std::int32_t textMax)
 {
-    const Text cut = text.substr(0, static_cast<std::size_t>(textMax) - 1) + u'\0';
-    if (char* to = Bytes(static_cast<std::uint32_t>(address), cut.size() * 2, "text"))
-        std::memcpy(to, cut.data(), cut.size() * 2);
-}
-
-bool FakeClient::Note(const std::string& call)
-{
-    calls.push_back(call);
-    return calls.size() != failAt;
-}
-
-bool FakeClient::GetPlatformId(std::uint32_t& platformId)
-{
-    if (platformFailures-- > 0) return false;
-    platformId = platform;
-    return true;
-}
-
-std::int32_t FakeClient::OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied)
-{
-    EXPECT_EQ(access, 0x38u);
-    denied = denied || elevated;
-    if (elevated) return 0;
-    if (!Note("open") || processId != kProcess) return 0;
-    nextHandle_ += 4;
-    handles_.insert(nextHandle_);
-    return nextHandle_;
-}
-
-RemoteAddress FakeClient::AllocateIn(std::int32_t process, std::uint32_t size)
-{
-    if (!Note("alloc " + std::to_string(size)) || !IsOpen(process)) return RemoteAddress::none;
-    nextBlock_ += 0x10000;
-    blocks_[nextBlock_].assign((size + kPage - 1) / kPage * kPage, '\0');
-    return static_cast<RemoteAddress>(nextBlock_);
-}
-
-bool FakeClient::Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size)
-{
-    if (!Note("write " + std::to_string(size)) || !IsOpen(process)) return false;
-    char* bytes = Bytes(static_cast<std::uint32_t>(to), size, "write");
-    if (bytes) std::memcpy(bytes, from, size);
-    return bytes != nullptr;
-}
-
-bool FakeClient::Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size)
-{
-    if (!Note("read " + std::to_string(size)) || !IsOpen(process)) return false;
-    const char* bytes = Bytes(static_cast<std::uint32_t>(from), size, "read");
-    if (bytes) std::memcpy(to, bytes, size);
-    return bytes != nullptr;
-}
-
-bool FakeClient::FreeIn(std::int32_t process, RemoteAddress address)
-{
-    if (!Note("free") || !IsOpen(process)) return false;
-    return blocks_.erase(static_cast<std::uint32_t>(address)) != 0;
-}
-
-bool FakeClient::Close(std::int32_t handle)
-{
-    return Note("close") && handles_.erase(handle) != 0;
-}
-
-std::int32_t FakeClient::CreateSharedMapping(std::uint32_t size)
-{
-    if (!Note("map " + std::to_string(size))) return 0;
-    nextHandle_ += 4;
-    handles_.insert(nextHandle_);
-    nextBlock_ += 0x10000;
-    blocks_[nextBlock_].assign((size + kPage - 1) / kPage * kPage, '\0');
-    return nextHandle_;
-}
-
-RemoteAddress FakeClient::MapView(std::int32_t mapping)
-{
-    return Note("view") && IsOpen(mapping) ? static_cast<RemoteAddress>(nextBlock_) : RemoteAddress::none;
-}
-
-void FakeClient::MoveIn(RemoteAddress to, const void* from, std::uint32_t size)
-{
-    if (char* bytes = Bytes(static_cast<std::uint32_t>(to), size, "move in")) std::memcpy(bytes, from, size);
-}
-
-void FakeClient::MoveOut(void* to, RemoteAddress from, std::uint32_t size)
-{
-    if (const char* bytes = Bytes(static_cast<std::uint32_t>(from), size, "move out"))
-        std::memcpy(to, bytes, size);
+    const Text cut = Cut(text, textMax) + u'\0';
+    Put(address, cut.data(), cut.size() * 2, "text");
 }

@@ -1,15 +1,11 @@
 // FakeClient.h: a mail client made of data: windows, a folder tree, a message list and a Save dialog in a
-// process of its own. Its memory is reached through the calls for foreign memory alone, each of them checked:
-// a block that was freed, a handle that was closed or a structure that is too short fails the test.
+// process of its own.
 #pragma once
-#include "platform/CodePage.h"
-#include "platform/ProcessApi.h"
+#include "platform/Desktop.h"
 #include "tests/support/FakeFiles.h"
+#include "tests/support/FakeMemory.h"
 
-#include <map>
 #include <optional>
-#include <set>
-#include <vector>
 
 struct FakeFolder {
     Text name;
@@ -18,7 +14,7 @@ struct FakeFolder {
     std::int32_t item = 0;               // set by the client
 };
 
-class FakeClient : public Desktop, public ProcessApi {
+class FakeClient : public Desktop, public FakeMemory {
 public:
     FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree);
 
@@ -49,7 +45,6 @@ public:
     std::vector<Box> boxes;    // each Save is answered by these, one after the other, and saves nothing
     bool background = false;   // another program's window is in front
     bool blocked = false;      // by a box of its own over the main window
-    bool elevated = false;     // it has higher rights than the program
     int actTakes = 0;          // milliseconds, for every act but an empty one
     bool pumps = false;        // meanwhile it answers what else is sent
     bool silentHeader = false; // the header answers neither order nor titles, but its count
@@ -59,8 +54,6 @@ public:
     std::function<void(int saves)> onSave;
 
     // What was seen.
-    std::vector<std::string> calls;    // of ProcessApi
-    std::size_t failAt = 0;            // the failAt-th of them is refused
     static constexpr int kSleep = 100; // milliseconds; a sleep in slices counts as one
     int sleeps = 0, sleptMilliseconds = 0;
     std::vector<std::pair<Text, int>> saved; // path, row that was selected when the dialog was asked for
@@ -68,23 +61,21 @@ public:
     std::vector<std::pair<std::uint32_t, std::int32_t>> input; // key and mouse messages, wParam
 
     void ShowFolder(int index);                      // at once: new list, new handles
-    void Close();                                    // every window goes
+    void End();                                      // every window goes
     void FallSilent(int milliseconds);               // from now on
     WindowHandle AddForeignDialog();                 // another program's "Save Message As"
     WindowHandle AddModeless(const Text& className); // of the client, owned by its main window
     std::vector<Text> pressed;                       // labels of the buttons
     WindowHandle Find(const Text& className) const;  // 0 when there is none
     std::size_t Asks() const { return asks_; }       // for a Save dialog
-    std::size_t LiveBlocks() const { return blocks_.size(); }
-    std::size_t OpenHandles() const { return handles_.size(); }
 
     // Desktop
     void EnumTopWindows(const Visit& visit) override;
     void EnumDescendants(WindowHandle parent, const Visit& visit) override;
-    Text ClassOf(WindowHandle window, int bufferSize) override;
-    Text CaptionOf(WindowHandle window, int bufferSize) override;
-    WindowHandle ParentOf(WindowHandle window) override;
-    WindowHandle OwnerOf(WindowHandle window) override;
+    Text ClassOf(WindowHandle window, int size) override { return Cut(At(window).className, size); }
+    Text CaptionOf(WindowHandle window, int size) override { return Cut(At(window).caption, size); }
+    WindowHandle ParentOf(WindowHandle window) override { return At(window).parent; }
+    WindowHandle OwnerOf(WindowHandle window) override { return At(window).owner; }
     bool IsEnabled(WindowHandle window) override;
     bool IsThere(WindowHandle window) override { return windows_.count(window) != 0; }
     Answer Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
@@ -107,34 +98,13 @@ public:
         return 0xFFFFF000u + static_cast<std::uint32_t>(sleptMilliseconds);
     }
 
-    // ProcessApi
-    bool GetPlatformId(std::uint32_t& platformId) override;
-    std::uint32_t ProcessIdOf(WindowHandle window) override
-    {
-        return windows_.count(window) ? windows_[window].process : 0;
-    }
-    std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied) override;
-    RemoteAddress AllocateIn(std::int32_t process, std::uint32_t size) override;
-    bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) override;
-    bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) override;
-    bool FreeIn(std::int32_t process, RemoteAddress address) override;
-    bool Close(std::int32_t handle) override;
-    std::int32_t CreateSharedMapping(std::uint32_t size) override;
-    RemoteAddress MapView(std::int32_t mapping) override;
-    bool UnmapView(const void*) override { return false; }
-    void MoveIn(RemoteAddress to, const void* from, std::uint32_t size) override;
-    void MoveOut(void* to, RemoteAddress from, std::uint32_t size) override;
-
-    std::uint32_t platform = 2; // VER_PLATFORM_WIN32_NT
-    int platformFailures = 0;   // so many asks fail first
+    std::uint32_t ProcessIdOf(WindowHandle window) override { return At(window).process; }
 
 private:
-    static constexpr std::uint32_t kProcess = 4711;
     struct Window {
         Text className, caption;
-        WindowHandle parent;
-        WindowHandle owner = 0;
-        std::uint32_t process = kProcess;
+        WindowHandle parent = 0, owner = 0;
+        std::uint32_t process = 0;
     };
     struct SentMessage {
         WindowHandle window;
@@ -142,7 +112,10 @@ private:
         std::int32_t wParam, lParam;
     };
 
-    WindowHandle AddWindow(const Text& className, const Text& caption, WindowHandle parent);
+    static Text Cut(const Text& text, int size) { return text.substr(0, static_cast<std::size_t>(size) - 1); }
+    const Window& At(WindowHandle window) const; // that of none has nothing
+    WindowHandle AddWindow(const Text& className, const Text& caption, WindowHandle parent,
+                           WindowHandle owner = 0);
     void RemoveWindow(WindowHandle window);
     void AskForDialog();
     void OpenDialog(int row);
@@ -158,10 +131,12 @@ private:
     std::int32_t HeaderMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam);
     std::int32_t NextTreeItem(std::int32_t relation, std::int32_t item) const;
     const FakeFolder* FolderOf(std::int32_t item) const;
-    char* Bytes(std::uint32_t address, std::size_t size, const char* what); // null: fails the test
     void PutText(RemoteAddress address, const Text& text, std::int32_t textMax);
-    bool Note(const std::string& call);
-    bool IsOpen(std::int32_t handle) const { return handles_.count(handle) != 0; }
+    const std::vector<std::vector<Text>>& Rows() const
+    {
+        return folders[static_cast<std::size_t>(shown)].rows;
+    }
+    int FirstSelected() const { return selected.empty() ? -1 : *selected.begin(); }
 
     FakeFiles& saveTo_;
     std::map<WindowHandle, Window> windows_;
@@ -184,8 +159,4 @@ private:
     WindowHandle openBox_ = 0;                                 // that the act under way waits for
     std::set<WindowHandle> modeless_;
     int pendingFolder_ = -1, pendingSleeps_ = 0;
-    std::map<std::uint32_t, std::vector<char>> blocks_;
-    std::set<std::int32_t> handles_;
-    std::uint32_t nextBlock_ = 0x00A00000;
-    std::int32_t nextHandle_ = 0x104;
 };

@@ -2,17 +2,13 @@
 // folders/.
 #pragma once
 #include "oe/OeClient.h"
+#include "oe/RemoteTreeView.h"
+#include "oe/WindowDiscovery.h"
 #include "platform/posix/CodePage1252.h"
 #include "platform/posix/EnglishLocale.h"
 #include "tests/support/FakeClient.h"
+#include "tests/support/FixedClock.h"
 #include "tests/support/RecordingView.h"
-
-struct FixedClock : Clock {
-    double now = 39175.5; // 3 April 2007 12:00
-    bool daylightSaving = false;
-    double LocalNow() override { return now; }
-    bool IsDaylightSavingNow() override { return daylightSaving; }
-};
 
 // A row for the columns "!", From, Subject, Received, Sent, To.
 inline std::vector<Text> MailRow(const Text& subject, const Text& sent = u"03/04/2007 10:15")
@@ -37,4 +33,29 @@ struct OeBench {
     OeSettings settings;
     RunFlags flags;
     OeClient client{fake, RemoteMemory(fake), files, codePage, locale, clock, crc, view, settings, flags};
+};
+
+// A tree with the Inbox in it, which is shown and has three e-mails.
+struct TreeBench : OeBench {
+    explicit TreeBench(const std::vector<FakeFolder>& further = {}) : OeBench(Folders(further))
+    {
+        fake.ShowFolder(2);
+        FindOeHandles(client);
+        WalkFolderTree(client);
+        view.shown.clear();
+    }
+
+private:
+    static std::vector<FakeFolder> Folders(const std::vector<FakeFolder>& further)
+    {
+        std::vector<FakeFolder> folders = {
+            {u"Outlook Express", 0, {}},
+            {u"Local Folders", 1, {}},
+            {u"Inbox", 2, {MailRow(u"One"), MailRow(u"Two"), MailRow(u"Three")}},
+            {u"Work", 3, {MailRow(u"Report")}},
+            {u"-Dashes-", 2, {}},
+        };
+        folders.insert(folders.end(), further.begin(), further.end());
+        return folders;
+    }
 };

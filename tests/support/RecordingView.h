@@ -23,6 +23,14 @@ struct RecordingView : RunView {
     StopButtons stopButtons = StopButtons::shown;
     std::function<void()> onEvents;
 
+    void Forget()
+    {
+        for (auto* texts : {&log, &shown, &boxes, &briefBoxes, &summaryLines}) texts->clear();
+        marks.clear();
+        results.clear();
+        statistics.clear();
+        percentages.clear();
+    }
     void LogLine(const Text& message, Record record) override
     {
         (record == Record::yes ? log : shown).push_back(message);

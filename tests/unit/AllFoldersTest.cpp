@@ -1,57 +1,18 @@
 // AllFoldersTest.cpp: checking and exporting every folder of the fake client.
-#include "folders/AllFolders.h"
-#include "folders/Synchronise.h"
-#include "tests/support/JetSamples.h"
-#include "tests/support/OeBench.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/RunBench.h"
 
 namespace {
 
-using Texts = std::vector<Text>;
-
-struct AllFoldersTest : testing::Test, OeBench {
+struct AllFoldersTest : testing::Test, RunBench {
     AllFoldersTest()
-        : OeBench({{u"Outlook Express", 0, {}},
-                   {u"Local Folders", 1, {MailRow(u"never seen")}},
-                   {u"Inbox", 2, {MailRow(u"One"), MailRow(u"Two")}},
-                   {u"O'Brien", 3, {MailRow(u"Letter")}},
-                   {u"Empty", 2, {}},
-                   {u"Deleted Items", 2, {MailRow(u"Junk")}},
-                   {u"Behind", 2, {MailRow(u"Ignored")}}})
+        : RunBench(2, {{u"O'Brien", 3, {MailRow(u"Letter")}},
+                       {u"Empty", 2, {}},
+                       {u"Deleted Items", 2, {MailRow(u"Junk")}},
+                       {u"Behind", 2, {MailRow(u"Ignored")}}})
     {
-        files.directories = {u"c:", u"c:\\store"};
-        view.options.storeFolder = u"C:\\Store";
         view.options.systemFolders = u"|LOCAL FOLDERS|other|";
         view.options.firstFolderToIgnore = u"local folders\\deleted items";
-        CreateSaved(databaseFiles);
-        saved.database = OpenJetDatabase(databaseFiles, kSavedPath);
-        fake.ShowFolder(2);
-        Synchronise(run);
     }
-    void RunIn(AllFoldersMode mode)
-    {
-        view.summaryLines.clear();
-        view.marks.clear();
-        RunAllFolders(run, mode);
-        EXPECT_EQ(fake.LiveBlocks(), 0u);
-    }
-    // As the button does that exports all folders.
-    void SaveAll()
-    {
-        RunIn(AllFoldersMode::check);
-        run.runTotalSaved = 0;
-        flags.runCompleted = false;
-        RunIn(AllFoldersMode::exportEmails);
-    }
-    std::ptrdiff_t Logged(const Text& line) const
-    {
-        return std::count(view.log.begin(), view.log.end(), line);
-    }
-
-    MemoryFiles databaseFiles;
-    SavedEmails saved;
-    FolderRun run{client, saved, view, files, clock, codePage, locale};
 };
 
 } // namespace
@@ -60,7 +21,7 @@ TEST_F(AllFoldersTest, ACheckTellsWhatIsToBeExported)
 {
     CountFoldersToCheck(run);
     EXPECT_EQ(run.folderCount, 5);
-    RunIn(AllFoldersMode::check);
+    CheckAll();
     EXPECT_EQ(view.log, (Texts{u"Checking Outlook Express folders", u"-> Local Folders\\Inbox",
                                u"Local Folders\\Inbox - has all 2 emails to be exported.",
                                u"-> Local Folders\\Inbox\\O'Brien",
@@ -79,98 +40,81 @@ TEST_F(AllFoldersTest, ACheckTellsWhatIsToBeExported)
     EXPECT_EQ(view.selectedNode, 4) << "the node that is marked";
     EXPECT_EQ(view.tab, static_cast<int>(Tab::progress));
     EXPECT_TRUE(fake.saved.empty());
+    EXPECT_EQ(fake.LiveBlocks(), 0u);
 }
 
 TEST_F(AllFoldersTest, ExportsWhatTheCheckFoundAndNothingTwice)
 {
     SaveAll();
     EXPECT_TRUE(flags.runCompleted);
-    EXPECT_EQ(fake.saved.size(), 3u);
-    EXPECT_EQ(Logged(u"Exporting emails from Local Folders\\Inbox\\O'Brien"), 1);
-    EXPECT_EQ(Logged(u"-> Local Folders\\Empty"), 0) << "nothing to save there";
+    EXPECT_EQ(rows.size(), 3u);
+    EXPECT_EQ(Count(u"Exporting emails from Local Folders\\Inbox\\O'Brien"), 1);
+    EXPECT_EQ(Count(u"-> Local Folders\\Empty"), 1) << "by the check: nothing to save there";
     EXPECT_EQ(view.statistics[Statistic::totalCount], u"3");
-    EXPECT_EQ(RowsOf(*saved.database).size(), 3u);
+    EXPECT_EQ(fake.LiveBlocks(), 0u);
 
-    run.exportList.clear();
-    fake.folders[2].rows.push_back(MailRow(u"New"));
+    Mail().push_back(MailRow(u"New"));
     files.AddFile(u"c:\\store\\local folders\\empty\\0000.eml");
     view.options.jumpRemain = true;
-    RunIn(AllFoldersMode::check);
-    EXPECT_EQ(Logged(u"Local Folders\\Inbox - has 1 emails not saved"), 1);
-    EXPECT_EQ(Logged(u"No emails in folder."), 1);
-    EXPECT_EQ(Logged(u"1 folder(s) saved, 1 folder(s) not saved, 1 empty folder(s)."), 1);
-    EXPECT_EQ(Logged(u"3 email(s) already saved."), 1);
+    CheckAll();
+    ExpectLog("check", {u"Local Folders\\Inbox - has 1 emails not saved", u"No emails in folder.",
+                        u"1 folder(s) saved, 1 folder(s) not saved, 1 empty folder(s).",
+                        u"3 email(s) already saved."});
     ASSERT_EQ(run.exportList.size(), 1u);
     EXPECT_EQ(run.exportList[0].firstUnsaved, 2);
-    EXPECT_EQ(view.marks, (std::vector<std::pair<Text, Text>>{{u"", u"envelope"},
-                                                              {u"2/3", u"yellow"},
-                                                              {u"", u"envelope"},
-                                                              {u"1/1", u"green"},
-                                                              {u"", u"envelope"}}));
-    RunIn(AllFoldersMode::exportEmails);
-    EXPECT_EQ(Logged(u"-- Exporting 2 to 2 messages."), 1) << "it begins with the first that is not saved";
-    EXPECT_EQ(fake.saved.size(), 4u);
+    EXPECT_EQ(view.marks, (Marks{{u"", u"envelope"},
+                                 {u"2/3", u"yellow"},
+                                 {u"", u"envelope"},
+                                 {u"1/1", u"green"},
+                                 {u"", u"envelope"}}));
+    ExportAll();
+    ExpectLog("begins with the first that is not saved", {u"-- Exporting 2 to 2 messages."});
+    EXPECT_EQ(rows.size(), 4u);
     EXPECT_EQ(view.percentages.back(), (std::pair<Bar, int>{Bar::allFolders, 100}));
 }
 
 TEST_F(AllFoldersTest, MoreFilesThanEmailsCountAsSaved)
 {
     view.options.comparison = ComparisonType::simple;
-    for (const Text name : {u"0000.eml", u"0001.eml", u"0002.eml"})
-        files.AddFile(u"c:\\store\\local folders\\inbox\\" + name);
-    RunIn(AllFoldersMode::check);
-    EXPECT_EQ(Logged(u"Local Folders\\Inbox - has 1 too many emails saved"), 1);
-    EXPECT_EQ(Logged(u"1 folder(s) saved, 1 folder(s) not saved, 1 empty folder(s)."), 1);
+    for (const Text name : {u"0000.eml", u"0001.eml", u"0002.eml"}) files.AddFile(kDirectory + name);
+    CheckAll();
+    ExpectLog("surplus", {u"Local Folders\\Inbox - has 1 too many emails saved",
+                          u"1 folder(s) saved, 1 folder(s) not saved, 1 empty folder(s)."});
     EXPECT_EQ(view.marks[1], (std::pair<Text, Text>{u"3/2", u""})) << "the image stays";
-}
-
-TEST_F(AllFoldersTest, AStopEndsTheRunBeforeTheNextFolder)
-{
-    fake.onSave = [this](int) { flags.stopAfterFolder = flags.stopRequested = true; };
-    SaveAll();
-    EXPECT_EQ(fake.saved.size(), 2u) << "the folder is finished";
-    EXPECT_EQ(view.log[view.log.size() - 2], u"User aborted folder export.");
-    EXPECT_TRUE(flags.runCompleted) << "the closing box follows all the same";
-    EXPECT_FALSE(flags.stopAfterFolder || flags.stopRequested);
 }
 
 TEST_F(AllFoldersTest, AStopBetweenTwoEmailsEndsTheCheckAndTheExportBehindIt)
 {
-    files.AddFile(u"c:\\store\\local folders\\inbox\\0000.eml");
+    files.AddFile(kDirectory + u"0000.eml");
     view.onEvents = [this] {
-        if (view.shown.back().starts_with(u"[1 of 3]")) flags.stopAfterEmail = flags.stopRequested = true;
+        if (!view.shown.empty() && view.shown.back().starts_with(u"[1 of 3]")) Stop();
     };
     SaveAll();
-    EXPECT_EQ(Logged(u"-> Local Folders\\Inbox\\O'Brien"), 0);
+    ExpectLog("reading", {}, {u"-> Local Folders\\Inbox\\O'Brien"});
     EXPECT_TRUE(view.boxes.empty()) << "it is not the client that does not answer";
-    EXPECT_TRUE(run.exportList.empty());
-    EXPECT_TRUE(fake.saved.empty());
+    EXPECT_TRUE(run.exportList.empty() && fake.saved.empty());
 
     // Where no e-mail needs to be read, the check ends with the folder.
-    run.exportList.clear();
-    flags = {};
     view.onEvents = [this] {
-        if (view.log.back().ends_with(u"O'Brien - has all 1 emails to be exported."))
-            flags.stopAfterEmail = flags.stopRequested = true;
+        if (Logged(u"O'Brien - has all 1 emails to be exported.")) Stop();
     };
     files.files.clear();
-    RunIn(AllFoldersMode::check);
-    EXPECT_EQ(Logged(u"User aborted folder export."), 1);
-    EXPECT_EQ(Logged(u"-> Local Folders\\Empty"), 0);
+    CheckAll();
+    ExpectLog("counting", {u"User aborted folder export."}, {u"-> Local Folders\\Empty"});
     EXPECT_EQ(view.log[view.log.size() - 2], u"3 email(s) to be saved.") << "what was found until then";
     view.onEvents = nullptr;
-    RunIn(AllFoldersMode::exportEmails);
+    ExportAll();
     EXPECT_TRUE(fake.saved.empty()) << "the user has asked for the end of all";
-    EXPECT_EQ(Logged(u"User aborted on email export."), 1) << "it was the user";
+    ExpectLog("it was the user", {u"User aborted on email export."});
 }
 
 TEST_F(AllFoldersTest, AFolderThatTheClientDoesNotShowIsLeftAlone)
 {
-    fake.refreshAfter = 100000;
+    fake.refreshAfter = 100'000;
     fake.ShowFolder(4); // so that the first folder needs a change
-    RunIn(AllFoldersMode::check);
-    EXPECT_EQ(Logged(u"Outlook Express failed to change folders."), 1);
-    EXPECT_EQ(Logged(u"Program forced to abort."), 1);
+    CheckAll();
+    EXPECT_EQ(Count(u"Outlook Express failed to change folders."), 1);
+    EXPECT_EQ(Count(u"Program forced to abort."), 1);
     EXPECT_TRUE(run.exportList.empty()) << "the list on the screen is another folder's";
 }
 
@@ -191,12 +135,43 @@ TEST_F(AllFoldersTest, TheIgnoreNameDecidesWhereTheRunEnds)
         view.options.firstFolderToIgnore = c.name;
         CountFoldersToCheck(run);
         EXPECT_EQ(run.folderCount, c.count) << c.why;
-        run.exportList.clear();
-        RunIn(AllFoldersMode::check);
+        CheckAll();
         EXPECT_EQ(run.exportList.size(), c.toExport) << c.why;
     }
+    // A folder whose name is a part of a system folder's is none.
+    view.options.systemFolders = u"|Local Folders|Local Folders\\Empty and more|My Local Folders\\Behind|";
+    CheckAll();
+    EXPECT_EQ(run.exportList.size(), 4u);
     run.client.lstTree.clear();
-    view.log.clear();
-    RunIn(AllFoldersMode::check);
+    CheckAll();
     EXPECT_TRUE(view.log.empty()) << "no folders: no message";
+}
+
+TEST(AllFolders, TheFiguresOfARunAreThoseOfThatRun)
+{
+    RunBench bench(3);
+    Texts totalsLeft;
+    std::vector<int> bar, checkBar;
+    bench.fake.onSave = [&](int saves) {
+        bench.noteSaved(saves);
+        totalsLeft.push_back(bench.view.statistics[Statistic::totalLeft]);
+        bar.push_back(bench.view.percentages.back().second);
+        EXPECT_EQ(bench.view.percentages.back().first, Bar::allFolders);
+    };
+    CountFoldersToCheck(bench.run);
+    bench.view.onEvents = [&] {
+        if (bench.fake.Asks() > 0 || bench.view.percentages.empty()) return;
+        const auto& [which, percent] = bench.view.percentages.back();
+        if (which == Bar::allFolders && (checkBar.empty() || checkBar.back() != percent))
+            checkBar.push_back(percent);
+    };
+    bench.SaveAll();
+    EXPECT_EQ(checkBar, (std::vector<int>{50, 75, 100, 0})) << "and empty when the export begins";
+    EXPECT_EQ(bench.view.statistics[Statistic::totalCount], u"6");
+    EXPECT_EQ(totalsLeft, (Texts{u"6", u"5", u"4", u"3", u"2", u"1"}));
+    EXPECT_EQ(bar, (std::vector<int>{0, 17, 33, 50, 67, 83}));
+    EXPECT_EQ(bench.run.runTotalSaved, 6);
+    bench.Mail().push_back(MailRow(u"New"));
+    bench.SaveAll();
+    EXPECT_EQ(bench.view.statistics[Statistic::totalCount], u"1") << "not added to the run before";
 }

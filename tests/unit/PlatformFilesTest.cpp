@@ -16,9 +16,9 @@ protected:
     }
     std::string Content(const Text& name)
     {
-        std::string bytes;
-        EXPECT_EQ(files.ReadWhole(scratch / name, bytes), FileError::none);
-        return bytes;
+        std::string content;
+        EXPECT_EQ(files.ReadWhole(scratch / name, content), FileError::none);
+        return content;
     }
     FileError ErrorOfOpening(const Text& name, OpenMode mode)
     {

@@ -74,9 +74,9 @@ TEST(WinCodePage, AgreesWithTheFixedTable)
     if (GetACP() != 1252) GTEST_SKIP() << "code page " << GetACP();
     WinCodePage page;
     CodePage1252 fixed;
-    for (int byte = 0; byte < 256; ++byte) {
-        const std::string bytes(1, static_cast<char>(byte));
-        EXPECT_EQ(page.FromAnsi(bytes), fixed.FromAnsi(bytes)) << byte;
+    for (int number = 0; number < 256; ++number) {
+        const std::string bytes(1, static_cast<char>(number));
+        EXPECT_EQ(page.FromAnsi(bytes), fixed.FromAnsi(bytes)) << number;
     }
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
         const Text text(1, static_cast<char16_t>(unit));

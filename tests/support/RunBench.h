@@ -1,0 +1,192 @@
+// RunBench.h: a fake client, a store and a record of saved e-mails, for tests of folders/. Every export is
+// held against what the e-mails, the disk and the records say.
+#pragma once
+#include "folders/AllFolders.h"
+#include "folders/CheckFolder.h"
+#include "folders/ExportFolder.h"
+#include "folders/Synchronise.h"
+#include "oe/RemoteControls.h"
+#include "tests/support/MemoryDatabase.h"
+#include "tests/support/OeBench.h"
+
+#include <cstdio>
+#include <memory>
+
+using Texts = std::vector<Text>;
+using Marks = std::vector<std::pair<Text, Text>>;
+constexpr std::uint32_t kSetText = 0x000C;
+constexpr int kForGood = 2'000'000'000; // milliseconds
+inline const Text kSilent = u"Outlook Express has stopped responding - please restart Outlook Express.";
+inline const Text kInbox = u"Local Folders\\Inbox";
+inline const Text kDirectory = u"C:\\Store\\Local Folders\\Inbox\\";
+
+inline std::vector<std::vector<Text>> Mails(int count)
+{
+    std::vector<std::vector<Text>> rows;
+    for (int i = 0; i < count; ++i) rows.push_back(MailRow(u"Mail" + DecimalText(i)));
+    return rows;
+}
+
+// Beside the Inbox.
+inline const std::vector<FakeFolder> kFurther = {{u"Other", 2, {MailRow(u"Letter"), MailRow(u"Reply")}},
+                                                 {u"Last", 2, {MailRow(u"Note")}}};
+
+struct RunBench : OeBench {
+    explicit RunBench(int emails = 6, const std::vector<FakeFolder>& further = kFurther)
+        : RunBench(Mails(emails), further)
+    {
+    }
+    RunBench(const std::vector<std::vector<Text>>& inbox, const std::vector<FakeFolder>& further)
+        : OeBench(Folders(inbox, further))
+    {
+        files.directories = {u"c:", u"c:\\store"};
+        view.options.storeFolder = u"C:\\Store";
+        view.options.systemFolders = u"|local folders|";
+        saved.database = std::make_unique<MemoryDatabase>(rows);
+        fake.ShowFolder(2);
+        fake.onSave = noteSaved;
+        Synchronise(run);
+        Forget();
+    }
+    std::vector<std::vector<Text>>& Mail() { return fake.folders[2].rows; }
+
+    // As the buttons do; what was shown before is forgotten.
+    void Export(bool partOfAllFolders = false)
+    {
+        Forget();
+        flags.runCompleted = true;
+        const std::size_t known = rows.size();
+        ExportFolder(run, partOfAllFolders);
+        ExpectTruth(known);
+        if (!partOfAllFolders) ExpectClosingLine();
+    }
+    void Check(ComparisonType type = ComparisonType::database)
+    {
+        view.options.comparison = type;
+        Forget();
+        CheckFolder(run);
+    }
+    void CheckAll()
+    {
+        Forget();
+        run.exportList.clear();
+        RunAllFolders(run, AllFoldersMode::check);
+    }
+    void ExportAll()
+    {
+        const std::size_t known = rows.size();
+        const Texts checked = view.log;
+        run.runTotalSaved = 0;
+        flags.runCompleted = false;
+        RunAllFolders(run, AllFoldersMode::exportEmails);
+        ExpectTruth(known);
+        ExpectClosingLine();
+        view.log.insert(view.log.begin(), checked.begin(), checked.end());
+    }
+    void SaveAll(const std::function<void()>& between = {})
+    {
+        CheckAll();
+        if (between) between();
+        ExportAll();
+    }
+    // In peace and from the first row: every e-mail is saved then.
+    void ExpectRestIsSaved(const std::string& why)
+    {
+        SCOPED_TRACE(why);
+        fake.onMessage = nullptr;
+        view.onEvents = nullptr;
+        fake.selected = {0};
+        Export();
+        EXPECT_TRUE(flags.runCompleted);
+        EXPECT_TRUE(Logged(u"; 0 are not.")) << ToUtf8(view.log.back());
+        EXPECT_EQ(rows.size(), Mail().size());
+    }
+    void Forget()
+    {
+        flags = {};
+        view.Forget();
+    }
+    int Count(TextView words) const
+    {
+        return static_cast<int>(std::count_if(view.log.begin(), view.log.end(), [words](const Text& line) {
+            return line.find(words) != Text::npos;
+        }));
+    }
+    bool Logged(TextView words) const { return Count(words) > 0; }
+    void ExpectLog(const std::string& why, const Texts& says, const Texts& saysNot = {}) const
+    {
+        for (const Text& words : says) EXPECT_TRUE(Logged(words)) << why << ": " << ToUtf8(words);
+        for (const Text& words : saysNot) EXPECT_FALSE(Logged(words)) << why << ": " << ToUtf8(words);
+    }
+    bool IsStored(const Text& subject) const
+    {
+        return std::any_of(contents.begin(), contents.end(), [&](const Content& each) {
+            return each.subject == subject && files.files.count(FakeFiles::Key(each.path)) != 0;
+        });
+    }
+    // What the user does, in a stop.
+    void Stop() { flags.stopAfterEmail = flags.stopRequested = true; }
+    void StopAfterFolder() { flags.stopAfterFolder = flags.stopRequested = true; }
+
+    struct Content {
+        Text path, subject, folder; // of the e-mail that was saved there
+    };
+    std::vector<Content> contents;
+    MemoryRows rows;
+    SavedEmails saved;
+    FolderRun run{client, saved, view, files, clock, codePage, locale};
+    const std::function<void(int)> noteSaved = [this](int) {
+        const auto& [path, row] = fake.saved.back();
+        const FakeFolder& folder = fake.folders[static_cast<std::size_t>(fake.shown)];
+        std::erase_if(contents, [&saved = path](const Content& each) { return each.path == saved; });
+        contents.push_back({path, folder.rows[static_cast<std::size_t>(row)][2], folder.name});
+    };
+
+private:
+    static std::vector<FakeFolder> Folders(const std::vector<std::vector<Text>>& inbox,
+                                           const std::vector<FakeFolder>& further)
+    {
+        std::vector<FakeFolder> folders = {{u"Outlook Express", 0, {}},
+                                           {u"Local Folders", 1, {MailRow(u"never seen")}},
+                                           {u"Inbox", 2, inbox}};
+        folders.insert(folders.end(), further.begin(), further.end());
+        return folders;
+    }
+    void ExpectTruth(std::size_t knownRows) const
+    {
+        for (const Content& each : contents) {
+            if (files.files.count(FakeFiles::Key(each.path)) == 0 || view.options.idOnly) continue;
+            EXPECT_NE(each.path.find(u"\\" + each.folder + u"\\"), Text::npos) << ToUtf8(each.path);
+            EXPECT_NE(each.path.find(u"_" + each.subject), Text::npos) << ToUtf8(each.path);
+        }
+        for (std::size_t i = knownRows; i < rows.size(); ++i)
+            EXPECT_TRUE(IsStored(rows[i].at(u"esubject"))) << ToUtf8(rows[i].at(u"esubject"));
+    }
+    // N of M saved, K not, U not looked at.
+    void ExpectClosingLine() const
+    {
+        int saves = -1, handled = -1, unsaved = -1, rest = 0;
+        const std::string line = ToUtf8(view.log.empty() ? Text() : view.log.back());
+        const int read = std::sscanf(
+            line.c_str(), "%d of %d e-mail(s) handled in this run are saved; %d are not. %d more were not",
+            &saves, &handled, &unsaved, &rest);
+        if (read < 3) {
+            EXPECT_FALSE(Logged(u"-- Exporting")) << "no closing line: " << line;
+            return;
+        }
+        EXPECT_EQ(saves + unsaved, handled) << line;
+        EXPECT_LE(static_cast<std::size_t>(saves), std::min(rows.size(), files.files.size())) << line;
+        const auto& list = fake.folders[2].rows;
+        if (rest > 0 || unsaved > 0 || handled < std::ssize(list) || fake.shown != 2) return;
+        for (const auto& mail : list) EXPECT_TRUE(IsStored(mail[2])) << line << ": " << ToUtf8(mail[2]);
+    }
+};
+
+// Does something at the n-th message of a kind that reaches the client.
+inline std::function<void(WindowHandle, std::uint32_t)> At(std::uint32_t kind, int nth,
+                                                           std::function<void()> what)
+{
+    return [kind, nth, what = std::move(what), count = 0](WindowHandle, std::uint32_t message) mutable {
+        if (message == kind && ++count == nth) what();
+    };
+}

@@ -1,0 +1,206 @@
+// DisturbedCheckTest.cpp: checks of a folder beside mail that comes in, lists that are empty for a moment and
+// a client that falls silent. No check calls a folder saved that is not, and none ends without telling.
+#include "tests/support/RunBench.h"
+
+namespace {
+
+const Text kAllSaved = u"All emails have been saved.", kOnceMore = u"; it is read once more.",
+           kGoesOn = u"what has come counts as not saved";
+
+bool HasGreenMark(const RunBench& bench)
+{
+    return std::any_of(bench.view.marks.begin(), bench.view.marks.end(),
+                       [](const auto& mark) { return mark.second == u"green"; });
+}
+
+// The list is empty from the second count to the last given.
+void EmptyUntil(RunBench& bench, int last)
+{
+    bench.fake.onMessage = [&bench, last, mail = bench.Mail(), counts = 0](WindowHandle,
+                                                                           std::uint32_t message) mutable {
+        if (message != message::kListItemCount) return;
+        ++counts;
+        bench.Mail() = counts >= 2 && counts <= last ? std::vector<std::vector<Text>>() : mail;
+    };
+}
+
+} // namespace
+
+TEST(DisturbedCheck, AListThatMovesIsReadOnceMoreAndInDoubtNotSaved)
+{
+    using Disturb = std::function<void(RunBench&)>;
+    const struct {
+        const char* why;
+        Disturb disturb; // when all six are saved
+        Texts says;
+        ComparisonType type = ComparisonType::database;
+    } cases[] = {
+        {"mail comes in",
+         [](RunBench& b) {
+             b.fake.onMessage = At(message::kListItemW, 10, [&b] { b.Mail().push_back(MailRow(u"New")); });
+         },
+         {kOnceMore, u"Not saved 6 - New"}},
+        {"mail comes in while files are compared",
+         [](RunBench& b) {
+             b.fake.onMessage = At(message::kListItemW, 10, [&b] { b.Mail().push_back(MailRow(u"New")); });
+         },
+         {kOnceMore, u"Not saved 6 - New"},
+         ComparisonType::file},
+        {"it never comes to rest",
+         [](RunBench& b) {
+             b.fake.onMessage = [&b](WindowHandle, std::uint32_t message) {
+                 if (message == message::kListItemW) b.Mail().insert(b.Mail().begin(), MailRow(u"New"));
+             };
+         },
+         {kGoesOn}},
+        {"sorted anew",
+         [](RunBench& b) {
+             b.Mail().push_back(MailRow(u"New"));
+             b.fake.onMessage =
+                 At(message::kListItemW, 24, [&b] { std::reverse(b.Mail().begin(), b.Mail().end()); });
+         },
+         {kOnceMore, u"Not saved 0 - New"}},
+        {"it fills slowly",
+         [](RunBench& b) {
+             b.fake.onMessage = [&b, cells = 0](WindowHandle, std::uint32_t message) mutable {
+                 if (message == message::kListItemW && ++cells % 40 == 0) b.Mail().push_back(MailRow(u"New"));
+             };
+         },
+         {kGoesOn}},
+        {"behind the second reading: nor is the first row certain",
+         [](RunBench& b) {
+             b.fake.onMessage = [&b, counts = 0](WindowHandle, std::uint32_t message) mutable {
+                 if (message != message::kListItemCount) return;
+                 if (++counts == 3) std::reverse(b.Mail().begin(), b.Mail().end());
+                 if (counts == 5) b.Mail().push_back(MailRow(u"New"));
+             };
+         },
+         {kGoesOn, u"Inbox has 5 saved email(s). 2 email(s) not saved."}},
+        {"empty for a moment",
+         [](RunBench& b) {
+             b.Mail().push_back(MailRow(u"New"));
+             EmptyUntil(b, 3);
+         },
+         {}},
+        {"empty for longer",
+         [](RunBench& b) {
+             b.Mail().push_back(MailRow(u"New"));
+             EmptyUntil(b, 8);
+         },
+         {}},
+        {"another folder's",
+         [](RunBench& b) {
+             b.fake.keepsList = true;
+             b.fake.onMessage = At(message::kListItemW, 5, [&b] { b.fake.ShowFolder(3); });
+         },
+         {u"Outlook Express shows another folder meanwhile; this one has no result."}},
+    };
+    for (const auto& c : cases) {
+        RunBench bench;
+        bench.Export();
+        c.disturb(bench);
+        bench.Check(c.type);
+        bench.ExpectLog(c.why, c.says, {kAllSaved});
+        EXPECT_FALSE(HasGreenMark(bench)) << c.why;
+    }
+    for (int nth = 1; nth < 60; nth += 2) {
+        RunBench bench;
+        bench.Export();
+        bench.Mail().insert(bench.Mail().begin() + 3, MailRow(u"New")); // 0 1 2 New 3 4 5
+        bench.fake.onMessage =
+            At(message::kListItemW, nth, [&] { std::swap(bench.Mail()[2], bench.Mail()[3]); });
+        bench.Check();
+        bench.ExpectLog("swapped at cell " + std::to_string(nth), {}, {kAllSaved});
+    }
+}
+
+TEST(DisturbedCheck, ACountOfNothingIsNotBelievedAtOnce)
+{
+    RunBench bench;
+    const auto fillSoon = [&bench, mail = bench.Mail()] {
+        bench.Mail().clear();
+        bench.view.onEvents = [&bench, mail, began = bench.fake.sleptMilliseconds] {
+            if (bench.fake.sleptMilliseconds - began > 600) bench.Mail() = mail;
+        };
+    };
+    fillSoon();
+    bench.Export();
+    EXPECT_EQ(bench.rows.size(), 6u);
+    EXPECT_TRUE(bench.view.boxes.empty());
+    fillSoon();
+    bench.Check(ComparisonType::simple); // by nothing but the count
+    bench.ExpectLog("count", {u"Inbox has 6 saved email(s). All emails have been saved."});
+    fillSoon();
+    bench.CheckAll();
+    bench.ExpectLog("all", {u"1 folder(s) saved, 2 folder(s) not saved, 0 empty folder(s)."});
+    bench.view.onEvents = nullptr;
+    bench.Mail().push_back(MailRow(u"New"));
+    EmptyUntil(bench, 3);
+    bench.view.options.comparison = ComparisonType::database;
+    bench.SaveAll();
+    EXPECT_TRUE(bench.rows.size() == 10 || bench.Logged(u" more were not looked at.") ||
+                bench.Logged(u" folder(s) were not checked."));
+}
+
+TEST(DisturbedCheck, ASilentClientIsNoEmptyFolder)
+{
+    const struct {
+        std::uint32_t kind;
+        int nth;
+        bool stored = true;
+    } cases[] = {{0, 1},
+                 {message::kListItemCount, 1},
+                 {message::kListItemCount, 1, false},
+                 {message::kListItemCount, 3}, // when all rows are read
+                 {message::kListItemW, 1}};
+    for (const auto& c : cases)
+        for (const bool inAllFolders : {false, true}) {
+            RunBench bench;
+            if (c.stored) bench.Export();
+            bench.fake.onMessage = At(c.kind, c.nth, [&] { bench.fake.FallSilent(kForGood); });
+            if (inAllFolders)
+                bench.CheckAll();
+            else
+                bench.Check();
+            const std::string where = std::to_string(c.kind) + (inAllFolders ? " in all folders" : "");
+            EXPECT_EQ(bench.Count(kSilent), 1) << where;
+            EXPECT_EQ(bench.view.boxes, Texts{kSilent}) << where;
+            bench.ExpectLog(where, {}, {u"saved email(s)"});
+            EXPECT_FALSE(HasGreenMark(bench)) << where;
+            EXPECT_EQ(bench.Count(u"Program forced to abort."), inAllFolders) << where;
+            EXPECT_LE(bench.Count(u"-> "), 1) << where << ": no further folder is asked for";
+        }
+}
+
+TEST(DisturbedCheck, AClientThatIsSilentHoldsUpNoClosing)
+{
+    RunBench bench;
+    bench.Export();
+    const int before = bench.fake.sleptMilliseconds;
+    bench.fake.onMessage = [&, cells = 0, met = false](WindowHandle, std::uint32_t message) mutable {
+        if (message == message::kListItemW) ++cells;
+        if (message != 0 || cells == 0 || std::exchange(met, true)) return;
+        bench.Stop();
+        bench.flags.closing = true;
+        bench.fake.FallSilent(kForGood);
+    };
+    bench.Check();
+    EXPECT_LT(bench.fake.sleptMilliseconds - before, 3'000);
+    bench.ExpectLog("closing", {u"User aborted on email export."});
+}
+
+TEST(DisturbedCheck, LookAlikesAndMissingColumnsAreNamed)
+{
+    RunBench bench(3);
+    bench.Mail().push_back(MailRow(u"Mail1"));
+    bench.Export();
+    bench.Check();
+    bench.ExpectLog("alike", {u"1 look exactly like another e-mail of this folder, the first like row 1"});
+    bench.fake.columnTitles[4] = u"Gesendet";
+    bench.Check();
+    bench.ExpectLog("column", {u"The message list has no column titled: Sent"});
+    bench.fake.silentHeader = true;
+    bench.Check();
+    bench.ExpectLog("those that could not be read look like nothing", {}, {u"look exactly like"});
+    EXPECT_EQ(bench.Count(u"Not saved "), 4);
+}

@@ -1,0 +1,136 @@
+// RemoteListViewTest.cpp: reading the client's message list through foreign memory.
+#include "oe/RemoteListView.h"
+#include "oe/Conversation.h"
+#include "tests/support/OeBench.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+struct RemoteListView : testing::Test, TreeBench {};
+
+// Does the work again and again, each time with another of its calls for foreign memory refused, until it
+// makes no call that was not; nothing stays behind.
+void RefuseEachCall(OeBench& bench, const std::function<void()>& work, const std::function<void()>& expect)
+{
+    for (std::size_t n = 1;; ++n) {
+        SCOPED_TRACE(testing::Message() << "call " << n);
+        bench.fake.calls.clear();
+        bench.fake.failAt = n;
+        work();
+        if (bench.fake.calls.size() < n) return;
+        expect();
+        bench.fake.failAt = 0;
+        SweepRemoteMemory(bench.client.memory);
+        EXPECT_EQ(bench.fake.LiveBlocks() + bench.fake.OpenHandles(), 0u);
+    }
+}
+} // namespace
+
+TEST_F(RemoteListView, ColumnsComeInDisplayOrderAndAreFoundByTitle)
+{
+    fake.columnTitles = {u"", u"Subject", u"From", u"subject"};
+    fake.columnOrder = {2, 3, 0, 1};
+    EXPECT_EQ(ColumnIndexByTitle(client, u"Nonsense"), 0) << "kept: no columns known yet";
+    ReadListColumns(client);
+    ASSERT_EQ(client.columns.size(), 4u);
+    EXPECT_EQ(client.columns[0].title, u"From");
+    EXPECT_EQ(ColumnIndexByTitle(client, u"SUBJECT"), 3) << "the leftmost of two on the screen";
+    EXPECT_EQ(ColumnIndexByTitle(client, u""), -1) << "a column without a title is never found";
+    EXPECT_EQ(ColumnIndexByTitle(client, u"Sent"), -1);
+
+    fake.columnTitles = {u"Subject"};
+    fake.columnOrder = {0};
+    ReadListColumns(client);
+    EXPECT_FALSE(client.columnsKnown) << "kept: a single column yields no titles";
+    fake.columnTitles = {u"", u""};
+    fake.columnOrder = {0, 1};
+    EXPECT_TRUE(ReadListColumns(client)) << "it has answered";
+    EXPECT_EQ(ColumnIndexByTitle(client, u"Subject"), 0) << "kept: nor do titles that are all empty";
+}
+
+TEST_F(RemoteListView, RowsAreReadWithOneTextMoreThanColumnsAndCut)
+{
+    fake.folders[2].rows[1][2] = Text(300, u'x') + u"\u20AC";
+    const std::vector<Text> texts = ReadItemTexts(client, 1);
+    ASSERT_EQ(texts.size(), 7u);
+    EXPECT_EQ(texts[1], u"Ann Archer");
+    EXPECT_EQ(texts[2], Text(128, u'x'));
+    EXPECT_EQ(texts[3], u"03/04/2007 10:16");
+    EXPECT_EQ(texts[6], u"");
+    EXPECT_EQ(ReadItemTexts(client, -1), std::vector<Text>(7));
+    EXPECT_TRUE(ReadItemTexts(client, 99).empty()) << "a row that is gone";
+}
+
+TEST_F(RemoteListView, ARowTakesItsBlocksAndSweepingTakesWhatStaysBehind)
+{
+    fake.columnTitles = {u"From", u"Subject"};
+    SweepRemoteMemory(client.memory);
+    fake.calls.clear();
+    ReadItemTexts(client, 0);
+    const std::vector<std::string> want = {"open",     "alloc 40", "open",     "alloc 256", "write 40",
+                                           "read 256", "write 40", "read 256", "write 40",  "read 256",
+                                           "free",     "close",    "free",     "close"};
+    EXPECT_EQ(fake.calls, want);
+    EXPECT_EQ(fake.LiveBlocks(), 1u) << "kept: the first block stays behind";
+    EXPECT_EQ(fake.OpenHandles(), 1u);
+    for (int row = 0; row < 3; ++row) ReadItemTexts(client, row);
+    SweepRemoteMemory(client.memory);
+    EXPECT_EQ(fake.LiveBlocks(), 0u);
+    EXPECT_EQ(fake.OpenHandles(), 0u);
+}
+
+TEST_F(RemoteListView, ARowIsReadWholeOrNotAtAll)
+{
+    std::vector<Text> own = MailRow(u"Three"), texts;
+    own.emplace_back();
+    RefuseEachCall(
+        *this, [&] { texts = ReadItemTexts(client, 2); },
+        [&] { EXPECT_TRUE(texts.empty() || texts == own); });
+    EXPECT_EQ(texts, own);
+}
+
+TEST_F(RemoteListView, ARefusedCallNeverMovesATitleOrAFolderNameToAnother)
+{
+    const auto work = [&] {
+        client.lstTree.clear();
+        ReadListColumns(client);
+        SetListItemState(client, 1, 3);
+        WalkFolderTree(client);
+    };
+    RefuseEachCall(*this, work, [&] {
+        for (const ListColumn& column : client.columns) {
+            const Text& own = fake.columnTitles[static_cast<std::size_t>(column.index)];
+            EXPECT_TRUE(!client.columnsKnown || column.title.empty() || column.title == own);
+        }
+        for (const OeFolder& folder : client.lstTree)
+            EXPECT_TRUE(std::any_of(fake.folders.begin(), fake.folders.end(), [&](const FakeFolder& each) {
+                return each.item == folder.item && each.name == folder.Name();
+            }));
+    });
+    EXPECT_EQ(client.lstTree.size(), fake.folders.size()) << "the last round met no refusal";
+}
+
+TEST_F(RemoteListView, TheOldFamilyGoesThroughSharedMappings)
+{
+    TreeBench old;
+    old.client.memory.platformChecked = false;
+    old.fake.platform = 1;
+    old.fake.calls.clear();
+    EXPECT_EQ(ReadItemTexts(old.client, 2)[2], u"Three");
+    EXPECT_EQ(old.fake.calls.front(), "map 40");
+    OeBench bench({});
+    bench.fake.platformFailures = 1;
+    EXPECT_FALSE(IsNtPlatform(bench.client.memory));
+    EXPECT_TRUE(IsNtPlatform(bench.client.memory)) << "asked again until one ask succeeds";
+}
+
+TEST_F(RemoteListView, SelectingComparesACountWithAnIndex)
+{
+    SelectListItem(client, 1, OtherItems::clear);
+    EXPECT_EQ(fake.selected, std::set<std::int32_t>{0}) << "kept: one row is selected, so row 1 is not";
+    SelectListItem(client, 2, OtherItems::clear);
+    EXPECT_EQ(fake.selected, std::set<std::int32_t>{2});
+    SelectListItem(client, 0, OtherItems::keep);
+    EXPECT_EQ(fake.selected, (std::set<std::int32_t>{0, 2}));
+    EXPECT_EQ(std::count(view.shown.begin(), view.shown.end(), u"Listview select failed"), 0);
+}

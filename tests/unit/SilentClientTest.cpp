@@ -1,0 +1,267 @@
+// SilentClientTest.cpp: an export from a client that is slow or silent, that ends or shows boxes. What is
+// said of it is what has happened, and no e-mail is lost or mislabelled by it (RunBench).
+#include "tests/support/RunBench.h"
+
+TEST(SilentClient, IsWaitedForOrEndsTheRun)
+{
+    const struct {
+        int milliseconds;
+        bool told, ended;
+    } silences[] = {{10'000, false, false},
+                    {59'000, false, false}, // just within the limit
+                    {61'000, true, false},
+                    {115'000, true, false}, // back within a minute more
+                    {kForGood, true, true}};
+    const std::uint32_t kinds[] = {0,
+                                   message::kListNextItem,
+                                   message::kListItemW,
+                                   message::kListColumnOrder,
+                                   message::kHeaderItemA,
+                                   message::kKeyDown,
+                                   message::kLeftUp,
+                                   message::kListItemCount,
+                                   kSetText};
+    for (const auto& silence : silences)
+        for (const std::uint32_t kind : kinds)
+            for (const int nth : {1, 2, 3, 6, 9}) {
+                const std::string where = std::to_string(silence.milliseconds) + " ms, message " +
+                                          std::to_string(kind) + " for the " + std::to_string(nth);
+                SCOPED_TRACE(where);
+                RunBench bench(6, {});
+                bench.view.options.sendKeys = kind == 0 && nth > 3; // silent while they are typed
+                bool met = false;
+                bench.fake.onMessage = At(kind, nth, [&] {
+                    met = true;
+                    bench.fake.FallSilent(silence.milliseconds);
+                });
+                bench.Export();
+                if (!met) continue;
+                EXPECT_EQ(bench.Logged(kSilent), silence.ended);
+                EXPECT_EQ(bench.view.boxes, silence.ended ? Texts{kSilent} : Texts{});
+                EXPECT_EQ(bench.flags.runCompleted, !silence.ended);
+                EXPECT_EQ(bench.Logged(u"Waiting for Outlook Express to answer again"), silence.told);
+                EXPECT_EQ(bench.rows.size(), bench.contents.size());
+                if (!silence.ended) {
+                    EXPECT_EQ(bench.rows.size(), 6u) << "the row is read again";
+                    continue;
+                }
+                EXPECT_LT(bench.fake.sleptMilliseconds, 130'000) << "no further row is tried";
+                bench.ExpectLog(where, {}, {u"could not be read", u"No dialog found"});
+            }
+}
+
+TEST(SilentClient, ThatIsBackIsFoundByTheNextRun)
+{
+    RunBench bench;
+    bench.fake.onMessage = At(message::kListItemW, 10, [&] { bench.fake.FallSilent(600'000); });
+    bench.Export();
+    bench.ExpectLog("silent", {kSilent});
+    bench.fake.Sleep(600'000);
+    bench.ExpectRestIsSaved("back");
+}
+
+TEST(SilentClient, ThatFallsSilentOverEveryEmailIsGivenUp)
+{
+    RunBench bench;
+    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
+        if (message == kSetText) bench.fake.FallSilent(61'000);
+    };
+    bench.Export();
+    bench.ExpectLog("every time", {kSilent});
+    EXPECT_EQ(bench.fake.Asks(), 4u) << "tried, and three times more";
+    EXPECT_TRUE(bench.fake.saved.empty());
+}
+
+TEST(SilentClient, KeepsWhatAnUnansweredMessageWasLent)
+{
+    // The fake client handles the message when it is back, and fails the test when its memory has gone.
+    RunBench bench;
+    bench.fake.onMessage = At(message::kListItemW, 4, [&] { bench.fake.FallSilent(70'000); });
+    bench.Export();
+    const std::size_t left = bench.fake.LiveBlocks();
+    EXPECT_GT(left, 0u);
+    SweepRemoteMemory(bench.client.memory);
+    EXPECT_EQ(bench.fake.LiveBlocks(), left);
+}
+
+TEST(SilentClient, HoldsUpNoStopAndNoClosing)
+{
+    const struct {
+        std::uint32_t silentOver; // its third
+        int limit;                // milliseconds from the wish to the end
+    } cases[] = {{message::kKeyDown, 10'000},
+                 {message::kTreeSelectItem, 10'000},
+                 {message::kListItemW, 70'000}, // a question under way has its minute
+                 {0, 10'000}};
+    for (const auto& c : cases) {
+        RunBench bench;
+        int asked = 0;
+        bench.fake.onMessage = At(c.silentOver, 3, [&] { bench.fake.FallSilent(kForGood); });
+        bench.view.onEvents = [&] {
+            if (asked != 0 || bench.fake.sleptMilliseconds < 5'000) return;
+            asked = bench.fake.sleptMilliseconds;
+            bench.Stop();
+            bench.flags.closing = bench.flags.stopAfterFolder = true;
+        };
+        if (c.silentOver == message::kTreeSelectItem)
+            bench.SaveAll();
+        else
+            bench.Export();
+        EXPECT_LT(bench.fake.sleptMilliseconds - asked, c.limit) << c.silentOver;
+        EXPECT_TRUE(bench.view.boxes.empty()) << c.silentOver;
+    }
+    for (const bool closing : {false, true}) { // while an earlier dialog is awaited
+        RunBench bench;
+        bench.fake.dialogDelays = {50'000};
+        bench.view.onEvents = [&] {
+            if (bench.fake.sleptMilliseconds < 10'000) return;
+            bench.Stop();
+            bench.flags.closing = closing;
+        };
+        bench.Export();
+        EXPECT_LE(bench.fake.sleptMilliseconds, 10'200);
+        bench.ExpectLog("awaited", {u"User aborted on email export."}, {kSilent});
+        EXPECT_EQ(bench.view.log.back(),
+                  u"0 of 1 e-mail(s) handled in this run are saved; 1 are not. 5 more were not looked at.")
+            << "the e-mail that waited was not handled";
+    }
+}
+
+TEST(SilentClient, IsLetFinishTheEmailUnderWayBeforeTheProgramCloses)
+{
+    RunBench bench;
+    bool met = false;
+    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
+        if (message != 0 || bench.fake.Asks() == 0 || std::exchange(met, true)) return;
+        bench.Stop();
+        bench.flags.closing = true;
+        bench.fake.FallSilent(1'500); // less than the two seconds that are still waited for
+    };
+    bench.Export();
+    EXPECT_TRUE(met);
+    EXPECT_EQ(bench.rows.size(), 1u);
+}
+
+TEST(SilentClient, MayTakeLongForAnActAndTheWindowLives)
+{
+    for (const bool pumps : {false, true}) {
+        RunBench bench(3);
+        bench.fake.actTakes = 20'000;
+        bench.fake.pumps = pumps;
+        int longest = 0, last = bench.fake.sleptMilliseconds;
+        bench.view.onEvents = [&] {
+            longest = std::max(longest, bench.fake.sleptMilliseconds - last);
+            last = bench.fake.sleptMilliseconds;
+        };
+        bench.Export();
+        EXPECT_LE(longest, 200) << "milliseconds between two looks at what the user does";
+        EXPECT_EQ(bench.rows.size(), 3u);
+        EXPECT_EQ(bench.fake.keys.size(), 3u) << "no key is sent twice";
+
+        bench.Mail().push_back(MailRow(u"Last"));
+        bench.view.onEvents = [&] {
+            bench.flags.stopRequested |= bench.fake.sleptMilliseconds > last + 30'000;
+        };
+        bench.Export();
+        const auto told = std::count(bench.view.shown.begin(), bench.view.shown.end(),
+                                     u"Stopping as soon as Outlook Express has answered");
+        EXPECT_TRUE(told > 0 && told < 10) << told << " times, for each act once";
+    }
+}
+
+TEST(SilentClient, OrOneThatEndsInTheMiddleOfAFileHasNotSavedIt)
+{
+    for (const bool ends : {true, false}) {
+        RunBench bench(3);
+        bench.fake.onSave = [&](int saves) {
+            bench.noteSaved(saves);
+            if (saves != 2) return;
+            bench.files.AddFile(bench.fake.saved.back().first, ""); // made, and not a byte written
+            if (ends)
+                bench.fake.End();
+            else
+                bench.fake.FallSilent(kForGood);
+        };
+        bench.Export();
+        EXPECT_EQ(bench.rows.size(), 1u);
+    }
+}
+
+TEST(ClientBoxes, AreAnsweredAndTold)
+{
+    using Box = FakeClient::Box;
+    const struct {
+        const char* why;
+        std::vector<Box> boxes;
+        Texts pressed; // behind "Save"
+    } cases[] = {
+        {"replace?", {{u"0000.eml already exists. Replace?", {u"&Yes", u"&No"}}}, {u"&No", u"Cancel"}},
+        {"a bad name", {{u"The path does not exist.", {u"OK"}}}, {u"OK", u"Cancel"}},
+        {"cancel before OK", {{u"Disk full", {u"OK", u"Cancel"}}}, {u"Cancel", u"Cancel"}},
+        {"one after the other", {{u"One", {u"&No"}}, {u"Two", {u"OK"}}}, {u"&No", u"OK", u"Cancel"}},
+        {"the dialog has gone", {{.words = u"Disk full", .buttons = {u"OK"}, .ofMainWindow = true}}, {u"OK"}},
+        {"no before cancel", {{u"Replace?", {u"Cancel", u"&No"}}}, {u"&No", u"Cancel"}},
+        {"a part of the file is there",
+         {{.words = u"Disk full", .buttons = {u"OK"}, .leavesPart = true}},
+         {u"OK", u"Cancel"}},
+        {"one over the other",
+         {{u"One", {u"&No"}}, {.words = u"Two", .buttons = {u"OK"}, .over = true}},
+         {u"OK", u"&No", u"Cancel"}},
+        {"a moment later", {{.words = u"Disk full", .buttons = {u"OK"}, .late = true}}, {u"OK", u"Cancel"}},
+        {"its buttons come a moment after it",
+         {{.words = u"Disk full", .buttons = {u"OK"}, .late = true, .fillsAfter = 600}},
+         {u"OK", u"Cancel"}},
+        {"never another button, and no click behind it", {{u"Sure?", {u"&Yes", u"Notes"}}}, {}},
+    };
+    for (const auto& c : cases) {
+        RunBench bench(2);
+        bench.fake.boxes = c.boxes;
+        bench.fake.selected = {1};
+        bench.Export();
+        Texts pressed = {u"&Save"};
+        pressed.insert(pressed.end(), c.pressed.begin(), c.pressed.end());
+        EXPECT_EQ(bench.fake.pressed, pressed) << c.why;
+        bench.ExpectLog(c.why,
+                        {u"Outlook Express says: Save Message As - " + c.boxes[0].words, u"FAIL: 1 Mail1"});
+        EXPECT_TRUE(bench.rows.empty() && bench.files.files.empty()) << c.why;
+        EXPECT_LT(bench.fake.sleptMilliseconds, 1'500) << c.why;
+        bench.fake.boxes.clear();
+        if (!c.pressed.empty()) bench.ExpectRestIsSaved(c.why); // else that box stands for ever
+    }
+}
+
+TEST(ClientBoxes, OverTheMainWindowEndTheRunWhenTheyStandForTenInARow)
+{
+    RunBench bench(30);
+    bench.fake.onSave = [&](int saves) {
+        bench.noteSaved(saves);
+        bench.fake.blocked = saves == 3;
+    };
+    bench.Export();
+    bench.ExpectLog("blocked", {kSilent});
+    EXPECT_EQ(bench.Count(u"No dialog found"), 10);
+    EXPECT_EQ(bench.view.log.back(),
+              u"3 of 13 e-mail(s) handled in this run are saved; 10 are not. 17 more were not looked at.");
+    bench.fake.blocked = false;
+    bench.ExpectRestIsSaved("forgotten by the next run");
+
+    RunBench tenth(30);
+    tenth.fake.onMessage = [&, keys = 0](WindowHandle, std::uint32_t message) mutable {
+        if (message == message::kKeyDown) tenth.fake.blocked = ++keys % 10 != 0;
+    };
+    tenth.Export();
+    tenth.ExpectLog("not in a row", {}, {kSilent});
+    EXPECT_EQ(tenth.fake.saved.size(), 3u);
+}
+
+TEST(ClientBoxes, OtherWindowsAreLeftAlone)
+{
+    RunBench bench;
+    const WindowHandle others[] = {bench.fake.AddForeignDialog(), bench.fake.AddModeless(u"#32770")};
+    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
+        if (message == message::kLeftUp) bench.fake.AddModeless(u"tooltips_class32");
+    };
+    bench.Export();
+    EXPECT_EQ(bench.rows.size(), 6u);
+    for (const WindowHandle other : others) EXPECT_TRUE(bench.fake.IsThere(other));
+}
