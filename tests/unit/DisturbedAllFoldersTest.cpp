@@ -95,6 +95,7 @@ TEST(DisturbedAllFolders, ARunThatIsRepeatedDoesTheRest)
     };
     bench.SaveAll();
     EXPECT_EQ(bench.view.log.back(), Closing(4, 4, 3)) << "nothing is to be looked at in the complete folder";
+    EXPECT_FALSE(bench.flags.stopAfterFolder || bench.flags.stopRequested) << "the next run is not stopped";
 }
 
 TEST(DisturbedAllFolders, FoldersThatTheCheckDidNotComeToAreNamed)
