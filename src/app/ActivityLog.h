@@ -2,21 +2,14 @@
 // and in log.txt.
 // Fails by: nothing. A log file that is locked or read-only never stops an export.
 #pragma once
-#include "oe/Reporter.h"
+#include "folders/RunView.h"
 #include "platform/Clock.h"
 #include "platform/CodePage.h"
 #include "platform/Files.h"
 
-// The two places of the window where a message shows.
-struct LogView {
-    virtual ~LogView() = default;
-    virtual void ShowText(const Text& text) = 0;    // on the vacuum-tube display, in place of the last one
-    virtual void AddProgress(const Text& text) = 0; // at the end of the progress list
-};
-
 class ActivityLog {
 public:
-    ActivityLog(Files& files, Clock& clock, CodePage& codePage, LogView& view)
+    ActivityLog(Files& files, Clock& clock, CodePage& codePage, RunView& view)
         : files_(files), clock_(clock), codePage_(codePage), view_(view)
     {
     }
@@ -31,6 +24,6 @@ private:
     Files& files_;
     Clock& clock_;
     CodePage& codePage_;
-    LogView& view_;
+    RunView& view_;
     Text path_;
 };

@@ -1,6 +1,5 @@
 #include "app/Form1.h"
 
-#include "app/Form1Images.h"
 #include "app/Version.h"
 #include "controls/OrbPalette.h"
 #include "platform/win32/WideText.h"
@@ -11,37 +10,6 @@ namespace {
 
 constexpr wchar_t kFormClass[] = L"Form1";
 constexpr DWORD kFormStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
-const Text kSeparatorLine(61, u'-');
-
-const Text kImportant =
-    u"Please be aware that the exporting of emails from Outlook Express relies on\r\n"
-    u"automating Outlook Express, which cannot be a background task. Therefore,\r\n"
-    u"during the email export process you must not move the mouse or press any keys.\r\n"
-    u"\r\n"
-    u"If you plan on exporting many emails, you may wish to leave this software running and\r\n"
-    u"do something else; like have a cup of coffee or read a newspaper...";
-
-Text FolderOfProgram()
-{
-    Text path(MAX_PATH, u'\0');
-    DWORD length = GetModuleFileNameW(nullptr, WideBuffer(path), static_cast<DWORD>(path.size()));
-    while (length == path.size()) { // longer than most programs' paths
-        path.resize(path.size() * 2);
-        length = GetModuleFileNameW(nullptr, WideBuffer(path), static_cast<DWORD>(path.size()));
-    }
-    path.resize(length);
-    path.resize(path.rfind(u'\\') + 1);
-    return path;
-}
-
-Text TextOfWindow(HWND window)
-{
-    Text text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, u'\0');
-    text.resize(
-        static_cast<std::size_t>(GetWindowTextW(window, WideBuffer(text), static_cast<int>(text.size()))));
-    return text;
-}
-
 // A key that is held repeats itself. What its first stroke has pressed may have brought another button, which
 // nobody meant to press: only in texts and lists does a key that is held go on.
 bool IsRepeatedPress(const MSG& message)
@@ -63,28 +31,16 @@ bool IsRepeatedPress(const MSG& message)
 
 } // namespace
 
-const wchar_t* ProgramTitle()
-{
-    return L"" QUILLBOX_TITLE;
-}
-
-Text ProgramVersion()
-{
-    return FromAscii(QUILLBOX_VERSION);
-}
-
 Form1::Form1(Surroundings& outside)
-    : outside_(outside),
-      store_(outside.files),
-      results_(outside.locale),
-      log_(outside.files, outside.clock, outside.codePage, *this)
+    : store_(outside.files), results_(outside.locale), program_(outside, *this)
 {
 }
 
 bool Form1::Create(HINSTANCE instance)
 {
     InitCommonControls();
-    splash_.Show(instance, ProgramTitle(), L"Version " + std::wstring(Wide(ProgramVersion())));
+    const Text title = ProgramTitle(), version = ProgramVersion();
+    splash_.Show(instance, Wide(title), L"Version " + std::wstring(Wide(version)));
     WNDCLASSW description = {};
     description.lpfnWndProc = WndProc;
     description.hInstance = instance;
@@ -92,13 +48,19 @@ bool Form1::Create(HINSTANCE instance)
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     description.lpszClassName = kFormClass;
     RegisterClassW(&description);
-    window_ = CreateWindowExW(WS_EX_CONTROLPARENT, kFormClass, ProgramTitle(), kFormStyle, CW_USEDEFAULT,
+    const Text caption = title + u" v" + version + u" - " + FromAscii(QUILLBOX_PUBLISHER);
+    window_ = CreateWindowExW(WS_EX_CONTROLPARENT, kFormClass, Wide(caption), kFormStyle, CW_USEDEFAULT,
                               CW_USEDEFAULT, 100, 100, nullptr, nullptr, instance, this);
     if (!window_) return false;
     controls_.Create(window_);
     store_.Attach(controls_.lblStoreFolder, controls_.lblStorePath, controls_.Drive1, controls_.Dir1,
                   controls_.fileCheck);
+    progress_.Attach(controls_.lstProgress);
     results_.Attach(controls_.lvResults);
+    tree_.Attach(controls_.tvOETree);
+    tree_.MakeImages();
+    controls_.FitToFrames();
+    SendMessageW(controls_.cboComparison, CB_SETCURSEL, static_cast<WPARAM>(ComparisonType::database), 0);
     SendMessageW(controls_.txtSummary, EM_LIMITTEXT, 0, 0); // as much as the system can hold
     TakeWishedSize();
     return true;
@@ -131,109 +93,6 @@ void Form1::TakeWishedSize()
     SetWindowPos(window_, nullptr, std::clamp(place.left, work.left, work.right - size.cx),
                  std::clamp(place.top, work.top, work.bottom - size.cy), size.cx, size.cy,
                  SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-void Form1::StartUp()
-{
-    const Text caption =
-        FromWide(ProgramTitle()) + u" v" + ProgramVersion() + u" - " + FromAscii(QUILLBOX_PUBLISHER);
-    SetWindowTextW(window_, Wide(caption));
-    SetUpPaths();
-    store_.SetFolder(state_.programFolder);
-    controls_.FitToFrames();
-    LoadSettings(state_.settings, outside_.profile, outside_.files, state_.settingsPath);
-    ShowSettings();
-    UpdateCommands();
-    ShowWindow(window_, SW_SHOWDEFAULT);
-    UpdateWindow(window_);
-    SetFocus(controls_.cmdSync.Window());
-    Run([this] {
-        log_.SetPath(state_.logPath);
-        CreateEngines(); // the commands need them, whatever comes of the database
-        OpenDatabase();
-        ProcessEvents();                                           // a click on the splash window
-        SendMessageW(controls_.cboComparison, CB_SETCURSEL, 1, 0); // "Database (medium speed)"
-        ImgLstTree_ = MakeTreeImages(GetSystemMetrics(SM_CXSMICON));
-        SendMessageW(controls_.tvOETree, TVM_SETIMAGELIST, TVSIL_NORMAL,
-                     reinterpret_cast<LPARAM>(ImgLstTree_));
-        BoxWithTitle(L"IMPORTANT! Please Read", BoxIcon::information, kImportant);
-        LogLine(kSeparatorLine, Record::yes);
-        LogLine(u"Started " + FromWide(ProgramTitle()) + u" - " + ProgramVersion(), Record::yes);
-        for (const Text& note : state_.saved.notes) LogLine(note, Record::yes);
-        WarnIfFolderIsReadOnly();
-        if (!closeAsked_) cmdSync();
-    });
-}
-
-void Form1::SetUpPaths()
-{
-    state_.programFolder = FolderOfProgram();
-    state_.databasePath = state_.programFolder + u"saved.mdb";
-    state_.settingsPath = state_.programFolder + u"settings.ini";
-    state_.logPath = state_.programFolder + u"log.txt";
-}
-
-void Form1::OpenDatabase()
-{
-    const Text reasons =
-        OpenSavedEmails(state_.saved, outside_.files, state_.databasePath, outside_.databaseMakers);
-    if (state_.saved.IsWritable()) return;
-    if (state_.saved.IsOpen())
-        return ShowBox(
-            BoxIcon::warning,
-            u"The database of saved emails can be read but not written, so exporting stays off:\r\n" +
-                state_.databasePath + u"\r\n\r\n" + state_.saved.whyReadOnly);
-    ShowBox(BoxIcon::warning, u"The database of saved emails cannot be opened, so exporting stays off:\r\n" +
-                                  state_.databasePath + u"\r\n\r\n" + reasons);
-}
-
-void Form1::CreateEngines()
-{
-    state_.crc.emplace(outside_.codePage);
-    state_.client.emplace(outside_.desktop, RemoteMemory(outside_.processApi), outside_.files,
-                          outside_.codePage, outside_.locale, outside_.clock, *state_.crc, *this,
-                          state_.oeSettings, state_.flags);
-    state_.run.emplace(*state_.client, state_.saved, *this, outside_.files, outside_.clock, outside_.codePage,
-                       outside_.locale);
-}
-
-// A log.txt that alone is read-only is the user's choice and no matter for a message.
-void Form1::WarnIfFolderIsReadOnly()
-{
-    const Text probe = state_.programFolder + u"settings.tmp";
-    FileError error = FileError::none;
-    if (outside_.files.Open(probe, OpenMode::createNew, error)) {
-        (void)outside_.files.Delete(probe);
-    } else if (error != FileError::exists) {
-        LogLine(u"The program's folder cannot be written: settings and log are not kept.", Record::yes);
-    }
-}
-
-void Form1::ShowSettings()
-{
-    const Settings& settings = state_.settings;
-    const auto tick = [](HWND box, int state) {
-        SendMessageW(box, BM_SETCHECK, static_cast<WPARAM>(state), 0);
-    };
-    state_.oeSettings = {settings.settleTime, settings.applyDst, settings.timeOffset};
-    store_.TakeFromSettings(settings.store);
-    tick(controls_.chkIDonly, settings.idOnly);
-    tick(controls_.chkSendKeys, settings.sendKeys);
-    tick(controls_.chkSkipFiles, settings.skipFiles);
-    tick(controls_.chkJumpRemain, settings.jumpRemain);
-    SetWindowTextW(controls_.txtIgnore, Wide(settings.firstFolderToIgnore));
-}
-
-void Form1::ReadCheckBoxesAndLists()
-{
-    Settings& settings = state_.settings;
-    const auto ticked = [](HWND box) { return static_cast<int>(SendMessageW(box, BM_GETCHECK, 0, 0)); };
-    settings.store = store_.ToRemember();
-    settings.idOnly = ticked(controls_.chkIDonly);
-    settings.sendKeys = ticked(controls_.chkSendKeys);
-    settings.skipFiles = ticked(controls_.chkSkipFiles);
-    settings.jumpRemain = ticked(controls_.chkJumpRemain);
-    settings.firstFolderToIgnore = TextOfWindow(controls_.txtIgnore);
 }
 
 void Form1::HandleMessages()
@@ -300,7 +159,7 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         if (reinterpret_cast<HWND>(wParam) != controls_.lvResults &&
             !IsChild(controls_.lvResults, reinterpret_cast<HWND>(wParam))) // its headers
             break;
-        if (!running_) results_.ShowMenu(window_, lParam);
+        if (IsIdle()) results_.ShowMenu(window_, lParam);
         return 0;
     case WM_ACTIVATE: // the keyboard comes back to where it was
         if (LOWORD(wParam) == WA_INACTIVE)
@@ -334,22 +193,18 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         PassOnNewColours(window_, message, wParam, lParam);
         break;
     case WM_TIMER:
-        if (wParam == kBoxTimer) CloseOwnBox();
+        if (wParam == kBoxTimer) CloseBox();
         return 0;
     case WM_CLOSE:
-        AskToClose();
+        program_.AskToClose();
         return 0;
     case WM_QUERYENDSESSION:
         return TRUE; // closing is never refused
     case WM_ENDSESSION:
-        if (wParam) { // the process may be ended as soon as this returns
-            WriteLastRecords();
-            AskToClose();
-        }
+        if (wParam) program_.EndSession(); // the process may be ended as soon as this returns
         return 0;
     case WM_DESTROY:
-        SendMessageW(controls_.tvOETree, TVM_SETIMAGELIST, TVSIL_NORMAL, 0);
-        ImageList_Destroy(ImgLstTree_);
+        tree_.DestroyImages();
         PostQuitMessage(0);
         return 0;
     case WM_NCDESTROY:
@@ -361,6 +216,92 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     LRESULT answer = 0;
     if (AnswerForGround(window_, message, wParam, CurrentPalette().window, answer)) return answer;
     return DefWindowProcW(window_, message, wParam, lParam);
+}
+
+void Form1::OnCommand(int id, int code)
+{
+    if (code == BN_CLICKED) {
+        if (id == idStopAfterEmail) return program_.cmdStopAfterEmail();
+        if (id == idStopAfterFolder) return program_.cmdStopAfterFolder();
+        if (id == idShowLog || id == idShowResults) return controls_.ShowResults(id == idShowResults);
+    }
+    if (id == idProgressList && code == LBN_DBLCLK) return controls_.ShowResults(true);
+    if (!IsIdle()) return; // only the stop buttons, the tabs, the lists and closing work
+    switch (id) {
+    case idSync:
+        if (code == BN_CLICKED) program_.cmdSync();
+        break;
+    case idGetID:
+        if (code == BN_CLICKED) program_.cmdGetID();
+        break;
+    case idCheckFolder:
+        if (code == BN_CLICKED) program_.cmdCheckFolder();
+        break;
+    case idCheckAllFolders:
+        if (code == BN_CLICKED) program_.cmdCheckAllFolders();
+        break;
+    case idExport:
+        if (code == BN_CLICKED) program_.cmdExport();
+        break;
+    case idSaveAll:
+        if (code == BN_CLICKED) program_.cmdSaveAll();
+        break;
+    case idUseSelection:
+        if (code == BN_CLICKED) program_.cmdUseSelection();
+        break;
+    case idOEFolder:
+        if (code == STN_DBLCLK) (void)program_.OpenExportFolder();
+        break;
+    case idOpenFolder:
+        if (code == BN_CLICKED) program_.cmdOpenFolder();
+        break;
+    case idChooseStore:
+        if (code == BN_CLICKED) program_.cmdChooseStore();
+        break;
+    case idDrive:
+        if (code == CBN_DROPDOWN) RefreshStore();
+        if (code == CBN_SELCHANGE) {
+            program_.Store().Choose(store_.ChosenDrive());
+            store_.ShowDrive();
+        }
+        break;
+    case idNewFolder:
+        if (code == BN_CLICKED) program_.cmdNewFolder();
+        break;
+    case idDir:
+        if (code == LBN_DBLCLK) program_.Store().Choose(store_.ChosenFolder());
+        break;
+    case mnTickSel:
+        results_.TickRows(RowChoice::selected, true);
+        break;
+    case mnUntickSel:
+        results_.TickRows(RowChoice::selected, false);
+        break;
+    case mnMarkSaved:
+        program_.mnMarkSaved();
+        break;
+    case mnCondenseDB:
+        program_.mnCondenseDB();
+        break;
+    case IDCANCEL: // Esc
+        if (GetFocus() == controls_.lvResults) {
+            controls_.ShowResults(false);
+            SetFocus(controls_.lstProgress);
+        }
+        break;
+    }
+}
+
+void Form1::OnNotify(NMHDR& notice)
+{
+    if (notice.idFrom == idResults) {
+        if (notice.code == LVN_GETDISPINFOW)
+            results_.FillCell(reinterpret_cast<NMLVDISPINFOW&>(notice));
+        else if (notice.code == LVN_COLUMNCLICK && IsIdle())
+            results_.SortBy(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem);
+    }
+    if (notice.idFrom == idTab && notice.code == static_cast<UINT>(TCN_SELCHANGE))
+        ShowTab(static_cast<Tab>(controls_.nTab.Selected()));
 }
 
 // The button that has the keyboard, else the main one of the page, unless the control wants Enter for itself.
@@ -386,38 +327,4 @@ void Form1::MoveFocus(HWND control)
     if (!control || GetActiveWindow() != window_) return;
     const bool isShown = IsChild(window_, control) && IsWindowVisible(control);
     SetFocus(isShown ? control : controls_.nTab.Window());
-}
-
-void Form1::AskToClose()
-{
-    closeAsked_ = true;
-    if (!running_) {
-        Close();
-        return;
-    }
-    state_.flags.stopAfterEmail = true;
-    state_.flags.stopAfterFolder = true;
-    state_.flags.stopRequested = true;
-    state_.flags.closing = true;
-    CloseOwnBox(); // the run may be waiting for it
-}
-
-void Form1::WriteLastRecords()
-{
-    if (lastRecordsWritten_) return;
-    lastRecordsWritten_ = true;
-    LogLine(u"Closing " + FromWide(ProgramTitle()), Record::yes);
-    ReadCheckBoxesAndLists();
-    SaveSettings(state_.settings, outside_.profile, state_.settingsPath);
-}
-
-void Form1::Close()
-{
-    if (!window_) return;
-    WriteLastRecords();
-    state_.run.reset();
-    state_.client.reset();
-    state_.crc.reset();
-    CloseSavedEmails(state_.saved);
-    DestroyWindow(window_);
 }

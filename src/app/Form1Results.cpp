@@ -144,6 +144,13 @@ bool Form1Results::IsTicked(int place) const
            kTicked;
 }
 
+int Form1Results::NextTicked(int after) const
+{
+    for (int place = after + 1; place < Count(); ++place)
+        if (IsTicked(place)) return place;
+    return -1;
+}
+
 void Form1Results::Tick(int place, bool ticked)
 {
     LVITEMW item = {};

@@ -29,6 +29,7 @@ public:
     int Count() const { return static_cast<int>(table_.Places().size()); }
     const ResultsRow& RowAt(int place) const;
     bool IsTicked(int place) const;
+    int NextTicked(int after) const; // -1: none
     void Tick(int place, bool ticked);
 
 private:

@@ -45,18 +45,15 @@ void Form1StorePicker::ShowDrive()
     Send(drives_, CB_SETCURSEL, static_cast<WPARAM>(found));
 }
 
-bool Form1StorePicker::SetFolder(const Text& path)
+void Form1StorePicker::Show(const Text& folder)
 {
-    const Text folder = NormalDirectoryPath(path);
-    if (!IsFullPath(folder) || !files_.DirectoryExists(folder)) return false;
     folder_ = folder;
     label_->SetCaption(Wide(u"Store folder: " + folder));
     path_->SetCaption(Wide(folder));
     ShowDrive();
     lines_.clear();
     ListFolders(folder);
-    ShowSavedFiles(folder);
-    return true;
+    ShowSavedFiles();
 }
 
 void Form1StorePicker::ListFolders(Text selected)
@@ -78,65 +75,35 @@ void Form1StorePicker::ListFolders(Text selected)
     InvalidateRect(folders_, nullptr, TRUE);
 }
 
-void Form1StorePicker::TakeFromSettings(const Text& path)
-{
-    missing_ = path.empty() || SetFolder(path) ? Text() : path;
-}
-
-bool Form1StorePicker::IsSettled()
-{
-    if (missing_.empty() || accepted_) return true;
-    if (!SetFolder(missing_)) return false;
-    missing_.clear();
-    return true;
-}
-
-void Form1StorePicker::Choose(const Text& path)
-{
-    if (SetFolder(path)) missing_.clear();
-}
-
-void Form1StorePicker::DriveChosen()
+Text Form1StorePicker::ChosenDrive() const
 {
     const LRESULT chosen = Send(drives_, CB_GETCURSEL);
-    if (chosen < 0 || Send(drives_, CB_GETLBTEXTLEN, static_cast<WPARAM>(chosen)) != 2) return;
+    if (chosen < 0 || Send(drives_, CB_GETLBTEXTLEN, static_cast<WPARAM>(chosen)) != 2) return {};
     wchar_t drive[3] = {};
     SendMessageW(drives_, CB_GETLBTEXT, static_cast<WPARAM>(chosen), reinterpret_cast<LPARAM>(drive));
-    Choose(FromWide(drive) + u"\\");
-    ShowDrive(); // that of the store folder, also when the one chosen is empty
+    return FromWide(drive) + u"\\";
 }
 
-void Form1StorePicker::FolderOpened()
+Text Form1StorePicker::ChosenFolder() const
 {
     const LRESULT chosen = Send(folders_, LB_GETCURSEL);
-    if (chosen < 0 || static_cast<std::size_t>(chosen) >= lines_.size()) return;
-    const Text path = lines_[static_cast<std::size_t>(chosen)].path;
-    Choose(path);
-}
-
-bool Form1StorePicker::MakeFolder(const Text& name)
-{
-    const Text path = PathInDirectory(folder_, name);
-    if (!files_.MakeDirectory(path)) return false;
-    Choose(path);
-    return true;
+    const auto line = static_cast<std::size_t>(chosen);
+    return chosen >= 0 && line < lines_.size() ? lines_[line].path : Text();
 }
 
 void Form1StorePicker::Refresh()
 {
     ListDrives();
-    (void)IsSettled();
-    if (!files_.DirectoryExists(folder_)) return; // taken away: the lists stay, for when it is back
-    const LRESULT chosen = Send(folders_, LB_GETCURSEL);
-    const auto line = static_cast<std::size_t>(chosen);
-    ListFolders(chosen >= 0 && line < lines_.size() ? lines_[line].path : folder_);
+    if (!files_.DirectoryExists(folder_)) return;
+    const Text marked = ChosenFolder();
+    ListFolders(marked.empty() ? folder_ : marked);
 }
 
-void Form1StorePicker::ShowSavedFiles(const Text& directory)
+void Form1StorePicker::ShowSavedFiles()
 {
     Send(savedFiles_, WM_SETREDRAW, FALSE);
     Send(savedFiles_, LB_RESETCONTENT);
-    for (const Text& name : files_.ListEmlFiles(directory)) Send(savedFiles_, LB_ADDSTRING, 0, Wide(name));
+    for (const Text& name : files_.ListEmlFiles(folder_)) Send(savedFiles_, LB_ADDSTRING, 0, Wide(name));
     Send(savedFiles_, WM_SETREDRAW, TRUE);
     InvalidateRect(savedFiles_, nullptr, TRUE);
 }

@@ -1,12 +1,9 @@
-// What the window shows of a run.
+// What the window shows of the program, and answers it.
 #include "app/Form1.h"
-#include "app/Form1Images.h"
-#include "app/QuietList.h"
-#include "folders/FolderPaths.h"
+#include "app/NewFolderWin.h"
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
 
@@ -15,16 +12,12 @@ constexpr DWORD kKeysUpLimit = 2000; // milliseconds
 constexpr UINT kBoxMilliseconds = 60'000;
 constexpr DWORD kKeysUpPoll = 20; // milliseconds
 
-// Whoever has scrolled a list back reads there, and new lines leave it alone.
-bool ShowsEnd(HWND list)
+Text TextOfWindow(HWND window)
 {
-    RECT area = {}, last = {};
-    GetClientRect(list, &area);
-    const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
-    if (count <= 0) return true;
-    SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(count - 1), reinterpret_cast<LPARAM>(&last));
-    const LONG line = last.bottom - last.top; // it may be cut by the list's edge
-    return last.top < area.bottom || last.top < line;
+    Text text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, u'\0');
+    text.resize(
+        static_cast<std::size_t>(GetWindowTextW(window, WideBuffer(text), static_cast<int>(text.size()))));
+    return text;
 }
 
 } // namespace
@@ -35,70 +28,50 @@ void Form1::ShowText(const Text& text)
 }
 
 // A line at a time, lists would spend most of a run on redrawing themselves.
-void Form1::AddProgress(const Text& text)
+void Form1::AddProgress(const Text& line)
 {
-    newProgress_.push_back(text);
-    if (!running_) ShowAdded();
+    progress_.Add(line);
+    if (IsIdle()) ShowAdded();
 }
 
 void Form1::ShowAdded()
 {
     lastShown_ = GetTickCount();
     results_.ShowAdded();
-    if (!newProgress_.empty()) AppendProgress();
-}
-
-void Form1::AppendProgress()
-{
-    const HWND list = controls_.lstProgress;
-    const QuietList quiet(list);
-    const bool followed = ShowsEnd(list);
-    const HDC dc = GetDC(list);
-    const HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
-    LRESULT last = -1;
-    for (const Text& text : newProgress_) {
-        last = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(text)));
-        SIZE extent = {};
-        GetTextExtentPoint32W(dc, Wide(text), static_cast<int>(text.size()), &extent);
-        widestProgress_ = std::max(widestProgress_, static_cast<int>(extent.cx));
-    }
-    SelectObject(dc, oldFont);
-    ReleaseDC(list, dc);
-    newProgress_.clear();
-    SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widestProgress_ + 8), 0);
-    if (last >= 0 && followed) SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(last), 0);
+    progress_.ShowAdded();
 }
 
 void Form1::WaitForKeysUp()
 {
     const auto held = [](int key) { return GetAsyncKeyState(key) < 0; };
     const DWORD start = GetTickCount();
-    while (!closeAsked_ && (held(VK_RETURN) || held(VK_SPACE)) && GetTickCount() - start < kKeysUpLimit) {
+    while (!program_.IsClosing() && (held(VK_RETURN) || held(VK_SPACE)) &&
+           GetTickCount() - start < kKeysUpLimit) {
         ProcessEvents();
         Sleep(kKeysUpPoll);
     }
     ProcessEvents(); // what the key has sent until now is not the box's
 }
 
-void Form1::BoxWithTitle(const wchar_t* title, BoxIcon icon, const Text& words)
+void Form1::ShowBox(const Text& title, BoxIcon icon, const Text& words)
 {
     splash_.Release(window_);
     WaitForKeysUp();
-    if (closeAsked_) return; // nobody is there to press OK
+    if (program_.IsClosing()) return; // nobody is there to press OK
     ShowAdded();
     const UINT picture = icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION;
-    MessageBoxW(window_, Wide(words), title, MB_OK | picture);
+    MessageBoxW(window_, Wide(words), Wide(title), MB_OK | picture);
 }
 
-void Form1::CloseOwnBox()
+void Form1::ShowFirstBox(const Text& title, const Text& words)
+{
+    ShowBox(title, BoxIcon::information, words);
+}
+
+void Form1::CloseBox()
 {
     const HWND box = GetLastActivePopup(window_);
     if (box && box != window_) PostMessageW(box, WM_CLOSE, 0, 0);
-}
-
-void Form1::ShowBox(BoxIcon icon, const Text& words)
-{
-    BoxWithTitle(ProgramTitle(), icon, words);
 }
 
 void Form1::ShowBriefBox(BoxIcon icon, const Text& words)
@@ -119,24 +92,6 @@ void Form1::ProcessEvents()
         }
         Dispatch(message);
     }
-}
-
-RunOptions Form1::Options()
-{
-    ReadCheckBoxesAndLists();
-    const Settings& settings = state_.settings;
-    RunOptions options;
-    options.idOnly = settings.idOnly != 0;
-    options.sendKeys = settings.sendKeys != 0;
-    options.skipFiles = settings.skipFiles != 0;
-    options.jumpRemain = settings.jumpRemain != 0;
-    options.firstFolderToIgnore = settings.firstFolderToIgnore;
-    options.systemFolders = settings.systemFolders;
-    options.firstFolder = settings.firstFolder;
-    options.storeFolder = store_.Folder();
-    const LRESULT type = SendMessageW(controls_.cboComparison, CB_GETCURSEL, 0, 0);
-    if (type >= 0 && type <= 2) options.comparison = static_cast<ComparisonType>(type);
-    return options;
 }
 
 void Form1::ShowStatistic(Statistic which, const Text& text)
@@ -179,7 +134,9 @@ void Form1::ShowTab(Tab tab)
 // Drives and folders come and go while the lists are not looked at.
 void Form1::RefreshStore()
 {
-    if (!running_ && controls_.nTab.Selected() == static_cast<int>(Tab::store)) store_.Refresh();
+    if (!IsIdle() || controls_.nTab.Selected() != static_cast<int>(Tab::store)) return;
+    (void)program_.Store().IsSettled(); // one that was missing may be there
+    store_.Refresh();
 }
 
 void Form1::ShowStopButtons(StopButtons state)
@@ -195,10 +152,7 @@ void Form1::ShowCurrentFolder(const Text& fullName)
 
 void Form1::ClearProgress()
 {
-    newProgress_.clear();
-    SendMessageW(controls_.lstProgress, LB_RESETCONTENT, 0, 0);
-    SendMessageW(controls_.lstProgress, LB_SETHORIZONTALEXTENT, 0, 0);
-    widestProgress_ = 0;
+    progress_.Clear();
     controls_.ShowResults(false);
 }
 
@@ -216,66 +170,9 @@ void Form1::AppendSummary(const Text& line)
     SendMessageW(box, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(Wide(added)));
 }
 
-void Form1::ShowFolderTree(const std::vector<FolderNode>& nodes)
-{
-    const HWND tree = controls_.tvOETree;
-    SendMessageW(tree, WM_SETREDRAW, FALSE, 0);
-    SendMessageW(tree, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
-    folderNodes_.clear();
-    std::vector<HTREEITEM> lastOfLevel; // the last node added at each level, from level 1
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        // A level that has no parent hangs below the deepest there is.
-        const std::size_t level =
-            std::min(static_cast<std::size_t>(std::max(1, nodes[i].level)), lastOfLevel.size() + 1);
-        TVINSERTSTRUCTW node = {};
-        node.hParent = level == 1 ? TVI_ROOT : lastOfLevel[level - 2];
-        node.hInsertAfter = TVI_LAST;
-        node.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
-        node.item.pszText = const_cast<wchar_t*>(Wide(nodes[i].name));
-        node.item.iImage = TreeImage(level == 1 ? u"root" : level == 2 ? u"other" : u"envelope");
-        node.item.iSelectedImage = node.item.iImage;
-        node.item.lParam = static_cast<LPARAM>(i); // its line in lstTree
-        const LRESULT added = SendMessageW(tree, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&node));
-        lastOfLevel.resize(level - 1);
-        lastOfLevel.push_back(reinterpret_cast<HTREEITEM>(added));
-        folderNodes_.push_back(lastOfLevel.back());
-        if (level > 1) SendMessageW(tree, TVM_ENSUREVISIBLE, 0, added);
-    }
-    // Making the last folder visible has scrolled the first away.
-    SendMessageW(tree, TVM_ENSUREVISIBLE, 0, SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0));
-    SendMessageW(tree, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(tree, nullptr, TRUE);
-}
-
-HTREEITEM Form1::SelectedNode() const
-{
-    return reinterpret_cast<HTREEITEM>(SendMessageW(controls_.tvOETree, TVM_GETNEXTITEM, TVGN_CARET, 0));
-}
-
-void Form1::SelectFolderNode(int index)
-{
-    if (index < 0 || static_cast<std::size_t>(index) >= folderNodes_.size()) return;
-    SendMessageW(controls_.tvOETree, TVM_SELECTITEM, TVGN_CARET,
-                 reinterpret_cast<LPARAM>(folderNodes_[static_cast<std::size_t>(index)]));
-}
-
 void Form1::MarkFolderNode(const Text& status, const Text& image)
 {
-    const HWND tree = controls_.tvOETree;
-    wchar_t text[512] = {};
-    TVITEMW node = {};
-    node.mask = TVIF_TEXT;
-    node.hItem = SelectedNode();
-    node.pszText = text;
-    node.cchTextMax = static_cast<int>(std::size(text));
-    if (!node.hItem || !SendMessageW(tree, TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&node))) return;
-    const Text marked = MarkedNodeText(FromWide(node.pszText), state_.settings.treeSeparator, status);
-    node.pszText = const_cast<wchar_t*>(Wide(marked));
-    if (!image.empty()) {
-        node.mask |= TVIF_IMAGE | TVIF_SELECTEDIMAGE;
-        node.iImage = node.iSelectedImage = TreeImage(image);
-    }
-    SendMessageW(tree, TVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&node));
+    tree_.Mark(status, image, program_.TreeSeparator());
 }
 
 void Form1::ShowFolderLists(const std::vector<Text>& lines, const std::vector<Text>& paths)
@@ -303,4 +200,127 @@ void Form1::UnlockCommands()
                                     &controls_.cmdCheckAllFolders, &controls_.cmdSaveAll})
         button->Show(true);
     UpdateCommands();
+}
+
+HWND Form1::ControlOf(SettingControl setting) const
+{
+    switch (setting) {
+    case SettingControl::chkIDonly:
+        return controls_.chkIDonly;
+    case SettingControl::chkSendKeys:
+        return controls_.chkSendKeys;
+    case SettingControl::chkSkipFiles:
+        return controls_.chkSkipFiles;
+    case SettingControl::chkJumpRemain:
+        return controls_.chkJumpRemain;
+    case SettingControl::txtIgnore:
+        return controls_.txtIgnore;
+    case SettingControl::none:
+        break;
+    }
+    return nullptr;
+}
+
+void Form1::ShowSettings(const Settings& settings)
+{
+    for (const SettingRow& row : SettingRows()) {
+        const HWND control = ControlOf(row.control);
+        if (!control) continue;
+        const Text value = row.write(settings);
+        if (control == controls_.txtIgnore)
+            SetWindowTextW(control, Wide(value));
+        else
+            SendMessageW(control, BM_SETCHECK, value == u"1" ? BST_CHECKED : BST_UNCHECKED, 0);
+    }
+}
+
+void Form1::ReadSettings(Settings& settings)
+{
+    for (const SettingRow& row : SettingRows()) {
+        const HWND control = ControlOf(row.control);
+        if (!control) continue;
+        const bool ticked = SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED;
+        row.read(settings, control == controls_.txtIgnore ? TextOfWindow(control) : ticked ? u"1" : u"0");
+    }
+    const LRESULT type = SendMessageW(controls_.cboComparison, CB_GETCURSEL, 0, 0);
+    if (type >= 0 && type <= 2) settings.options.comparison = static_cast<ComparisonType>(type);
+}
+
+void Form1::Appear()
+{
+    UpdateCommands();
+    ShowWindow(window_, SW_SHOWDEFAULT);
+    UpdateWindow(window_);
+    SetFocus(controls_.cmdSync.Window());
+}
+
+void Form1::UpdateCommands()
+{
+    const bool idle = IsIdle(), canExport = program_.IsEnabled(Needs::records);
+    for (OrbSimpleButton* button :
+         {&controls_.cmdGetID, &controls_.cmdUseSelection, &controls_.cmdChooseStore,
+          &controls_.cmdOpenFolder, &controls_.cmdNewFolder, &controls_.cmdCheckFolder,
+          &controls_.cmdCheckAllFolders})
+        button->Enable(idle);
+    for (const HWND list : {controls_.Drive1, controls_.Dir1}) EnableWindow(list, idle);
+    controls_.cmdExport.Enable(canExport);
+    controls_.cmdSaveAll.Enable(canExport);
+    EnableWindow(controls_.cboComparison, program_.IsEnabled(Needs::folders));
+    controls_.cmdSync.Enable(idle); // last: whoever watches it finds the others settled
+    UpdateWindow(window_);
+}
+
+void Form1::BeginCommand()
+{
+    commandFocus_ = GetFocus();
+    UpdateCommands();
+}
+
+void Form1::EnterBusyLayout()
+{
+    tree_.KeepChoice();
+    ShowStopButtons(StopButtons::shown);
+    controls_.EnterBusyLayout();
+    MoveFocus(controls_.cmdStopAfterEmail.Window());
+}
+
+void Form1::EndCommand()
+{
+    ShowAdded();
+    ShowStopButtons(StopButtons::hidden);
+    controls_.LeaveBusyLayout();
+    tree_.RestoreChoice();
+    UpdateCommands();
+    if (!program_.IsClosing()) MoveFocus(commandFocus_); // a button that is disabled loses the keyboard
+}
+
+// The keyboard goes on to the other one.
+void Form1::HideStopButton(Stop which)
+{
+    OrbSimpleButton &email = controls_.cmdStopAfterEmail, &folder = controls_.cmdStopAfterFolder;
+    OrbSimpleButton &pressed = which == Stop::afterEmail ? email : folder,
+                    &other = which == Stop::afterEmail ? folder : email;
+    if (GetFocus() == pressed.Window() && IsWindowVisible(other.Window())) SetFocus(other.Window());
+    pressed.Show(false);
+}
+
+bool Form1::AskFolderName(const Text& where, Text& name)
+{
+    WaitForKeysUp();
+    return !program_.IsClosing() && ::AskFolderName(window_, where, name);
+}
+
+void Form1::OpenFolder(const Text& path)
+{
+    std::wstring command = L"Explorer /n," + std::wstring(Wide(path));
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = SW_SHOWNORMAL;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &process))
+        return;
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
 }

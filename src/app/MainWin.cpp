@@ -2,6 +2,7 @@
 #include "app/Form1.h"
 #include "jet/JetDatabase.h"
 #include "platform/win32/Dao.h"
+#include "platform/win32/WideText.h"
 #include "platform/win32/WinClock.h"
 #include "platform/win32/WinCodePage.h"
 #include "platform/win32/WinDesktop.h"
@@ -29,6 +30,19 @@ std::vector<DatabaseMaker> Engines(Files& files, Clock& clock)
     return engines;
 }
 
+Text FolderOfProgram()
+{
+    Text path(MAX_PATH, u'\0');
+    DWORD length = GetModuleFileNameW(nullptr, WideBuffer(path), static_cast<DWORD>(path.size()));
+    while (length == path.size()) { // longer than most programs' paths
+        path.resize(path.size() * 2);
+        length = GetModuleFileNameW(nullptr, WideBuffer(path), static_cast<DWORD>(path.size()));
+    }
+    path.resize(length);
+    path.resize(path.rfind(u'\\') + 1);
+    return path;
+}
+
 } // namespace
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
@@ -41,7 +55,15 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
     WinProfileFile profile;
     WinDesktop desktop(codePage);
     WinProcessApi processApi;
-    Surroundings outside{files, clock, locale, codePage, profile, desktop, processApi, Engines(files, clock)};
+    Surroundings outside{files,
+                         clock,
+                         locale,
+                         codePage,
+                         profile,
+                         desktop,
+                         processApi,
+                         Engines(files, clock),
+                         FolderOfProgram()};
     Form1 form(outside);
     if (!form.Create(instance)) return 1;
     form.StartUp();

@@ -7,16 +7,6 @@
 
 namespace {
 
-const Text kPaths = u"Paths";
-const Text kOptions = u"Options";
-
-// Kept: brackets come off only from three characters on, so that a separator of one or two characters
-// written by hand without brackets, a pair of empty brackets among them, stays as it is.
-Text WithoutBrackets(const Text& stored)
-{
-    return stored.size() > 2 ? stored.substr(1, stored.size() - 2) : stored;
-}
-
 // A number that its type cannot hold counts as none: 0.
 std::int16_t Int16Of(const Text& stored)
 {
@@ -32,47 +22,121 @@ float SingleOf(const Text& stored)
     return std::fabs(number) <= std::numeric_limits<float>::max() ? static_cast<float>(number) : 0.0f;
 }
 
+// How a value of each type is stored.
+void Read(Text& value, const Text& stored)
+{
+    value = stored;
+}
+void Read(bool& value, const Text& stored) // a check box that is ticked by whatever is not 0
+{
+    value = Int16Of(stored) != 0;
+}
+void Read(std::int16_t& value, const Text& stored)
+{
+    value = Int16Of(stored);
+}
+void Read(float& value, const Text& stored)
+{
+    value = SingleOf(stored);
+}
+Text Written(const Text& value)
+{
+    return value;
+}
+Text Written(bool value)
+{
+    return value ? u"1" : u"0";
+}
+Text Written(std::int16_t value)
+{
+    return DecimalText(value);
+}
+Text Written(float value)
+{
+    return ShortestText(value);
+}
+
+// Kept: brackets come off only from three characters on, so that a separator of one or two characters
+// written by hand without brackets, a pair of empty brackets among them, stays as it is.
+void ReadSeparator(Settings& settings, const Text& stored)
+{
+    settings.treeSeparator = stored.size() > 2 ? stored.substr(1, stored.size() - 2) : stored;
+}
+Text WrittenSeparator(const Settings& settings)
+{
+    return u"[" + settings.treeSeparator + u"]";
+}
+
+// A setting is a member of one of three records.
+template <class T>
+auto& Member(auto& settings, T Settings::*member)
+{
+    return settings.*member;
+}
+template <class T>
+auto& Member(auto& settings, T RunOptions::*member)
+{
+    return settings.options.*member;
+}
+template <class T>
+auto& Member(auto& settings, T OeSettings::*member)
+{
+    return settings.client.*member;
+}
+
+using enum SettingControl;
+using enum WhenEmpty;
+
+template <auto member>
+constexpr SettingRow Row(const char16_t* section, const char16_t* key, WhenEmpty whenEmpty,
+                         SettingControl control)
+{
+    return {section,
+            key,
+            [](Settings& settings, const Text& stored) { Read(Member(settings, member), stored); },
+            [](const Settings& settings) { return Written(Member(settings, member)); },
+            whenEmpty,
+            control};
+}
+
+constexpr const char16_t* kPaths = u"Paths";
+constexpr const char16_t* kOptions = u"Options";
+
+constexpr SettingRow kRows[] = {
+    Row<&Settings::store>(kPaths, u"Store", isRead, none),
+    Row<&RunOptions::idOnly>(kOptions, u"ID only", isRead, chkIDonly),
+    Row<&RunOptions::sendKeys>(kOptions, u"Sendkeys", isRead, chkSendKeys),
+    Row<&RunOptions::firstFolderToIgnore>(kOptions, u"First folder to ignore", isRead, txtIgnore),
+    Row<&RunOptions::skipFiles>(kOptions, u"Skip Identical Files", isRead, chkSkipFiles),
+    Row<&RunOptions::jumpRemain>(kOptions, u"Jump to remaining", isRead, chkJumpRemain),
+    Row<&RunOptions::systemFolders>(kOptions, u"System Folders", keepsDefault, none),
+    Row<&RunOptions::firstFolder>(kOptions, u"First folder", keepsDefault, none),
+    {kOptions, u"Tree Separator", ReadSeparator, WrittenSeparator, keepsDefault, none},
+    Row<&OeSettings::settleTime>(kOptions, u"OE Folder Settle Time", isRead, none),
+    Row<&OeSettings::applyDst>(kOptions, u"Apply DST", isRead, none),
+    Row<&OeSettings::timeOffset>(kOptions, u"Time Offset", isRead, none),
+};
+
 } // namespace
 
-void LoadSettings(Settings& settings, ProfileFile& profile, Files& files, const Text& path)
+std::span<const SettingRow> SettingRows()
 {
-    const Settings defaults;
-    if (files.FileExists(path)) {
-        const auto option = [&](const Text& key) { return profile.Read(kOptions, key, path); };
-        settings.store = profile.Read(kPaths, u"Store", path);
-        settings.idOnly = Int16Of(option(u"ID only"));
-        settings.sendKeys = Int16Of(option(u"Sendkeys"));
-        settings.firstFolderToIgnore = option(u"First folder to ignore");
-        settings.skipFiles = Int16Of(option(u"Skip Identical Files"));
-        settings.jumpRemain = Int16Of(option(u"Jump to remaining"));
-        settings.systemFolders = option(u"System Folders");
-        settings.firstFolder = option(u"First folder");
-        settings.treeSeparator = WithoutBrackets(option(u"Tree Separator"));
-        settings.settleTime = SingleOf(option(u"OE Folder Settle Time"));
-        settings.applyDst = Int16Of(option(u"Apply DST"));
-        settings.timeOffset = SingleOf(option(u"Time Offset"));
+    return kRows;
+}
+
+Settings LoadSettings(ProfileFile& profile, Files& files, const Text& path)
+{
+    Settings settings;
+    if (!files.FileExists(path)) return settings;
+    for (const SettingRow& row : kRows) {
+        const Text stored = profile.Read(row.section, row.key, path);
+        if (!stored.empty() || row.whenEmpty == isRead) row.read(settings, stored);
     }
-    if (settings.systemFolders.empty()) settings.systemFolders = defaults.systemFolders;
-    if (settings.firstFolder.empty()) settings.firstFolder = defaults.firstFolder;
-    if (settings.treeSeparator.empty()) settings.treeSeparator = defaults.treeSeparator;
+    return settings;
 }
 
 void SaveSettings(const Settings& settings, ProfileFile& profile, const Text& path)
 {
     // A failed write shows at the next start, when the choices are the old ones.
-    const auto write = [&](const Text& key, const Text& value) {
-        (void)profile.Write(kOptions, key, value, path);
-    };
-    (void)profile.Write(kPaths, u"Store", settings.store, path);
-    write(u"ID only", DecimalText(settings.idOnly));
-    write(u"Sendkeys", DecimalText(settings.sendKeys));
-    write(u"First folder to ignore", settings.firstFolderToIgnore);
-    write(u"Skip Identical Files", DecimalText(settings.skipFiles));
-    write(u"Jump to remaining", DecimalText(settings.jumpRemain));
-    write(u"System Folders", settings.systemFolders);
-    write(u"First folder", settings.firstFolder);
-    write(u"Tree Separator", u"[" + settings.treeSeparator + u"]");
-    write(u"OE Folder Settle Time", ShortestText(settings.settleTime));
-    write(u"Apply DST", DecimalText(settings.applyDst));
-    write(u"Time Offset", ShortestText(settings.timeOffset));
+    for (const SettingRow& row : kRows) (void)profile.Write(row.section, row.key, row.write(settings), path);
 }

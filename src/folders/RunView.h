@@ -11,16 +11,18 @@ enum class StopButtons { hidden, shown };
 // cboComparison's items: "Simple (fast)", "Database (medium speed)", "File (slow)".
 enum class ComparisonType { simple, database, file };
 
-// The choices that a run reads, each at the moment it needs it: the user may change them in between.
+// The choices that a run reads, each at the moment it needs it: the user may change them in between. At first
+// they are what the window shows before any file was read.
 struct RunOptions {
-    bool idOnly = false;      // chkIDonly
-    bool sendKeys = false;    // chkSendKeys
-    bool skipFiles = false;   // chkSkipFiles
-    bool jumpRemain = false;  // chkJumpRemain
-    Text firstFolderToIgnore; // txtIgnore
-    Text systemFolders;       // full names that an all-folders run passes over, each between "|"
-    Text firstFolder;         // what the client calls the root of its folders
-    Text storeFolder;         // Dir1's folder, without a trailing separator unless it is a drive's root
+    bool idOnly = false;                         // chkIDonly
+    bool sendKeys = false;                       // chkSendKeys
+    bool skipFiles = false;                      // chkSkipFiles
+    bool jumpRemain = false;                     // chkJumpRemain
+    Text firstFolderToIgnore = u"Deleted Items"; // txtIgnore
+    Text systemFolders =
+        u"|local folders|";              // full names that an all-folders run passes over, each between "|"
+    Text firstFolder = u"Local Folders"; // what the client calls the root of its folders
+    Text storeFolder; // Dir1's folder, without a trailing separator unless it is a drive's root
     ComparisonType comparison = ComparisonType::database; // cboComparison
 };
 
@@ -37,7 +39,8 @@ struct RunView : Reporter {
     virtual void ShowTab(Tab tab) = 0;
     virtual void ShowStopButtons(StopButtons state) = 0;
     virtual void ShowCurrentFolder(const Text& fullName) = 0; // lblOEFolder
-    virtual void ClearProgress() = 0;                         // lstProgress
+    virtual void AddProgress(const Text& line) = 0;           // at the end of lstProgress
+    virtual void ClearProgress() = 0;                         // all of it
     virtual void SetSummary(const Text& text) = 0;            // txtSummary, lines parted by CR LF
     virtual void AppendSummary(const Text& line) = 0;         // behind a line break when there is text
     virtual void AddResultsRow(const ResultsRow& row) = 0;    // lvResults, not ticked

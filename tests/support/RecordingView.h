@@ -5,7 +5,8 @@
 #include <functional>
 #include <map>
 
-struct RecordingView : RunView {
+template <class View>
+struct RecordingViewOf : View {
     RunOptions options;
     std::vector<Text> log;   // recorded lines
     std::vector<Text> shown; // lines of the display alone
@@ -48,6 +49,7 @@ struct RecordingView : RunView {
     void ShowTab(Tab which) override { tab = static_cast<int>(which); }
     void ShowStopButtons(StopButtons state) override { stopButtons = state; }
     void ShowCurrentFolder(const Text& fullName) override { currentFolder = fullName; }
+    void AddProgress(const Text& line) override { log.push_back(line); }
     void ClearProgress() override { log.clear(); }
     void SetSummary(const Text& text) override { summary = text; }
     void ShowFolderTree(const std::vector<FolderNode>& nodes) override { tree = nodes; }
@@ -63,3 +65,5 @@ struct RecordingView : RunView {
     void SelectFolderLine(int index) override { selectedLine = index; }
     void UnlockCommands() override { unlocked = true; }
 };
+
+using RecordingView = RecordingViewOf<RunView>;

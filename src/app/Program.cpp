@@ -1,0 +1,193 @@
+#include "app/Program.h"
+
+#include "app/Version.h"
+
+namespace {
+
+const Text kSeparatorLine(61, u'-');
+
+const Text kImportant =
+    u"Please be aware that the exporting of emails from Outlook Express relies on\r\n"
+    u"automating Outlook Express, which cannot be a background task. Therefore,\r\n"
+    u"during the email export process you must not move the mouse or press any keys.\r\n"
+    u"\r\n"
+    u"If you plan on exporting many emails, you may wish to leave this software running and\r\n"
+    u"do something else; like have a cup of coffee or read a newspaper...";
+
+} // namespace
+
+Text ProgramTitle()
+{
+    return FromAscii(QUILLBOX_TITLE);
+}
+
+Text ProgramVersion()
+{
+    return FromAscii(QUILLBOX_VERSION);
+}
+
+Program::Program(Surroundings& outside, ProgramWindow& window)
+    : outside_(outside),
+      window_(window),
+      store_(outside.files, window),
+      log_(outside.files, outside.clock, outside.codePage, window),
+      crc_(outside.codePage),
+      client_{outside.desktop,
+              RemoteMemory(outside.processApi),
+              outside.files,
+              outside.codePage,
+              outside.locale,
+              outside.clock,
+              crc_,
+              window,
+              settings_.client,
+              flags_},
+      run_{client_, saved_, window, outside.files, outside.clock, outside.codePage, outside.locale}
+{
+}
+
+void Program::StartUp()
+{
+    store_.GoTo(outside_.programFolder);
+    settings_ = LoadSettings(outside_.profile, outside_.files, outside_.programFolder + u"settings.ini");
+    store_.TakeFromSettings(settings_.store);
+    window_.ShowSettings(settings_);
+    window_.Appear();
+    Run([this] {
+        log_.SetPath(outside_.programFolder + u"log.txt");
+        OpenDatabase();
+        window_.ProcessEvents(); // a click on the splash window
+        window_.ShowFirstBox(u"IMPORTANT! Please Read", kImportant);
+        LogLine(kSeparatorLine, Record::yes);
+        LogLine(u"Started " + ProgramTitle() + u" - " + ProgramVersion(), Record::yes);
+        for (const Text& note : saved_.notes) LogLine(note, Record::yes);
+        WarnIfFolderIsReadOnly();
+        if (!closeAsked_) SyncWithOe();
+    });
+}
+
+void Program::OpenDatabase()
+{
+    const Text path = outside_.programFolder + u"saved.mdb";
+    const Text reasons = OpenSavedEmails(saved_, outside_.files, path, outside_.databaseMakers);
+    if (saved_.IsWritable()) return;
+    if (saved_.IsOpen())
+        return window_.ShowBox(
+            BoxIcon::warning,
+            u"The database of saved emails can be read but not written, so exporting stays off:\r\n" + path +
+                u"\r\n\r\n" + saved_.whyReadOnly);
+    window_.ShowBox(BoxIcon::warning,
+                    u"The database of saved emails cannot be opened, so exporting stays off:\r\n" + path +
+                        u"\r\n\r\n" + reasons);
+}
+
+// A log.txt that alone is read-only is the user's choice and no matter for a message.
+void Program::WarnIfFolderIsReadOnly()
+{
+    const Text probe = outside_.programFolder + u"settings.tmp";
+    FileError error = FileError::none;
+    if (outside_.files.Open(probe, OpenMode::createNew, error)) {
+        (void)outside_.files.Delete(probe);
+    } else if (error != FileError::exists) {
+        LogLine(u"The program's folder cannot be written: settings and log are not kept.", Record::yes);
+    }
+}
+
+bool Program::IsEnabled(Needs needs) const
+{
+    switch (needs) {
+    case Needs::nothing:
+        return true;
+    case Needs::idle:
+        return !running_;
+    case Needs::folders:
+        return !running_ && !run_.nodes.empty();
+    case Needs::records:
+        break;
+    }
+    return !running_ && saved_.IsWritable();
+}
+
+RunOptions Program::Options()
+{
+    window_.ReadSettings(settings_);
+    settings_.options.storeFolder = store_.Path();
+    return settings_.options;
+}
+
+// While it lives, a command is under way.
+class Program::Bracket {
+public:
+    explicit Bracket(Program& program) : program_(program)
+    {
+        program_.running_ = true;
+        program_.flags_ = {};
+        program_.window_.BeginCommand();
+    }
+    ~Bracket()
+    {
+        program_.running_ = false;
+        program_.window_.EndCommand();
+    }
+    Bracket(const Bracket&) = delete;
+    Bracket& operator=(const Bracket&) = delete;
+
+private:
+    Program& program_;
+};
+
+void Program::Run(const std::function<void()>& command)
+{
+    if (running_) return;
+    {
+        const Bracket bracket(*this);
+        try {
+            command();
+        } catch (const DatabaseError& error) {
+            flags_.runCompleted = false;
+            ReportDatabaseError(window_, error);
+        } catch (const std::exception& error) {
+            flags_.runCompleted = false;
+            const Text words = u"Error: " + FromUtf8(error.what());
+            LogLine(words, Record::yes);
+            window_.ShowBox(BoxIcon::warning, words);
+        }
+    }
+    if (closeAsked_) Close();
+}
+
+void Program::AskToClose()
+{
+    closeAsked_ = true;
+    if (!running_) return Close();
+    flags_.stopAfterEmail = true;
+    flags_.stopAfterFolder = true;
+    flags_.stopRequested = true;
+    flags_.closing = true;
+    window_.CloseBox(); // the run may be waiting for it
+}
+
+void Program::EndSession()
+{
+    WriteLastRecords();
+    AskToClose();
+}
+
+void Program::WriteLastRecords()
+{
+    if (lastRecordsWritten_) return;
+    lastRecordsWritten_ = true;
+    LogLine(u"Closing " + ProgramTitle(), Record::yes);
+    window_.ReadSettings(settings_);
+    settings_.store = store_.ToRemember();
+    SaveSettings(settings_, outside_.profile, outside_.programFolder + u"settings.ini");
+}
+
+void Program::Close()
+{
+    if (closed_) return;
+    closed_ = true;
+    WriteLastRecords();
+    CloseSavedEmails(saved_);
+    window_.Destroy();
+}

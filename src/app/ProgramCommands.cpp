@@ -1,0 +1,234 @@
+// What each button and menu item does.
+#include "app/DirectoryList.h"
+#include "app/Program.h"
+
+#include "folders/AllFolders.h"
+#include "folders/CheckFolder.h"
+#include "folders/ExportFolder.h"
+#include "folders/StoredFiles.h"
+#include "folders/StoreFolders.h"
+#include "folders/Synchronise.h"
+#include "store/SavedMaintenance.h"
+#include "store/StoreNames.h"
+
+void Program::cmdSync()
+{
+    Run([this] { SyncWithOe(); });
+}
+
+void Program::SyncWithOe()
+{
+    Synchronise(run_);
+    (void)SayFilesWithoutRecords();
+}
+
+bool Program::SayFilesWithoutRecords()
+{
+    if (!saved_.created || !saved_.IsOpen() || run_.nodes.empty()) return false;
+    // Later on the files there may be this session's own.
+    if (!storesLookedAt_.insert(FoldCase(store_.Path())).second) return false;
+    const StoredFiles stored = CountStoredFiles(run_);
+    if (stored.files == 0) return false;
+    const Text found = u"saved.mdb has been made anew, but the store folder holds " +
+                       DecimalText(static_cast<std::int64_t>(stored.files)) + u" saved e-mail(s) of " +
+                       DecimalText(static_cast<std::int64_t>(stored.folders)) + u" folder(s)";
+    LogLine(found + u": a check of all folders with \"File (slow)\" records them.", Record::yes);
+    window_.ShowBox(
+        BoxIcon::warning,
+        found + u":\r\n" + store_.Path() +
+            u"\r\n\r\nAn export may save them again beside the files that are there. Before it, choose "
+            u"the comparison type \"File (slow)\" and check all folders: that records the e-mails whose "
+            u"files are found. Or close Quillbox and put the old saved.mdb back into its folder.");
+    return true;
+}
+
+bool Program::MayUseStore()
+{
+    if (store_.IsSettled()) return true;
+    if (missingStoreSaid_) { // pressed again: so be it
+        store_.AcceptStandIn();
+        return true;
+    }
+    missingStoreSaid_ = true;
+    const bool full = IsFullPath(NormalDirectoryPath(store_.Missing()));
+    const Text reason = u"The store folder of the settings " +
+                        Text(full ? u"cannot be found: " : u"is not a full path: ") + store_.Missing();
+    LogLine(reason, Record::yes);
+    window_.ShowBox(
+        BoxIcon::warning,
+        reason +
+            u"\r\n\r\nNothing has been started. If its drive is missing, plug it in and press the "
+            u"button again, or choose another folder on the page \"Store\". Without either, the "
+            u"button pressed again works with the program's folder:\r\n" +
+            store_.Path());
+    return false;
+}
+
+void Program::cmdGetID()
+{
+    Run([this] { ShowSelectedEmail(run_); });
+}
+
+void Program::cmdCheckFolder()
+{
+    Run([this] {
+        if (!MayUseStore()) return;
+        window_.EnterBusyLayout();
+        CheckFolder(run_);
+    });
+}
+
+void Program::cmdCheckAllFolders()
+{
+    Run([this] {
+        if (!MayUseStore()) return;
+        window_.EnterBusyLayout();
+        window_.ClearResults();
+        window_.SetSummary(u"");
+        CountFoldersToCheck(run_);
+        run_.exportList.clear();
+        RunAllFolders(run_, AllFoldersMode::check);
+        window_.ShowBox(BoxIcon::information, u"All folders have been checked - " + run_.checkSummary);
+    });
+}
+
+void Program::cmdExport()
+{
+    Run([this] {
+        if (!MayUseStore() || SayFilesWithoutRecords()) return;
+        if (!SelectShownFolder(run_)) return;
+        window_.EnterBusyLayout();
+        flags_.runCompleted = true;
+        (void)ExportFolder(run_, false);
+        if (flags_.runCompleted)
+            window_.ShowBox(BoxIcon::information, u"All emails for the selected folder have been exported.");
+    });
+}
+
+void Program::cmdSaveAll()
+{
+    Run([this] {
+        if (!MayUseStore() || SayFilesWithoutRecords()) return;
+        window_.EnterBusyLayout();
+        RunAllFolders(run_, AllFoldersMode::check);
+        if (closeAsked_) return;
+        // Kept: a stop after a folder ends the check alone, and what it found until then is exported. So each
+        // button is there anew.
+        window_.ShowStopButtons(StopButtons::shown);
+        run_.runTotalSaved = 0;
+        flags_.runCompleted = false;
+        RunAllFolders(run_, AllFoldersMode::exportEmails);
+        if (flags_.runCompleted) window_.ShowBox(BoxIcon::information, u"All folders have been exported.");
+    });
+}
+
+void Program::cmdStopAfterEmail()
+{
+    flags_.stopAfterEmail = true;
+    flags_.stopRequested = true;
+    window_.HideStopButton(Stop::afterEmail);
+}
+
+void Program::cmdStopAfterFolder()
+{
+    flags_.stopAfterFolder = true;
+    flags_.stopRequested = true;
+    window_.HideStopButton(Stop::afterFolder);
+}
+
+void Program::cmdUseSelection()
+{
+    const auto line = static_cast<std::size_t>(window_.SelectedFolderNode()); // none: beyond the end
+    if (line >= run_.folderPaths.size()) return;
+    window_.ReadSettings(settings_);
+    settings_.options.firstFolderToIgnore = run_.folderPaths[line];
+    window_.ShowSettings(settings_);
+}
+
+void Program::cmdOpenFolder()
+{
+    if (!OpenExportFolder()) window_.ShowText(u"There is no export folder to open yet");
+}
+
+bool Program::OpenExportFolder()
+{
+    const auto line = static_cast<std::size_t>(run_.selectedFolder); // none: beyond the end
+    if (line >= run_.storeDirectories.size()) return false;
+    const Text folder = ExportFolderOf(store_.Path(), run_.storeDirectories[line]);
+    if (!outside_.files.DirectoryExists(folder)) return false;
+    window_.OpenFolder(folder);
+    return true;
+}
+
+void Program::cmdChooseStore()
+{
+    window_.ShowTab(Tab::store); // with the folders of this moment
+    window_.FocusFolderList();
+}
+
+// Asked for until it is made or the user gives up.
+void Program::cmdNewFolder()
+{
+    Run([this] {
+        Text name;
+        while (window_.AskFolderName(store_.Path(), name)) {
+            const Text path = PathInDirectory(store_.Path(), name);
+            if (name.empty() || DirectoryNameFor(name, outside_.codePage) != name)
+                window_.ShowBox(BoxIcon::warning,
+                                u"A folder cannot have this name, or Outlook Express could not save to it: " +
+                                    name);
+            else if (outside_.files.FileExists(path))
+                window_.ShowBox(BoxIcon::warning, u"There is a file of this name already: " + path);
+            else if (!store_.Make(name))
+                window_.ShowBox(BoxIcon::warning,
+                                u"The folder cannot be made. The disk may be full or write-protected, or "
+                                u"the name too long: " +
+                                    path);
+            else
+                return;
+        }
+    });
+    window_.FocusFolderList();
+}
+
+void Program::mnMarkSaved()
+{
+    Run([this] {
+        for (int place = window_.NextTicked(-1); place >= 0 && !closeAsked_;
+             place = window_.NextTicked(place)) {
+            const ResultsRow& row = window_.ResultsRowAt(place);
+            const Text& folder = Cell(row, ResultsColumn::folder);
+            EmailEntry entry;
+            entry.Subject = Cell(row, ResultsColumn::subject);
+            entry.Crc = Cell(row, ResultsColumn::crc);
+            if (entry.Crc.empty()) { // nothing would find such a record
+                LogLine(u"Not marked, as the e-mail could not be read: " + folder + u" - " +
+                            Cell(row, ResultsColumn::id),
+                        Record::yes);
+                continue;
+            }
+            if (!IsSaved(saved_, entry.Crc, folder)) AddSavedEmail(saved_, folder, entry);
+            LogLine(u"Mark as saved: " + folder + u" - " + entry.Subject + u" : " + entry.Crc, Record::yes);
+            window_.Untick(place);
+            window_.ProcessEvents();
+        }
+        window_.ShowBox(BoxIcon::information, u"Finished updating database");
+    });
+}
+
+void Program::mnCondenseDB()
+{
+    Run([this] {
+        (void)WritableDatabase(saved_); // or it throws, before the window changes
+        window_.EnterBusyLayout();
+        window_.ShowText(u"Condensing database...");
+        const Condensed done = CondenseDatabase(saved_, [this](int percent) {
+            window_.ShowPercentage(Bar::currentFolder, percent);
+            window_.ProcessEvents();
+            return !flags_.stopAfterEmail && !flags_.stopAfterFolder;
+        });
+        if (done.stopped)
+            LogLine(u"Condensing was stopped: the records behind were not looked at.", Record::yes);
+        window_.ShowText(u"Removed " + DecimalText(done.removed) + u" record(s)");
+    });
+}
