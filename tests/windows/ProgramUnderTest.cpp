@@ -1,40 +1,11 @@
 #include "tests/windows/ProgramUnderTest.h"
 
+#include <fstream>
+#include <iterator>
+
 namespace {
 
 constexpr DWORD kPatience = 20000;
-
-struct Search {
-    int id;
-    HWND found;
-};
-
-BOOL CALLBACK MatchControl(HWND window, LPARAM lParam)
-{
-    auto& search = *reinterpret_cast<Search*>(lParam);
-    if (GetDlgCtrlID(window) != search.id) return TRUE;
-    search.found = window;
-    return FALSE;
-}
-
-void DeleteTree(const std::wstring& folder)
-{
-    WIN32_FIND_DATAW entry = {};
-    const HANDLE search = FindFirstFileW((folder + L"*").c_str(), &entry);
-    if (search == INVALID_HANDLE_VALUE) return;
-    do {
-        const std::wstring name = entry.cFileName;
-        if (name == L"." || name == L"..") continue;
-        const std::wstring path = folder + name;
-        SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-        if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
-            DeleteTree(path + L"\\");
-        else
-            DeleteFileW(path.c_str());
-    } while (FindNextFileW(search, &entry));
-    FindClose(search);
-    RemoveDirectoryW(folder.c_str());
-}
 
 } // namespace
 
@@ -61,40 +32,23 @@ std::wstring FolderOfTests()
 
 ProgramUnderTest::ProgramUnderTest()
 {
-    static int number = 0;
-    wchar_t temporary[MAX_PATH] = {};
-    GetTempPathW(MAX_PATH, temporary);
-    folder_ = temporary + (L"quillbox" + std::to_wstring(GetCurrentProcessId()) + L"_" +
-                           std::to_wstring(++number) + L"\\");
-    CreateDirectoryW(folder_.c_str(), nullptr);
-    CopyFileW((FolderOfTests() + L"quillbox.exe").c_str(), (folder_ + L"quillbox.exe").c_str(), FALSE);
+    std::filesystem::copy_file(FolderOfTests() + L"quillbox.exe", folder_ + L"quillbox.exe");
 }
 
 ProgramUnderTest::~ProgramUnderTest()
 {
     if (process_.Id() && !process_.WaitForEnd(0)) Close();
-    DeleteTree(folder_);
 }
 
 void ProgramUnderTest::Write(const std::wstring& name, const std::string& bytes) const
 {
-    const HANDLE file =
-        CreateFileW((folder_ + name).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    CloseHandle(file);
+    std::ofstream(std::filesystem::path(folder_ + name), std::ios::binary) << bytes;
 }
 
 std::string ProgramUnderTest::Read(const std::wstring& name) const
 {
-    const HANDLE file = CreateFileW((folder_ + name).c_str(), GENERIC_READ,
-                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return {};
-    std::string bytes(GetFileSize(file, nullptr), '\0');
-    DWORD read = 0;
-    ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
-    CloseHandle(file);
-    return bytes;
+    std::ifstream file(std::filesystem::path(folder_ + name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 bool ProgramUnderTest::Start()
@@ -118,9 +72,10 @@ bool ProgramUnderTest::PassStartUp()
 
 HWND ProgramUnderTest::Control(int id) const
 {
-    Search search = {id, nullptr};
-    EnumChildWindows(window_, MatchControl, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+    HWND found = GetDlgItem(window_, id);
+    for (HWND frame = GetWindow(window_, GW_CHILD); frame && !found; frame = GetWindow(frame, GW_HWNDNEXT))
+        found = GetDlgItem(frame, id);
+    return found;
 }
 
 HWND ProgramUnderTest::Focus() const

@@ -2,6 +2,7 @@
 #pragma once
 #include "app/Form1Controls.h"
 #include "demo/driver/ProgramDriver.h"
+#include "tests/support/ScratchDirectory.h"
 
 #include <windows.h>
 
@@ -37,7 +38,8 @@ public:
     StartedProcess& Process() { return process_; }
 
 private:
-    std::wstring folder_;
+    ScratchDirectory scratch_; // outlives the program
+    std::wstring folder_ = scratch_.Path().wstring() + L"\\";
     StartedProcess process_;
     HWND window_ = nullptr;
 };
