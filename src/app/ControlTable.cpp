@@ -4,6 +4,7 @@ namespace {
 
 using enum Kind;
 using enum Shown;
+using enum Needs;
 
 constexpr Growth kStays = {0, 0, 0, 0};
 constexpr Growth kWidens = {0, 0, 100, 0};
@@ -122,9 +123,11 @@ constexpr ControlRow kRows[] = {
     {lblTotalTime, fraStats, label, ValueAt(kRightColumn, 2), kRightHalf, u"-:-:-"},
 
     {cmdStopAfterEmail, onForm, button, At(kMargin, kStopTop, kStop, kButton), kStays,
-     u"Stop After This E&mail", u"Stop exporting after current email", onDemand},
+     u"Stop After This E&mail", u"Stop exporting after current email", onDemand, nothing,
+     &Program::cmdStopAfterEmail},
     {cmdStopAfterFolder, onForm, button, At(kMargin + kStop + 4, kStopTop, kStop, kButton), kStays,
-     u"Stop After This Fo&lder", u"Stop exporting after current folder", onDemand},
+     u"Stop After This Fo&lder", u"Stop exporting after current folder", onDemand, nothing,
+     &Program::cmdStopAfterFolder},
     {lblSelFolder, onForm, label, At(kMargin, kFolderTop + kText, kFolder, kLine), kBelowTree,
      u"Outlook Express folder"},
     {lblOEFolder, onForm, label,
@@ -132,35 +135,38 @@ constexpr ControlRow kRows[] = {
      u"", u""},
     {cmdOpenFolder, onForm, button, At(kMargin + kContent - kOpen, kFolderTop, kOpen, kButton),
      kBelowTreeRight, u"O&pen folder",
-     u"Open the folder that the emails of this Outlook Express folder are exported to"},
+     u"Open the folder that the emails of this Outlook Express folder are exported to", always, idle,
+     &Program::cmdOpenFolder},
 
     {fraActions, onForm, page, kPage, kFills, u"", nullptr, onDemand},
     {lblStepSync, fraActions, heading, StepAt(kSync), kStays, u"1  Synchronise"},
     {cmdSync, fraActions, button, First(kSync, kButton), kStays, u"&Sync with OE",
-     u"Synchronise with Outlook Express"},
+     u"Synchronise with Outlook Express", always, idle, &Program::cmdSync},
     {capSync, fraActions, label, At(kSecond, kSync + kText, kPageRight - kSecond, kLine), kWidens,
      u"<--- To start exporting, please synchronise first",
      u"You must synchronise with Outlook Express before exporting any emails", untilSynchronised},
     {cmdGetID, fraActions, button, Second(kSync, kButton), kStays, u"&Get ID of selected email",
-     u"Get the message ID of the email selected in Outlook Express", onceSynchronised},
+     u"Get the message ID of the email selected in Outlook Express", onceSynchronised, idle,
+     &Program::cmdGetID},
     {lblStepStore, fraActions, heading, StepAt(kStore), kStays, u"2  Store"},
     {cmdChooseStore, fraActions, button, First(kStore, kButton), kStays, u"Ch&oose store folder...",
-     u"Choose the folder that the emails are exported to"},
+     u"Choose the folder that the emails are exported to", always, idle, &Program::cmdChooseStore},
     {lblStorePath, fraActions, label, At(kSecond, kStore + kText, kPageRight - kSecond, kLine), kWidens, u"",
      u""},
     {lblStepCheck, fraActions, heading, StepAt(kCheck), kStays, u"3  Check"},
     {cmdCheckFolder, fraActions, button, First(kCheck, kButton), kStays, u"&Check folder",
-     u"Check current Outlook Express folder", onceSynchronised},
+     u"Check current Outlook Express folder", onceSynchronised, idle, &Program::cmdCheckFolder},
     {cmdCheckAllFolders, fraActions, button, Second(kCheck, kButton), kStays, u"Check &all folders",
-     u"Check all Outlook Express folders", onceSynchronised},
+     u"Check all Outlook Express folders", onceSynchronised, idle, &Program::cmdCheckAllFolders},
     {lblComparison, fraActions, name, Third(kCheck - kLine, kLine), kStays, u"Comparison &type:"},
     {cboComparison, fraActions, comboBox, Third(kCheck + 1, kDropped), kStays,
-     u"Simple (fast),Database (medium speed),File (slow)"},
+     u"Simple (fast),Database (medium speed),File (slow)", nullptr, always, folders},
     {lblStepExport, fraActions, heading, StepAt(kExport), kStays, u"4  Export"},
     {cmdExport, fraActions, primaryButton, First(kExport, kButton), kStays,
-     u"&Export emails in selected folder", u"Export current Outlook Express folder", onceSynchronised},
+     u"&Export emails in selected folder", u"Export current Outlook Express folder", onceSynchronised,
+     records, &Program::cmdExport},
     {cmdSaveAll, fraActions, button, Second(kExport, kButton), kStays, u"Export emails in all &folders",
-     u"Export all Outlook Express folders", onceSynchronised},
+     u"Export all Outlook Express folders", onceSynchronised, records, &Program::cmdSaveAll},
     {chkJumpRemain, fraActions, checkBox, Third(kExport - 1, kBox), kStays, u"&Jump to remaining",
      u"Jump to the first email to be exported"},
     {chkSkipFiles, fraActions, checkBox, Third(kExport + 9, kBox), kStays, u"S&kip identical filenames",
@@ -168,16 +174,19 @@ constexpr ControlRow kRows[] = {
     {lblIgnore, fraActions, name, First(kIgnore + kText, kLine), kStays, u"First folder to &ignore"},
     {txtIgnore, fraActions, textBox, Second(kIgnore, kButton), kStays, u"Deleted Items"},
     {cmdUseSelection, fraActions, button, Third(kIgnore, kButton), kStays, u"&Use tree selection",
-     u"Use the selected folder from the tree above"},
+     u"Use the selected folder from the tree above", always, idle, &Program::cmdUseSelection},
 
     {fraStore, onForm, page, kPage, kFills, u"", nullptr, onDemand},
     {lblStoreFolder, fraStore, label, At(kPageLeft, 6, kPageWidth - 2 * kPageLeft, kLine), kWidens, u"", u""},
     {lblDrive, fraStore, name, At(kPageLeft, kDrive + 2, kFirst - kPageLeft, kLine), kStays, u"Dri&ve:"},
-    {Drive1, fraStore, comboBox, At(kFirst, kDrive, kPageRight - kNewFolder - 4 - kFirst, kDropped), kWidens},
+    {Drive1, fraStore, comboBox, At(kFirst, kDrive, kPageRight - kNewFolder - 4 - kFirst, kDropped), kWidens,
+     u"", nullptr, always, idle},
     {cmdNewFolder, fraStore, button, At(kPageRight - kNewFolder, kDrive - 1, kNewFolder, kButton),
-     kMovesRight, u"Ne&w folder...", u"Make a folder in the store folder, and export the emails to it"},
+     kMovesRight, u"Ne&w folder...", u"Make a folder in the store folder, and export the emails to it",
+     always, idle, &Program::cmdNewFolder},
     {lblDir, fraStore, name, At(kPageLeft, kFolders + 2, kFirst - kPageLeft, kLine), kStays, u"&Folder:"},
-    {Dir1, fraStore, listBox, At(kFirst, kFolders, kPageRight - kFirst, 32), kUpperList},
+    {Dir1, fraStore, listBox, At(kFirst, kFolders, kPageRight - kFirst, 32), kUpperList, u"", nullptr, always,
+     idle},
     {lblFiles, fraStore, name, At(kPageLeft, kFiles + 2, kFirst - kPageLeft, kLine), kLowerName,
      u"Saved &emails:"},
     {fileCheck, fraStore, listBox, At(kFirst, kFiles, kPageRight - kFirst, 23), kLowerList},
@@ -191,8 +200,8 @@ constexpr ControlRow kRows[] = {
     {lblList, fraProgress, label, At(kListName, 5, kPageWidth - kPageLeft - kListName, kLine), kWidens},
     {lstProgress, fraProgress, logBox, At(0, kList, kPageWidth, kPageHeight - kList), kFills},
     {capResults, fraProgress, hiddenName, kNowhere, kStays, u"Results", nullptr, onDemand},
-    {lvResults, fraProgress, table, At(0, kList, kPageWidth, kPageHeight - kList), kFills, u"", nullptr,
-     onDemand},
+    {lvResults, fraProgress, table, At(0, kList, kPageWidth, kPageHeight - kList), kFills,
+     u"Folder,ID,Subject,Date,CRC", nullptr, onDemand},
 
     {fraSummary, onForm, page, kPage, kFills, u"", nullptr, onDemand},
     {capSummary, fraSummary, hiddenName, kNowhere, kStays, u"Summary", nullptr, onDemand},
@@ -223,6 +232,12 @@ std::span<const ControlRow> ControlRows()
 const ControlRow& RowOf(ControlId id)
 {
     return kRows[id - kFirstControl];
+}
+
+const ControlRow* FindRow(int id)
+{
+    const bool found = id >= kFirstControl && id < kFirstControl + kControls;
+    return found ? &kRows[id - kFirstControl] : nullptr;
 }
 
 Extent SmallestExtent(ControlId parent)

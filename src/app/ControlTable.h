@@ -1,88 +1,10 @@
 // ControlTable.h: the controls of the main window, one row each: what it is and says, where it stands, when
-// it is shown. Creation, layout, fonts and tool tips follow from the rows.
+// it is shown and can be pressed, and what it starts. All else about it follows from the row.
 #pragma once
+#include "app/ControlIds.h"
+#include "app/Program.h"
+
 #include <span>
-
-// What a row is called, and the window hears of its control by. In the order of the rows.
-enum ControlId : int {
-    onForm = 0, // as a parent: the window itself
-    OrbVac = 100,
-    lblTree,
-    tvOETree,
-    fraStats,
-    lblCurrentFolder,
-    sProg,
-    capCount,
-    lblCount,
-    capPerSecond,
-    lblPerSecond,
-    capTime,
-    lblTime,
-    capLeft,
-    lblLeft,
-    lblAllFolders,
-    spMain,
-    capTotalCount,
-    lblTotalCount,
-    capTotalLeft,
-    lblTotalLeft,
-    capTotalTime,
-    lblTotalTime,
-    cmdStopAfterEmail,
-    cmdStopAfterFolder,
-    lblSelFolder,
-    lblOEFolder,
-    cmdOpenFolder, // the keyboard's double click on lblOEFolder
-    fraActions,
-    lblStepSync,
-    cmdSync,
-    capSync,
-    cmdGetID,
-    lblStepStore,
-    cmdChooseStore,
-    lblStorePath,
-    lblStepCheck,
-    cmdCheckFolder,
-    cmdCheckAllFolders,
-    lblComparison,
-    cboComparison,
-    lblStepExport,
-    cmdExport,
-    cmdSaveAll,
-    chkJumpRemain,
-    chkSkipFiles,
-    lblIgnore,
-    txtIgnore,
-    cmdUseSelection,
-    fraStore,
-    lblStoreFolder,
-    lblDrive,
-    Drive1,
-    cmdNewFolder,
-    lblDir,
-    Dir1,
-    lblFiles,
-    fileCheck,
-    chkIDonly,
-    chkSendKeys,
-    fraProgress,
-    optLog, // which of the two below is shown
-    optResults,
-    lblList,
-    lstProgress,
-    capResults,
-    lvResults,
-    fraSummary,
-    capSummary,
-    txtSummary,
-    nTab,
-    lstTree,
-    lstLines,
-};
-
-inline constexpr ControlId kFirstControl = OrbVac;
-inline constexpr int kControls = lstLines - kFirstControl + 1;
-inline constexpr ControlId fraTabs[] = {fraActions, fraStore, fraProgress, fraSummary}; // by tab
 
 enum class Kind {
     display,
@@ -136,15 +58,18 @@ struct ControlRow {
     Kind kind;
     Place place;
     Growth growth;
-    const char16_t* caption = u""; // items (tabs, choices of a combo box) are parted by commas
+    const char16_t* caption = u""; // tabs, choices and columns are parted by commas
     const char16_t* tip = nullptr; // null: none; empty: the whole text, where an ellipsis may end it
     Shown shown = Shown::always;
+    Needs needs = Needs::nothing;         // or it is disabled
+    void (Program::*command)() = nullptr; // on a click; null: the window answers what it reports
 };
 
 // In the order in which Tab visits them. The pages come before the tab strip, because the earlier of two
 // overlapping windows lies on top.
 std::span<const ControlRow> ControlRows();
 const ControlRow& RowOf(ControlId id);
+const ControlRow* FindRow(int id); // null: no control's id
 
 // How small the form's client area or a frame may become.
 struct Extent {

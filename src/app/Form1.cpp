@@ -53,15 +53,14 @@ bool Form1::Create(HINSTANCE instance)
                               CW_USEDEFAULT, 100, 100, nullptr, nullptr, instance, this);
     if (!window_) return false;
     controls_.Create(window_);
-    store_.Attach(controls_.lblStoreFolder, controls_.lblStorePath, controls_.Drive1, controls_.Dir1,
-                  controls_.fileCheck);
-    progress_.Attach(controls_.lstProgress);
-    results_.Attach(controls_.lvResults);
-    tree_.Attach(controls_.tvOETree);
+    store_.Attach(controls_.At(lblStoreFolder), controls_.At(lblStorePath), controls_.At(Drive1),
+                  controls_.At(Dir1), controls_.At(fileCheck));
+    progress_.Attach(controls_.At(lstProgress));
+    results_.Attach(controls_.At(lvResults));
+    tree_.Attach(controls_.At(tvOETree));
     tree_.MakeImages();
-    controls_.FitToFrames();
-    SendMessageW(controls_.cboComparison, CB_SETCURSEL, static_cast<WPARAM>(ComparisonType::database), 0);
-    SendMessageW(controls_.txtSummary, EM_LIMITTEXT, 0, 0); // as much as the system can hold
+    SendMessageW(controls_.At(cboComparison), CB_SETCURSEL, static_cast<WPARAM>(ComparisonType::database), 0);
+    SendMessageW(controls_.At(txtSummary), EM_LIMITTEXT, 0, 0); // as much as the system can hold
     TakeWishedSize();
     return true;
 }
@@ -86,7 +85,7 @@ RECT Form1::WorkArea() const
 // Where Windows has put the window, or as near as it still fits the screen.
 void Form1::TakeWishedSize()
 {
-    const SIZE size = WindowSize(WishedClient(controls_.Units()));
+    const SIZE size = WindowSize(controls_.WishedClient());
     const RECT work = WorkArea();
     RECT place = {};
     GetWindowRect(window_, &place);
@@ -106,18 +105,19 @@ void Form1::Dispatch(MSG& message)
 {
     if (IsRepeatedPress(message)) return;
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) < 0) {
-        const int count = static_cast<int>(controls_.fraTabs.size());
+        const int count = static_cast<int>(std::size(fraTabs));
         const int step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
-        ShowTab(static_cast<Tab>((controls_.nTab.Selected() + step) % count));
+        ShowTab(static_cast<Tab>((SelectedTab() + step) % count));
         return;
     }
-    if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && message.hwnd == controls_.txtSummary) {
+    if (message.message == WM_KEYDOWN && message.wParam == VK_TAB &&
+        message.hwnd == controls_.At(txtSummary)) {
         // A box of several lines would keep it.
         SetFocus(GetNextDlgTabItem(window_, message.hwnd, GetKeyState(VK_SHIFT) < 0));
         return;
     }
-    if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && message.hwnd == controls_.Dir1) {
-        OnCommand(idDir, LBN_DBLCLK);
+    if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && message.hwnd == controls_.At(Dir1)) {
+        OnCommand(Dir1, LBN_DBLCLK);
         return;
     }
     if (message.message == WM_KEYDOWN && message.wParam == VK_RETURN && IsChild(window_, message.hwnd) &&
@@ -156,8 +156,8 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         OnNotify(*reinterpret_cast<NMHDR*>(lParam));
         return 0;
     case WM_CONTEXTMENU:
-        if (reinterpret_cast<HWND>(wParam) != controls_.lvResults &&
-            !IsChild(controls_.lvResults, reinterpret_cast<HWND>(wParam))) // its headers
+        if (reinterpret_cast<HWND>(wParam) != controls_.At(lvResults) &&
+            !IsChild(controls_.At(lvResults), reinterpret_cast<HWND>(wParam))) // its headers
             break;
         if (IsIdle()) results_.ShowMenu(window_, lParam);
         return 0;
@@ -170,7 +170,7 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         }
         return 0;
     case WM_SIZE:
-        if (wParam != SIZE_MINIMIZED && controls_.nTab.Window()) controls_.Arrange();
+        if (wParam != SIZE_MINIMIZED && controls_.At(nTab)) controls_.Arrange();
         return 0;
     case WM_NEXTDLGCTL: { // how a label's mnemonic gets to the control behind it
         const HWND control = LOWORD(lParam) ? reinterpret_cast<HWND>(wParam)
@@ -179,7 +179,7 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     }
     case WM_GETMINMAXINFO: {
-        const SIZE smallest = WindowSize(SmallestClient(controls_.Units()));
+        const SIZE smallest = WindowSize(controls_.SmallestClient());
         reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {smallest.cx, smallest.cy};
         return 0;
     }
@@ -220,62 +220,31 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
 
 void Form1::OnCommand(int id, int code)
 {
-    if (code == BN_CLICKED) {
-        if (id == idStopAfterEmail) return program_.cmdStopAfterEmail();
-        if (id == idStopAfterFolder) return program_.cmdStopAfterFolder();
-        if (id == idShowLog || id == idShowResults) return controls_.ShowResults(id == idShowResults);
+    if (const ControlRow* row = FindRow(id); row && row->command && code == BN_CLICKED) {
+        if (program_.IsEnabled(row->needs)) (program_.*row->command)();
+        return;
     }
-    if (id == idProgressList && code == LBN_DBLCLK) return controls_.ShowResults(true);
+    if ((id == optLog || id == optResults) && code == BN_CLICKED)
+        return controls_.ShowResults(id == optResults);
+    if (id == lstProgress && code == LBN_DBLCLK) return controls_.ShowResults(true);
     if (!IsIdle()) return; // only the stop buttons, the tabs, the lists and closing work
     switch (id) {
-    case idSync:
-        if (code == BN_CLICKED) program_.cmdSync();
-        break;
-    case idGetID:
-        if (code == BN_CLICKED) program_.cmdGetID();
-        break;
-    case idCheckFolder:
-        if (code == BN_CLICKED) program_.cmdCheckFolder();
-        break;
-    case idCheckAllFolders:
-        if (code == BN_CLICKED) program_.cmdCheckAllFolders();
-        break;
-    case idExport:
-        if (code == BN_CLICKED) program_.cmdExport();
-        break;
-    case idSaveAll:
-        if (code == BN_CLICKED) program_.cmdSaveAll();
-        break;
-    case idUseSelection:
-        if (code == BN_CLICKED) program_.cmdUseSelection();
-        break;
-    case idOEFolder:
+    case lblOEFolder:
         if (code == STN_DBLCLK) (void)program_.OpenExportFolder();
         break;
-    case idOpenFolder:
-        if (code == BN_CLICKED) program_.cmdOpenFolder();
-        break;
-    case idChooseStore:
-        if (code == BN_CLICKED) program_.cmdChooseStore();
-        break;
-    case idDrive:
+    case Drive1:
         if (code == CBN_DROPDOWN) RefreshStore();
         if (code == CBN_SELCHANGE) {
             program_.Store().Choose(store_.ChosenDrive());
             store_.ShowDrive();
         }
         break;
-    case idNewFolder:
-        if (code == BN_CLICKED) program_.cmdNewFolder();
-        break;
-    case idDir:
+    case Dir1:
         if (code == LBN_DBLCLK) program_.Store().Choose(store_.ChosenFolder());
         break;
     case mnTickSel:
-        results_.TickRows(RowChoice::selected, true);
-        break;
     case mnUntickSel:
-        results_.TickRows(RowChoice::selected, false);
+        results_.TickRows(RowChoice::selected, id == mnTickSel);
         break;
     case mnMarkSaved:
         program_.mnMarkSaved();
@@ -284,9 +253,9 @@ void Form1::OnCommand(int id, int code)
         program_.mnCondenseDB();
         break;
     case IDCANCEL: // Esc
-        if (GetFocus() == controls_.lvResults) {
+        if (GetFocus() == controls_.At(lvResults)) {
             controls_.ShowResults(false);
-            SetFocus(controls_.lstProgress);
+            SetFocus(controls_.At(lstProgress));
         }
         break;
     }
@@ -294,14 +263,14 @@ void Form1::OnCommand(int id, int code)
 
 void Form1::OnNotify(NMHDR& notice)
 {
-    if (notice.idFrom == idResults) {
+    if (notice.idFrom == lvResults) {
         if (notice.code == LVN_GETDISPINFOW)
             results_.FillCell(reinterpret_cast<NMLVDISPINFOW&>(notice));
         else if (notice.code == LVN_COLUMNCLICK && IsIdle())
             results_.SortBy(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem);
     }
-    if (notice.idFrom == idTab && notice.code == static_cast<UINT>(TCN_SELCHANGE))
-        ShowTab(static_cast<Tab>(controls_.nTab.Selected()));
+    if (notice.idFrom == nTab && notice.code == static_cast<UINT>(TCN_SELCHANGE))
+        ShowTab(static_cast<Tab>(SelectedTab()));
 }
 
 // The button that has the keyboard, else the main one of the page, unless the control wants Enter for itself.
@@ -312,11 +281,11 @@ bool Form1::PressByEnter(MSG& message)
     if (wishes & DLGC_WANTALLKEYS) return false;
     if (wishes & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) {
         SendMessageW(message.hwnd, BM_CLICK, 0, 0);
-    } else if (message.hwnd != controls_.txtIgnore && // who ends an entry there wants no export yet
-               controls_.nTab.Selected() == static_cast<int>(Tab::actions)) {
-        const bool synchronised = IsWindowVisible(controls_.cmdExport.Window());
-        const OrbSimpleButton& main = synchronised ? controls_.cmdExport : controls_.cmdSync;
-        if (IsWindowEnabled(main.Window())) SendMessageW(main.Window(), BM_CLICK, 0, 0);
+    } else if (message.hwnd != controls_.At(txtIgnore) && // who ends an entry there wants no export yet
+               SelectedTab() == static_cast<int>(Tab::actions)) {
+        const bool synchronised = IsWindowVisible(controls_.At(cmdExport));
+        const HWND main = controls_.At(synchronised ? cmdExport : cmdSync);
+        if (IsWindowEnabled(main)) SendMessageW(main, BM_CLICK, 0, 0);
     }
     return true;
 }
@@ -326,5 +295,5 @@ void Form1::MoveFocus(HWND control)
     lastFocus_ = control;
     if (!control || GetActiveWindow() != window_) return;
     const bool isShown = IsChild(window_, control) && IsWindowVisible(control);
-    SetFocus(isShown ? control : controls_.nTab.Window());
+    SetFocus(isShown ? control : controls_.At(nTab));
 }

@@ -56,7 +56,7 @@ private:
     void EnterBusyLayout() override;
     void HideStopButton(Stop which) override;
     void ShowStoreFolder(const Text& folder) override { store_.Show(folder); }
-    void FocusFolderList() override { MoveFocus(controls_.Dir1); }
+    void FocusFolderList() override { MoveFocus(controls_.At(Dir1)); }
     bool AskFolderName(const Text& where, Text& name) override;
     void OpenFolder(const Text& path) override;
     int SelectedFolderNode() override { return tree_.Selected(); }
@@ -81,9 +81,9 @@ private:
 
     bool IsIdle() const { return program_.IsEnabled(Needs::idle); }
     void UpdateCommands();
-    HWND ControlOf(SettingControl setting) const; // null: none
-    void RefreshStore();                          // the lists of the page "Store", if it is shown
-    void ShowAdded();                             // brings lstProgress and lvResults up to date
+    int SelectedTab() const;
+    void RefreshStore();  // the lists of the page "Store", if it is shown
+    void ShowAdded();     // brings lstProgress and lvResults up to date
     void WaitForKeysUp(); // Enter and Space, for a short time: held, they would press what is shown next
     void ShowBox(const Text& title, BoxIcon icon, const Text& words);
 

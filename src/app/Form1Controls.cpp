@@ -1,5 +1,9 @@
 #include "app/Form1Controls.h"
 
+#include "controls/OrbLabel.h"
+#include "controls/OrbSimpleButton.h"
+#include "controls/OrbTab.h"
+#include "controls/OrbVacuum.h"
 #include "platform/win32/WideText.h"
 
 #include <commctrl.h>
@@ -9,8 +13,7 @@ namespace {
 constexpr wchar_t kFrameClass[] = L"Form1Frame";
 constexpr RECT kLater = {0, 0, 10, 10}; // until the layout gives it its place
 
-constexpr const wchar_t* kResultColumns[] = {L"Folder", L"ID", L"Subject", L"Date", L"CRC"};
-constexpr int kResultWidths[] = {86, 34, 146, 74, 46}; // dialog units
+constexpr int kResultWidths[] = {86, 34, 146, 74, 46}; // dialog units, of the columns of lvResults
 constexpr int kDisplayWidening = 120;                  // percent of the user's font
 
 // A frame hands on what its controls report. The summary, which cannot be typed into, has the lists' colours.
@@ -107,10 +110,25 @@ HWND Made(Control control, Arguments... arguments)
     return control.Window();
 }
 
-void FillComboBox(HWND box, const Text& items)
+void AddItems(HWND comboBox, const Text& items)
 {
     for (std::size_t i = 1; !items.empty() && i <= CountOf(items, u",") + 1; ++i)
-        SendMessageW(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(Text(FieldOf(items, u",", i)))));
+        SendMessageW(comboBox, CB_ADDSTRING, 0,
+                     reinterpret_cast<LPARAM>(Wide(Text(FieldOf(items, u",", i)))));
+}
+
+void AddColumns(HWND table, const Text& titles, const DialogUnits& units)
+{
+    SendMessageW(table, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
+    for (int i = 0; i < static_cast<int>(std::size(kResultWidths)); ++i) {
+        Text title(FieldOf(titles, u",", static_cast<std::size_t>(i) + 1));
+        LVCOLUMNW column = {};
+        column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+        column.pszText = WideBuffer(title);
+        column.cx = units.Across(kResultWidths[i]);
+        column.iSubItem = i;
+        SendMessageW(table, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&column));
+    }
 }
 
 } // namespace
@@ -135,7 +153,7 @@ HWND Form1Controls::Make(const ControlRow& row, HWND parent)
     case Kind::primaryButton:
         return Made(OrbSimpleButton(), parent, row.id, caption, kLater, OrbSimpleButton::Look::primary);
     case Kind::progressBar: {
-        SimpleProgress& bar = row.id == ::sProg ? sProg : spMain;
+        SimpleProgress& bar = Bar(row.id);
         bar.Create(parent, row.id, kLater);
         bar.Properties().SetPercentage(0);
         return bar.Window();
@@ -144,11 +162,13 @@ HWND Form1Controls::Make(const ControlRow& row, HWND parent)
         break;
     }
     const StandardControl standard = StandardOf(row.kind);
+    const bool isList = row.kind == Kind::comboBox || row.kind == Kind::table;
     const HWND window = CreateWindowExW(
-        standard.extendedStyle, standard.windowClass, row.kind == Kind::comboBox ? L"" : caption,
+        standard.extendedStyle, standard.windowClass, isList ? L"" : caption,
         WS_CHILD | WS_CLIPSIBLINGS | standard.style, kLater.left, kLater.top, kLater.right, kLater.bottom,
         parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(row.id)), GetModuleHandleW(nullptr), nullptr);
-    if (row.kind == Kind::comboBox) FillComboBox(window, text);
+    if (row.kind == Kind::comboBox) AddItems(window, text);
+    if (row.kind == Kind::table) AddColumns(window, text, units_);
     return window;
 }
 
@@ -157,18 +177,15 @@ void Form1Controls::Create(HWND form)
     RegisterFrame();
     MakeFonts(); // the tab strip needs its font at once
     for (const ControlRow& row : ControlRows()) {
-        const HWND window = Make(row, row.parent == onForm ? form : (*this)[row.parent]);
+        const HWND window = Make(row, row.parent == onForm ? form : At(row.parent));
         windows_[static_cast<std::size_t>(row.id - kFirstControl)] = window;
         const bool shown = row.shown == Shown::always || row.shown == Shown::whileIdle ||
                            row.shown == Shown::untilSynchronised;
         ShowWindow(window, shown ? SW_SHOW : SW_HIDE);
     }
     SetFonts(form);
-    EnableWindow((*this)[::cboComparison], FALSE);
-    SendMessageW((*this)[::lvResults], LVM_SETEXTENDEDLISTVIEWSTYLE, 0,
-                 LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
-    NameMembers();
     ShowResults(false);
+    ShowFrame(0);
     MakeToolTips(form);
 }
 
@@ -194,69 +211,65 @@ void Form1Controls::SetFonts(HWND form)
 {
     EnumChildWindows(form, SetFont, reinterpret_cast<LPARAM>(font_));
     for (const ControlRow& row : ControlRows()) {
-        if (row.kind == Kind::heading) SetFont((*this)[row.id], reinterpret_cast<LPARAM>(boldFont_));
-        if (row.kind == Kind::display) SetFont((*this)[row.id], reinterpret_cast<LPARAM>(displayFont_));
+        if (row.kind == Kind::heading) SetFont(At(row.id), reinterpret_cast<LPARAM>(boldFont_));
+        if (row.kind == Kind::display) SetFont(At(row.id), reinterpret_cast<LPARAM>(displayFont_));
     }
-    for (SimpleProgress* progress : {&sProg, &spMain}) {
-        progress->Properties().SetBorderWidth(static_cast<std::int16_t>(units_.Down(1)));
-        progress->Properties().SetFillColour(LightPalette().accent);
-    }
-}
-
-void Form1Controls::FitToFrames()
-{
-    ShowFrame(0);
-    for (int i = 0; i < 5; ++i) {
-        LVCOLUMNW column = {};
-        column.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
-        column.pszText = const_cast<wchar_t*>(kResultColumns[i]);
-        column.cx = units_.Across(kResultWidths[i]);
-        column.iSubItem = i;
-        SendMessageW((*this)[::lvResults], LVM_INSERTCOLUMNW, static_cast<WPARAM>(i),
-                     reinterpret_cast<LPARAM>(&column));
+    for (SimpleProgress& bar : bars_) {
+        bar.Properties().SetBorderWidth(static_cast<std::int16_t>(units_.Down(1)));
+        bar.Properties().SetFillColour(LightPalette().accent);
     }
 }
 
 void Form1Controls::ShowFrame(int index)
 {
     const HWND focus = GetFocus();
-    const ControlId shown = ::fraTabs[index];
-    for (const ControlId frame : ::fraTabs) {
-        if (frame != shown && IsChild((*this)[frame], focus))
-            SetFocus((*this)[::nTab]); // hidden, it would keep the keyboard
-        ShowWindow((*this)[frame], frame == shown ? SW_SHOW : SW_HIDE);
-        if (frame == shown) UpdateWindow((*this)[frame]);
+    const ControlId shown = fraTabs[index];
+    for (const ControlId frame : fraTabs) {
+        if (frame != shown && IsChild(At(frame), focus))
+            SetFocus(At(nTab)); // hidden, it would keep the keyboard
+        ShowWindow(At(frame), frame == shown ? SW_SHOW : SW_HIDE);
+        if (frame == shown) UpdateWindow(At(frame));
     }
+}
+
+void Form1Controls::SetCaption(ControlId label, const Text& caption)
+{
+    OrbLabel(At(label)).SetCaption(Wide(caption));
 }
 
 void Form1Controls::Show(Shown when, bool shown)
 {
     for (const ControlRow& row : ControlRows())
-        if (row.shown == when) ShowWindow((*this)[row.id], shown ? SW_SHOW : SW_HIDE);
+        if (row.shown == when) ShowWindow(At(row.id), shown ? SW_SHOW : SW_HIDE);
+}
+
+void Form1Controls::Enable(const Program& program)
+{
+    for (const ControlRow& row : ControlRows())
+        if (row.id != cmdSync) EnableWindow(At(row.id), program.IsEnabled(row.needs));
+    // Last: whoever watches it finds the others settled.
+    EnableWindow(At(cmdSync), program.IsEnabled(RowOf(cmdSync).needs));
 }
 
 void Form1Controls::ShowResults(bool shown)
 {
-    ShowWindow((*this)[shown ? ::lstProgress : ::lvResults], SW_HIDE);
-    ShowWindow((*this)[shown ? ::lvResults : ::lstProgress], SW_SHOW);
-    SendMessageW((*this)[::optLog], BM_SETCHECK, shown ? BST_UNCHECKED : BST_CHECKED, 0);
-    SendMessageW((*this)[::optResults], BM_SETCHECK, shown ? BST_CHECKED : BST_UNCHECKED, 0);
-    OrbLabel((*this)[::lblList])
-        .SetCaption(shown ? L"Emails that the checks found not saved:" : L"What the program has done:");
+    ShowWindow(At(shown ? lstProgress : lvResults), SW_HIDE);
+    ShowWindow(At(shown ? lvResults : lstProgress), SW_SHOW);
+    SendMessageW(At(optLog), BM_SETCHECK, shown ? BST_UNCHECKED : BST_CHECKED, 0);
+    SendMessageW(At(optResults), BM_SETCHECK, shown ? BST_CHECKED : BST_UNCHECKED, 0);
+    SetCaption(lblList, shown ? u"Emails that the checks found not saved:" : u"What the program has done:");
 }
 
 void Form1Controls::EnterBusyLayout()
 {
     for (const ControlRow& row : ControlRows())
-        if (row.parent == ::fraStats && row.kind == Kind::label)
-            OrbLabel((*this)[row.id]).SetCaption(Wide(Text(row.caption)));
-    sProg.Properties().SetPercentage(0);
-    spMain.Properties().SetPercentage(0);
+        if (row.parent == fraStats && row.kind == Kind::label) SetCaption(row.id, row.caption);
+    for (SimpleProgress& bar : bars_) bar.Properties().SetPercentage(0);
     isBusy_ = true;
     Show(Shown::whileIdle, false);
     Arrange();
     Show(Shown::whileBusy, true);
-    UpdateWindow(GetParent((*this)[::fraStats]));
+    UpdateWindow(GetParent(At(fraStats)));
 }
 
 void Form1Controls::LeaveBusyLayout()

@@ -2,37 +2,36 @@
 #pragma once
 #include "app/ControlTable.h"
 #include "app/DialogUnitsWin.h"
-#include "app/Form1Members.h"
 #include "controls/SimpleProgress.h"
 
 #include <windows.h>
 
 #include <array>
 
-// Sizes of the form's client area.
-SIZE SmallestClient(const DialogUnits& units);
-SIZE WishedClient(const DialogUnits& units);
-
-class Form1Controls : public Form1Members {
+class Form1Controls {
 public:
     // Everything of the window, as it is before the first synchronisation. Places come with Arrange.
     void Create(HWND form);
-    HWND operator[](ControlId id) const { return windows_[static_cast<std::size_t>(id - kFirstControl)]; }
+    HWND At(ControlId id) const { return windows_[static_cast<std::size_t>(id - kFirstControl)]; }
+    SimpleProgress& Bar(ControlId id) { return bars_[id == spMain ? 1 : 0]; } // sProg or spMain
 
     // The user's font for messages, anew when the user has chosen another.
     void TakeFonts(HWND form);
-    const DialogUnits& Units() const { return units_; }
+    void DeleteFonts();
+    // Sizes of the form's client area.
+    SIZE SmallestClient() const;
+    SIZE WishedClient() const;
     void Arrange() const; // in the form's present client area
-    // All frames but the first hidden; the results table with its columns.
-    void FitToFrames();
-    void ShowFrame(int index);
+
+    void SetCaption(ControlId label, const Text& caption);
     void Show(Shown when, bool shown); // the controls whose rows say so
+    void Enable(const Program& program);
+    void ShowFrame(int index);
     // In place of each other on the same spot: the progress list or the results table.
     void ShowResults(bool shown);
     // Statistics and bars reset; fraStats stands in the place of the folder tree, the tab strip below it.
     void EnterBusyLayout();
     void LeaveBusyLayout();
-    void DeleteFonts();
     // The tool tip of a label that may end in an ellipsis is its whole text. False: not such a question.
     static bool AnswerToolTip(NMHDR& notice);
 
@@ -42,9 +41,9 @@ private:
     HWND Make(const ControlRow& row, HWND parent);
     void MakeToolTips(HWND form) const;
     void ArrangeIn(ControlId parent) const;
-    void NameMembers();
 
     std::array<HWND, kControls> windows_{}; // by row
+    SimpleProgress bars_[2];
     bool isBusy_ = false;
     DialogUnits units_;
     HFONT font_ = nullptr;

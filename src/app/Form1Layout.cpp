@@ -1,5 +1,6 @@
 // Where the controls stand, at any size of the window and of the user's font.
 #include "app/Form1Controls.h"
+#include "controls/OrbTab.h"
 
 namespace {
 
@@ -8,22 +9,22 @@ constexpr int kWishedWidth = 24, kWishedHeight = 96; // dialog units more than a
 
 } // namespace
 
-SIZE SmallestClient(const DialogUnits& units)
+SIZE Form1Controls::SmallestClient() const
 {
     const Extent form = SmallestExtent(onForm);
-    return {units.Across(form.width), units.Down(form.height)};
+    return {units_.Across(form.width), units_.Down(form.height)};
 }
 
-SIZE WishedClient(const DialogUnits& units)
+SIZE Form1Controls::WishedClient() const
 {
     const Extent form = SmallestExtent(onForm);
-    return {units.Across(form.width + kWishedWidth), units.Down(form.height + kWishedHeight)};
+    return {units_.Across(form.width + kWishedWidth), units_.Down(form.height + kWishedHeight)};
 }
 
 void Form1Controls::ArrangeIn(ControlId parent) const
 {
     RECT area = {};
-    GetClientRect(parent == onForm ? GetParent((*this)[::nTab]) : (*this)[parent], &area);
+    GetClientRect(parent == onForm ? GetParent(At(nTab)) : At(parent), &area);
     const Extent smallest = SmallestExtent(parent);
     const int wider = static_cast<int>(area.right) - units_.Across(smallest.width);
     const int higher = static_cast<int>(area.bottom) - units_.Down(smallest.height);
@@ -40,7 +41,7 @@ void Form1Controls::ArrangeIn(ControlId parent) const
         const int right = units_.Across(place.left + place.width) + moved(wider, row.growth.right);
         const int bottom = units_.Down(place.top + place.height) + down(row.growth.bottom);
         if (moves)
-            moves = DeferWindowPos(moves, (*this)[row.id], nullptr, left, top, right - left, bottom - top,
+            moves = DeferWindowPos(moves, At(row.id), nullptr, left, top, right - left, bottom - top,
                                    SWP_NOZORDER | SWP_NOACTIVATE);
     }
     if (moves) EndDeferWindowPos(moves);
@@ -49,11 +50,11 @@ void Form1Controls::ArrangeIn(ControlId parent) const
 void Form1Controls::Arrange() const
 {
     ArrangeIn(onForm);
-    const RECT page = OrbTab((*this)[::nTab]).Inside();
-    for (const ControlId frame : ::fraTabs) {
-        SetWindowPos((*this)[frame], nullptr, page.left, page.top, page.right - page.left,
-                     page.bottom - page.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    const RECT page = OrbTab(At(nTab)).Inside();
+    for (const ControlId frame : fraTabs) {
+        SetWindowPos(At(frame), nullptr, page.left, page.top, page.right - page.left, page.bottom - page.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
         ArrangeIn(frame);
     }
-    ArrangeIn(::fraStats);
+    ArrangeIn(fraStats);
 }

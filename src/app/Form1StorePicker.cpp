@@ -13,10 +13,10 @@ LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, const wchar_t* text =
 
 } // namespace
 
-void Form1StorePicker::Attach(OrbLabel& label, OrbLabel& path, HWND drives, HWND folders, HWND savedFiles)
+void Form1StorePicker::Attach(HWND label, HWND path, HWND drives, HWND folders, HWND savedFiles)
 {
-    label_ = &label;
-    path_ = &path;
+    label_ = OrbLabel(label);
+    path_ = OrbLabel(path);
     drives_ = drives;
     folders_ = folders;
     savedFiles_ = savedFiles;
@@ -48,8 +48,8 @@ void Form1StorePicker::ShowDrive()
 void Form1StorePicker::Show(const Text& folder)
 {
     folder_ = folder;
-    label_->SetCaption(Wide(u"Store folder: " + folder));
-    path_->SetCaption(Wide(folder));
+    label_.SetCaption(Wide(u"Store folder: " + folder));
+    path_.SetCaption(Wide(folder));
     ShowDrive();
     lines_.clear();
     ListFolders(folder);

@@ -10,7 +10,7 @@ class Form1StorePicker {
 public:
     explicit Form1StorePicker(Files& files) : files_(files) {}
     // label says "Store folder: " and the path, path the path alone.
-    void Attach(OrbLabel& label, OrbLabel& path, HWND drives, HWND folders, HWND savedFiles);
+    void Attach(HWND label, HWND path, HWND drives, HWND folders, HWND savedFiles);
 
     void Show(const Text& folder); // the store folder, in the form of NormalDirectoryPath
     // What the user has chosen in the lists; empty: nothing.
@@ -28,8 +28,7 @@ private:
     void ListFolders(Text selected);
 
     Files& files_;
-    OrbLabel* label_ = nullptr;
-    OrbLabel* path_ = nullptr;
+    OrbLabel label_, path_;
     HWND drives_ = nullptr, folders_ = nullptr, savedFiles_ = nullptr;
     DWORD presentDrives_ = 0; // those in the list, as GetLogicalDrives counts them
     Text folder_;

@@ -22,7 +22,7 @@ void Form1Controls::MakeToolTips(HWND form) const
         tool.cbSize = TTTOOLINFOW_V2_SIZE; // the size that every version of the control takes
         tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
         tool.hwnd = form;
-        tool.uId = reinterpret_cast<UINT_PTR>((*this)[row.id]);
+        tool.uId = reinterpret_cast<UINT_PTR>(At(row.id));
         tool.lpszText = words.empty() ? LPSTR_TEXTCALLBACKW : WideBuffer(words);
         SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
     }

@@ -1,6 +1,8 @@
 // What the window shows of the program, and answers it.
 #include "app/Form1.h"
 #include "app/NewFolderWin.h"
+#include "controls/OrbTab.h"
+#include "controls/OrbVacuum.h"
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
@@ -24,7 +26,7 @@ Text TextOfWindow(HWND window)
 
 void Form1::ShowText(const Text& text)
 {
-    controls_.OrbVac.ShowText(Wide(text));
+    OrbVacuum(controls_.At(OrbVac)).ShowText(Wide(text));
 }
 
 // A line at a time, lists would spend most of a run on redrawing themselves.
@@ -96,37 +98,24 @@ void Form1::ProcessEvents()
 
 void Form1::ShowStatistic(Statistic which, const Text& text)
 {
-    const auto label = [this, which]() -> OrbLabel& {
-        switch (which) {
-        case Statistic::count:
-            return controls_.lblCount;
-        case Statistic::perSecond:
-            return controls_.lblPerSecond;
-        case Statistic::time:
-            return controls_.lblTime;
-        case Statistic::left:
-            return controls_.lblLeft;
-        case Statistic::totalCount:
-            return controls_.lblTotalCount;
-        case Statistic::totalLeft:
-            return controls_.lblTotalLeft;
-        case Statistic::totalTime:
-            break;
-        }
-        return controls_.lblTotalTime;
-    };
-    label().SetCaption(Wide(text));
+    static constexpr ControlId kLabels[] = {lblCount,      lblPerSecond, lblTime,     lblLeft,
+                                            lblTotalCount, lblTotalLeft, lblTotalTime}; // by Statistic
+    controls_.SetCaption(kLabels[static_cast<int>(which)], text);
 }
 
 void Form1::ShowPercentage(Bar bar, int percent)
 {
-    SimpleProgress& progress = bar == Bar::allFolders ? controls_.spMain : controls_.sProg;
-    progress.Properties().SetPercentage(percent);
+    controls_.Bar(bar == Bar::allFolders ? spMain : sProg).Properties().SetPercentage(percent);
+}
+
+int Form1::SelectedTab() const
+{
+    return OrbTab(controls_.At(nTab)).Selected();
 }
 
 void Form1::ShowTab(Tab tab)
 {
-    controls_.nTab.Select(static_cast<int>(tab));
+    OrbTab(controls_.At(nTab)).Select(static_cast<int>(tab));
     RefreshStore();
     controls_.ShowFrame(static_cast<int>(tab));
 }
@@ -134,20 +123,20 @@ void Form1::ShowTab(Tab tab)
 // Drives and folders come and go while the lists are not looked at.
 void Form1::RefreshStore()
 {
-    if (!IsIdle() || controls_.nTab.Selected() != static_cast<int>(Tab::store)) return;
+    if (!IsIdle() || SelectedTab() != static_cast<int>(Tab::store)) return;
     (void)program_.Store().IsSettled(); // one that was missing may be there
     store_.Refresh();
 }
 
 void Form1::ShowStopButtons(StopButtons state)
 {
-    controls_.cmdStopAfterEmail.Show(state == StopButtons::shown);
-    controls_.cmdStopAfterFolder.Show(state == StopButtons::shown);
+    for (const ControlId button : {cmdStopAfterEmail, cmdStopAfterFolder})
+        ShowWindow(controls_.At(button), state == StopButtons::shown ? SW_SHOW : SW_HIDE);
 }
 
 void Form1::ShowCurrentFolder(const Text& fullName)
 {
-    controls_.lblOEFolder.SetCaption(Wide(fullName));
+    controls_.SetCaption(lblOEFolder, fullName);
 }
 
 void Form1::ClearProgress()
@@ -158,12 +147,12 @@ void Form1::ClearProgress()
 
 void Form1::SetSummary(const Text& text)
 {
-    SetWindowTextW(controls_.txtSummary, Wide(text));
+    SetWindowTextW(controls_.At(txtSummary), Wide(text));
 }
 
 void Form1::AppendSummary(const Text& line)
 {
-    const HWND box = controls_.txtSummary;
+    const HWND box = controls_.At(txtSummary);
     const int length = GetWindowTextLengthW(box);
     const Text added = length > 0 ? u"\r\n" + line : line;
     SendMessageW(box, EM_SETSEL, static_cast<WPARAM>(length), length);
@@ -182,52 +171,31 @@ void Form1::ShowFolderLists(const std::vector<Text>& lines, const std::vector<Te
         for (const Text& text : texts)
             SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(Wide(text)));
     };
-    fill(controls_.lstTree, lines);
+    fill(controls_.At(lstTree), lines);
     // One line for each of lstTree: the spare path at the end is no folder's.
-    fill(controls_.lstLines,
+    fill(controls_.At(lstLines),
          {paths.begin(), paths.begin() + static_cast<std::ptrdiff_t>(std::min(lines.size(), paths.size()))});
 }
 
 void Form1::SelectFolderLine(int index)
 {
-    SendMessageW(controls_.lstTree, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    SendMessageW(controls_.At(lstTree), LB_SETCURSEL, static_cast<WPARAM>(index), 0);
 }
 
 void Form1::UnlockCommands()
 {
-    controls_.capSync.Show(false);
-    for (OrbSimpleButton* button : {&controls_.cmdExport, &controls_.cmdGetID, &controls_.cmdCheckFolder,
-                                    &controls_.cmdCheckAllFolders, &controls_.cmdSaveAll})
-        button->Show(true);
+    controls_.Show(Shown::untilSynchronised, false);
+    controls_.Show(Shown::onceSynchronised, true);
     UpdateCommands();
-}
-
-HWND Form1::ControlOf(SettingControl setting) const
-{
-    switch (setting) {
-    case SettingControl::chkIDonly:
-        return controls_.chkIDonly;
-    case SettingControl::chkSendKeys:
-        return controls_.chkSendKeys;
-    case SettingControl::chkSkipFiles:
-        return controls_.chkSkipFiles;
-    case SettingControl::chkJumpRemain:
-        return controls_.chkJumpRemain;
-    case SettingControl::txtIgnore:
-        return controls_.txtIgnore;
-    case SettingControl::none:
-        break;
-    }
-    return nullptr;
 }
 
 void Form1::ShowSettings(const Settings& settings)
 {
     for (const SettingRow& row : SettingRows()) {
-        const HWND control = ControlOf(row.control);
-        if (!control) continue;
+        if (row.control == noControl) continue;
+        const HWND control = controls_.At(row.control);
         const Text value = row.write(settings);
-        if (control == controls_.txtIgnore)
+        if (row.control == txtIgnore)
             SetWindowTextW(control, Wide(value));
         else
             SendMessageW(control, BM_SETCHECK, value == u"1" ? BST_CHECKED : BST_UNCHECKED, 0);
@@ -237,12 +205,12 @@ void Form1::ShowSettings(const Settings& settings)
 void Form1::ReadSettings(Settings& settings)
 {
     for (const SettingRow& row : SettingRows()) {
-        const HWND control = ControlOf(row.control);
-        if (!control) continue;
+        if (row.control == noControl) continue;
+        const HWND control = controls_.At(row.control);
         const bool ticked = SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED;
-        row.read(settings, control == controls_.txtIgnore ? TextOfWindow(control) : ticked ? u"1" : u"0");
+        row.read(settings, row.control == txtIgnore ? TextOfWindow(control) : ticked ? u"1" : u"0");
     }
-    const LRESULT type = SendMessageW(controls_.cboComparison, CB_GETCURSEL, 0, 0);
+    const LRESULT type = SendMessageW(controls_.At(cboComparison), CB_GETCURSEL, 0, 0);
     if (type >= 0 && type <= 2) settings.options.comparison = static_cast<ComparisonType>(type);
 }
 
@@ -251,22 +219,12 @@ void Form1::Appear()
     UpdateCommands();
     ShowWindow(window_, SW_SHOWDEFAULT);
     UpdateWindow(window_);
-    SetFocus(controls_.cmdSync.Window());
+    SetFocus(controls_.At(cmdSync));
 }
 
 void Form1::UpdateCommands()
 {
-    const bool idle = IsIdle(), canExport = program_.IsEnabled(Needs::records);
-    for (OrbSimpleButton* button :
-         {&controls_.cmdGetID, &controls_.cmdUseSelection, &controls_.cmdChooseStore,
-          &controls_.cmdOpenFolder, &controls_.cmdNewFolder, &controls_.cmdCheckFolder,
-          &controls_.cmdCheckAllFolders})
-        button->Enable(idle);
-    for (const HWND list : {controls_.Drive1, controls_.Dir1}) EnableWindow(list, idle);
-    controls_.cmdExport.Enable(canExport);
-    controls_.cmdSaveAll.Enable(canExport);
-    EnableWindow(controls_.cboComparison, program_.IsEnabled(Needs::folders));
-    controls_.cmdSync.Enable(idle); // last: whoever watches it finds the others settled
+    controls_.Enable(program_);
     UpdateWindow(window_);
 }
 
@@ -281,7 +239,7 @@ void Form1::EnterBusyLayout()
     tree_.KeepChoice();
     ShowStopButtons(StopButtons::shown);
     controls_.EnterBusyLayout();
-    MoveFocus(controls_.cmdStopAfterEmail.Window());
+    MoveFocus(controls_.At(cmdStopAfterEmail));
 }
 
 void Form1::EndCommand()
@@ -297,11 +255,11 @@ void Form1::EndCommand()
 // The keyboard goes on to the other one.
 void Form1::HideStopButton(Stop which)
 {
-    OrbSimpleButton &email = controls_.cmdStopAfterEmail, &folder = controls_.cmdStopAfterFolder;
-    OrbSimpleButton &pressed = which == Stop::afterEmail ? email : folder,
-                    &other = which == Stop::afterEmail ? folder : email;
-    if (GetFocus() == pressed.Window() && IsWindowVisible(other.Window())) SetFocus(other.Window());
-    pressed.Show(false);
+    const HWND email = controls_.At(cmdStopAfterEmail), folder = controls_.At(cmdStopAfterFolder);
+    const HWND pressed = which == Stop::afterEmail ? email : folder;
+    const HWND other = which == Stop::afterEmail ? folder : email;
+    if (GetFocus() == pressed && IsWindowVisible(other)) SetFocus(other);
+    ShowWindow(pressed, SW_HIDE);
 }
 
 bool Form1::AskFolderName(const Text& where, Text& name)

@@ -84,12 +84,10 @@ auto& Member(auto& settings, T OeSettings::*member)
     return settings.client.*member;
 }
 
-using enum SettingControl;
 using enum WhenEmpty;
 
 template <auto member>
-constexpr SettingRow Row(const char16_t* section, const char16_t* key, WhenEmpty whenEmpty,
-                         SettingControl control)
+constexpr SettingRow Row(const char16_t* section, const char16_t* key, WhenEmpty whenEmpty, ControlId control)
 {
     return {section,
             key,
@@ -103,18 +101,18 @@ constexpr const char16_t* kPaths = u"Paths";
 constexpr const char16_t* kOptions = u"Options";
 
 constexpr SettingRow kRows[] = {
-    Row<&Settings::store>(kPaths, u"Store", isRead, none),
+    Row<&Settings::store>(kPaths, u"Store", isRead, noControl),
     Row<&RunOptions::idOnly>(kOptions, u"ID only", isRead, chkIDonly),
     Row<&RunOptions::sendKeys>(kOptions, u"Sendkeys", isRead, chkSendKeys),
     Row<&RunOptions::firstFolderToIgnore>(kOptions, u"First folder to ignore", isRead, txtIgnore),
     Row<&RunOptions::skipFiles>(kOptions, u"Skip Identical Files", isRead, chkSkipFiles),
     Row<&RunOptions::jumpRemain>(kOptions, u"Jump to remaining", isRead, chkJumpRemain),
-    Row<&RunOptions::systemFolders>(kOptions, u"System Folders", keepsDefault, none),
-    Row<&RunOptions::firstFolder>(kOptions, u"First folder", keepsDefault, none),
-    {kOptions, u"Tree Separator", ReadSeparator, WrittenSeparator, keepsDefault, none},
-    Row<&OeSettings::settleTime>(kOptions, u"OE Folder Settle Time", isRead, none),
-    Row<&OeSettings::applyDst>(kOptions, u"Apply DST", isRead, none),
-    Row<&OeSettings::timeOffset>(kOptions, u"Time Offset", isRead, none),
+    Row<&RunOptions::systemFolders>(kOptions, u"System Folders", keepsDefault, noControl),
+    Row<&RunOptions::firstFolder>(kOptions, u"First folder", keepsDefault, noControl),
+    {kOptions, u"Tree Separator", ReadSeparator, WrittenSeparator, keepsDefault, noControl},
+    Row<&OeSettings::settleTime>(kOptions, u"OE Folder Settle Time", isRead, noControl),
+    Row<&OeSettings::applyDst>(kOptions, u"Apply DST", isRead, noControl),
+    Row<&OeSettings::timeOffset>(kOptions, u"Time Offset", isRead, noControl),
 };
 
 } // namespace

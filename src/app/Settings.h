@@ -1,6 +1,7 @@
 // Settings.h: what the program remembers between runs: twelve keys of settings.ini in the program's folder.
 // Fails by: nothing. A missing file or key means its default, a failed write is not reported.
 #pragma once
+#include "app/ControlIds.h"
 #include "folders/RunView.h"
 #include "oe/OeClient.h"
 #include "platform/Files.h"
@@ -16,9 +17,6 @@ struct Settings {
     Text treeSeparator = u" - "; // between a node's name and its status
 };
 
-// The control of the window that shows a setting.
-enum class SettingControl { none, chkIDonly, chkSendKeys, chkSkipFiles, chkJumpRemain, txtIgnore };
-
 // What an empty value of the file does, which stands for a missing key, too.
 enum class WhenEmpty { isRead, keepsDefault };
 
@@ -29,7 +27,7 @@ struct SettingRow {
     void (*read)(Settings& settings, const Text& stored);
     Text (*write)(const Settings& settings); // of a check box "0" or "1"
     WhenEmpty whenEmpty;
-    SettingControl control;
+    ControlId control; // a check box or a text that shows it
 };
 std::span<const SettingRow> SettingRows(); // in the order in which they are written
 

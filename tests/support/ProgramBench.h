@@ -10,11 +10,11 @@
 
 struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     Program* program = nullptr;
-    std::vector<Text> steps;                 // of the window's own, in order
-    std::map<SettingControl, Text> controls; // a check box is "0" or "1"
-    std::vector<Text> names;                 // that the user gives to a new folder, the last one first
-    std::vector<Text> opened;                // folders, in the file manager
-    std::set<int> ticked;                    // of results
+    std::vector<Text> steps;            // of the window's own, in order
+    std::map<ControlId, Text> controls; // a check box is "0" or "1"
+    std::vector<Text> names;            // that the user gives to a new folder, the last one first
+    std::vector<Text> opened;           // folders, in the file manager
+    std::set<int> ticked;               // of results
     std::function<void()> onBox, onBusy;
 
     void Step(const Text& step, const std::function<void()>& then = {})
@@ -40,7 +40,7 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     void ReadSettings(Settings& settings) override
     {
         for (const SettingRow& row : SettingRows())
-            if (row.control != SettingControl{}) row.read(settings, controls[row.control]);
+            if (row.control != noControl) row.read(settings, controls[row.control]);
     }
     void Appear() override { Step(u"appear"); }
     void ShowFirstBox(const Text& title, const Text&) override { Step(title, onBox); }

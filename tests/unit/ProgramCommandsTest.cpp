@@ -206,15 +206,15 @@ TEST_F(ProgramCommandsTest, FoldersAreMadeOpenedAndUsed)
     Press(&Program::cmdExport);
     program.cmdOpenFolder();
     EXPECT_EQ(window.opened, (Texts{u"C:\\Store\\Local Folders\\Inbox\\"}));
-    const Text ignored = window.controls[SettingControl::txtIgnore];
-    window.controls[SettingControl::chkSendKeys] = u"1";
+    const Text ignored = window.controls[txtIgnore];
+    window.controls[chkSendKeys] = u"1";
     window.selectedNode = -1;
     program.cmdUseSelection();
-    EXPECT_EQ(window.controls[SettingControl::txtIgnore], ignored) << "none is selected";
+    EXPECT_EQ(window.controls[txtIgnore], ignored) << "none is selected";
     window.selectedNode = 3;
     program.cmdUseSelection();
-    EXPECT_EQ(window.controls[SettingControl::txtIgnore], u"Local Folders\\Sent");
-    EXPECT_EQ(window.controls[SettingControl::chkSendKeys], u"1") << "it stays as it is ticked";
+    EXPECT_EQ(window.controls[txtIgnore], u"Local Folders\\Sent");
+    EXPECT_EQ(window.controls[chkSendKeys], u"1") << "it stays as it is ticked";
 
     files.AddFile(u"C:\\Store\\taken");
     files.refused = {u"c:\\store\\full"};

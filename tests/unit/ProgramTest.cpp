@@ -81,8 +81,8 @@ TEST_F(ProgramTest, ADatabaseIsWritableMendedOrSaidAtOnceAndExportingStaysOff)
 TEST_F(ProgramTest, ClosingWritesTheChoicesAndEndsAtOnce)
 {
     Start();
-    window.controls[SettingControl::chkSkipFiles] = u"1";
-    window.controls[SettingControl::txtIgnore] = u"Trash";
+    window.controls[chkSkipFiles] = u"1";
+    window.controls[txtIgnore] = u"Trash";
     for (int time = 0; time < 2; ++time) program.AskToClose();
     EXPECT_EQ(window.steps, (Texts{u"destroy"})) << "once";
     EXPECT_EQ(window.log, (Texts{u"Closing Quillbox"}));

@@ -108,7 +108,7 @@ void ProgramUnderTest::PressOk(HWND box) const
 
 bool ProgramUnderTest::WaitUntilIdle(DWORD milliseconds) const
 {
-    return Eventually([this] { return IsWindowEnabled(Control(idSync)) != FALSE; }, milliseconds);
+    return Eventually([this] { return IsWindowEnabled(Control(cmdSync)) != FALSE; }, milliseconds);
 }
 
 bool ProgramUnderTest::Close()

@@ -1,6 +1,6 @@
 // ProgramUnderTest.h: quillbox.exe started in a folder of its own and driven from outside, as a user would.
 #pragma once
-#include "app/Form1Controls.h"
+#include "app/ControlIds.h"
 #include "demo/driver/ProgramDriver.h"
 #include "tests/support/ScratchDirectory.h"
 

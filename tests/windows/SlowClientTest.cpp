@@ -13,16 +13,15 @@ TEST_P(SlowClientTest, TheStopButtonsAnswer)
     AddFolder(L"Inbox", 3);
     AddFolder(L"Later", 2);
     ASSERT_TRUE(Start("System Folders=|local folders|\r\n", GetParam()));
-    ASSERT_TRUE(Press(Control(allFolders ? idCheckAllFolders : idExport)));
+    ASSERT_TRUE(Press(Control(allFolders ? cmdCheckAllFolders : cmdExport)));
     ASSERT_TRUE(WaitForLog(allFolders ? "-> Local Folders\\Later" : "- Exporting Inbox 0"));
     Sleep(1500); // the act is under way
     DWORD_PTR unused = 0;
     for (int i = 0; i < 5; ++i)
         EXPECT_TRUE(SendMessageTimeoutW(program.Window(), WM_NULL, 0, 0, SMTO_NORMAL, 2000, &unused)) << i;
-    EXPECT_TRUE(SendMessageTimeoutW(Control(idStopAfterEmail), BM_CLICK, 0, 0, SMTO_NORMAL, 2000, &unused));
+    EXPECT_TRUE(SendMessageTimeoutW(Control(cmdStopAfterEmail), BM_CLICK, 0, 0, SMTO_NORMAL, 2000, &unused));
     EXPECT_TRUE(Eventually(
-        [&] { return TextOf(Control(idOrbVac)) == L"Stopping as soon as Outlook Express has answered"; },
-        2000))
+        [&] { return TextOf(Control(OrbVac)) == L"Stopping as soon as Outlook Express has answered"; }, 2000))
         << "what it waits for";
 }
 

@@ -35,11 +35,11 @@ TEST_F(WindowKeysTest, AKeyThatIsHeldPressesOneButtonAndNoBox)
 {
     ASSERT_TRUE(StartWithUnsaved(60));
     for (const BYTE key : {BYTE{VK_RETURN}, BYTE{VK_SPACE}}) {
-        MoveTo(idCheckFolder);
+        MoveTo(cmdCheckFolder);
         Hold(key);
         if (key == VK_SPACE) { // it presses when it is let go; then it is held on the stop button
             LetGo(key);
-            ASSERT_TRUE(Eventually([&] { return program.Focus() == Control(idStopAfterEmail); }, kPatience));
+            ASSERT_TRUE(Eventually([&] { return program.Focus() == Control(cmdStopAfterEmail); }, kPatience));
             PostMessageW(program.Focus(), WM_KEYDOWN, key, 1 << 30 | 1);
             PostMessageW(program.Focus(), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
             Hold(VK_RETURN);
@@ -72,10 +72,10 @@ TEST_F(WindowKeysTest, AKeyHeldForGoodHoldsABoxUpForTwoSeconds)
 {
     ASSERT_TRUE(StartWithUnsaved(2));
     SetForegroundWindow(program.Window());
-    MoveTo(idProgressList); // nothing there is pressed
+    MoveTo(lstProgress); // nothing there is pressed
     Hold(VK_SPACE);
     const DWORD start = GetTickCount();
-    Press(Control(idCheckFolder));
+    Press(Control(cmdCheckFolder));
     const HWND box = Box(kPatience);
     ASSERT_TRUE(box);
     EXPECT_GE(GetTickCount() - start, 1900u);
@@ -89,12 +89,12 @@ TEST_F(WindowKeysTest, AKeyHeldForGoodHoldsABoxUpForTwoSeconds)
 TEST_F(WindowKeysTest, EnterInATextStartsNoExport)
 {
     ASSERT_TRUE(StartWithUnsaved(2));
-    MoveTo(idIgnore);
-    ASSERT_TRUE(Eventually([&] { return program.Focus() == Control(idIgnore); }, kPatience));
+    MoveTo(txtIgnore);
+    ASSERT_TRUE(Eventually([&] { return program.Focus() == Control(txtIgnore); }, kPatience));
     program.Type(VK_RETURN);
     EXPECT_FALSE(Box(500));
     EXPECT_FALSE(Contains(Log(), "Folder Inbox"));
-    MoveTo(idTree);
+    MoveTo(tvOETree);
     program.Type(VK_RETURN); // elsewhere it does
     EXPECT_EQ(EndOfRun(), L"All emails for the selected folder have been exported.");
 }
@@ -102,25 +102,25 @@ TEST_F(WindowKeysTest, EnterInATextStartsNoExport)
 TEST_F(WindowKeysTest, TheLogCanBeReadWhileItGrows)
 {
     ASSERT_TRUE(StartWithUnsaved(60));
-    const HWND list = Control(idProgressList);
+    const HWND list = Control(lstProgress);
     const auto lines = [&] { return SendMessageW(list, LB_GETCOUNT, 0, 0); };
     const auto top = [&] { return SendMessageW(list, LB_GETTOPINDEX, 0, 0); };
-    EXPECT_NE(Run(idCheckFolder).find(L"60 email(s) not saved"), std::wstring::npos);
+    EXPECT_NE(Run(cmdCheckFolder).find(L"60 email(s) not saved"), std::wstring::npos);
     const LRESULT first = lines();
     EXPECT_GT(first, 59);
     EXPECT_GT(top(), 10) << "the end is shown";
     SendMessageW(list, LB_SETTOPINDEX, 5, 0); // scrolled back
-    Press(Control(idCheckFolder));
-    ASSERT_TRUE(Eventually([&] { return IsWindowVisible(Control(idStopAfterEmail)) != FALSE; }, kPatience));
-    SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(idProgressList, LBN_DBLCLK), 0);
-    EXPECT_NE(GetWindowLongW(Control(idResults), GWL_STYLE) & WS_VISIBLE, 0) << "in the run";
-    EXPECT_FALSE(IsWindowEnabled(Control(idSync)));
+    Press(Control(cmdCheckFolder));
+    ASSERT_TRUE(Eventually([&] { return IsWindowVisible(Control(cmdStopAfterEmail)) != FALSE; }, kPatience));
+    SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(lstProgress, LBN_DBLCLK), 0);
+    EXPECT_NE(GetWindowLongW(Control(lvResults), GWL_STYLE) & WS_VISIBLE, 0) << "in the run";
+    EXPECT_FALSE(IsWindowEnabled(Control(cmdSync)));
     (void)EndOfRun();
     EXPECT_GT(lines(), first + 59);
     EXPECT_EQ(top(), 5);
     const LRESULT second = lines();
     SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(second - 1), 0);
-    (void)Run(idCheckFolder);
+    (void)Run(cmdCheckFolder);
     EXPECT_GT(top(), second) << "whoever is at the end stays there";
 }
 

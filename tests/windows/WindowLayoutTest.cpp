@@ -1,5 +1,6 @@
 // WindowLayoutTest.cpp: the main window's looks and keyboard: everything fits at any size and resolution, and
 // everything can be reached. Run at other resolutions too.
+#include "app/ControlTable.h"
 #include "app/DialogUnitsWin.h"
 #include "tests/windows/ProgramUnderTest.h"
 
@@ -72,15 +73,15 @@ protected:
     // The commands as a synchronisation leaves them, without a client, which would take its time.
     void ShowAllCommands() const
     {
-        for (const int id : {idGetID, idCheckFolder, idCheckAllFolders, idExport, idSaveAll})
+        for (const int id : {cmdGetID, cmdCheckFolder, cmdCheckAllFolders, cmdExport, cmdSaveAll})
             ShowWindow(program.Control(id), SW_SHOW);
         for (const HWND control : Below(program.Window()))
             if (TextOf(control).starts_with(L"<---")) ShowWindow(control, SW_HIDE);
     }
     void TurnTo(std::size_t tab) const
     {
-        SendMessageW(program.Control(idTab), TCM_SETCURFOCUS, tab, 0);
-        ASSERT_EQ(static_cast<std::size_t>(SendMessageW(program.Control(idTab), TCM_GETCURSEL, 0, 0)), tab);
+        SendMessageW(program.Control(nTab), TCM_SETCURFOCUS, tab, 0);
+        ASSERT_EQ(static_cast<std::size_t>(SendMessageW(program.Control(nTab), TCM_GETCURSEL, 0, 0)), tab);
     }
     void Resize(int width, int height) const
     {
@@ -100,7 +101,7 @@ protected:
     void ExpectOrder(const std::wstring& when) const
     {
         const std::vector<HWND> controls = Shown();
-        const HWND strip = program.Control(idTab);
+        const HWND strip = program.Control(nTab);
         for (const HWND control : controls) {
             const HWND parent = GetAncestor(control, GA_PARENT);
             if (parent != program.Window() && GetAncestor(parent, GA_PARENT) != program.Window()) continue;
@@ -134,9 +135,10 @@ TEST_F(WindowLayoutTest, TextsFitTheirControls)
     for (const HWND control : Below(program.Window())) {
         const int id = GetDlgCtrlID(control);
         const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
-        const bool button = IsClass(control, L"Button"), combo = id == idComparison;
+        const bool button = IsClass(control, L"Button"), combo = id == cboComparison;
         if (!button && !combo && !IsClass(control, L"Static")) continue;
-        if (id == idOrbVac || id == idOEFolder || id == idStoreFolder || id == idStorePath) continue; // paths
+        if (id == OrbVac || id == lblOEFolder || id == lblStoreFolder || id == lblStorePath)
+            continue;                                   // paths
         if (!button && !(style & WS_VISIBLE)) continue; // names for screen readers
         std::wstring text = TextOf(control);
         if (text.empty()) text = L"100000 out of 100000"; // the longest of the values
@@ -151,7 +153,7 @@ TEST_F(WindowLayoutTest, TextsFitTheirControls)
         ++measured;
     }
     EXPECT_GT(measured, 40);
-    EXPECT_EQ(SendMessageW(program.Control(idTab), TCM_GETROWCOUNT, 0, 0), 1);
+    EXPECT_EQ(SendMessageW(program.Control(nTab), TCM_GETROWCOUNT, 0, 0), 1);
 }
 
 TEST_F(WindowLayoutTest, EverySizeKeepsControlsInsideAndApart)
@@ -170,14 +172,14 @@ TEST_F(WindowLayoutTest, EverySizeKeepsControlsInsideAndApart)
             TurnTo(tab);
             ExpectOrder(kTabs[tab] + L" at " + std::to_wstring(width));
         }
-        const RECT tree = PlaceOf(program.Control(idTree));
+        const RECT tree = PlaceOf(program.Control(tvOETree));
         EXPECT_GE(tree.bottom - tree.top, treeHeight);
         treeHeight = tree.bottom - tree.top;
     }
     TurnTo(2);
-    const HWND list = program.Control(idProgressList), table = program.Control(idResults);
+    const HWND list = program.Control(lstProgress), table = program.Control(lvResults);
     for (const bool results : {true, false}) {
-        SendMessageW(program.Control(results ? idShowResults : idShowLog), BM_CLICK, 0, 0);
+        SendMessageW(program.Control(results ? optResults : optLog), BM_CLICK, 0, 0);
         EXPECT_EQ(IsWindowVisible(table) != FALSE, results);
         EXPECT_EQ(IsWindowVisible(list) != FALSE, !results);
     }
@@ -187,22 +189,22 @@ TEST_F(WindowLayoutTest, KeyboardVisitsEverythingInOrder)
 {
     ASSERT_TRUE(program.PassStartUp());
     ShowAllCommands();
-    ASSERT_TRUE(WaitForFocus(idSync)) << "the keyboard is back on the button that a run had disabled";
+    ASSERT_TRUE(WaitForFocus(cmdSync)) << "the keyboard is back on the button that a run had disabled";
     program.Type('r'); // the tree
-    ASSERT_TRUE(WaitForFocus(idTree));
+    ASSERT_TRUE(WaitForFocus(tvOETree));
     program.Type(VK_TAB);
-    ASSERT_TRUE(WaitForFocus(idOpenFolder));
+    ASSERT_TRUE(WaitForFocus(cmdOpenFolder));
     const std::vector<int> pages[] = {
-        {idSync, idGetID, idChooseStore, idCheckFolder, idCheckAllFolders, idExport, idSaveAll, idJumpRemain,
-         idSkipFiles, idIgnore, idUseSelection},
-        {idDrive, idNewFolder, idDir, idFileCheck, idIDonly, idSendKeys},
-        {idShowLog, idProgressList},
-        {idSummary},
+        {cmdSync, cmdGetID, cmdChooseStore, cmdCheckFolder, cmdCheckAllFolders, cmdExport, cmdSaveAll,
+         chkJumpRemain, chkSkipFiles, txtIgnore, cmdUseSelection},
+        {Drive1, cmdNewFolder, Dir1, fileCheck, chkIDonly, chkSendKeys},
+        {optLog, lstProgress},
+        {txtSummary},
     };
     for (std::size_t tab = 0; tab < 4; ++tab) {
         TurnTo(tab);
         std::vector<int> expected = pages[tab];
-        expected.insert(expected.end(), {idTab, idTree, idOpenFolder});
+        expected.insert(expected.end(), {nTab, tvOETree, cmdOpenFolder});
         for (const int next : expected) {
             program.Type(VK_TAB);
             ASSERT_TRUE(WaitForFocus(next))
@@ -221,14 +223,14 @@ TEST_F(WindowLayoutTest, NamesAndMnemonicsAreThere)
         }
         const int id = GetDlgCtrlID(control);
         bool box = false;
-        for (const int named : {idTree, idComparison, idIgnore, idDrive, idDir, idFileCheck, idProgressList,
-                                idResults, idSummary})
+        for (const int named : {tvOETree, cboComparison, txtIgnore, Drive1, Dir1, fileCheck, lstProgress,
+                                lvResults, txtSummary})
             box = box || id == named;
         if (!box) continue;
         const HWND label = GetWindow(control, GW_HWNDPREV); // where screen readers look
         EXPECT_TRUE(label && IsClass(label, L"Static") && !TextOf(label).empty()) << id;
     }
-    for (const int id : {idStopAfterEmail, idStopAfterFolder}) ShowWindow(program.Control(id), SW_SHOW);
+    for (const int id : {cmdStopAfterEmail, cmdStopAfterFolder}) ShowWindow(program.Control(id), SW_SHOW);
     for (std::size_t tab = 0; tab < 4; ++tab) {
         TurnTo(tab);
         std::map<wchar_t, std::wstring> taken;
@@ -248,22 +250,22 @@ TEST_F(WindowLayoutTest, EnterPressesTheMainButtonAndEscClosesNothing)
 {
     ASSERT_TRUE(program.PassStartUp());
     const auto syncs = [&] {
-        const std::vector<std::wstring> lines = LinesOf(program.Control(idProgressList));
+        const std::vector<std::wstring> lines = LinesOf(program.Control(lstProgress));
         return std::count(lines.begin(), lines.end(), L"-- Syncing with OE --");
     };
-    ASSERT_TRUE(WaitForFocus(idSync));
+    ASSERT_TRUE(WaitForFocus(cmdSync));
     program.Type(VK_RETURN); // the button that has the keyboard
     ASSERT_TRUE(Eventually([&] { return syncs() == 2; }, kPatience));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     program.Type('r'); // the tree has no use for Enter, so it presses what comes first on the way
-    ASSERT_TRUE(WaitForFocus(idTree));
+    ASSERT_TRUE(WaitForFocus(tvOETree));
     program.Type(VK_RETURN);
     ASSERT_TRUE(Eventually([&] { return syncs() == 3; }, kPatience));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     program.Type(VK_ESCAPE);
     program.Type('o'); // to the list of folders, on the page "Store"
-    EXPECT_TRUE(WaitForFocus(idDir));
-    EXPECT_EQ(SendMessageW(program.Control(idTab), TCM_GETCURSEL, 0, 0), 1);
+    EXPECT_TRUE(WaitForFocus(Dir1));
+    EXPECT_EQ(SendMessageW(program.Control(nTab), TCM_GETCURSEL, 0, 0), 1);
     EXPECT_TRUE(program.Close());
 }
 
@@ -299,7 +301,7 @@ TEST_F(WindowKeyboardTest, KeysAloneExportAFolder)
     ASSERT_TRUE(StartWithClient(L""));
     program.Type(VK_RETURN); // the start-up box
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    ASSERT_TRUE(WaitForFocus(idSync));
+    ASSERT_TRUE(WaitForFocus(cmdSync));
     program.Type('e');
     const HWND box = program.WaitForBox(L"Quillbox");
     ASSERT_TRUE(box);
@@ -307,7 +309,7 @@ TEST_F(WindowKeyboardTest, KeysAloneExportAFolder)
     program.Type(VK_RETURN);
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     EXPECT_TRUE(Logged("3 passed, 0 failed, 0 skipped"));
-    ASSERT_TRUE(WaitForFocus(idTab)) << "the command's own page is hidden";
+    ASSERT_TRUE(WaitForFocus(nTab)) << "the command's own page is hidden";
     PostMessageW(program.Focus(), WM_SYSKEYDOWN, VK_F4, 1 << 29);
     EXPECT_TRUE(program.Process().WaitForEnd(kPatience));
 }
@@ -317,13 +319,13 @@ TEST_F(WindowKeyboardTest, StopButtonAnswersWhileASlowClientIsWaitedFor)
     ASSERT_TRUE(StartWithClient(L"--slow=1000"));
     program.PressOk(program.WaitForBox(L"IMPORTANT! Please Read"));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    Press(program.Control(idExport));
+    Press(program.Control(cmdExport));
     ASSERT_TRUE(Eventually([&] { return Logged("- Exporting"); }, kPatience));
     ExpectOrder(L"during a run");
-    const HWND stop = program.Control(idStopAfterEmail);
+    const HWND stop = program.Control(cmdStopAfterEmail);
     ASSERT_TRUE(IsWindowVisible(stop));
     SetForegroundWindow(program.Window());
-    EXPECT_TRUE(WaitForFocus(idStopAfterEmail));
+    EXPECT_TRUE(WaitForFocus(cmdStopAfterEmail));
     PostMessageW(stop, WM_KEYDOWN, VK_ESCAPE, 0); // stops nothing
     Sleep(200);                                   // the client's dialog is due in 800 ms
     ASSERT_TRUE(IsWindowVisible(stop)) << "stopped by Esc";

@@ -16,7 +16,8 @@ protected:
     void NoteStatistics()
     {
         std::size_t i = 0;
-        for (HWND label = GetWindow(Control(idStats), GW_CHILD); label; label = GetWindow(label, GW_HWNDNEXT))
+        for (HWND label = GetWindow(Control(fraStats), GW_CHILD); label;
+             label = GetWindow(label, GW_HWNDNEXT))
             seen[i++].insert(TextOf(label));
     }
     HWND Menu() { return WaitForWindow(program.Process().Id(), L"#32768", L"", kPatience); }
@@ -29,30 +30,31 @@ TEST_F(WindowRunTest, ARunShowsItsFiguresAndGivesTheWindowBack)
     AddFolder(L"Inbox", 6);
     AddFolder(L"Sent", 2);
     ASSERT_TRUE(Start("ID only=1\r\n", L"--slow=250"));
-    EXPECT_EQ(LinesOf(Control(idTreeList)),
+    EXPECT_EQ(LinesOf(Control(lstTree)),
               (std::vector<std::wstring>{L"Outlook Express", L"-Local Folders", L"--Inbox", L"--Sent"}));
-    EXPECT_EQ(LinesOf(Control(idLines)).back(), L"Local Folders\\Sent");
-    EXPECT_EQ(TextOf(Control(idOEFolder)), L"Local Folders\\Inbox");
-    EXPECT_EQ(TextOf(Control(idOrbVac)), L"Subject: Inbox 0");
-    const HWND tree = Control(idTree);
+    EXPECT_EQ(LinesOf(Control(lstLines)).back(), L"Local Folders\\Sent");
+    EXPECT_EQ(TextOf(Control(lblOEFolder)), L"Local Folders\\Inbox");
+    EXPECT_EQ(TextOf(Control(OrbVac)), L"Subject: Inbox 0");
+    const HWND tree = Control(tvOETree);
     const LRESULT root = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
     SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, root);
-    Press(Control(idUseSelection));
-    EXPECT_TRUE(Eventually([&] { return TextOf(Control(idIgnore)) == L"Outlook Express"; }, kPatience));
-    Tick(idSkipFiles);
+    Press(Control(cmdUseSelection));
+    EXPECT_TRUE(Eventually([&] { return TextOf(Control(txtIgnore)) == L"Outlook Express"; }, kPatience));
+    Tick(chkSkipFiles);
 
-    Press(Control(idSaveAll));
+    Press(Control(cmdSaveAll));
     ASSERT_TRUE(WaitForLog("Exporting Outlook Express folders"));
-    EXPECT_TRUE(IsShown(idStats) && IsShown(idStopAfterEmail) && IsShown(idStopAfterFolder));
-    EXPECT_FALSE(IsShown(idTree));
-    EXPECT_EQ(SendMessageW(Control(idTab), TCM_GETCURSEL, 0, 0), 2) << "the progress is shown";
-    const int commands[] = {
-        idSync,        idGetID,      idExport,    idSaveAll, idCheckFolder, idCheckAllFolders, idUseSelection,
-        idChooseStore, idOpenFolder, idNewFolder, idDrive,   idDir,         idComparison};
+    EXPECT_TRUE(IsShown(fraStats) && IsShown(cmdStopAfterEmail) && IsShown(cmdStopAfterFolder));
+    EXPECT_FALSE(IsShown(tvOETree));
+    EXPECT_EQ(SendMessageW(Control(nTab), TCM_GETCURSEL, 0, 0), 2) << "the progress is shown";
+    const int commands[] = {cmdSync,        cmdGetID,           cmdExport,       cmdSaveAll,
+                            cmdCheckFolder, cmdCheckAllFolders, cmdUseSelection, cmdChooseStore,
+                            cmdOpenFolder,  cmdNewFolder,       Drive1,          Dir1,
+                            cboComparison};
     for (const int id : commands) EXPECT_FALSE(IsWindowEnabled(Control(id))) << id;
-    for (const int id : {idDir, idSync}) // nor does anything else answer
-        SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(id, id == idDir ? LBN_DBLCLK : BN_CLICKED), 0);
-    EXPECT_EQ(TextOf(Control(idStorePath)), program.Folder() + L"store");
+    for (const int id : {Dir1, cmdSync}) // nor does anything else answer
+        SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(id, id == Dir1 ? LBN_DBLCLK : BN_CLICKED), 0);
+    EXPECT_EQ(TextOf(Control(lblStorePath)), program.Folder() + L"store");
     const auto isOver = [&] {
         NoteStatistics();
         return FindProgramWindow(program.Process().Id(), L"#32770", L"Quillbox") != nullptr;
@@ -67,9 +69,9 @@ TEST_F(WindowRunTest, ARunShowsItsFiguresAndGivesTheWindowBack)
     for (const std::size_t time : {7, 17}) EXPECT_TRUE(seen[time].rbegin()->starts_with(L"00:00:0")) << time;
     EXPECT_EQ(program.Read(Stored(L"Inbox\\0003.eml")), Message("Inbox 3", 3)) << "named by its number alone";
 
-    EXPECT_FALSE(IsShown(idStats) || IsShown(idStopAfterEmail) || IsShown(idStopAfterFolder));
+    EXPECT_FALSE(IsShown(fraStats) || IsShown(cmdStopAfterEmail) || IsShown(cmdStopAfterFolder));
     for (const int id : commands) EXPECT_TRUE(IsWindowEnabled(Control(id))) << id;
-    EXPECT_TRUE(IsShown(idTree));
+    EXPECT_TRUE(IsShown(tvOETree));
     EXPECT_EQ(SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CARET, 0), root)
         << "the user's choice is not the run's";
     std::vector<std::pair<std::wstring, int>> nodes; // texts, pictures
@@ -77,7 +79,7 @@ TEST_F(WindowRunTest, ARunShowsItsFiguresAndGivesTheWindowBack)
     EXPECT_EQ(nodes,
               (decltype(nodes){
                   {L"Outlook Express", 0}, {L"Local Folders", 1}, {L"Inbox - 0/6", 5}, {L"Sent - 0/2", 5}}));
-    const std::vector<std::wstring> lines = LinesOf(Control(idProgressList));
+    const std::vector<std::wstring> lines = LinesOf(Control(lstProgress));
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.front(), L"Exporting Outlook Express folders") << "the check's lines are cleared away";
     EXPECT_EQ(lines.back(), L"8 of 8 e-mail(s) handled in this run are saved; 0 are not.");
@@ -98,18 +100,18 @@ TEST_F(WindowRunTest, AStoppedRunEndsAndTheResultsAreMarkedFromTheKeyboard)
 {
     AddFolder(L"Inbox", 6);
     ASSERT_TRUE(Start("", L"--slow=200"));
-    Press(Control(idExport));
+    Press(Control(cmdExport));
     ASSERT_TRUE(WaitForLog("- Exporting Inbox 1"));
     SetForegroundWindow(program.Window());
-    SendMessageW(Control(idStopAfterEmail), BM_CLICK, 0, 0);
-    EXPECT_FALSE(IsShown(idStopAfterEmail)) << "each stop is asked for once";
-    EXPECT_TRUE(IsShown(idStopAfterFolder));
+    SendMessageW(Control(cmdStopAfterEmail), BM_CLICK, 0, 0);
+    EXPECT_FALSE(IsShown(cmdStopAfterEmail)) << "each stop is asked for once";
+    EXPECT_TRUE(IsShown(cmdStopAfterFolder));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     EXPECT_FALSE(Contains(Log(), "- Exporting Inbox 4"));
 
     for (int time = 0; time < 2; ++time) // the table begins anew
-        EXPECT_TRUE(Run(idCheckAllFolders).ends_with(L" email(s) to be saved."));
-    const HWND list = Control(idResults);
+        EXPECT_TRUE(Run(cmdCheckAllFolders).ends_with(L" email(s) to be saved."));
+    const HWND list = Control(lvResults);
     const auto last = SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) - 1;
     ASSERT_GE(last, 2);
     ASSERT_LE(last, 3);
@@ -136,9 +138,9 @@ TEST_F(WindowRunTest, AStoppedRunEndsAndTheResultsAreMarkedFromTheKeyboard)
     PostMessageW(list, WM_RBUTTONUP, 0, MAKELPARAM(30, 30));
     ASSERT_TRUE(Menu()) << "so does the right mouse button";
     key(Menu(), L'C');
-    EXPECT_TRUE(Eventually([&] { return TextOf(Control(idOrbVac)) == L"Removed 0 record(s)"; }, kPatience));
+    EXPECT_TRUE(Eventually([&] { return TextOf(Control(OrbVac)) == L"Removed 0 record(s)"; }, kPatience));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    Press(Control(idExport));
+    Press(Control(cmdExport));
     ASSERT_TRUE(program.WaitForBox(L"Quillbox"));
     EXPECT_TRUE(program.Close()) << "the box that stands open is no hindrance";
 }
@@ -149,7 +151,7 @@ TEST_F(WindowRunTest, NewColoursAndFontsAreTakenAtOnce)
 {
     ASSERT_TRUE(program.PassStartUp());
     SetForegroundWindow(program.Window());
-    const HWND sync = Control(idSync);
+    const HWND sync = Control(cmdSync);
     RECT before = {}, after = {};
     GetWindowRect(sync, &before);
     SetWindowPos(sync, nullptr, 0, 0, 5, 5, SWP_NOZORDER | SWP_NOACTIVATE);

@@ -47,14 +47,14 @@ TEST(WindowTest, StartsAndClosesWithoutSettingsAndClient)
     const HWND box = program.WaitForBox(L"IMPORTANT! Please Read");
     EXPECT_NE(BoxWords(box).find(L"you must not move the mouse or press any keys"), std::wstring::npos);
     EXPECT_EQ(program.Read(L"log.txt"), "") << "the warning comes before the first line";
-    EXPECT_FALSE(IsWindowEnabled(program.Control(idSync)));
+    EXPECT_FALSE(IsWindowEnabled(program.Control(cmdSync)));
 
     program.PressOk(box);
     ASSERT_TRUE(program.WaitUntilIdle(20000));
-    EXPECT_EQ(TextOf(program.Control(idOrbVac)), L"Could not find Outlook Express window");
-    EXPECT_FALSE(IsShown(program.Control(idExport))) << "nothing to export before a synchronisation";
-    EXPECT_FALSE(IsShown(program.Control(idGetID)));
-    EXPECT_EQ(LinesOf(program.Control(idProgressList)),
+    EXPECT_EQ(TextOf(program.Control(OrbVac)), L"Could not find Outlook Express window");
+    EXPECT_FALSE(IsShown(program.Control(cmdExport))) << "nothing to export before a synchronisation";
+    EXPECT_FALSE(IsShown(program.Control(cmdGetID)));
+    EXPECT_EQ(LinesOf(program.Control(lstProgress)),
               (std::vector<std::wstring>{std::wstring(61, L'-'), L"Started Quillbox - 1.0.0",
                                          L"-- Syncing with OE --"}));
     ASSERT_TRUE(program.Close());
@@ -89,12 +89,12 @@ TEST(WindowTest, SettingsComeBackAndUnknownSectionsStay)
                                        "First folder to ignore=Trash\r\nTree Separator=::\r\n"
                                        "OE Folder Settle Time=1.5\r\nTime Offset=x\r\n");
     ASSERT_TRUE(program.PassStartUp());
-    EXPECT_EQ(SendMessageW(program.Control(idIDonly), BM_GETCHECK, 0, 0), BST_CHECKED);
-    EXPECT_EQ(SendMessageW(program.Control(idSkipFiles), BM_GETCHECK, 0, 0), BST_UNCHECKED);
-    EXPECT_EQ(TextOf(program.Control(idIgnore)), L"Trash");
+    EXPECT_EQ(SendMessageW(program.Control(chkIDonly), BM_GETCHECK, 0, 0), BST_CHECKED);
+    EXPECT_EQ(SendMessageW(program.Control(chkSkipFiles), BM_GETCHECK, 0, 0), BST_UNCHECKED);
+    EXPECT_EQ(TextOf(program.Control(txtIgnore)), L"Trash");
 
-    SendMessageW(program.Control(idSkipFiles), BM_CLICK, 0, 0);
-    SendMessageW(program.Control(idIDonly), BM_CLICK, 0, 0);
+    SendMessageW(program.Control(chkSkipFiles), BM_CLICK, 0, 0);
+    SendMessageW(program.Control(chkIDonly), BM_CLICK, 0, 0);
     ASSERT_TRUE(program.Close());
     const std::string settings = program.Read(L"settings.ini");
     for (const char* line : {"Kept=yes\r\n", "ID only=0\r\n", "Sendkeys=1\r\n",
@@ -113,35 +113,35 @@ TEST(WindowTest, EveryControlStandsInItsPlaceAndTab)
         const wchar_t* caption;
         int tab; // -1: on the window itself
     } controls[] = {
-        {idSync, L"&Sync with OE", 0},
-        {idGetID, L"&Get ID of selected email", 0},
-        {idCheckFolder, L"&Check folder", 0},
-        {idCheckAllFolders, L"Check &all folders", 0},
-        {idExport, L"&Export emails in selected folder", 0},
-        {idSaveAll, L"Export emails in all &folders", 0},
-        {idJumpRemain, L"&Jump to remaining", 0},
-        {idSkipFiles, L"S&kip identical filenames", 0},
-        {idIgnore, L"Deleted Items", 0},
-        {idUseSelection, L"&Use tree selection", 0},
-        {idComparison, L"Database (medium speed)", 0},
-        {idIDonly, L"&Name files by ID only", 1},
-        {idSendKeys, L"Use Sen&dkeys", 1},
-        {idDir, nullptr, 1},
-        {idFileCheck, nullptr, 1},
-        {idProgressList, nullptr, 2},
-        {idResults, nullptr, 2},
-        {idSummary, L"", 3},
-        {idStopAfterEmail, L"Stop After This E&mail", -1},
-        {idStopAfterFolder, L"Stop After This Fo&lder", -1},
-        {idTree, nullptr, -1},
-        {idOEFolder, L"", -1},
-        {idTreeList, nullptr, -1},
-        {idLines, nullptr, -1},
+        {cmdSync, L"&Sync with OE", 0},
+        {cmdGetID, L"&Get ID of selected email", 0},
+        {cmdCheckFolder, L"&Check folder", 0},
+        {cmdCheckAllFolders, L"Check &all folders", 0},
+        {cmdExport, L"&Export emails in selected folder", 0},
+        {cmdSaveAll, L"Export emails in all &folders", 0},
+        {chkJumpRemain, L"&Jump to remaining", 0},
+        {chkSkipFiles, L"S&kip identical filenames", 0},
+        {txtIgnore, L"Deleted Items", 0},
+        {cmdUseSelection, L"&Use tree selection", 0},
+        {cboComparison, L"Database (medium speed)", 0},
+        {chkIDonly, L"&Name files by ID only", 1},
+        {chkSendKeys, L"Use Sen&dkeys", 1},
+        {Dir1, nullptr, 1},
+        {fileCheck, nullptr, 1},
+        {lstProgress, nullptr, 2},
+        {lvResults, nullptr, 2},
+        {txtSummary, L"", 3},
+        {cmdStopAfterEmail, L"Stop After This E&mail", -1},
+        {cmdStopAfterFolder, L"Stop After This Fo&lder", -1},
+        {tvOETree, nullptr, -1},
+        {lblOEFolder, L"", -1},
+        {lstTree, nullptr, -1},
+        {lstLines, nullptr, -1},
     };
     for (int tab = 0; tab < 4; ++tab) {
         // As by mouse: the middle of the tab.
         RECT place = {};
-        const HWND strip = program.Control(idTab);
+        const HWND strip = program.Control(nTab);
         EXPECT_EQ(SendMessageW(strip, TCM_GETITEMCOUNT, 0, 0), 4);
         GetClientRect(strip, &place);
         const LPARAM point = MAKELPARAM(42 + tab * 65, 10);
@@ -161,15 +161,15 @@ TEST(WindowTest, EveryControlStandsInItsPlaceAndTab)
             }
         }
     }
-    for (const int hidden : {idStopAfterEmail, idStopAfterFolder, idTreeList, idLines, idResults})
+    for (const int hidden : {cmdStopAfterEmail, cmdStopAfterFolder, lstTree, lstLines, lvResults})
         EXPECT_FALSE(IsShown(program.Control(hidden))) << hidden;
 
     RECT list = {}, table = {};
-    GetWindowRect(program.Control(idProgressList), &list);
-    GetWindowRect(program.Control(idResults), &table);
+    GetWindowRect(program.Control(lstProgress), &list);
+    GetWindowRect(program.Control(lvResults), &table);
     EXPECT_TRUE(EqualRect(&list, &table));
-    SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(idProgressList, LBN_DBLCLK), 0);
-    EXPECT_TRUE(IsShown(program.Control(idResults)));
+    SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(lstProgress, LBN_DBLCLK), 0);
+    EXPECT_TRUE(IsShown(program.Control(lvResults)));
 }
 
 TEST(WindowTest, FolderListGoesDownAndUpAndIsTheStore)
@@ -179,26 +179,26 @@ TEST(WindowTest, FolderListGoesDownAndUpAndIsTheStore)
     program.Write(L"store\\0001_a.eml", "x");
     program.Write(L"store\\note.txt", "x");
     ASSERT_TRUE(program.PassStartUp());
-    const HWND list = program.Control(idDir);
+    const HWND list = program.Control(Dir1);
     const auto open = [&](const std::wstring& name) {
-        const std::wstring before = TextOf(program.Control(idStoreFolder));
+        const std::wstring before = TextOf(program.Control(lblStoreFolder));
         const std::vector<std::wstring> lines = LinesOf(list);
         for (std::size_t i = 0; i < lines.size(); ++i) {
             if (lines[i].substr(lines[i].find_first_not_of(L' ')) != name) continue;
             SendMessageW(list, LB_SETCURSEL, i, 0);
             PostMessageW(list, WM_KEYDOWN, VK_RETURN, 0);
-            return Eventually([&] { return TextOf(program.Control(idStoreFolder)) != before; }, 5000);
+            return Eventually([&] { return TextOf(program.Control(lblStoreFolder)) != before; }, 5000);
         }
         return false;
     };
     ASSERT_TRUE(open(L"store"));
-    EXPECT_EQ(LinesOf(program.Control(idFileCheck)), (std::vector<std::wstring>{L"0001_a.eml"}));
-    EXPECT_EQ(TextOf(program.Control(idStoreFolder)), L"Store folder: " + program.Folder() + L"store");
+    EXPECT_EQ(LinesOf(program.Control(fileCheck)), (std::vector<std::wstring>{L"0001_a.eml"}));
+    EXPECT_EQ(TextOf(program.Control(lblStoreFolder)), L"Store folder: " + program.Folder() + L"store");
     const std::wstring down = LinesOf(list).back();
     EXPECT_EQ(down.substr(down.find_first_not_of(L' ')), L"store");
     ASSERT_TRUE(open(program.Folder().substr(0, 3)));
-    EXPECT_EQ(LinesOf(program.Control(idFileCheck)), std::vector<std::wstring>());
-    EXPECT_EQ(TextOf(program.Control(idDrive)), program.Folder().substr(0, 2));
+    EXPECT_EQ(LinesOf(program.Control(fileCheck)), std::vector<std::wstring>());
+    EXPECT_EQ(TextOf(program.Control(Drive1)), program.Folder().substr(0, 2));
     ASSERT_TRUE(program.Close());
     const std::string root(program.Folder().begin(), program.Folder().begin() + 3);
     EXPECT_EQ(Count(program.Read(L"settings.ini"), "Store=" + root + "\r\n"), 1);
@@ -254,7 +254,7 @@ TEST(WindowTest, LockedLogStopsNothing)
                                     CREATE_ALWAYS, 0, nullptr);
     ASSERT_NE(lock, INVALID_HANDLE_VALUE);
     const bool passed = program.PassStartUp();
-    const std::size_t shown = LinesOf(program.Control(idProgressList)).size();
+    const std::size_t shown = LinesOf(program.Control(lstProgress)).size();
     const bool closed = program.Close();
     CloseHandle(lock);
     EXPECT_TRUE(passed);
@@ -269,8 +269,8 @@ TEST(WindowTest, DarkColoursStayLegible)
     ProgramUnderTest program;
     ASSERT_TRUE(program.PassStartUp());
     SetForegroundWindow(program.Window());
-    SendMessageW(program.Control(idTab), TCM_SETCURFOCUS, 3, 0);
-    const HWND summary = program.Control(idSummary);
+    SendMessageW(program.Control(nTab), TCM_SETCURFOCUS, 3, 0);
+    const HWND summary = program.Control(txtSummary);
     SendMessageW(summary, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"WWWWWWWWWWWW"));
     // Of the pixels on the screen. Of another program's windows Wine knows those of main windows alone.
     const auto counts = [&](HWND window, COLORREF colour) {
