@@ -1,32 +1,16 @@
-// WindowLayoutTest.cpp: the main window's looks and keyboard: everything fits at any size and resolution, and
-// everything can be reached. Run at other resolutions too.
+// WindowLayoutTest.cpp: the main window's looks and keyboard: every row of the table is there as it says,
+// everything fits at any size and resolution, and everything can be reached. Run at other resolutions too.
 #include "app/ControlTable.h"
 #include "app/DialogUnitsWin.h"
-#include "tests/windows/ProgramUnderTest.h"
+#include "platform/win32/WideText.h"
+#include "tests/windows/MailRun.h"
 
 #include <commctrl.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <map>
 
 namespace {
-
-constexpr DWORD kPatience = 20000;
-const std::wstring kTabs[] = {L"Actions", L"Store", L"Progress", L"Summary"};
-
-BOOL CALLBACK Collect(HWND child, LPARAM list)
-{
-    reinterpret_cast<std::vector<HWND>*>(list)->push_back(child);
-    return TRUE;
-}
-
-std::vector<HWND> Below(HWND window)
-{
-    std::vector<HWND> found;
-    EnumChildWindows(window, Collect, reinterpret_cast<LPARAM>(&found));
-    return found;
-}
 
 RECT PlaceOf(HWND window)
 {
@@ -35,308 +19,270 @@ RECT PlaceOf(HWND window)
     return place;
 }
 
-bool Contains(const RECT& outer, const RECT& inner)
+bool Encloses(const RECT& outer, const RECT& inner)
 {
     RECT both = {};
     UnionRect(&both, &outer, &inner);
     return EqualRect(&both, &outer);
 }
 
-std::wstring NameOf(HWND control)
+bool IsShown(HWND control)
 {
-    return std::to_wstring(GetDlgCtrlID(control)) + L" \"" + TextOf(control) + L"\"";
+    return (GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0;
 }
 
-bool IsClass(HWND window, const wchar_t* name)
+bool IsOneOf(Kind kind, std::initializer_list<Kind> kinds)
 {
-    return lstrcmpiW(ClassOf(window).c_str(), name) == 0;
+    return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
 }
 
-SIZE Measure(std::wstring text, int weight)
+std::string NameOf(ControlId id)
 {
-    std::erase(text, L'&');
+    return std::to_string(id) + " \"" + ToUtf8(RowOf(id).caption) + "\"";
+}
+
+SIZE Measure(Text text, int weight)
+{
+    std::erase(text, u'&');
     LOGFONTW description = MessageFont();
     description.lfWeight = weight;
     const HFONT font = CreateFontIndirectW(&description);
     const HDC dc = GetDC(nullptr);
     const HGDIOBJ oldFont = SelectObject(dc, font);
     SIZE size = {};
-    GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
+    GetTextExtentPoint32W(dc, Wide(text), static_cast<int>(text.size()), &size);
     SelectObject(dc, oldFont);
     ReleaseDC(nullptr, dc);
     DeleteObject(font);
     return size;
 }
 
-class WindowLayoutTest : public testing::Test {
+// Of a control of another process; empty when it has none.
+std::wstring ToolTipOf(HWND tips, HWND form, HWND control)
+{
+    struct Block {
+        TTTOOLINFOW tool;
+        wchar_t text[512];
+    };
+    DWORD id = 0;
+    GetWindowThreadProcessId(tips, &id);
+    const HANDLE process = OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_READ | PROCESS_VM_WRITE, FALSE, id);
+    void* const there = VirtualAllocEx(process, nullptr, sizeof(Block), MEM_COMMIT, PAGE_READWRITE);
+    Block block = {};
+    block.tool.cbSize = TTTOOLINFOW_V2_SIZE;
+    block.tool.hwnd = form;
+    block.tool.uId = reinterpret_cast<UINT_PTR>(control);
+    block.tool.lpszText = reinterpret_cast<wchar_t*>(static_cast<char*>(there) + offsetof(Block, text));
+    WriteProcessMemory(process, there, &block, sizeof block, nullptr);
+    SendMessageW(tips, TTM_GETTEXTW, 0, reinterpret_cast<LPARAM>(there));
+    ReadProcessMemory(process, there, &block, sizeof block, nullptr);
+    VirtualFreeEx(process, there, 0, MEM_RELEASE);
+    CloseHandle(process);
+    return std::wstring(block.text, wcsnlen(block.text, 512));
+}
+
+class WindowLayoutTest : public MailRun {
 protected:
+    HWND Parent(const ControlRow& row) const
+    {
+        return row.parent == onForm ? program.Window() : Control(row.parent);
+    }
     // The commands as a synchronisation leaves them, without a client, which would take its time.
     void ShowAllCommands() const
     {
-        for (const int id : {cmdGetID, cmdCheckFolder, cmdCheckAllFolders, cmdExport, cmdSaveAll})
-            ShowWindow(program.Control(id), SW_SHOW);
-        for (const HWND control : Below(program.Window()))
-            if (TextOf(control).starts_with(L"<---")) ShowWindow(control, SW_HIDE);
+        for (const ControlRow& row : ControlRows()) {
+            if (row.shown == Shown::onceSynchronised) ShowWindow(Control(row.id), SW_SHOW);
+            if (row.shown == Shown::untilSynchronised) ShowWindow(Control(row.id), SW_HIDE);
+        }
     }
     void TurnTo(std::size_t tab) const
     {
-        SendMessageW(program.Control(nTab), TCM_SETCURFOCUS, tab, 0);
-        ASSERT_EQ(static_cast<std::size_t>(SendMessageW(program.Control(nTab), TCM_GETCURSEL, 0, 0)), tab);
-    }
-    void Resize(int width, int height) const
-    {
-        SetWindowPos(program.Window(), nullptr, 0, 0, width, height, SWP_NOZORDER);
+        SendMessageW(Control(nTab), TCM_SETCURFOCUS, tab, 0);
+        ASSERT_EQ(static_cast<std::size_t>(SendMessageW(Control(nTab), TCM_GETCURSEL, 0, 0)), tab);
     }
     bool WaitForFocus(int id) const
     {
-        return Eventually([&] { return program.Focus() == program.Control(id); }, 5000);
-    }
-    std::vector<HWND> Shown() const
-    {
-        std::vector<HWND> controls = Below(program.Window());
-        std::erase_if(controls, [](HWND control) { return !IsWindowVisible(control); });
-        return controls;
+        return Eventually([&] { return program.Focus() == Control(id); }, 5000);
     }
     // All that is shown stands within its parent and beside its neighbours.
-    void ExpectOrder(const std::wstring& when) const
+    void ExpectOrder(const std::string& when) const
     {
-        const std::vector<HWND> controls = Shown();
-        const HWND strip = program.Control(nTab);
-        for (const HWND control : controls) {
-            const HWND parent = GetAncestor(control, GA_PARENT);
-            if (parent != program.Window() && GetAncestor(parent, GA_PARENT) != program.Window()) continue;
-            if (IsClass(parent, WC_LISTVIEWW) || IsClass(parent, WC_TREEVIEWW)) continue; // parts of these
+        for (const ControlRow& row : ControlRows()) {
+            const HWND control = Control(row.id);
+            if (!IsWindowVisible(control)) continue;
             RECT area = {};
-            GetClientRect(parent, &area);
-            MapWindowPoints(parent, nullptr, reinterpret_cast<POINT*>(&area), 2);
+            GetClientRect(Parent(row), &area);
+            MapWindowPoints(Parent(row), nullptr, reinterpret_cast<POINT*>(&area), 2);
             const RECT place = PlaceOf(control);
-            EXPECT_TRUE(Contains(area, place)) << "outside: " << NameOf(control) << " " << when;
-            EXPECT_GT(place.bottom - place.top, 8) << NameOf(control) << " " << when;
-            for (const HWND other : controls) {
-                if (other <= control || GetAncestor(other, GA_PARENT) != parent) continue;
-                if (control == strip || other == strip) continue; // the pages lie on it
+            EXPECT_TRUE(Encloses(area, place)) << "outside: " << NameOf(row.id) << " " << when;
+            EXPECT_GT(place.bottom - place.top, 8) << NameOf(row.id) << " " << when;
+            for (const ControlRow& other : ControlRows()) {
+                if (other.id <= row.id || other.parent != row.parent || other.id == nTab)
+                    continue; // pages lie on it
                 RECT both = {};
-                const RECT second = PlaceOf(other);
-                EXPECT_FALSE(IntersectRect(&both, &place, &second))
-                    << NameOf(control) << " over " << NameOf(other) << " " << when;
+                const RECT second = PlaceOf(Control(other.id));
+                EXPECT_FALSE(IsWindowVisible(Control(other.id)) && IntersectRect(&both, &place, &second))
+                    << NameOf(row.id) << " over " << NameOf(other.id) << " " << when;
             }
         }
     }
-
-    ProgramUnderTest program;
 };
+
+TEST_F(WindowLayoutTest, EveryRowIsThereAsItSays)
+{
+    ASSERT_TRUE(program.PassStartUp());
+    HWND tips = nullptr;
+    while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
+        if (ToolTipOf(tips, program.Window(), Control(cmdSync)) != L"") break;
+    }
+    std::map<HWND, HWND> before; // by parent: screen readers take a label's text for the name of what is next
+    for (const ControlRow& row : ControlRows()) {
+        const HWND control = Control(row.id);
+        ASSERT_TRUE(control) << NameOf(row.id);
+        ASSERT_EQ(GetParent(control), Parent(row)) << NameOf(row.id);
+        EXPECT_EQ(GetWindow(control, GW_HWNDPREV), before[GetParent(control)]) << NameOf(row.id);
+        before[GetParent(control)] = control;
+        const Text text = row.caption;
+        if (!text.empty() && !IsOneOf(row.kind, {Kind::tabStrip, Kind::comboBox, Kind::table})) {
+            EXPECT_EQ(TextOf(control), Wide(text));
+        }
+        EXPECT_EQ(ToolTipOf(tips, program.Window(), control), !row.tip   ? L""
+                                                              : *row.tip ? Wide(Text(row.tip))
+                                                                         : TextOf(control))
+            << NameOf(row.id);
+        EXPECT_EQ(IsShown(control), row.id == fraActions || row.shown == Shown::always ||
+                                        row.shown == Shown::whileIdle ||
+                                        row.shown == Shown::untilSynchronised)
+            << NameOf(row.id);
+    }
+}
 
 TEST_F(WindowLayoutTest, TextsFitTheirControls)
 {
     ASSERT_TRUE(program.PassStartUp());
-    Resize(100, 100); // as small as it gets
+    SetWindowPos(program.Window(), nullptr, 0, 0, 100, 100, SWP_NOZORDER); // as small as it gets
     const int box = GetSystemMetrics(SM_CXMENUCHECK), arrow = GetSystemMetrics(SM_CXVSCROLL);
     int measured = 0;
-    for (const HWND control : Below(program.Window())) {
-        const int id = GetDlgCtrlID(control);
-        const auto style = static_cast<DWORD>(GetWindowLongW(control, GWL_STYLE));
-        const bool button = IsClass(control, L"Button"), combo = id == cboComparison;
-        if (!button && !combo && !IsClass(control, L"Static")) continue;
-        if (id == OrbVac || id == lblOEFolder || id == lblStoreFolder || id == lblStorePath)
-            continue;                                   // paths
-        if (!button && !(style & WS_VISIBLE)) continue; // names for screen readers
-        std::wstring text = TextOf(control);
-        if (text.empty()) text = L"100000 out of 100000"; // the longest of the values
-        RECT area = {};
-        GetClientRect(control, &area);
-        const SIZE size =
-            Measure(text, RowOf(static_cast<ControlId>(id)).kind == Kind::heading ? FW_BOLD : FW_NORMAL);
-        const bool hasBox = button && (style & BS_TYPEMASK) != BS_OWNERDRAW;
-        const int beside = combo ? arrow + 6 : hasBox ? box + 4 : button ? size.cy : 0;
-        EXPECT_LE(size.cx + beside, area.right) << NameOf(control);
-        EXPECT_LE(size.cy, area.bottom) << NameOf(control);
-        ++measured;
+    for (const ControlRow& row : ControlRows()) {
+        const bool hasBox = IsOneOf(row.kind, {Kind::checkBox, Kind::firstChoice, Kind::nextChoice});
+        const bool isButton = IsOneOf(row.kind, {Kind::button, Kind::primaryButton});
+        const bool isValue = row.parent == fraStats && row.caption[0] == u'-';
+        if (!hasBox && !isButton &&
+            !IsOneOf(row.kind, {Kind::label, Kind::heading, Kind::name, Kind::comboBox}))
+            continue;
+        const Text texts = isValue ? u"100000 out of 100000" : row.caption;
+        for (std::size_t i = 1; !texts.empty() && i <= CountOf(texts, u",") + 1; ++i) {
+            const Text text(row.kind == Kind::comboBox ? FieldOf(texts, u",", i) : TextView(texts));
+            RECT area = {};
+            GetClientRect(Control(row.id), &area);
+            const SIZE size = Measure(text, row.kind == Kind::heading ? FW_BOLD : FW_NORMAL);
+            const int beside = row.kind == Kind::comboBox ? arrow + 6
+                               : hasBox                   ? box + 4
+                               : isButton                 ? size.cy
+                                                          : 0;
+            EXPECT_LE(size.cx + beside, area.right) << NameOf(row.id) << ToUtf8(text);
+            EXPECT_LE(size.cy, area.bottom) << NameOf(row.id);
+            ++measured;
+        }
     }
     EXPECT_GT(measured, 40);
-    EXPECT_EQ(SendMessageW(program.Control(nTab), TCM_GETROWCOUNT, 0, 0), 1);
+    EXPECT_EQ(SendMessageW(Control(nTab), TCM_GETROWCOUNT, 0, 0), 1);
 }
 
 TEST_F(WindowLayoutTest, EverySizeKeepsControlsInsideAndApart)
 {
     ASSERT_TRUE(program.PassStartUp());
-    ExpectOrder(L"before the first synchronisation");
+    ExpectOrder("before the first synchronisation");
     RECT work = {};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    EXPECT_TRUE(Contains(work, PlaceOf(program.Window())));
+    EXPECT_TRUE(Encloses(work, PlaceOf(program.Window())));
     ShowAllCommands();
     int treeHeight = 0;
     for (const int width : {100, 1600}) {
-        Resize(width, width * 5 / 8);
-        EXPECT_TRUE(Contains({0, 0, work.right + 20, work.bottom + 20}, PlaceOf(program.Window())));
-        for (std::size_t tab = 0; tab < 4; ++tab) {
+        SetWindowPos(program.Window(), nullptr, 0, 0, width, width * 5 / 8, SWP_NOZORDER);
+        EXPECT_TRUE(Encloses({0, 0, work.right + 20, work.bottom + 20}, PlaceOf(program.Window())));
+        for (std::size_t tab = 0; tab < std::size(fraTabs); ++tab) {
             TurnTo(tab);
-            ExpectOrder(kTabs[tab] + L" at " + std::to_wstring(width));
+            EXPECT_TRUE(IsWindowVisible(Control(fraTabs[tab])));
+            ExpectOrder("on page " + std::to_string(tab) + " at " + std::to_string(width));
         }
-        const RECT tree = PlaceOf(program.Control(tvOETree));
+        const RECT tree = PlaceOf(Control(tvOETree));
         EXPECT_GE(tree.bottom - tree.top, treeHeight);
         treeHeight = tree.bottom - tree.top;
     }
-    TurnTo(2);
-    const HWND list = program.Control(lstProgress), table = program.Control(lvResults);
-    for (const bool results : {true, false}) {
-        SendMessageW(program.Control(results ? optResults : optLog), BM_CLICK, 0, 0);
-        EXPECT_EQ(IsWindowVisible(table) != FALSE, results);
-        EXPECT_EQ(IsWindowVisible(list) != FALSE, !results);
-    }
+    const RECT list = PlaceOf(Control(lstProgress)), table = PlaceOf(Control(lvResults));
+    EXPECT_TRUE(EqualRect(&list, &table));
+    const auto expectResults = [&](bool shown) {
+        EXPECT_EQ(IsShown(Control(lvResults)), shown);
+        EXPECT_EQ(IsShown(Control(lstProgress)), !shown);
+    };
+    SendMessageW(Control(optResults), BM_CLICK, 0, 0);
+    expectResults(true);
+    SendMessageW(Control(optLog), BM_CLICK, 0, 0);
+    expectResults(false);
+    SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(lstProgress, LBN_DBLCLK), 0);
+    expectResults(true);
 }
 
 TEST_F(WindowLayoutTest, KeyboardVisitsEverythingInOrder)
 {
     ASSERT_TRUE(program.PassStartUp());
-    ShowAllCommands();
     ASSERT_TRUE(WaitForFocus(cmdSync)) << "the keyboard is back on the button that a run had disabled";
-    program.Type('r'); // the tree
+    program.Type('r'); // the tree; it has no use for Enter, so it presses what comes first on the way
     ASSERT_TRUE(WaitForFocus(tvOETree));
-    program.Type(VK_TAB);
-    ASSERT_TRUE(WaitForFocus(cmdOpenFolder));
-    const std::vector<int> pages[] = {
-        {cmdSync, cmdGetID, cmdChooseStore, cmdCheckFolder, cmdCheckAllFolders, cmdExport, cmdSaveAll,
-         chkJumpRemain, chkSkipFiles, txtIgnore, cmdUseSelection},
-        {Drive1, cmdNewFolder, Dir1, fileCheck, chkIDonly, chkSendKeys},
-        {optLog, lstProgress},
-        {txtSummary},
-    };
-    for (std::size_t tab = 0; tab < 4; ++tab) {
-        TurnTo(tab);
-        std::vector<int> expected = pages[tab];
-        expected.insert(expected.end(), {nTab, tvOETree, cmdOpenFolder});
-        for (const int next : expected) {
-            program.Type(VK_TAB);
-            ASSERT_TRUE(WaitForFocus(next))
-                << kTabs[tab] << ": " << next << ", but the keyboard is on " << GetDlgCtrlID(program.Focus());
-        }
-    }
-}
-
-TEST_F(WindowLayoutTest, NamesAndMnemonicsAreThere)
-{
-    ASSERT_TRUE(program.PassStartUp());
-    ShowAllCommands();
-    for (const HWND control : Below(program.Window())) {
-        if (IsClass(control, L"Button")) {
-            EXPECT_NE(TextOf(control), L"") << GetDlgCtrlID(control);
-        }
-        const int id = GetDlgCtrlID(control);
-        bool box = false;
-        for (const int named : {tvOETree, cboComparison, txtIgnore, Drive1, Dir1, fileCheck, lstProgress,
-                                lvResults, txtSummary})
-            box = box || id == named;
-        if (!box) continue;
-        const HWND label = GetWindow(control, GW_HWNDPREV); // where screen readers look
-        EXPECT_TRUE(label && IsClass(label, L"Static") && !TextOf(label).empty()) << id;
-    }
-    for (const int id : {cmdStopAfterEmail, cmdStopAfterFolder}) ShowWindow(program.Control(id), SW_SHOW);
-    for (std::size_t tab = 0; tab < 4; ++tab) {
-        TurnTo(tab);
-        std::map<wchar_t, std::wstring> taken;
-        for (const HWND control : Shown()) {
-            const std::wstring text = TextOf(control);
-            const std::size_t mark = text.find(L'&');
-            if (mark == std::wstring::npos) continue;
-            std::wstring& owner = taken[static_cast<wchar_t>(towupper(text[mark + 1]))];
-            EXPECT_EQ(owner, L"") << text << " on " << kTabs[tab];
-            owner = text;
-        }
-        EXPECT_GE(taken.size(), 3u) << kTabs[tab];
-    }
-}
-
-TEST_F(WindowLayoutTest, EnterPressesTheMainButtonAndEscClosesNothing)
-{
-    ASSERT_TRUE(program.PassStartUp());
-    const auto syncs = [&] {
-        const std::vector<std::wstring> lines = LinesOf(program.Control(lstProgress));
-        return std::count(lines.begin(), lines.end(), L"-- Syncing with OE --");
-    };
-    ASSERT_TRUE(WaitForFocus(cmdSync));
-    program.Type(VK_RETURN); // the button that has the keyboard
-    ASSERT_TRUE(Eventually([&] { return syncs() == 2; }, kPatience));
-    ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    program.Type('r'); // the tree has no use for Enter, so it presses what comes first on the way
-    ASSERT_TRUE(WaitForFocus(tvOETree));
+    const auto lines = [&] { return LinesOf(Control(lstProgress)); };
+    const std::size_t first = lines().size();
     program.Type(VK_RETURN);
-    ASSERT_TRUE(Eventually([&] { return syncs() == 3; }, kPatience));
+    ASSERT_TRUE(Eventually([&] { return lines().size() > first; }, kPatience));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    program.Type(VK_ESCAPE);
-    program.Type('o'); // to the list of folders, on the page "Store"
-    EXPECT_TRUE(WaitForFocus(Dir1));
-    EXPECT_EQ(SendMessageW(program.Control(nTab), TCM_GETCURSEL, 0, 0), 1);
-    EXPECT_TRUE(program.Close());
+    EXPECT_EQ(lines().back(), L"-- Syncing with OE --");
+    program.Type('r'); // a button that is pressed takes the keyboard
+    ASSERT_TRUE(WaitForFocus(tvOETree));
+    program.Type(VK_ESCAPE); // closes nothing
+    ShowAllCommands();
+    for (std::size_t tab = 0; tab < std::size(fraTabs); ++tab) {
+        TurnTo(tab);
+        int stops = 0;
+        for (const ControlRow& row : ControlRows()) {
+            const HWND control = Control(row.id);
+            const bool stopsHere = GetWindowLongW(control, GWL_STYLE) & WS_TABSTOP;
+            if (row.id <= tvOETree || !stopsHere || !IsWindowVisible(control) || !IsWindowEnabled(control))
+                continue;
+            program.Type(VK_TAB);
+            ASSERT_TRUE(WaitForFocus(row.id))
+                << NameOf(row.id) << ", but the keyboard is on " << GetDlgCtrlID(program.Focus());
+            ++stops;
+        }
+        EXPECT_GE(stops, 3) << "page " << tab;
+        program.Type(VK_TAB); // and around
+        ASSERT_TRUE(WaitForFocus(tvOETree));
+    }
 }
 
-// With the stand-in mail client.
-class WindowKeyboardTest : public WindowLayoutTest {
-protected:
-    bool StartWithClient(const std::wstring& clientSwitches)
-    {
-        for (const wchar_t* folder : {L"mail", L"mail\\Inbox", L"store"})
-            CreateDirectoryW((program.Folder() + folder).c_str(), nullptr);
-        for (const wchar_t* name : {L"1", L"2", L"3"})
-            program.Write(L"mail\\Inbox\\" + std::wstring(name) + L".eml",
-                          "From: Ann <ann@example.com>\r\nSubject: Note " +
-                              std::string(1, static_cast<char>(*name)) + "\r\n\r\nBody\r\n");
-        const std::string folder(program.Folder().begin(), program.Folder().end());
-        program.Write(L"settings.ini", "[Paths]\r\nStore=" + folder + "store\r\n");
-        client.Start(L"\"" + FolderOfTests() + L"demo-client.exe\" --mail \"" + program.Folder() +
-                         L"mail\" " + clientSwitches,
-                     program.Folder());
-        return WaitForWindow(client.Id(), L"Outlook Express Browser Class", L"", kPatience) &&
-               program.Start();
-    }
-    bool Logged(const std::string& words) const
-    {
-        return program.Read(L"log.txt").find(words) != std::string::npos;
-    }
-
-    StartedProcess client;
-};
-
-TEST_F(WindowKeyboardTest, KeysAloneExportAFolder)
+TEST_F(WindowLayoutTest, KeysAloneExportAFolderAndStopIt)
 {
-    ASSERT_TRUE(StartWithClient(L""));
-    program.Type(VK_RETURN); // the start-up box
-    ASSERT_TRUE(program.WaitUntilIdle(kPatience));
+    AddFolder(L"Inbox", 3);
+    ASSERT_TRUE(Start("", L"--slow=1000"));
     ASSERT_TRUE(WaitForFocus(cmdSync));
     program.Type('e');
-    const HWND box = program.WaitForBox(L"Quillbox");
-    ASSERT_TRUE(box);
-    EXPECT_EQ(BoxWords(box), L"All emails for the selected folder have been exported.");
+    ASSERT_TRUE(WaitForLog("- Exporting"));
+    ExpectOrder("during a run");
+    SetForegroundWindow(program.Window());
+    ASSERT_TRUE(WaitForFocus(cmdStopAfterEmail));
+    program.Type(VK_ESCAPE); // stops nothing
+    Sleep(200);              // the client's dialog is due in 800 ms
+    ASSERT_TRUE(IsShown(Control(cmdStopAfterEmail)));
     program.Type(VK_RETURN);
+    EXPECT_TRUE(WaitForFocus(cmdStopAfterFolder)) << "the other one has the keyboard now";
+    EXPECT_FALSE(IsShown(Control(cmdStopAfterEmail)));
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    EXPECT_TRUE(Logged("3 passed, 0 failed, 0 skipped"));
+    EXPECT_TRUE(Contains(Log(), "User aborted on email export."));
+    EXPECT_TRUE(Contains(Log(), "1 passed, 0 failed, 0 skipped"));
+    ExpectOrder("after a run");
+    SetForegroundWindow(program.Window()); // the client's dialog has been in front
     ASSERT_TRUE(WaitForFocus(nTab)) << "the command's own page is hidden";
     PostMessageW(program.Focus(), WM_SYSKEYDOWN, VK_F4, 1 << 29);
     EXPECT_TRUE(program.Process().WaitForEnd(kPatience));
-}
-
-TEST_F(WindowKeyboardTest, StopButtonAnswersWhileASlowClientIsWaitedFor)
-{
-    ASSERT_TRUE(StartWithClient(L"--slow=1000"));
-    program.PressOk(program.WaitForBox(L"IMPORTANT! Please Read"));
-    ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    Press(program.Control(cmdExport));
-    ASSERT_TRUE(Eventually([&] { return Logged("- Exporting"); }, kPatience));
-    ExpectOrder(L"during a run");
-    const HWND stop = program.Control(cmdStopAfterEmail);
-    ASSERT_TRUE(IsWindowVisible(stop));
-    SetForegroundWindow(program.Window());
-    EXPECT_TRUE(WaitForFocus(cmdStopAfterEmail));
-    PostMessageW(stop, WM_KEYDOWN, VK_ESCAPE, 0); // stops nothing
-    Sleep(200);                                   // the client's dialog is due in 800 ms
-    ASSERT_TRUE(IsWindowVisible(stop)) << "stopped by Esc";
-    const DWORD start = GetTickCount();
-    SendMessageW(stop, BM_CLICK, 0, 0);
-    EXPECT_LT(GetTickCount() - start, 200u);
-    EXPECT_FALSE(IsWindowVisible(stop));
-    ExpectOrder(L"with one stop button");
-    ASSERT_TRUE(program.WaitUntilIdle(kPatience));
-    EXPECT_TRUE(Logged("User aborted on email export."));
-    EXPECT_TRUE(Logged("1 passed, 0 failed, 0 skipped"));
 }
 
 } // namespace
