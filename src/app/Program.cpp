@@ -186,8 +186,8 @@ void Program::WriteLastRecords()
 void Program::Close()
 {
     if (closed_) return;
-    closed_ = true;
-    WriteLastRecords();
+    WriteLastRecords(); // without memory it throws: the window stays, and can be closed again
     CloseSavedEmails(saved_);
+    closed_ = true;
     window_.Destroy();
 }

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct FakeProfile final : ProfileFile {
     std::map<Text, Text> values;                // by "section/key"
     std::vector<std::pair<Text, Text>> written; // likewise, in order
     bool refuse = false;
+    bool outOfMemory = false;
 
     Text Read(const Text& section, const Text& key, const Text& from) override
     {
@@ -25,6 +27,7 @@ struct FakeProfile final : ProfileFile {
     bool Write(const Text& section, const Text& key, const Text& value, const Text& to) override
     {
         EXPECT_EQ(to, file);
+        if (outOfMemory) throw std::bad_alloc();
         written.emplace_back(section + u"/" + key, value);
         if (!refuse) values[section + u"/" + key] = value;
         return !refuse;

@@ -93,6 +93,16 @@ TEST_F(ProgramTest, ClosingWritesTheChoicesAndEndsAtOnce)
     EXPECT_FALSE(files.FileExists(u"C:\\Quillbox\\settings.tmp")) << "a try at start-up leaves nothing";
 }
 
+TEST_F(ProgramTest, ClosingThatFailedCanBeAskedForAgain)
+{
+    Start();
+    profile.outOfMemory = true;
+    EXPECT_THROW(program.AskToClose(), std::bad_alloc); // which the window's procedure takes
+    EXPECT_FALSE(Stepped(u"destroy"));
+    program.AskToClose();
+    EXPECT_TRUE(Stepped(u"destroy")) << "or nothing but killing would end it";
+}
+
 TEST_F(ProgramTest, ClosingInMidRunFinishesTheEmailAndThenEnds)
 {
     for (const bool session : {false, true}) { // after a session's end the process may be gone
