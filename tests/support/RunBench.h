@@ -20,6 +20,15 @@ inline const Text kSilent = u"Outlook Express has stopped responding - please re
 inline const Text kInbox = u"Local Folders\\Inbox";
 inline const Text kDirectory = u"C:\\Store\\Local Folders\\Inbox\\";
 
+// What a run ends with.
+inline Text Closing(int saved, int handled, int rest = 0)
+{
+    const Text line = DecimalText(saved) + u" of " + DecimalText(handled) +
+                      u" e-mail(s) handled in this run are saved; " + DecimalText(handled - saved) +
+                      u" are not.";
+    return rest == 0 ? line : line + u" " + DecimalText(rest) + u" more were not looked at.";
+}
+
 inline std::vector<std::vector<Text>> Mails(int count)
 {
     std::vector<std::vector<Text>> rows;
@@ -89,6 +98,14 @@ struct RunBench : OeBench {
         if (between) between();
         ExportAll();
     }
+    // Does something behind the n-th file that the client saves.
+    void AfterSave(int nth, std::function<void()> what)
+    {
+        fake.onSave = [this, nth, what = std::move(what)](int saves) {
+            noteSaved(saves);
+            if (saves == nth) what();
+        };
+    }
     // In peace and from the first row: every e-mail is saved then.
     void ExpectRestIsSaved(const std::string& why)
     {
@@ -123,6 +140,18 @@ struct RunBench : OeBench {
         return std::any_of(contents.begin(), contents.end(), [&](const Content& each) {
             return each.subject == subject && files.files.count(FakeFiles::Key(each.path)) != 0;
         });
+    }
+    // Of the closing line; -1 when the last line is none.
+    struct Figures {
+        int saved = -1, handled = -1, unsaved = -1, rest = 0;
+    };
+    Figures LastFigures() const
+    {
+        Figures read;
+        std::sscanf(ToUtf8(view.log.empty() ? Text() : view.log.back()).c_str(),
+                    "%d of %d e-mail(s) handled in this run are saved; %d are not. %d more were not",
+                    &read.saved, &read.handled, &read.unsaved, &read.rest);
+        return read;
     }
     // What the user does, in a stop.
     void Stop() { flags.stopAfterEmail = flags.stopRequested = true; }
@@ -162,15 +191,11 @@ private:
         for (std::size_t i = knownRows; i < rows.size(); ++i)
             EXPECT_TRUE(IsStored(rows[i].at(u"esubject"))) << ToUtf8(rows[i].at(u"esubject"));
     }
-    // N of M saved, K not, U not looked at.
     void ExpectClosingLine() const
     {
-        int saves = -1, handled = -1, unsaved = -1, rest = 0;
+        const auto [saves, handled, unsaved, rest] = LastFigures();
         const std::string line = ToUtf8(view.log.empty() ? Text() : view.log.back());
-        const int read = std::sscanf(
-            line.c_str(), "%d of %d e-mail(s) handled in this run are saved; %d are not. %d more were not",
-            &saves, &handled, &unsaved, &rest);
-        if (read < 3) {
+        if (saves < 0) {
             EXPECT_FALSE(Logged(u"-- Exporting")) << "no closing line: " << line;
             return;
         }
@@ -182,11 +207,17 @@ private:
     }
 };
 
-// Does something at the n-th message of a kind that reaches the client.
-inline std::function<void(WindowHandle, std::uint32_t)> At(std::uint32_t kind, int nth,
-                                                           std::function<void()> what)
+// Does something at each message of a kind that reaches the client, which are counted from 1, or at the n-th.
+using OnMessage = std::function<void(WindowHandle, std::uint32_t)>;
+inline OnMessage AtEach(std::uint32_t kind, std::function<void(int count)> what)
 {
-    return [kind, nth, what = std::move(what), count = 0](WindowHandle, std::uint32_t message) mutable {
-        if (message == kind && ++count == nth) what();
+    return [kind, what = std::move(what), count = 0](WindowHandle, std::uint32_t message) mutable {
+        if (message == kind) what(++count);
     };
+}
+inline OnMessage At(std::uint32_t kind, int nth, std::function<void()> what)
+{
+    return AtEach(kind, [nth, what = std::move(what)](int count) {
+        if (count == nth) what();
+    });
 }

@@ -3,20 +3,6 @@
 #include "store/SavedEmails.h"
 #include "tests/support/RunBench.h"
 
-namespace {
-
-const Text kInboxKey = FakeFiles::Key(kDirectory);
-
-Text Closing(int saved, int handled, int rest)
-{
-    const Text line = DecimalText(saved) + u" of " + DecimalText(handled) +
-                      u" e-mail(s) handled in this run are saved; " + DecimalText(handled - saved) +
-                      u" are not.";
-    return rest == 0 ? line : line + u" " + DecimalText(rest) + u" more were not looked at.";
-}
-
-} // namespace
-
 TEST(DisturbedAllFolders, TheRestIsCountedHoweverTheExportEnds)
 {
     const struct {
@@ -61,10 +47,7 @@ TEST(DisturbedAllFolders, TheRestIsCountedHoweverTheExportEnds)
         RunBench bench(3);
         auto& other = bench.fake.folders[3].rows;
         if (c.afterSaves == 5) other.insert(other.begin() + 1, other[0]);
-        bench.fake.onSave = [&](int saves) {
-            bench.noteSaved(saves);
-            if (saves == c.afterSaves) c.disturb(bench);
-        };
+        bench.AfterSave(c.afterSaves, [&] { c.disturb(bench); });
         bench.SaveAll();
         EXPECT_EQ(bench.view.log.back(), c.closing) << c.why;
         EXPECT_EQ(bench.view.summaryLines.back(), c.closing) << c.why;
@@ -79,10 +62,7 @@ TEST(DisturbedAllFolders, TheRestIsCountedHoweverTheExportEnds)
 TEST(DisturbedAllFolders, ARunThatIsRepeatedDoesTheRest)
 {
     RunBench bench(3);
-    bench.fake.onSave = [&](int saves) {
-        bench.noteSaved(saves);
-        if (saves == 2) bench.Stop();
-    };
+    bench.AfterSave(2, [&] { bench.Stop(); });
     bench.SaveAll();
     bench.SaveAll();
     EXPECT_EQ(bench.view.log.back(), Closing(6, 6, 0));
@@ -140,11 +120,8 @@ TEST(DisturbedAllFolders, AFolderWhoseExportEndsBeforeItWasCountedIsNotLookedAt)
             bench.SaveAll(
                 [&] { bench.fake.onMessage = At(kind, nth, [&] { bench.fake.FallSilent(kForGood); }); });
             if (!bench.Logged(kSilent)) continue;
-            int saved = -1, handled = -1, unsaved = -1, rest = 0;
-            const std::string line = ToUtf8(bench.view.log.back());
-            std::sscanf(line.c_str(), "%d of %d e-mail(s) handled in this run are saved; %d are not. %d more",
-                        &saved, &handled, &unsaved, &rest);
-            EXPECT_EQ(handled + rest, 9) << line;
+            const RunBench::Figures told = bench.LastFigures();
+            EXPECT_EQ(told.handled + told.rest, 9) << ToUtf8(bench.view.log.back());
             EXPECT_EQ(bench.view.boxes, Texts{kSilent});
         }
 }
@@ -152,11 +129,8 @@ TEST(DisturbedAllFolders, AFolderWhoseExportEndsBeforeItWasCountedIsNotLookedAt)
 TEST(DisturbedAllFolders, FoldersThatCannotBeMadeCostOneLineEachAndOneBox)
 {
     RunBench bench(3);
-    bench.files.refused = {kInboxKey, u"c:\\store\\local folders\\last"};
-    bench.fake.onSave = [&](int saves) {
-        bench.noteSaved(saves);
-        if (saves == 2) bench.fake.folders[3].rows.pop_back();
-    };
+    bench.files.refused = {FakeFiles::Key(kDirectory), u"c:\\store\\local folders\\last"};
+    bench.AfterSave(2, [&] { bench.fake.folders[3].rows.pop_back(); });
     bench.SaveAll();
     EXPECT_EQ(bench.Count(u"The export folder could not be made: "), 2);
     EXPECT_EQ(bench.view.boxes, Texts{u"2 export folder(s) could not be made; the log names them."});
@@ -187,10 +161,7 @@ TEST(DisturbedAllFolders, AFolderThatHasBecomeEmptyHoldsUpNoRun)
 TEST(DisturbedAllFolders, NewMailAboveTheRowThatAJumpBeginsWithIsTold)
 {
     RunBench bench(3);
-    bench.fake.onSave = [&](int saves) {
-        bench.noteSaved(saves);
-        if (saves == 2) bench.Stop();
-    };
+    bench.AfterSave(2, [&] { bench.Stop(); });
     bench.Export();
     bench.view.options.jumpRemain = true;
     bench.SaveAll([&] { bench.Mail().insert(bench.Mail().begin(), MailRow(u"New")); });

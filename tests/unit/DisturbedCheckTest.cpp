@@ -13,15 +13,13 @@ bool HasGreenMark(const RunBench& bench)
                        [](const auto& mark) { return mark.second == u"green"; });
 }
 
-// The list is empty from the second count to the last given.
+// With another e-mail, but empty from the second count to the last given.
 void EmptyUntil(RunBench& bench, int last)
 {
-    bench.fake.onMessage = [&bench, last, mail = bench.Mail(), counts = 0](WindowHandle,
-                                                                           std::uint32_t message) mutable {
-        if (message != message::kListItemCount) return;
-        ++counts;
-        bench.Mail() = counts >= 2 && counts <= last ? std::vector<std::vector<Text>>() : mail;
-    };
+    bench.Mail().push_back(MailRow(u"New"));
+    bench.fake.onMessage = AtEach(message::kListItemCount, [&bench, last, mail = bench.Mail()](int counts) {
+        bench.Mail() = counts >= 2 && counts <= last ? Mails(0) : mail;
+    });
 }
 
 } // namespace
@@ -29,28 +27,21 @@ void EmptyUntil(RunBench& bench, int last)
 TEST(DisturbedCheck, AListThatMovesIsReadOnceMoreAndInDoubtNotSaved)
 {
     using Disturb = std::function<void(RunBench&)>;
+    const Disturb mailComesIn = [](RunBench& b) {
+        b.fake.onMessage = At(message::kListItemW, 10, [&b] { b.Mail().push_back(MailRow(u"New")); });
+    };
     const struct {
         const char* why;
         Disturb disturb; // when all six are saved
         Texts says;
         ComparisonType type = ComparisonType::database;
     } cases[] = {
-        {"mail comes in",
-         [](RunBench& b) {
-             b.fake.onMessage = At(message::kListItemW, 10, [&b] { b.Mail().push_back(MailRow(u"New")); });
-         },
-         {kOnceMore, u"Not saved 6 - New"}},
-        {"mail comes in while files are compared",
-         [](RunBench& b) {
-             b.fake.onMessage = At(message::kListItemW, 10, [&b] { b.Mail().push_back(MailRow(u"New")); });
-         },
-         {kOnceMore, u"Not saved 6 - New"},
-         ComparisonType::file},
+        {"mail comes in", mailComesIn, {kOnceMore, u"Not saved 6 - New"}},
+        {"while files are compared", mailComesIn, {kOnceMore, u"Not saved 6 - New"}, ComparisonType::file},
         {"it never comes to rest",
          [](RunBench& b) {
-             b.fake.onMessage = [&b](WindowHandle, std::uint32_t message) {
-                 if (message == message::kListItemW) b.Mail().insert(b.Mail().begin(), MailRow(u"New"));
-             };
+             b.fake.onMessage = AtEach(message::kListItemW,
+                                       [&b](int) { b.Mail().insert(b.Mail().begin(), MailRow(u"New")); });
          },
          {kGoesOn}},
         {"sorted anew",
@@ -62,32 +53,21 @@ TEST(DisturbedCheck, AListThatMovesIsReadOnceMoreAndInDoubtNotSaved)
          {kOnceMore, u"Not saved 0 - New"}},
         {"it fills slowly",
          [](RunBench& b) {
-             b.fake.onMessage = [&b, cells = 0](WindowHandle, std::uint32_t message) mutable {
-                 if (message == message::kListItemW && ++cells % 40 == 0) b.Mail().push_back(MailRow(u"New"));
-             };
+             b.fake.onMessage = AtEach(message::kListItemW, [&b](int cells) {
+                 if (cells % 40 == 0) b.Mail().push_back(MailRow(u"New"));
+             });
          },
          {kGoesOn}},
         {"behind the second reading: nor is the first row certain",
          [](RunBench& b) {
-             b.fake.onMessage = [&b, counts = 0](WindowHandle, std::uint32_t message) mutable {
-                 if (message != message::kListItemCount) return;
-                 if (++counts == 3) std::reverse(b.Mail().begin(), b.Mail().end());
+             b.fake.onMessage = AtEach(message::kListItemCount, [&b](int counts) {
+                 if (counts == 3) std::reverse(b.Mail().begin(), b.Mail().end());
                  if (counts == 5) b.Mail().push_back(MailRow(u"New"));
-             };
+             });
          },
          {kGoesOn, u"Inbox has 5 saved email(s). 2 email(s) not saved."}},
-        {"empty for a moment",
-         [](RunBench& b) {
-             b.Mail().push_back(MailRow(u"New"));
-             EmptyUntil(b, 3);
-         },
-         {}},
-        {"empty for longer",
-         [](RunBench& b) {
-             b.Mail().push_back(MailRow(u"New"));
-             EmptyUntil(b, 8);
-         },
-         {}},
+        {"empty for a moment", [](RunBench& b) { EmptyUntil(b, 3); }, {}},
+        {"empty for longer", [](RunBench& b) { EmptyUntil(b, 8); }, {}},
         {"another folder's",
          [](RunBench& b) {
              b.fake.keepsList = true;
@@ -134,7 +114,6 @@ TEST(DisturbedCheck, ACountOfNothingIsNotBelievedAtOnce)
     bench.CheckAll();
     bench.ExpectLog("all", {u"1 folder(s) saved, 2 folder(s) not saved, 0 empty folder(s)."});
     bench.view.onEvents = nullptr;
-    bench.Mail().push_back(MailRow(u"New"));
     EmptyUntil(bench, 3);
     bench.view.options.comparison = ComparisonType::database;
     bench.SaveAll();

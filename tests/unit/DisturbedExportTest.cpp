@@ -70,15 +70,13 @@ TEST(DisturbedExport, WhateverMovesInTheListNoEmailIsMislabelled)
 
 TEST(DisturbedExport, WhatWasNotReachedIsTold)
 {
-    const Text five =
-        u"1 of 1 e-mail(s) handled in this run are saved; 0 are not. 5 more were not looked at.";
     const struct {
         const char* why;
         Disturb spoil;
         Text notReached, closing; // empty: whatever it is
     } cases[] = {
         {"a client that ignores the Down key", [](RunBench& b) { b.fake.ignoreDownKey = true; },
-         u"5 e-mail(s) were not reached.", five},
+         u"5 e-mail(s) were not reached.", Closing(1, 1, 5)},
         {"one Down key is lost",
          [](RunBench& b) {
              b.fake.onMessage = At(message::kKeyDown, 3, [&b] { b.fake.ignoreDownKey = true; });
@@ -86,14 +84,12 @@ TEST(DisturbedExport, WhatWasNotReachedIsTold)
                  b.fake.ignoreDownKey = b.fake.ignoreDownKey && b.fake.keys.size() < 3;
              };
          },
-         u"1 e-mail(s) were not reached.",
-         u"5 of 5 e-mail(s) handled in this run are saved; 0 are not. 1 more were not looked at."},
+         u"1 e-mail(s) were not reached.", Closing(5, 5, 1)},
         {"the list grows while it is exported",
          [](RunBench& b) {
              b.fake.onMessage = At(message::kKeyDown, 2, [&b] { b.Mail().push_back(MailRow(u"Late")); });
          },
-         u"1 e-mail(s) were not reached.",
-         u"6 of 6 e-mail(s) handled in this run are saved; 0 are not. 1 more were not looked at."},
+         u"1 e-mail(s) were not reached.", Closing(6, 6, 1)},
         {"rows above the first one are none of those that were asked for",
          [](RunBench& b) {
              b.fake.selected = {4};
@@ -102,11 +98,10 @@ TEST(DisturbedExport, WhatWasNotReachedIsTold)
          u"1 e-mail(s) were not reached.", u""},
         {"an e-mail behind two skipped ones is read and goes",
          [](RunBench& b) {
-             b.fake.onMessage = [&b, keys = 0](WindowHandle, std::uint32_t message) mutable {
-                 if (message != message::kKeyDown) return;
-                 if (++keys == 2) b.fake.selected = {3};
+             b.fake.onMessage = AtEach(message::kKeyDown, [&b](int keys) {
+                 if (keys == 2) b.fake.selected = {3};
                  if (keys == 6) b.Mail().pop_back();
-             };
+             });
          },
          u"2 e-mail(s) were not reached.", u""},
         {"an unread row that has gone",
@@ -128,8 +123,8 @@ TEST(DisturbedExport, WhatWasNotReachedIsTold)
         EXPECT_FALSE(bench.flags.runCompleted) << c.why << ": it has not ended after the last e-mail";
     }
     const std::pair<std::set<std::int32_t>, Text> wholes[] = {
-        {{4}, u"2 of 2 e-mail(s) handled in this run are saved; 0 are not."}, // all that was asked for
-        {{}, u"6 of 6 e-mail(s) handled in this run are saved; 0 are not."}}; // Down leads to the first row
+        {{4}, Closing(2, 2)}, // all that was asked for
+        {{}, Closing(6, 6)}}; // Down leads to the first row
     for (const auto& [selected, closing] : wholes) {
         RunBench bench;
         bench.fake.selected = selected;
@@ -180,17 +175,15 @@ TEST(DisturbedExport, AListThatGrewBeforeAStopIsCountedAgain)
         bench.Stop();
     });
     bench.Export();
-    EXPECT_EQ(bench.view.log.back(),
-              u"2 of 2 e-mail(s) handled in this run are saved; 0 are not. 5 more were not looked at.");
+    EXPECT_EQ(bench.view.log.back(), Closing(2, 2, 5));
     bench.ExpectLog("a stop is no miss", {}, {u"were not reached"});
 }
 
 TEST(DisturbedExport, ASelectionThatNeverRestsIsNotRead)
 {
     RunBench bench;
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message == message::kListItemW) bench.fake.selected = {(*bench.fake.selected.begin() + 1) % 6};
-    };
+    bench.fake.onMessage = AtEach(
+        message::kListItemW, [&](int) { bench.fake.selected = {(*bench.fake.selected.begin() + 1) % 6}; });
     bench.Export();
     bench.ExpectLog("none is tried", {u" skipped: could not be read"});
     EXPECT_EQ(bench.fake.Asks(), 0u);
@@ -228,9 +221,8 @@ TEST(DisturbedExport, WhatReadingLeavesBehindIsSweptOnTheWay)
 {
     RunBench bench(300);
     std::size_t most = 0;
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message == message::kKeyDown) most = std::max(most, bench.fake.LiveBlocks());
-    };
+    bench.fake.onMessage =
+        AtEach(message::kKeyDown, [&](int) { most = std::max(most, bench.fake.LiveBlocks()); });
     bench.Export();
     EXPECT_EQ(bench.rows.size(), 300u);
     EXPECT_LT(most, 64u * 10) << "64 KB each in a client of 32 bits";
@@ -262,10 +254,9 @@ TEST(DisturbedExport, AHeaderThatDoesNotAnswerIsNoListOfOneColumn)
     for (int nth = 1; nth < 12; ++nth) { // no column for a moment makes no other identity
         RunBench moment;
         const Texts titles = moment.fake.columnTitles;
-        moment.fake.onMessage = [&, count = 0](WindowHandle, std::uint32_t message) mutable {
-            if (message != message::kHeaderItemCount) return;
-            moment.fake.columnTitles = ++count == nth ? Texts() : titles;
-        };
+        moment.fake.onMessage = AtEach(message::kHeaderItemCount, [&](int count) {
+            moment.fake.columnTitles = count == nth ? Texts() : titles;
+        });
         moment.Export();
         moment.fake.columnTitles = titles;
         moment.ExpectRestIsSaved(std::to_string(nth));
@@ -284,16 +275,14 @@ TEST(DisturbedExport, SkippedIsNotAlwaysWell)
         bench.ExpectLog(ToUtf8(closing), says, saysNot);
         EXPECT_TRUE(closing.empty() || bench.view.log.back() == closing) << ToUtf8(bench.view.log.back());
     };
-    const Text three = u"3 of 5 e-mail(s) handled in this run are saved; 2 are not.";
-    expectClosing(three,
+    expectClosing(Closing(3, 5),
                   {u"2 skipped: look exactly like another e-mail of this folder, the first like row 1"});
-    expectClosing(three, {u"3 skipped: recorded as saved before"}, {u"no .eml file"});
+    expectClosing(Closing(3, 5), {u"3 skipped: recorded as saved before"}, {u"no .eml file"});
     bench.rows.push_back(bench.rows[1]); // two records: both look-alikes are known to be saved
-    expectClosing(u"4 of 5 e-mail(s) handled in this run are saved; 1 are not.", {});
+    expectClosing(Closing(4, 5), {});
     bench.files.files.clear(); // another store folder, or an emptied one
-    expectClosing(u"0 of 5 e-mail(s) handled in this run are saved; 5 are not.",
-                  {u"All of them are recorded as saved, but there is no .eml file in " + kDirectory +
-                   u" - another or emptied store folder?"});
+    expectClosing(Closing(0, 5), {u"All of them are recorded as saved, but there is no .eml file in " +
+                                  kDirectory + u" - another or emptied store folder?"});
     bench.Mail().push_back(MailRow(u"New"));
     bench.fake.saveNothing = true;
     bench.fake.onSave = nullptr;
@@ -304,12 +293,12 @@ TEST(DisturbedExport, SkippedIsNotAlwaysWell)
     taken.view.options.skipFiles = true;
     taken.Export();
     taken.ExpectLog("taken", {u"1 skipped: the file name is taken"});
-    EXPECT_EQ(taken.view.log.back(), u"1 of 2 e-mail(s) handled in this run are saved; 1 are not.");
+    EXPECT_EQ(taken.view.log.back(), Closing(1, 2));
 
     RunBench above(3); // a look-alike above the first row has the record
     above.Mail().push_back(MailRow(u"Mail1"));
     above.Export();
     above.fake.selected = {2};
     above.Export();
-    EXPECT_EQ(above.view.log.back(), u"1 of 2 e-mail(s) handled in this run are saved; 1 are not.");
+    EXPECT_EQ(above.view.log.back(), Closing(1, 2));
 }

@@ -12,17 +12,10 @@ TEST(SilentClient, IsWaitedForOrEndsTheRun)
                     {61'000, true, false},
                     {115'000, true, false}, // back within a minute more
                     {kForGood, true, true}};
-    const std::uint32_t kinds[] = {0,
-                                   message::kListNextItem,
-                                   message::kListItemW,
-                                   message::kListColumnOrder,
-                                   message::kHeaderItemA,
-                                   message::kKeyDown,
-                                   message::kLeftUp,
-                                   message::kListItemCount,
-                                   kSetText};
     for (const auto& silence : silences)
-        for (const std::uint32_t kind : kinds)
+        for (const std::uint32_t kind :
+             {0u, message::kListNextItem, message::kListItemW, message::kListColumnOrder,
+              message::kHeaderItemA, message::kKeyDown, message::kLeftUp, message::kListItemCount, kSetText})
             for (const int nth : {1, 2, 3, 6, 9}) {
                 const std::string where = std::to_string(silence.milliseconds) + " ms, message " +
                                           std::to_string(kind) + " for the " + std::to_string(nth);
@@ -63,9 +56,7 @@ TEST(SilentClient, ThatIsBackIsFoundByTheNextRun)
 TEST(SilentClient, ThatFallsSilentOverEveryEmailIsGivenUp)
 {
     RunBench bench;
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message == kSetText) bench.fake.FallSilent(61'000);
-    };
+    bench.fake.onMessage = AtEach(kSetText, [&](int) { bench.fake.FallSilent(61'000); });
     bench.Export();
     bench.ExpectLog("every time", {kSilent});
     EXPECT_EQ(bench.fake.Asks(), 4u) << "tried, and three times more";
@@ -121,24 +112,21 @@ TEST(SilentClient, HoldsUpNoStopAndNoClosing)
         bench.Export();
         EXPECT_LE(bench.fake.sleptMilliseconds, 10'200);
         bench.ExpectLog("awaited", {u"User aborted on email export."}, {kSilent});
-        EXPECT_EQ(bench.view.log.back(),
-                  u"0 of 1 e-mail(s) handled in this run are saved; 1 are not. 5 more were not looked at.")
-            << "the e-mail that waited was not handled";
+        EXPECT_EQ(bench.view.log.back(), Closing(0, 1, 5)) << "the e-mail that waited was not handled";
     }
 }
 
 TEST(SilentClient, IsLetFinishTheEmailUnderWayBeforeTheProgramCloses)
 {
     RunBench bench;
-    bool met = false;
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message != 0 || bench.fake.Asks() == 0 || std::exchange(met, true)) return;
+    bench.fake.onMessage = AtEach(0, [&](int) {
+        if (bench.fake.Asks() == 0 || bench.flags.closing) return;
         bench.Stop();
         bench.flags.closing = true;
         bench.fake.FallSilent(1'500); // less than the two seconds that are still waited for
-    };
+    });
     bench.Export();
-    EXPECT_TRUE(met);
+    EXPECT_TRUE(bench.flags.closing);
     EXPECT_EQ(bench.rows.size(), 1u);
 }
 
@@ -173,15 +161,10 @@ TEST(SilentClient, OrOneThatEndsInTheMiddleOfAFileHasNotSavedIt)
 {
     for (const bool ends : {true, false}) {
         RunBench bench(3);
-        bench.fake.onSave = [&](int saves) {
-            bench.noteSaved(saves);
-            if (saves != 2) return;
+        bench.AfterSave(2, [&] {
             bench.files.AddFile(bench.fake.saved.back().first, ""); // made, and not a byte written
-            if (ends)
-                bench.fake.End();
-            else
-                bench.fake.FallSilent(kForGood);
-        };
+            ends ? bench.fake.End() : bench.fake.FallSilent(kForGood);
+        });
         bench.Export();
         EXPECT_EQ(bench.rows.size(), 1u);
     }
@@ -233,22 +216,16 @@ TEST(ClientBoxes, AreAnsweredAndTold)
 TEST(ClientBoxes, OverTheMainWindowEndTheRunWhenTheyStandForTenInARow)
 {
     RunBench bench(30);
-    bench.fake.onSave = [&](int saves) {
-        bench.noteSaved(saves);
-        bench.fake.blocked = saves == 3;
-    };
+    bench.AfterSave(3, [&] { bench.fake.blocked = true; });
     bench.Export();
     bench.ExpectLog("blocked", {kSilent});
     EXPECT_EQ(bench.Count(u"No dialog found"), 10);
-    EXPECT_EQ(bench.view.log.back(),
-              u"3 of 13 e-mail(s) handled in this run are saved; 10 are not. 17 more were not looked at.");
+    EXPECT_EQ(bench.view.log.back(), Closing(3, 13, 17));
     bench.fake.blocked = false;
     bench.ExpectRestIsSaved("forgotten by the next run");
 
     RunBench tenth(30);
-    tenth.fake.onMessage = [&, keys = 0](WindowHandle, std::uint32_t message) mutable {
-        if (message == message::kKeyDown) tenth.fake.blocked = ++keys % 10 != 0;
-    };
+    tenth.fake.onMessage = AtEach(message::kKeyDown, [&](int keys) { tenth.fake.blocked = keys % 10 != 0; });
     tenth.Export();
     tenth.ExpectLog("not in a row", {}, {kSilent});
     EXPECT_EQ(tenth.fake.saved.size(), 3u);
@@ -258,9 +235,8 @@ TEST(ClientBoxes, OtherWindowsAreLeftAlone)
 {
     RunBench bench;
     const WindowHandle others[] = {bench.fake.AddForeignDialog(), bench.fake.AddModeless(u"#32770")};
-    bench.fake.onMessage = [&](WindowHandle, std::uint32_t message) {
-        if (message == message::kLeftUp) bench.fake.AddModeless(u"tooltips_class32");
-    };
+    bench.fake.onMessage =
+        AtEach(message::kLeftUp, [&](int) { bench.fake.AddModeless(u"tooltips_class32"); });
     bench.Export();
     EXPECT_EQ(bench.rows.size(), 6u);
     for (const WindowHandle other : others) EXPECT_TRUE(bench.fake.IsThere(other));
