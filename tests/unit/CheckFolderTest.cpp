@@ -28,7 +28,7 @@ std::string Message(int number)
 }
 
 struct CheckFolderTest : testing::Test, RunBench {
-    explicit CheckFolderTest(int count = 4) : RunBench(Inbox(count), {{u"Empty", 2, {}}}) {}
+    CheckFolderTest() : RunBench(Inbox(4), {{u"Empty", 2, {}}}) {}
     void Store(const Text& name, std::string bytes = "x")
     {
         files.directories.insert(FakeFiles::Key(kDirectory));
@@ -62,52 +62,36 @@ struct CheckFolderTest : testing::Test, RunBench {
     }
 };
 
-struct TenEmailsTest : CheckFolderTest {
-    TenEmailsTest() : CheckFolderTest(10) {}
-};
-
-struct ManyEmailsTest : CheckFolderTest {
-    ManyEmailsTest() : CheckFolderTest(240) {}
-};
-
 } // namespace
 
 TEST_F(CheckFolderTest, AFolderWithoutFilesNeedsNoComparison)
 {
-    const Text emptyDirectory = u"C:\\Store\\Local Folders\\Empty\\";
-    const Texts missing = {kInbox + u" - all 4 emails need to be exported."};
     const struct {
         const char* why;
-        Text newDirectory;
+        bool hasDirectory;
         int shown;
-        Text words, directory;
-        Texts summary;
+        Text words;
         Marks marks;
     } steps[] = {
-        {"no directory", u"", 2, u"Folder has not been stored.", kDirectory, missing, {{u"0/4", u"red"}}},
+        {"no directory", false, 2, u"Folder has not been stored.", {{u"0/4", u"red"}}},
         {"no files",
-         kDirectory,
+         true,
          2,
          u"No emails for this folder have been stored.",
-         kDirectory,
-         missing,
          {{u"", u"envelope"}, {u"0/4", u"red"}}},
-        {"nothing is missing", u"", 3, u"Folder has not been stored.", emptyDirectory, {}, {}},
-        {"empty both",
-         emptyDirectory,
-         3,
-         u"No emails exist in this folder to be exported.",
-         emptyDirectory,
-         {},
-         {{u"", u"envelope"}}},
+        {"nothing is missing", false, 3, u"Folder has not been stored.", {}},
+        {"empty both", true, 3, u"No emails exist in this folder to be exported.", {{u"", u"envelope"}}},
     };
     for (const auto& step : steps) {
-        if (!step.newDirectory.empty()) files.directories.insert(FakeFiles::Key(step.newDirectory));
+        const Text directory = step.shown == 2 ? kDirectory : u"C:\\Store\\Local Folders\\Empty\\";
+        if (step.hasDirectory) files.directories.insert(FakeFiles::Key(directory));
         fake.ShowFolder(step.shown);
         Check(ComparisonType::file);
         EXPECT_EQ(view.log, Texts{step.words}) << step.why;
-        EXPECT_EQ(view.boxes, Texts{step.words + u"\r\n" + step.directory}) << step.why;
-        EXPECT_EQ(view.summaryLines, step.summary) << step.why;
+        EXPECT_EQ(view.boxes, Texts{step.words + u"\r\n" + directory}) << step.why;
+        EXPECT_EQ(view.summaryLines,
+                  step.shown == 2 ? Texts{kInbox + u" - all 4 emails need to be exported."} : Texts{})
+            << step.why;
         EXPECT_EQ(view.marks, step.marks) << step.why;
         EXPECT_EQ(view.selectedNode, step.shown) << step.why << ": the node that is marked";
         EXPECT_EQ(view.selectedLine, step.shown) << step.why;
@@ -181,8 +165,9 @@ TEST_F(CheckFolderTest, AStopEndsTheCheckWithoutAVerdict)
     }
 }
 
-TEST_F(TenEmailsTest, SimpleComparisonCountsFiles)
+TEST_F(CheckFolderTest, SimpleComparisonCountsFiles)
 {
+    Mail() = Inbox(10);
     for (int i = 0; i < 10; ++i)
         if (i != 3) Store(u"000" + DecimalText(i) + u"_a.eml");
     Store(u"0011_a.eml");
@@ -295,6 +280,24 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     ExpectVerdict(verdict, "files can be compared without a database");
 }
 
+TEST_F(CheckFolderTest, WithoutAWritableRecordACheckByFilesRecordsNothingAndSaysSo)
+{
+    saved.whyReadOnly = u"The table has lost rows: it should have 5 and has 0";
+    const Text lost = u"Nothing is recorded: " + saved.whyReadOnly,
+               closed = u"Nothing is recorded: the database of saved emails is not open";
+    Store(u"0000_a.eml", Message(0));
+    Check(ComparisonType::file);
+    ExpectVerdict(u"Inbox has 1 saved email(s). 3 email(s) not saved.");
+    EXPECT_EQ(Count(lost), 1);
+    EXPECT_TRUE(rows.empty());
+    Check(ComparisonType::database);
+    ExpectLog("it writes nothing", {u"Inbox has 0 saved email(s)."}, {u"Nothing is recorded"});
+    CloseSavedEmails(saved);
+    Check(ComparisonType::file);
+    ExpectLog("closed", {closed, u"Inbox has 1 saved email(s)."}, {lost});
+    EXPECT_EQ(Count(closed), 1);
+}
+
 TEST_F(CheckFolderTest, ARowThatCannotBeReadIsNotSaved)
 {
     // A sent message, say: what is unread would have its dates, which are none.
@@ -320,8 +323,9 @@ TEST_F(CheckFolderTest, FileComparisonTellsTheDifferenceOfTheCounts)
         << "surplus files are no e-mails of the list";
 }
 
-TEST_F(ManyEmailsTest, FilesBeyondNumber9999AreFoundInTheirPlace)
+TEST_F(CheckFolderTest, FilesBeyondNumber9999AreFoundInTheirPlace)
 {
+    Mail() = Inbox(240);
     for (int i = 0; i < 240; ++i) Store(DecimalText(9880 + i) + u"_a.eml", Message(i));
     Check(ComparisonType::file);
     ExpectVerdict(u"Inbox has 240 saved email(s). All emails have been saved.",
