@@ -1,5 +1,4 @@
-// StoreFoldersTest.cpp: names and directories of the mail folders in the store, and what a new database of
-// saved e-mails does not know of it.
+// StoreFoldersTest.cpp: names and directories of the mail folders in the store, and what is stored there.
 #include "folders/StoreFolders.h"
 #include "folders/FolderPaths.h"
 #include "folders/StoredFiles.h"
@@ -75,24 +74,4 @@ TEST(StoredFiles, OnlyTheMailFoldersOwnDirectoriesCount)
     EXPECT_EQ(CountStoredFiles(bench.run).folders, 2u);
     bench.view.options.storeFolder = u"C:\\Other";
     EXPECT_EQ(CountStoredFiles(bench.run).files, 0u) << "the store folder of this moment";
-}
-
-TEST(StoredFiles, ADatabaseSaysWhetherItIsNew)
-{
-    FakeFiles files;
-    MemoryRows rows;
-    const Text path = u"C:\\saved.mdb";
-    const DatabaseMaker opens = {[&](const Text& made, const Text&) { files.AddFile(made); },
-                                 [&](const Text&) { return std::make_unique<MemoryDatabase>(rows); }};
-    const DatabaseMaker fails = {
-        [](const Text&, const Text&) { throw DatabaseError(u"no"); },
-        [](const Text&) -> std::unique_ptr<Database> { throw DatabaseError(u"no"); }};
-    SavedEmails made, found, refused;
-    EXPECT_EQ(OpenSavedEmails(made, files, path, {fails, opens}), u"");
-    EXPECT_TRUE(made.created);
-    EXPECT_EQ(OpenSavedEmails(found, files, path, {fails, opens}), u"");
-    EXPECT_FALSE(found.created) << "the file was there";
-    files.files.clear();
-    EXPECT_NE(OpenSavedEmails(refused, files, path, {fails}), u"");
-    EXPECT_FALSE(refused.created);
 }
