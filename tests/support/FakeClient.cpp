@@ -218,7 +218,7 @@ void FakeClient::AskForDialog()
 {
     if (noDialog || !windows_.count(main_)) return;
     const std::size_t ask = asks_++;
-    const int delay = ask < dialogDelays.size() ? dialogDelays[ask] : dialogAfter * kSleep;
+    const int delay = ask < dialogDelays.size() ? dialogDelays[ask] : 0;
     const int row = FirstSelected();
     if (delay == 0 && !IsSilent())
         OpenDialog(row);
@@ -249,7 +249,6 @@ void FakeClient::PressSave(WindowHandle dialog)
     }
     if (!keepDialog) RemoveWindow(dialog);
     if (onSave) onSave(static_cast<int>(saved.size()));
-    if (closeAfterSaves == static_cast<int>(saved.size())) End();
 }
 
 // As far as the list tells it.

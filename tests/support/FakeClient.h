@@ -30,8 +30,7 @@ public:
     bool ignoreDownKey = false, noDialog = false, noCombo = false, noEdit = false, saveNothing = false;
     bool keepDialog = false;       // it stays open after Save and after Cancel
     bool deafEdit = false;         // the box for the name takes no text
-    int dialogAfter = 0;           // sleeps between the command and the dialog
-    std::vector<int> dialogDelays; // milliseconds, for the first commands in turn; dialogAfter for the rest
+    std::vector<int> dialogDelays; // milliseconds, for the first commands in turn; the rest have none
     bool takesAtOpening = false; // the dialog takes the row selected when it opens, not when it was asked for
     struct Box {
         Text words;
@@ -50,7 +49,6 @@ public:
     bool silentHeader = false; // the header answers neither order nor titles, but its count
     // Before each message that asks or acts: the place for what the user and the mail do meanwhile.
     std::function<void(WindowHandle window, std::uint32_t message)> onMessage;
-    int closeAfterSaves = -1; // the client ends itself
     std::function<void(int saves)> onSave;
 
     // What was seen.

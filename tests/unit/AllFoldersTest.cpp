@@ -108,16 +108,6 @@ TEST_F(AllFoldersTest, AStopBetweenTwoEmailsEndsTheCheckAndTheExportBehindIt)
     ExpectLog("it was the user", {u"User aborted on email export."});
 }
 
-TEST_F(AllFoldersTest, AFolderThatTheClientDoesNotShowIsLeftAlone)
-{
-    fake.refreshAfter = 100'000;
-    fake.ShowFolder(4); // so that the first folder needs a change
-    CheckAll();
-    EXPECT_EQ(Count(u"Outlook Express failed to change folders."), 1);
-    EXPECT_EQ(Count(u"Program forced to abort."), 1);
-    EXPECT_TRUE(run.exportList.empty()) << "the list on the screen is another folder's";
-}
-
 TEST_F(AllFoldersTest, TheIgnoreNameDecidesWhereTheRunEnds)
 {
     const struct {

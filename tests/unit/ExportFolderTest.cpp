@@ -81,14 +81,6 @@ TEST_F(ExportFolderTest, TheOptionsReachTheDialog)
     ExpectOutcome(u"0 passed, 1 failed, 0");
 }
 
-TEST_F(ExportFolderTest, AFileIsNamedAfterTheRowThatWasRead)
-{
-    fake.ignoreDownKey = true;
-    Export();
-    ExpectOutcome(u"1 passed, 0 failed, 3", u"the same row again and again, saved once");
-    EXPECT_EQ(fake.saved.size(), 1u);
-}
-
 TEST_F(ExportFolderTest, AnEmailWithoutAnyDetailsIsExportedAndAnUnreadOneIsNot)
 {
     Mail()[1] = std::vector<Text>(6);
@@ -131,14 +123,12 @@ TEST_F(ExportFolderTest, AStopTakesEffectAfterTheEmailBeingSaved)
 
 TEST_F(ExportFolderTest, AClientThatClosesEndsTheRun)
 {
-    fake.closeAfterSaves = 2;
+    AfterSave(2, [this] { fake.End(); });
     Export();
     EXPECT_FALSE(flags.runCompleted);
     const Texts tail(view.log.end() - 5, view.log.end());
     EXPECT_EQ(tail, (Texts{u"Terminated unexpectedly", u"OE has closed unexpectedly",
-                           u"2 passed, 0 failed, 0 skipped", u"Export complete",
-                           u"2 of 2 e-mail(s) handled in this run are saved; 0 are not. 2 more were "
-                           u"not looked at."}));
+                           u"2 passed, 0 failed, 0 skipped", u"Export complete", Closing(2, 2, 2)}));
     Forget();
     EXPECT_FALSE(SelectShownFolder(run));
     EXPECT_TRUE(view.boxes.empty()) << "without a client only its line";
@@ -192,8 +182,7 @@ TEST_F(ExportFolderTest, ADatabaseFaultEndsTheRunWithItsWords)
     EXPECT_FALSE(flags.runCompleted);
     EXPECT_EQ(view.boxes.back(), u"Database error: the disk is full");
     EXPECT_EQ(fake.saved.size(), 1u) << "nothing is exported without a record of it";
-    EXPECT_EQ(view.log.back(),
-              u"0 of 1 e-mail(s) handled in this run are saved; 1 are not. 3 more were not looked at.");
+    EXPECT_EQ(view.log.back(), Closing(0, 1, 3));
 }
 
 TEST_F(ExportFolderTest, TheSelectedEmailIsShownInTheSummary)
