@@ -1,4 +1,4 @@
-// Settings.h: what the program remembers between runs: twelve keys of settings.ini in the program's folder.
+// Settings.h: what the program remembers between runs: the keys of settings.ini in the program's folder.
 // Fails by: nothing. A missing file or key means its default, a failed write is not reported.
 #pragma once
 #include "app/ControlIds.h"

@@ -86,7 +86,7 @@ TEST_F(ProgramTest, ClosingWritesTheChoicesAndEndsAtOnce)
     for (int time = 0; time < 2; ++time) program.AskToClose();
     EXPECT_EQ(window.steps, (Texts{u"destroy"})) << "once";
     EXPECT_EQ(window.log, (Texts{u"Closing Quillbox"}));
-    EXPECT_EQ(profile.written.size(), 12u);
+    EXPECT_EQ(profile.written.size(), SettingRows().size());
     EXPECT_EQ(profile.values[u"Options/Skip Identical Files"], u"1");
     EXPECT_EQ(profile.values[u"Options/First folder to ignore"], u"Trash");
     EXPECT_EQ(profile.values[u"Paths/Store"], u"C:\\Store");
@@ -110,14 +110,14 @@ TEST_F(ProgramTest, ClosingInMidRunFinishesTheEmailAndThenEnds)
         bench.Start();
         bench.fake.onSave = [&](int) {
             session ? bench.program.EndSession() : bench.program.AskToClose();
-            EXPECT_EQ(bench.profile.written.size(), session ? 12u : 0u);
+            EXPECT_EQ(bench.profile.written.size(), session ? SettingRows().size() : 0u);
             EXPECT_EQ(bench.Logged(u"Closing Quillbox"), session);
         };
         EXPECT_EQ(bench.Press(&Program::cmdExport), u"");
         EXPECT_EQ(bench.Records().size(), 1u) << "the e-mail under way";
         EXPECT_TRUE(bench.Logged(u"User aborted on email export."));
         EXPECT_EQ(std::count(bench.window.log.begin(), bench.window.log.end(), u"Closing Quillbox"), 1);
-        EXPECT_EQ(bench.profile.written.size(), 12u);
+        EXPECT_EQ(bench.profile.written.size(), SettingRows().size());
         EXPECT_EQ(bench.window.steps,
                   (Texts{u"begin", u"busy", u"close box", u"no stop buttons", u"end", u"destroy"}));
     }
