@@ -1,5 +1,6 @@
 // DisturbedFoldersTest.cpp: the folder that is not the one that was asked for, the client that was started
 // anew: no e-mail is stored in a wrong folder (RunBench), and none is missed without a word.
+#include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 #include "tests/support/RunBench.h"
 
@@ -126,6 +127,16 @@ TEST(DisturbedFolders, AClickOnAnotherFolderRightAfterTheChange)
         std::size_t all = 0;
         for (const std::size_t folder : {2, 3, 4}) all += bench.fake.folders[folder].rows.size();
         EXPECT_EQ(bench.rows.size(), all) << c.why;
+    }
+}
+
+TEST(DisturbedFolders, AClientThatComesBackInAFolderChangeDoesNotEndTheRun)
+{
+    for (int nth = 1; nth < 20; ++nth) {
+        RunBench bench;
+        bench.fake.onMessage = At(nth % 2 ? message::kTreeSelectItem : message::kListHeader, 1 + nth % 3,
+                                  [&] { bench.fake.FallSilent(61'000); });
+        EXPECT_TRUE(ChangeFolder(bench.client, 3, u"Other")) << nth;
     }
 }
 
