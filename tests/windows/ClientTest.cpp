@@ -48,9 +48,8 @@ protected:
     }
     std::string Stored() const // what x.eml holds; "none" without it
     {
-        std::ifstream file(directory.Path() / "x.eml", std::ios::binary);
-        if (!file) return "none";
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        const std::filesystem::path path = directory.Path() / "x.eml";
+        return std::filesystem::exists(path) ? BytesOf(path) : "none";
     }
 
     MailDirectory directory; // outlives the client

@@ -227,21 +227,6 @@ TEST_F(Dao, FindsOutAtOpeningWhetherItCanBeWritten)
     }
 }
 
-TEST_F(Dao, CondensesInTransactions)
-{
-    Install();
-    dao.rows.assign(2500, FakeDao::Row{u"f", u"s", u"A1"});
-    SavedEmails saved{OpenDaoDatabase(kPath)};
-    EXPECT_EQ(Condense(saved).removed, 2499);
-    EXPECT_FALSE(dao.rows[0].empty());
-    EXPECT_EQ(std::count(dao.rows.begin(), dao.rows.end(), FakeDao::Row{}), 2499);
-    EXPECT_EQ(Count("workspace.BeginTrans()"), 3);
-    EXPECT_EQ(Count("workspace.CommitTrans(1)"), 3) << "to the disk";
-    EXPECT_EQ(Count("workspace.Rollback()"), 0);
-    dao.rows.clear();
-    EXPECT_EQ(Condense(saved).removed, 0) << "no row to go to";
-}
-
 TEST_F(Dao, CreatesAFileWithItsTableOrNoneAndTouchesNoOther)
 {
     Install();

@@ -7,7 +7,6 @@
 
 #include <oleauto.h>
 #include <optional>
-#include <set>
 #include <string>
 #include <utility>
 #include <vector>

@@ -11,7 +11,6 @@ namespace {
 
 class WinFilesTest : public testing::Test {
 protected:
-    void TearDown() override { SetFileAttributesW(Wide(path), FILE_ATTRIBUTE_NORMAL); } // so that it can go
     // A handle of another program.
     HANDLE OpenElsewhere(DWORD access, DWORD share)
     {
@@ -27,19 +26,6 @@ protected:
 
 } // namespace
 
-TEST_F(WinFilesTest, AFileInUseIsTold)
-{
-    const HANDLE other = OpenElsewhere(GENERIC_READ | GENERIC_WRITE, 0);
-    ASSERT_NE(other, INVALID_HANDLE_VALUE);
-    EXPECT_EQ(files.ReadWhole(path, bytes), FileError::inUse);
-    EXPECT_EQ(files.Append(path, "x"), FileError::inUse);
-    EXPECT_FALSE(files.Open(path, OpenMode::read, error));
-    EXPECT_EQ(error, FileError::inUse);
-    EXPECT_FALSE(files.Delete(path));
-    EXPECT_TRUE(files.FileExists(path));
-    CloseHandle(other);
-}
-
 // The mail client may still hold the message it has just saved, an editor the log.
 TEST_F(WinFilesTest, AFileThatIsSharedIsReadAndAppendedTo)
 {
@@ -51,22 +37,6 @@ TEST_F(WinFilesTest, AFileThatIsSharedIsReadAndAppendedTo)
     EXPECT_FALSE(files.Open(path, OpenMode::exclusive, error));
     EXPECT_EQ(error, FileError::inUse);
     CloseHandle(other);
-}
-
-TEST_F(WinFilesTest, AReadOnlyFileIsReadAndNotWritten)
-{
-    ASSERT_EQ(files.Append(path, "x"), FileError::none);
-    ASSERT_TRUE(SetFileAttributesW(Wide(path), FILE_ATTRIBUTE_READONLY));
-    const HANDLE allowed = OpenElsewhere(GENERIC_WRITE, 0);
-    if (allowed != INVALID_HANDLE_VALUE) {
-        CloseHandle(allowed);
-        GTEST_SKIP() << "this user may write read-only files";
-    }
-    EXPECT_EQ(files.Append(path, "y"), FileError::denied);
-    EXPECT_FALSE(files.Open(path, OpenMode::exclusive, error));
-    EXPECT_EQ(error, FileError::denied);
-    EXPECT_EQ(files.ReadWhole(path, bytes), FileError::none);
-    EXPECT_EQ(bytes, "x");
 }
 
 // A longer path is refused: cut, it would be another e-mail's.
@@ -88,14 +58,6 @@ TEST_F(WinFilesTest, PathsOf259CharactersAndNoMore)
     const Text tooLong = directory + u"\\" + Text(300, u'd');
     EXPECT_FALSE(files.MakeDirectory(tooLong));
     EXPECT_TRUE(files.ListEmlFiles(tooLong).empty());
-}
-
-TEST_F(WinFilesTest, NamesThatWindowsCannotHoldAreRefused)
-{
-    for (const Text& refused : {scratch / u"a?b", scratch / u"a|b", Text(u"Q:\\no\\drive")}) {
-        EXPECT_EQ(files.Append(refused, "x"), FileError::notFound) << ToUtf8(refused);
-        EXPECT_FALSE(files.FileExists(refused) || files.MakeDirectory(refused)) << ToUtf8(refused);
-    }
 }
 
 // Asked for "*.*eml", Windows gives this file for the sake of its short name.

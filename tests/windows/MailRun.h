@@ -38,7 +38,7 @@ protected:
     bool Start(const std::string& options, const std::wstring& clientSwitches = {})
     {
         CreateFolder(L"store");
-        if (store.empty()) store = std::string(program.Folder().begin(), program.Folder().end()) + "store";
+        const std::string store = std::string(program.Folder().begin(), program.Folder().end()) + "store";
         const std::string settle = Contains(options, "Settle Time") ? "" : "OE Folder Settle Time=0.1\r\n";
         program.Write(L"settings.ini", "[Paths]\r\nStore=" + store + "\r\n[Options]\r\n" + settle + options);
         if (!StartDemoClient(client, program.Folder(), clientSwitches)) return false;
@@ -58,11 +58,6 @@ protected:
         return program.WaitUntilIdle(kPatience) ? words : L"still busy";
     }
     std::wstring Run(int button) { return Press(Control(button)) ? EndOfRun() : L"the button is off"; }
-    std::wstring Choose(ResultsMenuId item) // of the results table's menu
-    {
-        PostMessageW(program.Window(), WM_COMMAND, item, 0);
-        return EndOfRun();
-    }
     void Tick(int checkBox) { SendMessageW(Control(checkBox), BM_CLICK, 0, 0); }
     std::string Log() const { return program.Read(L"log.txt"); }
     bool WaitForLog(const std::string& words) const
@@ -71,8 +66,6 @@ protected:
     }
     // "Inbox\\0000_Inbox0.eml", below the store's "Local Folders".
     std::wstring Stored(const std::wstring& name) const { return L"store\\Local Folders\\" + name; }
-
-    std::string store; // what the settings say; before Start: the program's "store" when empty
 
     bool storedBefore = false; // e-mails lie in the store that the new database does not know
     ProgramUnderTest program;  // outlives the client, whose files lie in its folder

@@ -65,22 +65,6 @@ TEST_F(Profile, WhatIsMissingReadsAsEmpty)
     EXPECT_EQ(profile.Read(u"OPTIONS", u"key", file), u"1"); // names have no case
 }
 
-TEST_F(Profile, ReadsWhatWasWrittenByHandAndLeavesItAlone)
-{
-    std::ofstream(scratch.Path() / "settings.ini", std::ios::binary)
-        << "; by hand\r\n[Extras]\r\nTree Separator = ::\n\n  OE Folder Settle Time=1.5\nno equals "
-           "sign\r\n[Options]\r\nID only=0\r\nSystem Folders=|\xE9t\xE9|"; // without a line end
-    ASSERT_TRUE(profile.Write(u"Options", u"ID only", u"1", file));
-    ASSERT_TRUE(profile.Write(u"Paths", u"Store", u"C:\\M\u00E9ls", file));
-    EXPECT_EQ(profile.Read(u"Extras", u"Tree Separator", file), u"::");
-    EXPECT_EQ(profile.Read(u"Extras", u"OE Folder Settle Time", file), u"1.5");
-    EXPECT_EQ(profile.Read(u"Options", u"System Folders", file), u"|\u00E9t\u00E9|");
-    const std::string bytes = FileBytes();
-    for (const char* kept :
-         {"; by hand\r\n[Extras]\r\n", "[Options]\r\nID only=1\r\n", "[Paths]\r\nStore=C:\\M\xE9ls\r\n"})
-        EXPECT_NE(bytes.find(kept), std::string::npos) << bytes;
-}
-
 TEST_F(Profile, TellsWhenItCannotWrite)
 {
     EXPECT_FALSE(profile.Write(u"Options", u"Key", u"1", scratch / u"missing\\settings.ini"));

@@ -22,6 +22,12 @@ std::vector<std::wstring> LinesOf(HWND listBox)
     return lines;
 }
 
+std::string BytesOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 std::wstring FolderOfTests()
 {
     wchar_t path[MAX_PATH] = {};
@@ -47,20 +53,14 @@ void ProgramUnderTest::Write(const std::wstring& name, const std::string& bytes)
 
 std::string ProgramUnderTest::Read(const std::wstring& name) const
 {
-    std::ifstream file(std::filesystem::path(folder_ + name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    return BytesOf(folder_ + name);
 }
 
 bool ProgramUnderTest::Start()
 {
     process_.Start(L"\"" + folder_ + L"quillbox.exe\"", folder_);
-    return Attach() && WaitForBox(L"IMPORTANT! Please Read");
-}
-
-bool ProgramUnderTest::Attach()
-{
     window_ = WaitForWindow(process_.Id(), L"Form1", L"", kPatience);
-    return window_ != nullptr;
+    return window_ && WaitForBox(L"IMPORTANT! Please Read");
 }
 
 bool ProgramUnderTest::PassStartUp()

@@ -10,6 +10,7 @@
 #include <vector>
 
 std::vector<std::wstring> LinesOf(HWND listBox);
+std::string BytesOf(const std::filesystem::path& path); // empty when there is no such file
 std::wstring FolderOfTests(); // where this test program and the programs under test lie; ends in a backslash
 
 class ProgramUnderTest {
@@ -24,7 +25,6 @@ public:
     std::string Read(const std::wstring& name) const; // empty when there is no such file
 
     bool Start();       // until the start-up box is there
-    bool Attach();      // to the window of a program that Process() has started
     bool PassStartUp(); // presses its OK and waits for the end of the first synchronisation
     HWND Window() const { return window_; }
     HWND Control(int id) const;
