@@ -206,6 +206,12 @@ TEST_F(WindowLayoutTest, EverySizeKeepsControlsInsideAndApart)
             EXPECT_TRUE(IsWindowVisible(Control(fraTabs[tab])));
             ExpectOrder("on page " + std::to_string(tab) + " at " + std::to_string(width));
         }
+        RECT form = {};
+        GetClientRect(program.Window(), &form);
+        MapWindowPoints(program.Window(), nullptr, reinterpret_cast<POINT*>(&form), 2);
+        const RECT strip = PlaceOf(Control(nTab));
+        EXPECT_EQ(form.right - strip.right, strip.left - form.left) << "as wide as the window";
+        EXPECT_LT(form.bottom - strip.bottom, 20) << "down to its end";
         const RECT tree = PlaceOf(Control(tvOETree));
         EXPECT_GE(tree.bottom - tree.top, treeHeight);
         treeHeight = tree.bottom - tree.top;
