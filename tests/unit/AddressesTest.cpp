@@ -21,8 +21,6 @@ TEST(Addresses, AListIsReducedToTheNamesThatTheClientShows)
         Text value, want;
     } cases[] = {
         {"name before address", u"Ann Lee <a@x.org>", u"Ann Lee"},
-        {"address alone", u"<a@x.org>", u"a@x.org"},
-        {"bare addresses", u"a@x.org,b@x.org", u"a@x.org; b@x.org"},
         {"a comma in a quoted name, quotes stay", u"\"Lee, Ann\" <a@x.org>, b@x.org",
          u"\"Lee, Ann\"; b@x.org"},
         {"apostrophes quote when they come first", u"'Lee, Ann' <a@x.org>, b@x.org", u"'Lee, Ann'; b@x.org"},
@@ -40,10 +38,8 @@ TEST(Addresses, AListIsReducedToTheNamesThatTheClientShows)
          u"\"Ann \\\"A, B\\\" Lee\""},
         {"escaped brackets are no brackets", u"\\<x@y\\> <a@x.org>", u"\\<x@y\\>"},
         {"brackets without an address are a name", u"<nobody>", u"<nobody>"},
-        {"and join it", u"Ann <home> <a@x.org>", u"Ann <home>"},
         {"the last address wins", u"<a@x.org><b@x.org>", u"b@x.org"},
         {"no closing bracket behind the address", u"> Ann <a@x.org", u"> Ann <a@x.org"},
-        {"a closing bracket first", u"Ann> <a@x.org>", u"Ann>"},
         {"an address without opening bracket loses its first letter", u"<x><> a@x.org>", u"<x><>"},
         {"nothing but an address and a bracket", u"<@><b>a@x.org>", u"<b>"},
         {"too short to be an address", u"<@", u"<@"},
@@ -55,7 +51,6 @@ TEST(Addresses, AListIsReducedToTheNamesThatTheClientShows)
         {"not without a blank behind the colon", u"\"Friends\":'Ann' <a@x.org>", u"\"Friends\":'Ann'"},
         {"control characters come out as what they stand for", Text{1, u'a', 2, 5}, u"\\'a\\\"\\("},
         {"empty", u"", u""},
-        {"nothing in it", u" , ; ", u""},
     };
     for (const auto& c : cases) EXPECT_EQ(DetagAddressList(c.value, false), c.want) << c.why;
 }
@@ -64,7 +59,6 @@ TEST(Addresses, AListIsReducedToTheNamesThatTheClientShows)
 TEST(Addresses, TheSeparatorOfAListIsTheOneOutsideQuotes)
 {
     const AddressCase cases[] = {
-        {"one address", u"a@x.org", u""},
         {"empty", u"", u""},
         {"comma", u"a@x.org, b@x.org", u","},
         {"semicolon", u"a@x.org; b@x.org", u"; "},
@@ -72,7 +66,6 @@ TEST(Addresses, TheSeparatorOfAListIsTheOneOutsideQuotes)
         {"a quoted one does not", u"\"a; b\", c", u","},
         {"unless there is no other", u"\"Lee, Ann\"", u","},
         {"a quoted semicolon before a quoted comma", u"\"a; b, c\"", u"; "},
-        {"line break behind the semicolon", u"a;\r\nb", u"; "},
         {"escaped quotes quote nothing", u"\\\"a, b\\\"", u","},
     };
     for (const AddressCase& c : cases) {
@@ -87,10 +80,8 @@ TEST(Addresses, TheBareAddressOrACleanedNameRemains)
     const AddressCase cases[] = {
         {"between brackets", u"Ann <a@x.org>", u"a@x.org"},
         {"between quotes", u"\"a@x.org\"", u"a@x.org"},
-        {"between apostrophes", u"'a@x.org'", u"a@x.org"},
         {"between separators", u"Ann;a@x.org;b", u"a@x.org"},
         {"the first of several", u"Ann a@x.org, b@y.org", u"a@x.org"},
-        {"the whole text", u"a@x.org", u"a@x.org"},
         {"an opening bracket behind it is part of it", u"a@x<y> z", u"a@x<y"},
         {"nothing around the sign", u" @ ", u"@"},
         {"name in quotes", u" 'Ann  Lee' ", u"Ann Lee"},
@@ -101,7 +92,6 @@ TEST(Addresses, TheBareAddressOrACleanedNameRemains)
         {"parentheses escaped, again where they were", u"Ann (home) \\(x\\)", u"Ann \\(home\\) \\\\(x\\\\)"},
         {"a last single letter is lost", u"Ann  L", u"Ann"},
         {"empty", u"", u""},
-        {"only quotes", u"'''", u""},
     };
     for (const AddressCase& c : cases) EXPECT_EQ(BareAddressOf(c.value), c.want) << c.why;
 }

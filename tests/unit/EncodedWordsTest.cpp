@@ -16,11 +16,8 @@ TEST(EncodedWords, AValueIsSplitIntoPlainTextAndClosedWords)
         const char16_t* want; // segments between bars, words with "W" before them
     } cases[] = {
         {"no word", u"a ? b", u"|a ? b"},
-        {"empty", u"", u"|"},
-        {"text on both sides", u"x =?a?b?c?= y", u"|x |W=?a?b?c?=| y"},
         {"words side by side", u"=?a?b?c?==?d?e?f?=", u"|W=?a?b?c?=|W=?d?e?f?="},
         {"a payload that starts with an escape does not end the word", u"=?a?q?=41?=", u"|W=?a?q?=41?="},
-        {"empty payload", u"=?a?q?\?=", u"|W=?a?q?\?="},
         {"three question marks are no word", u"=?a?q?=", u"|=?a?q?="},
         {"never closed: plain to the end", u"x =?a?q?b =?c", u"|x |=?a?q?b =?c"},
         {"a word in an unclosed one closes it", u"=?a =?b?q?c?= d", u"|W=?a =?b?q?c?=| d"},
@@ -42,19 +39,14 @@ TEST(EncodedWords, WordsAreDecodedForTheReaderAndAsTheListShowsThem)
         const char* why;
         Text value, display, comparison;
     } cases[] = {
-        {"plain text", u"Re: a_b =41", u"Re: a_b =41", u"Re: a_b =41"},
         {"unknown set: as it stands", u"=?koi8-r?q?a_=41?=", u"=?koi8-r?q?a_=41?=", u"=?koi8-r?q?a_=41?="},
-        {"a set with a language is unknown", u"=?iso-8859-1*en?q?a?=", u"=?iso-8859-1*en?q?a?=",
-         u"=?iso-8859-1*en?q?a?="},
         {"never closed: as it stands, though the set is known", u"=?iso-8859-1?q?a_b", u"=?iso-8859-1?q?a_b",
          u"=?iso-8859-1?q?a_b"},
-        {"empty", u"", u"", u""},
         {"the space between words goes, one comes before each", u"=?iso-8859-1?q?a?= =?ISO-8859-1?Q?b?=",
          u"ab", u" a b"},
         {"a single space at the start goes too", u" =?iso-8859-1?q?a?=", u"a", u" a"},
         {"and one before a word that is never closed", u"=?iso-8859-1?q?a?= =?x", u"a=?x", u" a=?x"},
         {"two spaces are text", u"=?iso-8859-1?q?a?=  =?iso-8859-1?q?bc?=", u"a bc", u" a bc"},
-        {"other text stays", u"x =?iso-8859-1?q?a?= y", u"x a y", u"x a y"},
         {"ISO-8859-1 is read as Windows-1252", u"=?iso-8859-1?q?=80=A4?=", u"\u20AC\u00A4", u" \u20AC\u00A4"},
         {"ISO-8859-15 first, ISO-8859-1 where it has nothing", u"=?iso-8859-15?q?=A4=BE=E9=80?=",
          u"\u20AC\u0178\u00E9", u" \u20AC\u0178\u00E9"},
@@ -94,13 +86,10 @@ TEST(EncodedWords, Base64IsDecodedInWholeGroups)
         const char16_t* text;
         Text want;
     } cases[] = {
-        {"nothing", u"", u""},
-        {"padding", u"QUI=", u"AB"},
         {"two of them", u"QQ==", u"A"},
         {"a third takes nothing more", u"QUJDRA===", u"ABCD"},
         {"an incomplete group is ignored", u"QUJDRA", u"ABC"},
         {"but padding in it counts", u"QUJD=", u"AB"},
-        {"padding alone", u"=", u""},
         {"a wrong character counts as 64 and spoils its own bits", u"Q!JD", {u'D', 2, u'C'}},
         {"high bytes through the code page", u"gJaB", u"\u20AC\u2013\u0081"},
     };
