@@ -16,7 +16,6 @@ TEST(DayCount, FractionsCountForwardAndAreRoundedToTheSecond)
         int weekday;
     } cases[] = {
         {"day 0", 0, u"30/12/1899 00:00:00", 6},
-        {"a quarter past nine", 39175 + 33300 / 86400.0, u"03/04/2007 09:15:00", 2},
         {"the last instant of a day rounds into the next", 39175.9999999, u"04/04/2007 00:00:00", 3},
         {"a negative date's fraction counts forward", -1.25, u"29/12/1899 06:00:00", 5},
         {"a negative date at the end of its day", -1.9999999, u"30/12/1899 00:00:00", 6},
@@ -65,7 +64,6 @@ TEST(DayCount, MonthsAndDaysBeyondTheCalendarCarryOver)
         {"the window comes before the carry", 99, 13, 1, u"01/01/2000 00:00"},
         {"100 is the year 100", 100, 1, 1, u"01/01/0100 00:00"},
         {"month 0", 2007, 0, 1, u"01/12/2006 00:00"},
-        {"month -11", 2007, -11, 1, u"01/01/2006 00:00"},
         {"day 0", 2008, 3, 0, u"29/02/2008 00:00"},
         {"far", 2000, 32767, 32767, u"16/03/4820 00:00"},
         {"back into the range", 10000, 0, 1, u"01/12/9999 00:00"},

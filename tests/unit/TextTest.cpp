@@ -10,15 +10,11 @@ TEST(Text, CollapseSpacesKeepsItsLoss)
         Text in, want;
     };
     const Case cases[] = {
-        {"no run: unchanged, single spaces stay", u" a b ", u" a b "},
         {"a single character behind the last run is lost", u"a  b", u"a "},
-        {"two characters behind it stay", u"a  bc", u"a bc"},
         {"a run at the end becomes one space", u"ab   ", u"ab "},
         {"only the last run loses", u"a  b  cd", u"a b cd"},
         {"a single spaced character behind the last run is two characters", u"a  b c", u"a b c"},
-        {"nothing but a run", u"    ", u" "},
         {"a leading run", u"   xy", u" xy"},
-        {"empty", u"", u""},
     };
     for (const Case& c : cases) EXPECT_EQ(CollapseSpaces(c.in), c.want) << c.why;
 }
@@ -38,7 +34,6 @@ TEST(Text, FieldOfAndCountOf)
         {"empty fields count", u"a,,c", u",", 3, u"c", 2},
         {"the last field may be empty", u"a,", u",", 2, u"", 1},
         {"occurrences do not overlap", u"aaa", u"aa", 2, u"a", 1},
-        {"longer delimiter", u"a; b; c", u"; ", 2, u"b", 2},
         {"case counts", u"axbXc", u"X", 2, u"c", 1},
     };
     for (const Case& c : cases) {
