@@ -59,7 +59,6 @@ TEST(JetCodec, TextToBytes)
         {"a pair of surrogates is two units", u"\xD83D\xDE00", Compression::compressed, "3DD800DE"},
         {"a leading byte order mark would read as compression", u"\xFEFF\xFEFFxy", Compression::plain,
          "78007900"},
-        {"empty", u"", Compression::compressed, ""},
     };
     for (const auto& c : cases) EXPECT_EQ(Hex(EncodeText(c.text, c.compression)), c.want) << c.why;
 }
@@ -71,12 +70,9 @@ TEST(JetCodec, BytesToText)
         std::string hex;
         Text want;
     } cases[] = {
-        {"plain", "61000004", u"a\x0400"},
-        {"compressed", "FFFE6162", u"ab"},
         {"runs take turns: narrow, wide, narrow", "FFFE6100300431040062", u"a\x0430\x0431\x62"},
         {"beginning wide", "FFFE003004", u"\x0430"},
         {"the mark alone", "FFFE", u""},
-        {"empty", "", u""},
     };
     for (const auto& c : cases) EXPECT_EQ(DecodeText(ByteView(Unhex(c.hex), 1)), c.want) << c.why;
     for (const char* cut : {"610062", "61", "FFFE0030"})
@@ -113,14 +109,12 @@ TEST(JetCodec, ValuesForPeople)
         Text want;
     } cases[] = {
         {ColumnType::boolean, "01", u"True"},
-        {ColumnType::byte, "FF", u"255"},
         {ColumnType::int16, "FEFF", u"-2"},
         {ColumnType::int32, "00000080", u"-2147483648"},
         {ColumnType::money, "C7CFFFFFFFFFFFFF", u"-1.2345"},
         {ColumnType::money, "0100000000000000", u"0.0001"},
         {ColumnType::float32, "CDCC8C3F", u"1.1"},
         {ColumnType::float64, "9A9999999999B93F", u"0.1"},
-        {ColumnType::float64, "000000000000F07F", u"Infinity"},
         {ColumnType::date, "ABAAAAAA8D20E340", u"2007-03-31 10:15:00"},
         {ColumnType::date, "0000000000000041", u"2258-11-10 00:00:00"},
         {ColumnType::date, "9A9999999999F97F", u"NaN"}, // no date: shown as it is

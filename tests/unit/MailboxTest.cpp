@@ -91,7 +91,6 @@ TEST(MailboxTest, MboxIsCutAtItsSeparatorsAndLosesNoByteOfAMessage)
         {"From a\r\nA\r\n\r\nFrom b\r\nB\r\n", {"A\r\n\r\n", "B\r\n"}},
         {"From a\nA\nFrom here on\nB", {"A\nFrom here on\nB"}},
         {"From a\nA\n\n From b\n>From c\n", {"A\n\n From b\n>From c\n"}},
-        {"From a\nTo: x\n\nFrom: y\n", {"To: x\n\nFrom: y\n"}},
         {"From a\nA\n\nFrom b", {"A\n\n", ""}},
         {"From a\nFrom b\nB", {"From b\nB"}},
         {"Subject: x\n\nFrom a\nA", {"Subject: x\n\n", "A"}}, // before the first separator
@@ -108,7 +107,6 @@ TEST(MailboxTest, DirectoryNamesHoldOnlyWhatWindowsCan)
         {u"O'Brien & Co £5", u"O'Brien & Co £5"},
         {u"a\\b/c:d*e?f\"g<h>i|j\tk", u"a_b_c_d_e_f_g_h_i_j_k"},
         {u"x. .", u"x___"},
-        {u".x y", u".x y"},
         {u"Con", u"Con_"},
         {u"lpt1.txt", u"lpt1_.txt"},
         {u"console COM0", u"console COM0"},
