@@ -124,7 +124,7 @@ public:
         program_.flags_ = {};
         program_.window_.BeginCommand();
     }
-    ~Bracket()
+    ~Bracket() noexcept(false) // the window may lack memory: that is for its procedure to say
     {
         program_.running_ = false;
         program_.window_.EndCommand();
