@@ -11,7 +11,7 @@ packages=(
     wine wine32:i386 xvfb imagemagick                  # the program at work, and pictures of it
     fonts-wine fonts-liberation tzdata
     zip unzip cmark-gfm                                # the package
-    git clang-format shellcheck cppcheck clang-tidy    # the rules of the house
+    git clang-format shellcheck cppcheck clang-tidy python3 # the rules of the house
 )
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null) == ii* ]]; }
