@@ -1,6 +1,5 @@
 # What every target is compiled with.
-option(QUILLBOX_SANITIZE "Build under AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
-option(QUILLBOX_FUZZ "Build the libFuzzer targets (clang only)" OFF)
+option(QUILLBOX_SANITIZE "Build under AddressSanitizer and UBSan, with the libFuzzer targets (clang only)" OFF)
 option(QUILLBOX_BENCH "Build the measurements in bench/" OFF)
 
 add_library(quillbox_options INTERFACE)
@@ -11,14 +10,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(quillbox_options INTERFACE -Wno-restrict)
 endif()
 
-if(QUILLBOX_FUZZ)
-  # Coverage feedback for libFuzzer in everything that a target runs.
-  add_compile_options(-fsanitize=fuzzer-no-link)
-endif()
-
 if(QUILLBOX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+  # A precompiled header is good as long as its text is the same, whatever the time of the file.
+  add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
 endif()
 
 if(WIN32)

@@ -9,12 +9,13 @@ shift
 
 mkdir -p "build/$preset"
 log=build/$preset/configure.log
-# A checkout that was moved or copied brings a cache that names its old place.
-if [ -f "build/$preset/CMakeCache.txt" ] &&
-    ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "build/$preset/CMakeCache.txt"; then
-    rm -rf "build/$preset/CMakeCache.txt" "build/$preset/CMakeFiles"
+# A checkout that was moved or copied brings a cache that names its old place; what a preset says is read only
+# where there is no cache.
+cache=build/$preset/CMakeCache.txt
+if [ -f "$cache" ] && { [ CMakePresets.json -nt "$cache" ] || ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$cache"; }; then
+    rm -rf "$cache" "build/$preset/CMakeFiles"
 fi
-if [ ! -f "build/$preset/build.ninja" ] || [ ! -f "build/$preset/CMakeCache.txt" ]; then
+if [ ! -f "build/$preset/build.ninja" ] || [ ! -f "$cache" ]; then
     echo "== Configuring $preset"
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 fi

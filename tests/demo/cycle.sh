@@ -4,19 +4,9 @@
 # usage: cycle.sh MESSAGES FOLDERS
 set -euo pipefail
 messages=$1 folders=$2
-demo=$(realpath "$(dirname "$0")/../../demo.sh")
-scratch=$(realpath "$(mktemp -d "${TMPDIR:-/tmp}/quillbox-cycle.XXXXXX")")
-pid=""
-# shellcheck disable=SC2317 # called by the trap
-finish() {
-    local status=$?
-    if [ -n "$pid" ]; then kill -TERM "$pid" 2>/dev/null; wait "$pid"; fi
-    rm -rf "$scratch"
-    exit "$status"
-}
-trap finish EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM HUP
+root=$(realpath "$(dirname "$0")/../..")
+# shellcheck source=scripts/jobs.sh
+. "$root/scripts/jobs.sh" cycle
 cd "$scratch"
 
 # Nested folders of nearly the same size; subjects that come again in other folders, encoded, empty and long.
@@ -42,13 +32,10 @@ make_mailbox() {
 
 # run CODE NAME ARGUMENTS...: the demo's exit code; what it printed stands in NAME.log.
 run() {
-    local want=$1 log=$2.log got=0
+    local want=$1 log=$2.log
     shift 2
-    "$demo" --mail mail --out out "$@" >"$log" 2>&1 &
-    pid=$!
-    wait "$pid" || got=$?
-    pid=""
-    [ "$got" -eq "$want" ] || { tail -n 40 "$log"; echo "FAILED: exit code $got, not $want, of demo.sh $*"; exit 1; }
+    attend "$log" "$root/demo.sh" --mail mail --out out "$@"
+    [ "$code" -eq "$want" ] || { tail -n 40 "$log"; echo "FAILED: exit code $code, not $want, of demo.sh $*"; exit 1; }
 }
 said() { grep -qE -- "$2" "$1.log" || { tail -n 40 "$1.log"; echo "FAILED: not said: $2"; exit 1; }; }
 

@@ -7,19 +7,13 @@ set -euo pipefail
 messages=$1
 shift
 root=$(realpath "$(dirname "$0")/../..")
-scratch=$(realpath "$(mktemp -d "${TMPDIR:-/tmp}/quillbox-disturbed.XXXXXX")")
-pid=""
-# shellcheck disable=SC2317 # called by the trap
-finish() {
-    local status=$?
-    if [ -n "$pid" ]; then kill -TERM "$pid" 2>/dev/null; wait "$pid"; fi
-    rm -rf "$scratch"
-    exit "$status"
-}
-trap finish EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM HUP
-"$root/scripts/build.sh" win32 demo-clicker
+# shellcheck source=scripts/jobs.sh
+. "$root/scripts/jobs.sh" disturbed
+if [ -z "${QUILLBOX_TOOLS:-}" ]; then # once, and not in two scenarios at a time
+    "$root/scripts/build.sh" native demo-pack demo-check quillbox-inspect
+    "$root/scripts/build.sh" win32 quillbox demo-client demo-driver demo-clicker
+    export QUILLBOX_TOOLS=$root/build/native
+fi
 cd "$scratch"
 
 # No two subjects of a folder are the same: e-mails are known wherever their rows go.
@@ -38,10 +32,7 @@ make_folder Short 12
 fail() { tail -n 60 said; echo "FAILED: $*"; exit 1; }
 run() { # ARGUMENTS...: the exit code is in $code, what was printed in the file "said"
     code=0
-    "$root/demo.sh" --mail mail "$@" >said 2>&1 &
-    pid=$!
-    wait "$pid" || code=$?
-    pid=""
+    "$root/demo.sh" --mail "$scratch/mail" --out out "$@" >said 2>&1 || code=$?
     ! grep -q '^demo-driver: ' said || fail "the run did not come to its end: demo.sh $*"
 }
 said() { grep -qE -- "$1" said || fail "not said: $1"; }
@@ -63,21 +54,33 @@ scenario() {
     local name=$1 folder=$2 count=$3 least=$5 moving=() stored
     [ "$4" = stay ] || moving=(--moving)
     shift 5
-    [[ " ${only[*]} " == *" $name "* || ${#only[@]} -eq 0 ]] || return 0
-    run --out "$name" --folder "$folder" "${moving[@]}" "$@"
+    mkdir "$name"
+    cd "$name"
+    run --folder "$folder" "${moving[@]}" "$@"
     not_said '^PROBLEM: (log: |.* (holds|is no e-mail|has no record|has no file|more files have no record))'
     # Deleted e-mails aside, each row is told of: handled, or not looked at.
     [ "$name" = deletions ] || told_of_all "$count"
     stored=$(sed -n 's/^\([0-9]*\) of [0-9]* messages exported$/\1/p' said)
     [ "${stored:-0}" -ge "$least" ] || fail "only ${stored:-0} stored, not $least"
     [ "$name" != clicker ] || said '^clicker: [0-9]+ clicks'
-    run --out "$name" --folder "$folder" "${moving[@]}"
+    run --folder "$folder" "${moving[@]}"
     [ "$code" -eq 0 ] || fail "exit code $code of an undisturbed run behind \"$name\""
     said "^$count of $count messages exported\$"
     echo "$name: $stored of $count stored in the disturbed run, all after another one"
 }
-inbox() { scenario "$1" Inbox "$messages" "${@:2}"; }
-short() { scenario "$1" Short 12 "${@:2}"; }
+# Two at a time: they wait more than they work.
+show_one() {
+    await
+    cat "$output"
+    ((code == 0)) || exit 1
+}
+begin() { # as scenario
+    [[ " ${only[*]} " == *" $1 "* || ${#only[@]} -eq 0 ]] || return 0
+    ((${#jobs[@]} < 2)) || show_one
+    start "$scratch/$1.log" scenario "$@"
+}
+inbox() { begin "$1" Inbox "$messages" "${@:2}"; }
+short() { begin "$1" Short 12 "${@:2}"; }
 
 only=("$@")
 inbox clicker stay 1 --beside "$root/build/win32/demo-clicker.exe 7 50"
@@ -93,3 +96,4 @@ short system-dialog stay 12 --client "--system-dialog"
 short boxes stay 8 --client "--at=save:3:box:bad-name --at=save:5:box:disk-full --at=save:7:box:replace --at=save:9:lose"
 short box-of-the-client stay 3 --client "--at=saved:3:box:other"
 short slow-acts stay 12 --client "--at=save:3:silent:3000 --at=save:5:pump:3000 --at=down:7:silent:3000 --at=down:9:pump:3000"
+while ((${#jobs[@]})); do show_one; done

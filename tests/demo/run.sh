@@ -3,30 +3,16 @@
 # exports gone wrong, which the demo must notice.
 set -euo pipefail
 root=$(realpath "$(dirname "$0")/../..")
-demo=$root/demo.sh
-scratch=$(realpath "$(mktemp -d "${TMPDIR:-/tmp}/quillbox-e2e.XXXXXX")")
-pid=""
-# shellcheck disable=SC2317 # called by the trap
-finish() {
-    local status=$?
-    if [ -n "$pid" ]; then kill -TERM "$pid" 2>/dev/null; wait "$pid"; fi
-    chmod -R u+w "$scratch" && rm -rf "$scratch"
-    exit "$status"
-}
-trap finish EXIT
-trap 'exit 130' INT
-trap 'exit 143' TERM HUP
+# shellcheck source=scripts/jobs.sh
+. "$root/scripts/jobs.sh" e2e
 cd "$scratch"
 
 # expect CODE ARGUMENTS...: the demo's exit code; what it printed stands in the file "said".
 expect() {
-    local want=$1 got=0
+    local want=$1
     shift
-    "$demo" "$@" >said 2>&1 &
-    pid=$!
-    wait "$pid" || got=$?
-    pid=""
-    [ "$got" -eq "$want" ] || fail "exit code $got, not $want, of demo.sh $*"
+    attend said "$root/demo.sh" "$@"
+    [ "$code" -eq "$want" ] || fail "exit code $code, not $want, of demo.sh $*"
 }
 fail() { cat said; echo "FAILED: $*"; exit 1; }
 said() { grep -qE -- "$1" said || fail "not said: $1"; }
@@ -54,7 +40,7 @@ contents "out dir/store" | cmp - before || fail "the second run changed the stor
 echo "-- each comparison type, before and after three files and two records have gone"
 expect 0 --out "out dir" --check file
 shows "$green"
-inspect=$root/build/native/quillbox-inspect
+inspect=${QUILLBOX_TOOLS:-$root/build/native}/quillbox-inspect
 database="out dir/program/saved.mdb"
 rm "out dir/store/Local Folders/Inbox/"000[01]_* "out dir/store/Local Folders/Sent Items/"0000_*
 for row in "Inbox	Minutes of the guild" "Projects\\\\Alpha	Alpha: text with"; do
@@ -120,15 +106,3 @@ expect 0 --mail "mail box" --out hostile --folder empty
 said 'No emails to export\.'
 expect 2 --mail "mail box" --out hostile --folder nowhere
 said 'no folder "nowhere"'
-
-echo "-- stopped, abandoned and taken up again"
-"$root/tests/demo/cycle.sh" 120 20 &
-pid=$!
-wait "$pid"
-pid=""
-
-echo "-- disturbed"
-"$root/tests/demo/disturbed.sh" 60 &
-pid=$!
-wait "$pid"
-pid=""
