@@ -44,7 +44,10 @@ TEST(Numbers, ATextIsOneOfSixteenBitsOrAFault)
             return fault.what();
         }
     };
-    const std::pair<Text, const char*> cases[] = {
+    const struct {
+        Text text;
+        const char* want;
+    } cases[] = {
         {u"2.5", "2"},
         {u"32767.4", "32767"},
         {u"32767.5", "Overflow"},
