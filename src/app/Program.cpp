@@ -49,21 +49,34 @@ Program::Program(Surroundings& outside, ProgramWindow& window)
 void Program::StartUp()
 {
     store_.GoTo(outside_.programFolder);
-    settings_ = LoadSettings(outside_.profile, outside_.files, outside_.programFolder + u"settings.ini");
+    const Text settingsFile = outside_.programFolder + u"settings.ini";
+    settings_ = LoadSettings(outside_.profile, outside_.files, settingsFile);
+    const std::vector<RefusedExtra> refused =
+        LoadExtras(settings_, outside_.profile, outside_.files, settingsFile);
     store_.TakeFromSettings(settings_.store);
     window_.ShowSettings(settings_);
     window_.Appear();
-    Run([this] {
+    Run([this, &refused] {
         log_.SetPath(outside_.programFolder + u"log.txt");
         OpenDatabase();
         window_.ProcessEvents(); // a click on the splash window
         window_.ShowFirstBox(u"IMPORTANT! Please Read", kImportant);
         LogLine(kSeparatorLine, Record::yes);
         LogLine(u"Started " + ProgramTitle() + u" - " + ProgramVersion(), Record::yes);
+        for (const RefusedExtra& extra : refused) SayRefused(extra);
         for (const Text& note : saved_.notes) LogLine(note, Record::yes);
         WarnIfFolderIsReadOnly();
         if (!closeAsked_) SyncWithOe();
     });
+}
+
+void Program::SayRefused(const RefusedExtra& extra)
+{
+    const ExtraRow& row = extra.row;
+    LogLine(u"settings.ini: the extra \"" + Text(row.key) + u"\" takes a number from " +
+                DecimalText(row.least) + u" to " + DecimalText(row.most) + u", which this is not: " +
+                extra.stored,
+            Record::yes);
 }
 
 void Program::OpenDatabase()

@@ -3,6 +3,7 @@
 // Fails by: nothing. A command that fails says so in the log and in a box, and has then ended.
 #pragma once
 #include "app/ActivityLog.h"
+#include "app/Extras.h"
 #include "app/ProgramWindow.h"
 #include "app/Settings.h"
 #include "app/StoreFolder.h"
@@ -77,6 +78,7 @@ private:
     class Bracket;
     // Frames each command: no two at once, a failure becomes a message, and then closing has its turn.
     void Run(const std::function<void()>& command);
+    void SayRefused(const RefusedExtra& extra);
     void OpenDatabase();
     void WarnIfFolderIsReadOnly();
     void WriteLastRecords(); // closing line and settings, once
@@ -88,6 +90,7 @@ private:
     bool SayFilesWithoutRecords();
     // Whether a run may use the store folder. Said once: that another stands in for the one of the settings.
     bool MayUseStore();
+    void BeginRunList(); // of folders to check and to export: empty
 
     Surroundings& outside_;
     ProgramWindow& window_;

@@ -78,6 +78,12 @@ void Program::cmdCheckFolder()
     });
 }
 
+void Program::BeginRunList()
+{
+    CountFoldersToCheck(run_);
+    run_.exportList.clear();
+}
+
 void Program::cmdCheckAllFolders()
 {
     Run([this] {
@@ -85,8 +91,7 @@ void Program::cmdCheckAllFolders()
         window_.EnterBusyLayout();
         window_.ClearResults();
         window_.SetSummary(u"");
-        CountFoldersToCheck(run_);
-        run_.exportList.clear();
+        BeginRunList();
         RunAllFolders(run_, AllFoldersMode::check);
         window_.ShowBox(BoxIcon::information, u"All folders have been checked - " + run_.checkSummary);
     });
@@ -110,6 +115,8 @@ void Program::cmdSaveAll()
     Run([this] {
         if (!MayUseStore() || SayFilesWithoutRecords()) return;
         window_.EnterBusyLayout();
+        // Kept: otherwise it goes on with the list of the last check.
+        if (settings_.options.freshRunList) BeginRunList();
         RunAllFolders(run_, AllFoldersMode::check);
         if (closeAsked_) return;
         // Kept: a stop after a folder ends the check alone, and what it found until then is exported. So each

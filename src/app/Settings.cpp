@@ -67,23 +67,6 @@ Text WrittenSeparator(const Settings& settings)
     return u"[" + settings.treeSeparator + u"]";
 }
 
-// A setting is a member of one of three records.
-template <class T>
-auto& Member(auto& settings, T Settings::*member)
-{
-    return settings.*member;
-}
-template <class T>
-auto& Member(auto& settings, T RunOptions::*member)
-{
-    return settings.options.*member;
-}
-template <class T>
-auto& Member(auto& settings, T OeSettings::*member)
-{
-    return settings.client.*member;
-}
-
 using enum WhenEmpty;
 
 template <auto member>

@@ -17,6 +17,23 @@ struct Settings {
     Text treeSeparator = u" - "; // between a node's name and its status
 };
 
+// A setting is a member of one of three records.
+template <class T>
+auto& Member(auto& settings, T Settings::*member)
+{
+    return settings.*member;
+}
+template <class T>
+auto& Member(auto& settings, T RunOptions::*member)
+{
+    return settings.options.*member;
+}
+template <class T>
+auto& Member(auto& settings, T OeSettings::*member)
+{
+    return settings.client.*member;
+}
+
 // What an empty value of the file does, which stands for a missing key, too.
 enum class WhenEmpty { isRead, keepsDefault };
 

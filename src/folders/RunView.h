@@ -18,6 +18,7 @@ struct RunOptions {
     bool sendKeys = false;                       // chkSendKeys
     bool skipFiles = false;                      // chkSkipFiles
     bool jumpRemain = false;                     // chkJumpRemain
+    bool freshRunList = false;                   // cmdSaveAll begins with an empty export list
     Text firstFolderToIgnore = u"Deleted Items"; // txtIgnore
     Text systemFolders =
         u"|local folders|";              // full names that an all-folders run passes over, each between "|"

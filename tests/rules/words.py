@@ -12,8 +12,9 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 ROOMS = "app", "folders", "oe", "store"
-# Strings of these are captions and tips of controls, keys and defaults of settings.ini, the mail client's words.
-NO_SPEAKERS = re.compile(r"app/(ControlTable|Form1Controls|Settings)|folders/RunView|oe/ClientWords")
+# Strings of these are captions and tips of controls, the extras' sentences, keys and defaults of settings.ini,
+# the mail client's words.
+NO_SPEAKERS = re.compile(r"app/(ControlTable|Extras|Form1Controls|Settings)|folders/RunView|oe/ClientWords")
 SQL = re.compile(r"^(SELECT|CREATE TABLE)\b|efolder=")
 TOKEN = re.compile(r'''//[^\n]*|/\*.*?\*/|\w*"(?:\\.|[^"\\])*"|\w*'(?:\\.|[^'\\])*'|\s+|\w+|.''', re.S)
 TWO_WORDS = re.compile(r"[A-Za-z)][.,:;]? +[(\"]?[A-Za-z]")

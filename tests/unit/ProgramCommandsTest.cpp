@@ -83,6 +83,24 @@ TEST_F(ProgramCommandsTest, ACheckOfAllFoldersBeginsAnew)
     EXPECT_EQ(window.steps, (Texts{u"begin", u"end"}));
 }
 
+TEST_F(ProgramCommandsTest, AFreshRunListMissesNoNewMail)
+{
+    for (const bool fresh : {false, true}) {
+        ProgramBench bench;
+        bench.profile.values[u"Options/Jump to remaining"] = u"1";
+        if (fresh) bench.profile.values[u"Extras/Fresh Run List"] = u"1";
+        bench.Start();
+        auto& rows = bench.fake.folders[2].rows;
+        EXPECT_EQ(bench.Press(&Program::cmdExport), kExported);
+        rows.push_back(MailRow(u"Last"));
+        EXPECT_EQ(bench.Press(&Program::cmdSaveAll), kAllExported);
+        rows.insert(rows.begin(), {MailRow(u"First"), MailRow(u"Second")});
+        const std::size_t before = bench.fake.saved.size();
+        EXPECT_EQ(bench.Press(&Program::cmdSaveAll), kAllExported);
+        EXPECT_EQ(bench.fake.saved.size() - before, fresh ? 2u : 0u);
+    }
+}
+
 TEST_F(ProgramCommandsTest, TickedRowsAreMarkedAsSavedOnce)
 {
     Start();

@@ -1,0 +1,67 @@
+#include "app/Extras.h"
+
+#include "text/Numbers.h"
+
+namespace {
+
+constexpr const char16_t* kSection = u"Extras";
+
+template <auto member>
+constexpr ExtraRow Number(const char16_t* key, int least, int most, int normal, const char16_t* sentence)
+{
+    return {key,
+            least,
+            most,
+            normal,
+            sentence,
+            [](const Settings& settings) { return static_cast<int>(Member(settings, member)); },
+            [](Settings& settings, int value) {
+                auto& held = Member(settings, member);
+                held = static_cast<std::remove_reference_t<decltype(held)>>(value);
+            }};
+}
+
+template <auto member>
+constexpr ExtraRow Switch(const char16_t* key, const char16_t* sentence)
+{
+    return Number<member>(key, 0, 1, 0, sentence);
+}
+
+constexpr ExtraRow kRows[] = {
+    Switch<&RunOptions::freshRunList>(
+        u"Fresh Run List",
+        u"\"Export emails in all folders\" begins with an empty list, so that folders passed over by an "
+        u"earlier run are looked at again and new e-mails are never missed."),
+};
+
+} // namespace
+
+std::span<const ExtraRow> ExtraRows()
+{
+    return kRows;
+}
+
+std::vector<RefusedExtra> LoadExtras(Settings& settings, ProfileFile& profile, Files& files, const Text& path)
+{
+    std::vector<RefusedExtra> refused;
+    if (!files.FileExists(path)) return refused;
+    for (const ExtraRow& row : kRows) {
+        const Text stored(TrimSpaces(profile.Read(kSection, row.key, path)));
+        if (stored.empty()) continue;
+        const double value = LeadingNumber(stored);
+        // The one form in which it is written: "01" and "1.0" are taken for slips.
+        if (value >= row.least && value <= row.most && stored == DecimalText(static_cast<int>(value)))
+            row.set(settings, static_cast<int>(value));
+        else
+            refused.push_back({row, stored});
+    }
+    return refused;
+}
+
+bool SaveExtras(const Settings& settings, ProfileFile& profile, const Text& path)
+{
+    bool written = true;
+    for (const ExtraRow& row : kRows)
+        if (!profile.Write(kSection, row.key, DecimalText(row.get(settings)), path)) written = false;
+    return written;
+}
