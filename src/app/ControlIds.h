@@ -50,6 +50,7 @@ enum ControlId : int {
     cmdSaveAll,
     chkJumpRemain,
     chkSkipFiles,
+    cmdExtras,
     lblIgnore,
     txtIgnore,
     cmdUseSelection,

@@ -69,6 +69,7 @@ constexpr Place ValueAt(int column, int line)
 
 // Columns of the pages: captions, then three of controls.
 constexpr int kPageLeft = 6, kFirst = 62, kSecond = 183, kThird = 284;
+constexpr int kExtras = 50;
 constexpr int kFirstWidth = 118, kSecondWidth = 98, kThirdWidth = 102;
 constexpr int kPageRight = kThird + kThirdWidth;
 constexpr Place StepAt(int top)
@@ -171,6 +172,8 @@ constexpr ControlRow kRows[] = {
      u"Jump to the first email to be exported"},
     {chkSkipFiles, fraActions, checkBox, Third(kExport + 9, kBox), kStays, u"S&kip identical filenames",
      u"Skip identical filenames when exporting"},
+    {cmdExtras, fraActions, button, At(kPageLeft, kIgnore, kExtras, kButton), kStays, u"E&xtras...",
+     u"Choose what Quillbox does beyond its fixed rules", always, idle, &Program::cmdExtras},
     {lblIgnore, fraActions, name, First(kIgnore + kText, kLine), kStays, u"First folder to &ignore"},
     {txtIgnore, fraActions, textBox, Second(kIgnore, kButton), kStays, u"Deleted Items"},
     {cmdUseSelection, fraActions, button, Third(kIgnore, kButton), kStays, u"&Use tree selection",

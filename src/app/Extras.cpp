@@ -41,6 +41,15 @@ std::span<const ExtraRow> ExtraRows()
     return kRows;
 }
 
+std::optional<int> ExtraValueOf(const ExtraRow& row, const Text& text)
+{
+    const double value = LeadingNumber(text);
+    // The one form in which it is written: "01" and "1.0" are taken for slips.
+    if (value < row.least || value > row.most || text != DecimalText(static_cast<int>(value)))
+        return std::nullopt;
+    return static_cast<int>(value);
+}
+
 std::vector<RefusedExtra> LoadExtras(Settings& settings, ProfileFile& profile, Files& files, const Text& path)
 {
     std::vector<RefusedExtra> refused;
@@ -48,10 +57,8 @@ std::vector<RefusedExtra> LoadExtras(Settings& settings, ProfileFile& profile, F
     for (const ExtraRow& row : kRows) {
         const Text stored(TrimSpaces(profile.Read(kSection, row.key, path)));
         if (stored.empty()) continue;
-        const double value = LeadingNumber(stored);
-        // The one form in which it is written: "01" and "1.0" are taken for slips.
-        if (value >= row.least && value <= row.most && stored == DecimalText(static_cast<int>(value)))
-            row.set(settings, static_cast<int>(value));
+        if (const std::optional<int> value = ExtraValueOf(row, stored))
+            row.set(settings, *value);
         else
             refused.push_back({row, stored});
     }

@@ -4,6 +4,8 @@
 #pragma once
 #include "app/Settings.h"
 
+#include <optional>
+
 // A new extra is a member of its record, a row, and a row of the guide's list.
 struct ExtraRow {
     const char16_t* key;
@@ -16,6 +18,9 @@ struct ExtraRow {
     bool IsSwitch() const { return least == 0 && most == 1; }
 };
 std::span<const ExtraRow> ExtraRows(); // in the order in which they are shown and written
+
+// Nothing for a text that the row does not take.
+std::optional<int> ExtraValueOf(const ExtraRow& row, const Text& text);
 
 struct RefusedExtra { // a value of the file that its row does not take
     const ExtraRow& row;

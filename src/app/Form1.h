@@ -57,6 +57,7 @@ private:
     void HideStopButton(Stop which) override;
     void ShowStoreFolder(const Text& folder) override { store_.Show(folder); }
     void FocusFolderList() override { MoveFocus(controls_.At(Dir1)); }
+    bool AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong) override;
     bool AskFolderName(const Text& where, Text& name) override;
     void OpenFolder(const Text& path) override;
     int SelectedFolderNode() override { return tree_.Selected(); }

@@ -1,4 +1,5 @@
 // What the window shows of the program, and answers it.
+#include "app/ExtrasWin.h"
 #include "app/Form1.h"
 #include "app/NewFolderWin.h"
 #include "controls/OrbTab.h"
@@ -62,7 +63,7 @@ void Form1::ShowBox(const Text& title, BoxIcon icon, const Text& words)
     if (program_.IsClosing()) return; // nobody is there to press OK
     ShowAdded();
     const UINT picture = icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION;
-    MessageBoxW(window_, Wide(words), Wide(title), MB_OK | picture);
+    MessageBoxW(GetLastActivePopup(window_), Wide(words), Wide(title), MB_OK | picture);
 }
 
 void Form1::ShowFirstBox(const Text& title, const Text& words)
@@ -72,8 +73,9 @@ void Form1::ShowFirstBox(const Text& title, const Text& words)
 
 void Form1::CloseBox()
 {
-    const HWND box = GetLastActivePopup(window_);
-    if (box && box != window_) PostMessageW(box, WM_CLOSE, 0, 0);
+    // And what that one stands over.
+    for (HWND box = GetLastActivePopup(window_); box && box != window_; box = GetWindow(box, GW_OWNER))
+        PostMessageW(box, WM_CLOSE, 0, 0);
 }
 
 void Form1::ShowBriefBox(BoxIcon icon, const Text& words)
@@ -260,6 +262,12 @@ void Form1::HideStopButton(Stop which)
     const HWND other = which == Stop::afterEmail ? folder : email;
     if (GetFocus() == pressed && IsWindowVisible(other)) SetFocus(other);
     ShowWindow(pressed, SW_HIDE);
+}
+
+bool Form1::AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong)
+{
+    WaitForKeysUp();
+    return !program_.IsClosing() && ::AskExtras(window_, values, findWrong);
 }
 
 bool Form1::AskFolderName(const Text& where, Text& name)

@@ -63,20 +63,18 @@ void Program::StartUp()
         window_.ShowFirstBox(u"IMPORTANT! Please Read", kImportant);
         LogLine(kSeparatorLine, Record::yes);
         LogLine(u"Started " + ProgramTitle() + u" - " + ProgramVersion(), Record::yes);
-        for (const RefusedExtra& extra : refused) SayRefused(extra);
+        for (const auto& [row, stored] : refused)
+            LogLine(u"settings.ini: " + WhyRefused(row, stored), Record::yes);
         for (const Text& note : saved_.notes) LogLine(note, Record::yes);
         WarnIfFolderIsReadOnly();
         if (!closeAsked_) SyncWithOe();
     });
 }
 
-void Program::SayRefused(const RefusedExtra& extra)
+Text Program::WhyRefused(const ExtraRow& row, const Text& value)
 {
-    const ExtraRow& row = extra.row;
-    LogLine(u"settings.ini: the extra \"" + Text(row.key) + u"\" takes a number from " +
-                DecimalText(row.least) + u" to " + DecimalText(row.most) + u", which this is not: " +
-                extra.stored,
-            Record::yes);
+    return Text(row.key) + u" takes a number from " + DecimalText(row.least) + u" to " +
+           DecimalText(row.most) + u", which this is not: " + value;
 }
 
 void Program::OpenDatabase()

@@ -67,6 +67,7 @@ public:
     void cmdStopAfterEmail();
     void cmdStopAfterFolder();
     void cmdUseSelection();
+    void cmdExtras();
     void cmdOpenFolder();
     void cmdChooseStore();
     void cmdNewFolder();
@@ -78,7 +79,7 @@ private:
     class Bracket;
     // Frames each command: no two at once, a failure becomes a message, and then closing has its turn.
     void Run(const std::function<void()>& command);
-    void SayRefused(const RefusedExtra& extra);
+    static Text WhyRefused(const ExtraRow& row, const Text& value); // as an extra
     void OpenDatabase();
     void WarnIfFolderIsReadOnly();
     void WriteLastRecords(); // closing line and settings, once

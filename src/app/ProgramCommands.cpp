@@ -152,6 +152,31 @@ void Program::cmdUseSelection()
     window_.ShowSettings(settings_);
 }
 
+void Program::cmdExtras()
+{
+    const auto findWrong = [this](const std::vector<Text>& values) {
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const ExtraRow& row = ExtraRows()[i];
+            if (ExtraValueOf(row, values[i])) continue;
+            window_.ShowBox(BoxIcon::warning, WhyRefused(row, values[i]));
+            return static_cast<int>(i);
+        }
+        return -1;
+    };
+    Run([&] {
+        std::vector<Text> values;
+        for (const ExtraRow& row : ExtraRows()) values.push_back(DecimalText(row.get(settings_)));
+        if (!window_.AskExtras(values, findWrong)) return;
+        for (std::size_t i = 0; i < values.size(); ++i)
+            ExtraRows()[i].set(settings_, *ExtraValueOf(ExtraRows()[i], values[i]));
+        if (SaveExtras(settings_, outside_.profile, outside_.programFolder + u"settings.ini")) return;
+        const Text words =
+            u"The extras could not be written to settings.ini: they hold until Quillbox is closed";
+        LogLine(words, Record::yes);
+        window_.ShowBox(BoxIcon::warning, words);
+    });
+}
+
 void Program::cmdOpenFolder()
 {
     if (!OpenExportFolder()) window_.ShowText(u"There is no export folder to open yet");

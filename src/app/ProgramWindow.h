@@ -4,7 +4,13 @@
 #include "app/Settings.h"
 #include "folders/RunView.h"
 
+#include <functional>
+
 enum class Stop { afterEmail, afterFolder };
+
+// Of texts for ExtraRows, the place of one that cannot be taken, when the user has been told; -1: there is
+// none.
+using FindWrongExtra = std::function<int(const std::vector<Text>& values)>;
 
 struct ProgramWindow : RunView {
     // Into the controls that have a row in SettingRows, and back; the latter with the comparison type.
@@ -24,6 +30,10 @@ struct ProgramWindow : RunView {
     // Statistics in place of the tree, with both stop buttons; EndCommand takes it back.
     virtual void EnterBusyLayout() = 0;
     virtual void HideStopButton(Stop which) = 0;
+
+    // values: for each of ExtraRows what its control begins with, and then what the user has chosen. False:
+    // given up; until then, or until none is wrong, the user goes on choosing.
+    virtual bool AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong) = 0;
 
     // The page "Store".
     virtual void ShowStoreFolder(const Text& folder) = 0;

@@ -10,11 +10,14 @@
 
 struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     Program* program = nullptr;
-    std::vector<Text> steps;            // of the window's own, in order
-    std::map<ControlId, Text> controls; // a check box is "0" or "1"
-    std::vector<Text> names;            // that the user gives to a new folder, the last one first
-    std::vector<Text> opened;           // folders, in the file manager
-    std::set<int> ticked;               // of results
+    std::vector<Text> steps;                     // of the window's own, in order
+    std::map<ControlId, Text> controls;          // a check box is "0" or "1"
+    std::vector<Text> names;                     // that the user gives to a new folder, the last one first
+    std::vector<Text> opened;                    // folders, in the file manager
+    std::vector<Text> extras;                    // as the box of the extras shows them at first
+    std::vector<std::vector<Text>> chosenExtras; // what the user tries one after the other, then gives up
+    std::vector<int> wrongExtras;                // of each try, -1 for none
+    std::set<int> ticked;                        // of results
     std::function<void()> onBox, onBusy;
 
     void Step(const Text& step, const std::function<void()>& then = {})
@@ -55,6 +58,16 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     }
     void ShowStoreFolder(const Text& folder) override { Step(u"store " + folder); }
     void FocusFolderList() override { Step(u"folder list"); }
+    bool AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong) override
+    {
+        extras = values;
+        for (const std::vector<Text>& chosen : chosenExtras) {
+            values = chosen;
+            wrongExtras.push_back(findWrong(values));
+            if (wrongExtras.back() < 0) return true;
+        }
+        return false;
+    }
     bool AskFolderName(const Text&, Text& name) override
     {
         if (names.empty()) return false;

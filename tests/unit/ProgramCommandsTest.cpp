@@ -101,6 +101,38 @@ TEST_F(ProgramCommandsTest, AFreshRunListMissesNoNewMail)
     }
 }
 
+TEST_F(ProgramCommandsTest, ExtrasAreWrittenWhenAllThatIsChosenCanBeTaken)
+{
+    const ExtraRow& last = ExtraRows().back();
+    const int other = last.normal == last.most ? last.least : last.most;
+    std::vector<Text> right;
+    for (const ExtraRow& row : ExtraRows()) right.push_back(DecimalText(row.normal));
+    const std::vector<Text> normal = right;
+    std::vector<Text> wrong = right;
+    wrong.back() = DecimalText(last.most + 1);
+    right.back() = DecimalText(other);
+    Start();
+    window.chosenExtras = {wrong};
+    EXPECT_EQ(Press(&Program::cmdExtras), Text(last.key) + u" takes a number from " +
+                                              DecimalText(last.least) + u" to " + DecimalText(last.most) +
+                                              u", which this is not: " + wrong.back());
+    EXPECT_EQ(window.extras, normal);
+    EXPECT_EQ(window.wrongExtras, (std::vector<int>{static_cast<int>(wrong.size()) - 1}));
+    EXPECT_TRUE(profile.written.empty()) << "given up";
+
+    window.chosenExtras = {wrong, right};
+    profile.refuse = true;
+    EXPECT_TRUE(Press(&Program::cmdExtras).starts_with(u"The extras could not be written to settings.ini"));
+    profile.refuse = false;
+    EXPECT_EQ(profile.values.count(u"Extras/" + Text(last.key)), 0u);
+    profile.written.clear();
+    window.chosenExtras = {right};
+    EXPECT_EQ(Press(&Program::cmdExtras), u"");
+    EXPECT_EQ(window.extras, right) << "they hold meanwhile";
+    EXPECT_EQ(profile.written.size(), ExtraRows().size());
+    EXPECT_EQ(profile.values[u"Extras/" + Text(last.key)], DecimalText(other));
+}
+
 TEST_F(ProgramCommandsTest, TickedRowsAreMarkedAsSavedOnce)
 {
     Start();
