@@ -5,20 +5,29 @@
 
 namespace {
 constexpr std::int32_t kFirstItem = 0x00350000;
+
 } // namespace
 
 FakeClient::FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree)
     : folders(std::move(folderTree)), saveTo_(saveTo)
 {
+    Start();
+}
+
+void FakeClient::Start()
+{
+    if (main_ != 0) ownProcess += 4;
+    End();
     for (std::size_t i = 0; i < folders.size(); ++i)
-        folders[i].item = kFirstItem + static_cast<std::int32_t>(i) * 0x40;
+        folders[i].item = kFirstItem + static_cast<std::int32_t>((i + ownProcess) * 0x40);
     main_ = AddWindow(u"Outlook Express Browser Class", u"", 0);
     const WindowHandle pane = AddWindow(u"Outlook Express Navigation Pane", u"", main_);
     const WindowHandle frame = AddWindow(u"Outlook Express Pane Frame", u"Folders", pane);
     const WindowHandle holder = AddWindow(u"ThorTreeViewWndClass", u"", frame);
     tree_ = AddWindow(u"SysTreeView32", u"Folder List", holder);
     view_ = AddWindow(u"Outlook Express Message View", u"", main_);
-    if (!folders.empty()) ShowFolder(0);
+    list_ = header_ = 0;
+    if (!folders.empty()) ShowFolder(shown);
 }
 
 const FakeClient::Window& FakeClient::At(WindowHandle window) const
@@ -33,7 +42,7 @@ WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, W
 {
     const WindowHandle window = nextWindow_;
     nextWindow_ += 2;
-    windows_[window] = {className, caption, parent, owner, kProcess};
+    windows_[window] = {className, caption, parent, owner, ownProcess};
     order_.insert(parent == 0 ? order_.begin() : order_.end(), window); // a new one is on top
     return window;
 }
@@ -64,6 +73,17 @@ void FakeClient::End()
 {
     windows_.clear();
     order_.clear();
+    timers_.clear();
+    dialogs_.clear();
+    late_.clear();
+    act_.reset();
+    silentUntil_ = actUntil_ = 0;
+}
+
+void FakeClient::CloseBoxes()
+{
+    for (const WindowHandle window : std::vector<WindowHandle>(order_))
+        if (At(window).parent == 0 && window != main_) RemoveWindow(window);
 }
 
 WindowHandle FakeClient::Find(const Text& className) const
@@ -103,11 +123,16 @@ void FakeClient::FallSilent(int milliseconds)
     silentUntil_ = sleptMilliseconds + milliseconds;
 }
 
-WindowHandle FakeClient::AddForeignDialog()
+WindowHandle FakeClient::AddForeign(const Text& className, const Text& caption)
 {
-    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0);
-    windows_[dialog].process = kProcess + 1;
-    return dialog;
+    const WindowHandle window = AddWindow(className, caption, 0);
+    windows_[window].process = 1;
+    return window;
+}
+
+void FakeClient::Later(int milliseconds, std::function<void()> what)
+{
+    timers_.emplace(sleptMilliseconds + milliseconds, std::move(what));
 }
 
 WindowHandle FakeClient::AddModeless(const Text& className)
@@ -124,10 +149,15 @@ Answer FakeClient::Send(WindowHandle window, std::uint32_t message, std::int32_t
     if (onMessage) onMessage(window, message);
     if (elevated) return {Reply::refused};
     if (!windows_.count(window)) return {Reply::gone};
+    if (askTakes > 0) Sleep(askTakes);
     // While it works on an act, only a client that pumps answers.
     const int until = pumps ? silentUntil_ : std::max(silentUntil_, act_ ? actUntil_ : 0);
     const bool inTime = until - sleptMilliseconds <= kLimit;
-    if (until > sleptMilliseconds) Sleep(inTime ? until - sleptMilliseconds : kLimit);
+    if (until > sleptMilliseconds) {
+        const int wait = inTime ? until - sleptMilliseconds : kLimit;
+        unanswered += wait;
+        Sleep(wait);
+    }
     if (inTime) return {Reply::given, Handle({window, message, wParam, lParam})};
     late_.push_back({window, message, wParam, lParam});
     return {Reply::timedOut};
@@ -164,119 +194,20 @@ std::int32_t FakeClient::Handle(const SentMessage& sent)
     return 0;
 }
 
-void FakeClient::PressButton(WindowHandle button)
-{
-    const WindowHandle dialog = TopOf(button);
-    const Text label = windows_[button].caption;
-    pressed.push_back(label);
-    if (label == u"&Save") {
-        PressSave(dialog);
-    } else if (!dialogs_.count(dialog)) { // a box
-        const WindowHandle owner = windows_[dialog].owner;
-        RemoveWindow(dialog);
-        ShowNextBox(owner);
-    } else if (!keepDialog) {
-        RemoveWindow(dialog);
-    }
-}
-
-Answer FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
-{
-    constexpr std::uint32_t kSetText = 0x000C;
-    const Answer answer = Send(window, kSetText, 0, 0);
-    if (answer.reply != Reply::given) return answer; // late, it takes no name
-    if (deafEdit || ClassOf(window, 100) != u"Edit") return {Reply::given, 0};
-    dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
-    return {Reply::given, 1};
-}
-
 void FakeClient::Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t)
 {
+    if (onMessage) onMessage(window, message);
     if (window == main_ && message == message::kCommand && wParam == 40101) AskForDialog();
 }
 
 void FakeClient::Sleep(int milliseconds)
 {
     sleptMilliseconds += milliseconds;
-    for (; sleeps < sleptMilliseconds / kSleep; ++sleeps)
-        if (pendingFolder_ >= 0 && --pendingSleeps_ <= 0) ShowFolder(std::exchange(pendingFolder_, -1));
     if (IsSilent()) return;
     for (const SentMessage& sent : std::exchange(late_, {})) (void)Handle(sent);
     if (act_ && actUntil_ <= sleptMilliseconds) (void)Handle(*std::exchange(act_, std::nullopt));
-    if (buttonsAt_ <= sleptMilliseconds)
-        for (const auto& [window, label] : std::exchange(buttonsToCome_, {}))
-            AddWindow(u"Button", label, window);
-    std::sort(pendingDialogs_.begin(), pendingDialogs_.end());
-    while (!pendingDialogs_.empty() && pendingDialogs_.front().first <= sleptMilliseconds) {
-        const int row = pendingDialogs_.front().second;
-        pendingDialogs_.erase(pendingDialogs_.begin());
-        OpenDialog(row);
-    }
-}
-
-void FakeClient::AskForDialog()
-{
-    if (noDialog || !windows_.count(main_)) return;
-    const std::size_t ask = asks_++;
-    const int delay = ask < dialogDelays.size() ? dialogDelays[ask] : 0;
-    const int row = FirstSelected();
-    if (delay == 0 && !IsSilent())
-        OpenDialog(row);
-    else
-        pendingDialogs_.emplace_back(sleptMilliseconds + delay, row);
-}
-
-void FakeClient::OpenDialog(int row)
-{
-    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0, main_);
-    if (takesAtOpening) row = FirstSelected();
-    dialogs_[dialog] = {row, u"C:\\Proposed.eml"};
-    AddWindow(u"Button", u"&Save", dialog);
-    AddWindow(u"Button", u"Cancel", dialog);
-    if (noCombo) return;
-    const WindowHandle outer = AddWindow(u"ComboBoxEx32", u"", dialog);
-    const WindowHandle combo = AddWindow(u"ComboBox", u"", outer);
-    if (!noEdit) AddWindow(u"Edit", u"", combo);
-}
-
-void FakeClient::PressSave(WindowHandle dialog)
-{
-    boxesLeft_ = boxes;
-    if (!boxes.empty()) return ShowNextBox(dialog);
-    if (!saveNothing) {
-        saveTo_.AddFile(dialogs_[dialog].typed, MessageOf(dialogs_[dialog].row));
-        saved.emplace_back(dialogs_[dialog].typed, dialogs_[dialog].row);
-    }
-    if (!keepDialog) RemoveWindow(dialog);
-    if (onSave) onSave(static_cast<int>(saved.size()));
-}
-
-// As far as the list tells it.
-std::string FakeClient::MessageOf(int row) const
-{
-    if (row < 0 || row >= std::ssize(Rows()) || Rows()[static_cast<std::size_t>(row)].size() < 6)
-        return "mail";
-    const std::vector<Text>& cells = Rows()[static_cast<std::size_t>(row)];
-    return "From: " + ToUtf8(cells[1]) + "\r\nTo: " + ToUtf8(cells[5]) + "\r\nSubject: " + ToUtf8(cells[2]) +
-           "\r\n\r\nmail\r\n";
-}
-
-void FakeClient::ShowNextBox(WindowHandle dialog)
-{
-    if (boxesLeft_.empty()) return;
-    const Box shownBox = boxesLeft_.front();
-    boxesLeft_.erase(boxesLeft_.begin());
-    if (shownBox.leavesPart) saveTo_.AddFile(dialogs_[dialog].typed, "a part");
-    if (shownBox.ofMainWindow && dialogs_.count(dialog)) RemoveWindow(dialog);
-    const WindowHandle box =
-        AddWindow(u"#32770", u"Save Message As", 0, windows_.count(dialog) ? dialog : main_);
-    AddWindow(u"Static", shownBox.words, box);
-    const WindowHandle nest = AddWindow(u"DirectUIHWND", u"", box);
-    for (const Text& label : shownBox.buttons) buttonsToCome_.emplace_back(nest, label);
-    buttonsAt_ = sleptMilliseconds + shownBox.fillsAfter;
-    Sleep(0);
-    if (!shownBox.late) openBox_ = box;
-    if (!boxesLeft_.empty() && boxesLeft_.front().over) ShowNextBox(box);
+    while (!timers_.empty() && timers_.begin()->first <= sleptMilliseconds)
+        timers_.extract(timers_.begin()).mapped()();
 }
 
 WindowHandle FakeClient::TopOf(WindowHandle window) const
@@ -312,9 +243,12 @@ std::int32_t FakeClient::TreeMessage(std::uint32_t message, std::int32_t wParam,
     if (message == message::kTreeSelectItem) {
         const FakeFolder* folder = FolderOf(lParam);
         if (!folder || wParam != 9) return 0;
-        pendingFolder_ = static_cast<int>(folder - folders.data());
-        pendingSleeps_ = refreshAfter;
-        if (refreshAfter == 0) ShowFolder(std::exchange(pendingFolder_, -1));
+        if (refusesFolder) return 0;
+        const int index = static_cast<int>(folder - folders.data());
+        if (refreshAfter == 0)
+            ShowFolder(index);
+        else
+            Later(refreshAfter, [this, index] { ShowFolder(index); });
         return 1;
     }
     if (message != message::kTreeItemW) return 0;
@@ -340,7 +274,7 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
     }
     if (message == message::kKeyDown && wParam == 0x24) selected = {0};
     if (message == message::kKeyDown && wParam == 40 && !ignoreDownKey)
-        selected = {std::min(FirstSelected() + 1, rowCount - 1)};
+        selected = {std::min(FirstSelected() + (doubleDownKey ? 2 : 1), rowCount - 1)};
     if (message != message::kListSetItemState && message != message::kListItemW) return 0;
     const auto* item = ItemAt<RemoteListItem>(lParam, "list item");
     if (!item) return 0;
@@ -369,6 +303,6 @@ std::int32_t FakeClient::HeaderMessage(std::uint32_t message, std::int32_t wPara
 
 void FakeClient::PutText(RemoteAddress address, const Text& text, std::int32_t textMax)
 {
-    const Text cut = Cut(text, textMax) + u'\0';
+    const Text cut = Cut(text, textMax) + (withoutNul ? Text() : Text(1, u'\0'));
     Put(address, cut.data(), cut.size() * 2, "text");
 }

@@ -14,24 +14,24 @@ struct FakeFolder {
     std::int32_t item = 0;               // set by the client
 };
 
-class FakeClient : public Desktop, public FakeMemory {
-public:
-    FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree);
-
-    // What it shows and how it behaves; to be changed at will between calls.
-    std::vector<Text> columnTitles{u"!", u"From", u"Subject", u"Received", u"Sent", u"To"};
-    std::vector<std::int32_t> columnOrder{0, 1, 2, 3, 4, 5};
-    std::vector<FakeFolder> folders;
-    int shown = 0;                      // index in folders
-    std::set<std::int32_t> selected{0}; // rows
-    std::set<std::uint32_t> unread;     // rows whose texts it does not tell
-    int refreshAfter = 0;               // sleeps between selecting a folder and the new list
-    bool keepsList = false;             // the list is filled anew instead of rebuilt
-    bool ignoreDownKey = false, noDialog = false, noCombo = false, noEdit = false, saveNothing = false;
-    bool keepDialog = false;       // it stays open after Save and after Cancel
-    bool deafEdit = false;         // the box for the name takes no text
-    std::vector<int> dialogDelays; // milliseconds, for the first commands in turn; the rest have none
+// How it behaves: as it should, at first.
+struct Manners {
+    bool refusesFolder = false;
+    int refreshAfter = 0;           // milliseconds between selecting a folder and the new list
+    bool keepsList = false;         // the list is filled anew instead of rebuilt
+    std::set<std::uint32_t> unread; // rows whose texts it does not tell
+    bool withoutNul = false;        // a text that fills its buffer has no end
+    bool silentHeader = false;      // the header answers neither order nor titles, but its count
+    bool ignoreDownKey = false, doubleDownKey = false;
+    bool noDialog = false, twoDialogs = false, noCombo = false, noEdit = false, noSaveButton = false;
+    std::vector<int> dialogDelays; // milliseconds, for the first commands in turn
+    int dialogDelay = 0;           // of the rest
     bool takesAtOpening = false; // the dialog takes the row selected when it opens, not when it was asked for
+    bool keepDialog = false;     // it stays open after Save and after Cancel
+    bool deafEdit = false;       // the box for the name takes no text
+    bool saveNothing = false;
+    int fileAfter = 0;  // milliseconds until there is a file, which is whole...
+    int wholeAfter = 0; // ...so much later, and empty until then
     struct Box {
         Text words;
         std::vector<Text> buttons;
@@ -41,27 +41,53 @@ public:
         bool over = false;         // the box before stays below it
         int fillsAfter = 0;        // milliseconds until it has its buttons
     };
-    std::vector<Box> boxes;    // each Save is answered by these, one after the other, and saves nothing
-    bool background = false;   // another program's window is in front
-    bool blocked = false;      // by a box of its own over the main window
-    int actTakes = 0;          // milliseconds, for every act but an empty one
-    bool pumps = false;        // meanwhile it answers what else is sent
-    bool silentHeader = false; // the header answers neither order nor titles, but its count
-    // Before each message that asks or acts: the place for what the user and the mail do meanwhile.
+    std::vector<Box> boxes;  // each Save is answered by these, one after the other, and saves nothing
+    bool background = false; // another program's window is in front
+    bool blocked = false;    // by a box of its own over the main window
+    int askTakes = 0;        // milliseconds, for every message that asks
+    int actTakes = 0;        // milliseconds, for every act but an empty one
+    bool pumps = false;      // meanwhile it answers what else is sent
+};
+
+class FakeClient : public Desktop, public FakeMemory, public Manners {
+public:
+    FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree);
+
+    // What it shows; to be changed at will between calls, as its manners are.
+    std::vector<Text> columnTitles{u"!", u"From", u"Subject", u"Received", u"Sent", u"To"};
+    std::vector<std::int32_t> columnOrder{0, 1, 2, 3, 4, 5};
+    std::vector<FakeFolder> folders;
+    int shown = 0;                      // index in folders
+    std::set<std::int32_t> selected{0}; // rows
+    // Before each message that asks or acts, and the command that asks for the dialog: the place for what the
+    // user and the mail do meanwhile.
     std::function<void(WindowHandle window, std::uint32_t message)> onMessage;
     std::function<void(int saves)> onSave;
 
     // What was seen.
-    static constexpr int kSleep = 100; // milliseconds; a sleep in slices counts as one
-    int sleeps = 0, sleptMilliseconds = 0;
-    std::vector<std::pair<Text, int>> saved; // path, row that was selected when the dialog was asked for
+    static constexpr int kSleep = 100; // milliseconds
+    int sleptMilliseconds = 0;
+    int unanswered = 0; // milliseconds of these that messages waited for a silent client
+    int Sleeps() const { return sleptMilliseconds / kSleep; }
+    struct Email {
+        int row = -1;
+        Text subject, folder;
+        std::string bytes;
+    };
+    struct SavedEmail : Email {
+        Text path;
+    };
+    std::vector<SavedEmail> saved;
     std::vector<std::pair<WindowHandle, std::int32_t>> keys;   // key-down messages
     std::vector<std::pair<std::uint32_t, std::int32_t>> input; // key and mouse messages, wParam
 
-    void ShowFolder(int index);                      // at once: new list, new handles
-    void End();                                      // every window goes
-    void FallSilent(int milliseconds);               // from now on
-    WindowHandle AddForeignDialog();                 // another program's "Save Message As"
+    void ShowFolder(int index);                               // at once: new list, new handles
+    void Start();                                             // anew, as another process with other items
+    void End();                                               // every window goes
+    void CloseBoxes();                                        // whatever stands beside its main window
+    void FallSilent(int milliseconds);                        // from now on
+    void Later(int milliseconds, std::function<void()> what); // unless it is silent then
+    WindowHandle AddForeign(const Text& className, const Text& caption); // a window of another program
     WindowHandle AddModeless(const Text& className); // of the client, owned by its main window
     std::vector<Text> pressed;                       // labels of the buttons
     WindowHandle Find(const Text& className) const;  // 0 when there is none
@@ -116,9 +142,10 @@ private:
                            WindowHandle owner = 0);
     void RemoveWindow(WindowHandle window);
     void AskForDialog();
-    void OpenDialog(int row);
+    void OpenDialog(Email email);
     void PressSave(WindowHandle dialog);
-    std::string MessageOf(int row) const;
+    void SaveTo(const Text& path, const Email& email);
+    Email Selected() const;
     void PressButton(WindowHandle button);
     void ShowNextBox(WindowHandle dialog);
     std::int32_t Handle(const SentMessage& sent);
@@ -141,20 +168,17 @@ private:
     std::vector<WindowHandle> order_;
     WindowHandle nextWindow_ = 0x10010, main_ = 0, view_ = 0, list_ = 0, header_ = 0, tree_ = 0;
     struct SaveDialog {
-        int row;
+        Email email;
         Text typed;
     };
     std::map<WindowHandle, SaveDialog> dialogs_;
-    std::vector<std::pair<int, int>> pendingDialogs_; // when (of sleptMilliseconds), row
+    std::multimap<int, std::function<void()>> timers_; // by sleptMilliseconds
     std::size_t asks_ = 0;
     int silentUntil_ = 0;            // of sleptMilliseconds
     std::vector<SentMessage> late_;  // unanswered, but handled when the client is back
     std::optional<SentMessage> act_; // under way
     int actUntil_ = 0;               // of sleptMilliseconds
     std::vector<Box> boxesLeft_;
-    std::vector<std::pair<WindowHandle, Text>> buttonsToCome_; // into which window, label
-    int buttonsAt_ = 0;                                        // of sleptMilliseconds
-    WindowHandle openBox_ = 0;                                 // that the act under way waits for
+    WindowHandle openBox_ = 0; // that the act under way waits for
     std::set<WindowHandle> modeless_;
-    int pendingFolder_ = -1, pendingSleeps_ = 0;
 };

@@ -3,6 +3,7 @@
 #include "platform/FileNames.h"
 #include "tests/support/NoFiles.h"
 
+#include <functional>
 #include <map>
 #include <new>
 #include <set>
@@ -12,22 +13,39 @@ struct FakeFiles : NoFiles {
     std::set<Text> directories;        // likewise, without a separator at the end
     std::set<Text> refused;            // directories that cannot be made
     std::set<Text> tooLarge;           // files that do not fit into memory
+    Text gone;                         // a drive or directory, folded, below which nothing can be reached
+    std::function<void()> onLook;      // before each look at the store, which may take its time
 
     static Text Key(Text path)
     {
         while (!path.empty() && path.back() == u'\\') path.pop_back();
         return FoldCase(path);
     }
+    bool IsGone(const Text& path)
+    {
+        if (onLook) onLook();
+        return !gone.empty() && Key(path).starts_with(gone);
+    }
+    // Whether another program could save there. Where no directories are known, they do not matter.
+    bool TakesFile(const Text& path)
+    {
+        const Text directory = path.substr(0, std::min(path.rfind(u'\\'), path.size()));
+        return !IsGone(path) && (directories.empty() || DirectoryExists(directory));
+    }
     void AddFile(const Text& path, std::string bytes = "x") { files[Key(path)] = std::move(bytes); }
 
-    bool Delete(const Text& path) override { return files.erase(Key(path)) != 0; }
-    bool FileExists(const Text& path) override { return files.count(Key(path)) != 0; }
-    bool DirectoryExists(const Text& path) override { return directories.count(Key(path)) != 0; }
+    bool Delete(const Text& path) override { return !IsGone(path) && files.erase(Key(path)) != 0; }
+    bool FileExists(const Text& path) override { return !IsGone(path) && files.count(Key(path)) != 0; }
+    bool DirectoryExists(const Text& path) override
+    {
+        return !IsGone(path) && directories.count(Key(path)) != 0;
+    }
     // In lower case: the names' own is not kept.
     std::vector<Text> ListEmlFiles(const Text& directory) override
     {
         const Text start = Key(directory) + u'\\';
         std::vector<Text> names;
+        if (IsGone(directory)) return names;
         for (const auto& [path, bytes] : files)
             if (path.starts_with(start) && path.ends_with(u"eml") && path.rfind(u'\\') + 1 == start.size())
                 names.push_back(path.substr(start.size()));
@@ -38,12 +56,13 @@ struct FakeFiles : NoFiles {
     {
         const auto found = files.find(Key(path));
         if (tooLarge.count(Key(path))) throw std::bad_alloc();
-        bytes = found == files.end() ? std::string() : found->second;
-        return found == files.end() ? FileError::notFound : FileError::none;
+        const bool isThere = found != files.end() && !IsGone(path);
+        bytes = isThere ? found->second : std::string();
+        return isThere ? FileError::none : FileError::notFound;
     }
     bool MakeDirectory(const Text& path) override
     {
-        if (refused.count(Key(path))) return false;
+        if (refused.count(Key(path)) || IsGone(path)) return false;
         const Text key = Key(path);
         const Text parent = key.substr(0, key.rfind(u'\\'));
         if (!directories.count(parent)) return false; // one level only

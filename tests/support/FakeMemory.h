@@ -15,7 +15,7 @@
 
 class FakeMemory : public ProcessApi {
 public:
-    static constexpr std::uint32_t kProcess = 4711;
+    std::uint32_t ownProcess = 4711; // another one when it is started anew
 
     bool elevated = false;          // it has higher rights than the program
     std::uint32_t platform = 2;     // VER_PLATFORM_WIN32_NT
@@ -36,7 +36,7 @@ public:
     {
         EXPECT_EQ(access, 0x38u);
         denied = denied || elevated;
-        return !elevated && Note("open") && processId == kProcess ? NewHandle() : 0;
+        return !elevated && Note("open") && processId == ownProcess ? NewHandle() : 0;
     }
     RemoteAddress AllocateIn(std::int32_t process, std::uint32_t size) override
     {
@@ -80,8 +80,10 @@ protected:
     char* Bytes(RemoteAddress address, std::size_t size, const char* what)
     {
         const auto at = static_cast<std::uint32_t>(address);
-        for (auto& [start, bytes] : blocks_)
-            if (at >= start && at + size <= start + bytes.size()) return bytes.data() + (at - start);
+        const auto behind = blocks_.upper_bound(at);
+        if (behind != blocks_.begin())
+            if (auto& [start, bytes] = *std::prev(behind); at + size <= start + bytes.size())
+                return bytes.data() + (at - start);
         if (at != 0) ADD_FAILURE() << "the client was given a bad address for: " << what;
         return nullptr;
     }

@@ -53,7 +53,6 @@ struct RunBench : OeBench {
         view.options.systemFolders = u"|local folders|";
         saved.database = std::make_unique<MemoryDatabase>(rows);
         fake.ShowFolder(2);
-        fake.onSave = noteSaved;
         Synchronise(run);
         Forget();
     }
@@ -101,8 +100,7 @@ struct RunBench : OeBench {
     // Does something behind the n-th file that the client saves.
     void AfterSave(int nth, std::function<void()> what)
     {
-        fake.onSave = [this, nth, what = std::move(what)](int saves) {
-            noteSaved(saves);
+        fake.onSave = [nth, what = std::move(what)](int saves) {
             if (saves == nth) what();
         };
     }
@@ -135,10 +133,15 @@ struct RunBench : OeBench {
         for (const Text& words : says) EXPECT_TRUE(Logged(words)) << why << ": " << ToUtf8(words);
         for (const Text& words : saysNot) EXPECT_FALSE(Logged(words)) << why << ": " << ToUtf8(words);
     }
+    bool IsOnDisk(const FakeClient::SavedEmail& email) const
+    {
+        const auto file = files.files.find(FakeFiles::Key(email.path));
+        return file != files.files.end() && file->second == email.bytes;
+    }
     bool IsStored(const Text& subject) const
     {
-        return std::any_of(contents.begin(), contents.end(), [&](const Content& each) {
-            return each.subject == subject && files.files.count(FakeFiles::Key(each.path)) != 0;
+        return std::any_of(fake.saved.begin(), fake.saved.end(), [&](const FakeClient::SavedEmail& each) {
+            return each.subject == subject && IsOnDisk(each);
         });
     }
     // Of the closing line; -1 when the last line is none.
@@ -157,19 +160,9 @@ struct RunBench : OeBench {
     void Stop() { flags.stopAfterEmail = flags.stopRequested = true; }
     void StopAfterFolder() { flags.stopAfterFolder = flags.stopRequested = true; }
 
-    struct Content {
-        Text path, subject, folder; // of the e-mail that was saved there
-    };
-    std::vector<Content> contents;
     MemoryRows rows;
     SavedEmails saved;
     FolderRun run{client, saved, view, files, clock, codePage, locale};
-    const std::function<void(int)> noteSaved = [this](int) {
-        const auto& [path, row] = fake.saved.back();
-        const FakeFolder& folder = fake.folders[static_cast<std::size_t>(fake.shown)];
-        std::erase_if(contents, [&saved = path](const Content& each) { return each.path == saved; });
-        contents.push_back({path, folder.rows[static_cast<std::size_t>(row)][2], folder.name});
-    };
 
 private:
     static std::vector<FakeFolder> Folders(const std::vector<std::vector<Text>>& inbox,
@@ -183,8 +176,8 @@ private:
     }
     void ExpectTruth(std::size_t knownRows) const
     {
-        for (const Content& each : contents) {
-            if (files.files.count(FakeFiles::Key(each.path)) == 0 || view.options.idOnly) continue;
+        for (const FakeClient::SavedEmail& each : fake.saved) {
+            if (!IsOnDisk(each) || view.options.idOnly) continue;
             EXPECT_NE(each.path.find(u"\\" + each.folder + u"\\"), Text::npos) << ToUtf8(each.path);
             EXPECT_NE(each.path.find(u"_" + each.subject), Text::npos) << ToUtf8(each.path);
         }

@@ -142,8 +142,7 @@ TEST(AllFolders, TheFiguresOfARunAreThoseOfThatRun)
     RunBench bench(3);
     Texts totalsLeft;
     std::vector<int> bar, checkBar;
-    bench.fake.onSave = [&](int saves) {
-        bench.noteSaved(saves);
+    bench.fake.onSave = [&](int) {
         totalsLeft.push_back(bench.view.statistics[Statistic::totalLeft]);
         bar.push_back(bench.view.percentages.back().second);
         EXPECT_EQ(bench.view.percentages.back().first, Bar::allFolders);

@@ -59,7 +59,7 @@ TEST(DisturbedExport, WhateverMovesInTheListNoEmailIsMislabelled)
                     if (bench.fake.Find(u"#32770") == 0) act(bench); // not behind the dialog: it is modal
                 });
                 bench.Export();
-                EXPECT_EQ(bench.rows.size(), bench.contents.size());
+                EXPECT_EQ(bench.rows.size(), bench.fake.saved.size());
                 bench.ExpectLog(where, {}, {u"FAIL: -1 "});
                 bench.fake.onMessage = nullptr;
                 bench.fake.selected = {0};

@@ -52,7 +52,7 @@ TEST(DisturbedFolders, AFolderThatIsLeftInMidRunIsNotDone)
     RunBench late; // the list comes later than the mark
     MarkInboxAlone(late);
     late.Export();
-    EXPECT_TRUE(late.contents.empty());
+    EXPECT_TRUE(late.fake.saved.empty());
 }
 
 TEST(DisturbedFolders, AFolderThatIsNotKnownIsNotTheRoot)

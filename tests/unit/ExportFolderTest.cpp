@@ -43,8 +43,8 @@ TEST_F(ExportFolderTest, ExportsEveryEmailOnceAndRecordsIt)
                                u"4 of 4 e-mail(s) handled in this run are saved; 0 are not."}));
     EXPECT_EQ(view.summaryLines, Texts{view.log.back()});
     ASSERT_EQ(fake.saved.size(), 4u);
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(fake.saved[static_cast<std::size_t>(i)].second, i);
-    EXPECT_EQ(fake.saved[3].first, kDirectory + u"0003_Mail3.eml");
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(fake.saved[static_cast<std::size_t>(i)].row, i);
+    EXPECT_EQ(fake.saved[3].path, kDirectory + u"0003_Mail3.eml");
     ASSERT_EQ(rows.size(), 4u);
     EXPECT_EQ(rows[1][u"efolder"], kInbox);
     EXPECT_EQ(rows[1][u"esubject"], u"Mail1");
@@ -70,7 +70,7 @@ TEST_F(ExportFolderTest, TheOptionsReachTheDialog)
     Export();
     ExpectLog("begins with the selected e-mail", {u"-- Exporting 2 to 3 messages."});
     ASSERT_EQ(fake.saved.size(), 2u);
-    EXPECT_EQ(fake.saved[1].first, kDirectory + u"0003.eml");
+    EXPECT_EQ(fake.saved[1].path, kDirectory + u"0003.eml");
     fake.ShowFolder(3);
     fake.background = true; // no keys are typed there
     Export();
@@ -86,7 +86,7 @@ TEST_F(ExportFolderTest, AnEmailWithoutAnyDetailsIsExportedAndAnUnreadOneIsNot)
     Mail()[1] = std::vector<Text>(6);
     Export();
     ExpectOutcome(u"4 passed, 0 failed, 0");
-    EXPECT_EQ(fake.saved[1].first, kDirectory + u"0001_.eml");
+    EXPECT_EQ(fake.saved[1].path, kDirectory + u"0001_.eml");
 
     fake.selected = {0};
     fake.calls.clear();
@@ -101,7 +101,6 @@ TEST_F(ExportFolderTest, AnEmailWithoutAnyDetailsIsExportedAndAnUnreadOneIsNot)
 TEST_F(ExportFolderTest, AStopTakesEffectAfterTheEmailBeingSaved)
 {
     fake.onSave = [this](int saves) {
-        noteSaved(saves);
         if (saves == 2 || saves == 4) Stop();
         if (saves == 3) flags.stopAfterEmail = true; // the program's own
     };

@@ -204,7 +204,7 @@ TEST_F(ProgramCommandsTest, AMissingStoreIsSaidOnceThenAccepted)
         EXPECT_EQ(bench.window.steps, (Texts{u"begin", u"warning", u"end"})) << "nothing was started";
         bench.files.directories.insert({u"d:", FakeFiles::Key(c.comesBack)});
         EXPECT_EQ(bench.Press(&Program::cmdExport), kExported) << "the next press goes ahead";
-        EXPECT_EQ(bench.fake.saved.at(0).first, c.used + u"\\Local Folders\\Inbox\\0000_Mail0.eml");
+        EXPECT_EQ(bench.fake.saved.at(0).path, c.used + u"\\Local Folders\\Inbox\\0000_Mail0.eml");
         bench.files.directories.insert({u"d:", u"d:\\gone"});
         EXPECT_EQ(bench.Press(&Program::cmdCheckAllFolders).substr(0, 3), u"All");
         EXPECT_EQ(bench.program.Store().Path(), c.used) << "for good";

@@ -44,11 +44,11 @@ TEST_F(RemoteTreeView, AFolderChangeWaitsForCountAndCaption)
         bench.fake.ShowFolder(c.from);
         FindOeHandles(bench.client);
         bench.fake.keepsList = c.keepsList;
-        bench.fake.refreshAfter = c.refreshAfter;
+        bench.fake.refreshAfter = 100 * c.refreshAfter;
         bench.fake.keys.clear();
         const Text name(bench.client.lstTree[static_cast<std::size_t>(c.to)].Name());
         EXPECT_EQ(ChangeFolder(bench.client, c.to, name), c.want) << c.why;
-        EXPECT_EQ(bench.fake.sleeps, c.sleeps) << c.why;
+        EXPECT_EQ(bench.fake.Sleeps(), c.sleeps) << c.why;
         EXPECT_EQ(bench.flags.stopAfterEmail && bench.flags.stopAfterFolder, !c.want) << c.why;
         EXPECT_FALSE(bench.flags.stopRequested) << c.why << ": the program's own abort";
         const bool home = !bench.fake.keys.empty() && bench.fake.keys.back().second == 0x24;
@@ -70,7 +70,7 @@ TEST_F(RemoteTreeView, AListSeenChangingRightAfterTheSelectionCounts)
         if (message == message::kListItemCount && ++counts == 3) fake.folders[4].rows = {MailRow(u"Single")};
     };
     EXPECT_TRUE(ChangeFolder(client, 4, u"-Dashes-"));
-    EXPECT_EQ(fake.sleeps, 0);
+    EXPECT_EQ(fake.Sleeps(), 0);
 }
 
 TEST_F(RemoteTreeView, TheSettleTimeIsSleptInFull)

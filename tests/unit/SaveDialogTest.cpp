@@ -90,11 +90,11 @@ TEST_F(SaveDialogTest, SavesUnderTheNameOrItsVariant)
 {
     EXPECT_EQ(Save(), SaveResult::saved);
     ASSERT_EQ(fake.saved.size(), 1u);
-    EXPECT_EQ(fake.saved[0].first, Path(u"0005_ReTest#1.eml"));
+    EXPECT_EQ(fake.saved[0].path, Path(u"0005_ReTest#1.eml"));
     EXPECT_TRUE(view.log.empty());
 
     EXPECT_EQ(Save(), SaveResult::saved);
-    EXPECT_EQ(fake.saved[1].first, Path(u"0005_ReTest#1a.eml"));
+    EXPECT_EQ(fake.saved[1].path, Path(u"0005_ReTest#1a.eml"));
     EXPECT_EQ(view.log.back(), u"RENAME: 5 0005_ReTest#1.eml - file already exists");
 
     request.skipFiles = true;
@@ -131,7 +131,7 @@ TEST_F(SaveDialogTest, WhatGoesWrongHasItsWords)
         c.spoil(bench);
         EXPECT_EQ(bench.Save(), SaveResult::failed) << c.why;
         EXPECT_EQ(bench.view.log, std::vector<Text>{c.want}) << c.why;
-        EXPECT_EQ(bench.fake.sleeps, c.sleeps) << c.why;
+        EXPECT_EQ(bench.fake.Sleeps(), c.sleeps) << c.why;
         EXPECT_EQ(bench.fake.Find(u"#32770") != 0, c.dialogLeft) << c.why;
         EXPECT_TRUE(bench.fake.saved.empty()) << c.why;
     }
@@ -183,8 +183,8 @@ static void ExpectLateDialogsAreTold(const std::vector<int>& delays, bool takesA
         bench.ReadSelected();
         if (bench.Save() == SaveResult::saved) saved.insert(row);
     }
-    for (const auto& [path, row] : bench.fake.saved)
-        EXPECT_EQ(path, bench.Path(u"000" + DecimalText(row) + u"_" + Text(1, u'a' + row) + u".eml"));
+    for (const auto& each : bench.fake.saved)
+        EXPECT_EQ(each.path, bench.Path(u"000" + DecimalText(each.row) + u"_" + each.subject + u".eml"));
     EXPECT_EQ(saved.size(), bench.fake.saved.size());
     EXPECT_TRUE(saved.count(6) && saved.count(7));
 }

@@ -33,7 +33,7 @@ TEST(SilentClient, IsWaitedForOrEndsTheRun)
                 EXPECT_EQ(bench.view.boxes, silence.ended ? Texts{kSilent} : Texts{});
                 EXPECT_EQ(bench.flags.runCompleted, !silence.ended);
                 EXPECT_EQ(bench.Logged(u"Waiting for Outlook Express to answer again"), silence.told);
-                EXPECT_EQ(bench.rows.size(), bench.contents.size());
+                EXPECT_EQ(bench.rows.size(), bench.fake.saved.size());
                 if (!silence.ended) {
                     EXPECT_EQ(bench.rows.size(), 6u) << "the row is read again";
                     continue;
@@ -162,7 +162,7 @@ TEST(SilentClient, OrOneThatEndsInTheMiddleOfAFileHasNotSavedIt)
     for (const bool ends : {true, false}) {
         RunBench bench(3);
         bench.AfterSave(2, [&] {
-            bench.files.AddFile(bench.fake.saved.back().first, ""); // made, and not a byte written
+            bench.files.AddFile(bench.fake.saved.back().path, ""); // made, and not a byte written
             ends ? bench.fake.End() : bench.fake.FallSilent(kForGood);
         });
         bench.Export();
@@ -234,7 +234,8 @@ TEST(ClientBoxes, OverTheMainWindowEndTheRunWhenTheyStandForTenInARow)
 TEST(ClientBoxes, OtherWindowsAreLeftAlone)
 {
     RunBench bench;
-    const WindowHandle others[] = {bench.fake.AddForeignDialog(), bench.fake.AddModeless(u"#32770")};
+    const WindowHandle others[] = {bench.fake.AddForeign(u"#32770", u"Save Message As"),
+                                   bench.fake.AddModeless(u"#32770")};
     bench.fake.onMessage =
         AtEach(message::kLeftUp, [&](int) { bench.fake.AddModeless(u"tooltips_class32"); });
     bench.Export();

@@ -1,0 +1,127 @@
+// The fake client's "Save Message As" and the boxes that come behind it.
+#include "platform/posix/CodePage1252.h"
+#include "tests/support/FakeClient.h"
+
+namespace {
+
+// Of a cell such as "03/04/2007 10:15", half a minute later.
+std::string MailDate(const Text& cell)
+{
+    static const char* const kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                          "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+    int day = 0, month = 0, year = 0;
+    char time[6] = "";
+    if (std::sscanf(ToUtf8(cell).c_str(), "%d/%d/%d %5s", &day, &month, &year, time) != 4) return "";
+    return std::to_string(day) + ' ' + kMonths[month - 1] + ' ' + std::to_string(year) + ' ' + time +
+           ":30 +0000";
+}
+} // namespace
+
+void FakeClient::AskForDialog()
+{
+    if (noDialog || !windows_.count(main_)) return;
+    const std::size_t ask = asks_++;
+    const int delay = ask < dialogDelays.size() ? dialogDelays[ask] : dialogDelay;
+    for (int copy = 0; copy < (twoDialogs ? 2 : 1); ++copy)
+        if (delay == 0 && !IsSilent())
+            OpenDialog(Selected());
+        else
+            Later(delay, [this, email = Selected()] { OpenDialog(email); });
+}
+
+// As far as the list tells it.
+FakeClient::Email FakeClient::Selected() const
+{
+    const int row = FirstSelected();
+    if (row < 0 || row >= std::ssize(Rows()) || Rows()[static_cast<std::size_t>(row)].size() < 6)
+        return {row, u"", u"", "mail"};
+    const std::vector<Text>& cells = Rows()[static_cast<std::size_t>(row)];
+    const auto header = [&](const char* name, std::size_t column) {
+        return name + (": " + ToUtf8(cells[column])) + "\r\n";
+    };
+    return {row, cells[2], folders[static_cast<std::size_t>(shown)].name,
+            header("From", 1) + header("To", 5) + header("Subject", 2) + "Received: from a by b; " +
+                MailDate(cells[3]) + "\r\nDate: " + MailDate(cells[4]) + "\r\n\r\nmail\r\n"};
+}
+
+void FakeClient::OpenDialog(Email email)
+{
+    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0, main_);
+    if (takesAtOpening) email = Selected();
+    dialogs_[dialog] = {std::move(email), u"C:\\Proposed.eml"};
+    if (!noSaveButton) AddWindow(u"Button", u"&Save", dialog);
+    AddWindow(u"Button", u"Cancel", dialog);
+    if (noCombo) return;
+    const WindowHandle outer = AddWindow(u"ComboBoxEx32", u"", dialog);
+    const WindowHandle combo = AddWindow(u"ComboBox", u"", outer);
+    if (!noEdit) AddWindow(u"Edit", u"", combo);
+}
+
+void FakeClient::PressSave(WindowHandle dialog)
+{
+    const SaveDialog filled = dialogs_[dialog];
+    boxesLeft_ = boxes;
+    if (boxes.empty() && !saveTo_.TakesFile(filled.typed))
+        boxesLeft_ = {{u"The path does not exist.", {u"OK"}}};
+    if (!boxesLeft_.empty()) return ShowNextBox(dialog);
+    const auto save = [this, path = filled.typed, email = filled.email] { SaveTo(path, email); };
+    if (fileAfter > 0)
+        Later(fileAfter, save);
+    else if (!saveNothing)
+        save();
+    if (!keepDialog) RemoveWindow(dialog);
+    if (onSave) onSave(static_cast<int>(saved.size()));
+}
+
+void FakeClient::SaveTo(const Text& path, const Email& email)
+{
+    saved.push_back({email, path});
+    saveTo_.AddFile(path, wholeAfter > 0 ? std::string() : email.bytes);
+    if (wholeAfter > 0)
+        Later(wholeAfter, [this, path, bytes = email.bytes] { saveTo_.AddFile(path, bytes); });
+}
+
+void FakeClient::ShowNextBox(WindowHandle dialog)
+{
+    if (boxesLeft_.empty()) return;
+    const Box shownBox = boxesLeft_.front();
+    boxesLeft_.erase(boxesLeft_.begin());
+    if (shownBox.leavesPart) saveTo_.AddFile(dialogs_[dialog].typed, "a part");
+    if (shownBox.ofMainWindow && dialogs_.count(dialog)) RemoveWindow(dialog);
+    const WindowHandle box =
+        AddWindow(u"#32770", u"Save Message As", 0, windows_.count(dialog) ? dialog : main_);
+    AddWindow(u"Static", shownBox.words, box);
+    const WindowHandle nest = AddWindow(u"DirectUIHWND", u"", box);
+    Later(shownBox.fillsAfter, [this, nest, labels = shownBox.buttons] {
+        for (const Text& label : labels) AddWindow(u"Button", label, nest);
+    });
+    Sleep(0);
+    if (!shownBox.late) openBox_ = box;
+    if (!boxesLeft_.empty() && boxesLeft_.front().over) ShowNextBox(box);
+}
+
+void FakeClient::PressButton(WindowHandle button)
+{
+    const WindowHandle dialog = TopOf(button);
+    const Text label = windows_[button].caption;
+    pressed.push_back(label);
+    if (label == u"&Save") {
+        PressSave(dialog);
+    } else if (!dialogs_.count(dialog)) { // a box
+        const WindowHandle owner = windows_[dialog].owner;
+        RemoveWindow(dialog);
+        ShowNextBox(owner);
+    } else if (!keepDialog) {
+        RemoveWindow(dialog);
+    }
+}
+
+Answer FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
+{
+    constexpr std::uint32_t kSetText = 0x000C;
+    const Answer answer = Send(window, kSetText, 0, 0);
+    if (answer.reply != Reply::given) return answer; // late, it takes no name
+    if (deafEdit || ClassOf(window, 100) != u"Edit") return {Reply::given, 0};
+    dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
+    return {Reply::given, 1};
+}
