@@ -44,12 +44,16 @@ void ForEachControl(HWND window, Visit visit)
 StartedProcess::~StartedProcess()
 {
     if (!process_.hProcess) return;
-    if (!HasEnded()) {
-        TerminateProcess(process_.hProcess, 1);
-        (void)HasEnded(kEndingLimit);
-    }
+    End();
     CloseHandle(process_.hProcess);
     CloseHandle(process_.hThread);
+}
+
+void StartedProcess::End()
+{
+    if (HasEnded()) return;
+    TerminateProcess(process_.hProcess, 0);
+    (void)HasEnded(kEndingLimit);
 }
 
 void StartedProcess::Start(const std::wstring& commandLine, const std::wstring& folder)

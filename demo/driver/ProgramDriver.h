@@ -27,6 +27,7 @@ public:
     DWORD ExitCode() const;                          // once it has ended
     void Hold() { SuspendThread(process_.hThread); } // its first thread, and with it its windows
     void Release() { ResumeThread(process_.hThread); }
+    void End(); // by force, at once; with code 0
     bool WaitForEnd(DWORD milliseconds) const { return HasEnded(milliseconds) && ExitCode() == 0; }
 
 private:

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <iterator>
 #include <stdexcept>
@@ -14,23 +15,29 @@ const char kSteps[] =
     "  stop-email=N, stop-folder=N            the next run is stopped after N e-mails\n"
     "  tick=CAPTION                           ticks a check box; _ stands for a blank\n"
     "  restart, restart-client                closes Quillbox, or the client, and starts it\n"
+    "  kill=MS, kill-client=MS                the next run's Quillbox, or the client, is ended by force so "
+    "many\n"
+    "                                         milliseconds behind the press; of that moment, or of that "
+    "run's\n"
+    "                                         end, saved.mdb and log.txt are kept as killed.mdb and "
+    "killed.txt\n"
+    "  top                                    selects the first message in the client\n"
+    "  condense                               chooses \"Condense database\" in the menu of the results\n"
+    "  measure                                tells how long log, results and summary take to be walked "
+    "through\n"
     "  show                                   tells summary, tree and results; pictures them\n";
 
 namespace {
 
-constexpr DWORD kStartLimit = 60000; // milliseconds until a window is there; machines under load are slow
-constexpr DWORD kSyncLimit = 120000; // and for reading the folder tree
+constexpr DWORD kSyncLimit = 120000; // milliseconds for reading the folder tree
 constexpr DWORD kIdleLimit = 200000; // a run that shows nothing new for that long has stopped
 constexpr DWORD kCloseLimit = 30000;
-constexpr DWORD kPictureLimit = 15000;
 constexpr std::size_t kLinesBeforePicture = 5; // e-mails that a picture of a run in progress should show
 
-constexpr wchar_t kSplashClass[] = L"QuillboxSplash";
-constexpr wchar_t kBoxClass[] = L"#32770";
 constexpr wchar_t kClientClass[] = L"Outlook Express Browser Class";
 constexpr wchar_t kStartUpBox[] = L"IMPORTANT! Please Read";
-constexpr std::size_t kTimeStamp = 20; // "dd/mm/yyyy hh:nn:ss " before each line of the log
-enum Tabs { kActions, kStore, kProgress, kSummary };
+constexpr wchar_t kCondensed[] = L"Removed "; // on the display, when condensing has ended
+constexpr std::size_t kTimeStamp = 20;        // "dd/mm/yyyy hh:nn:ss " before each line of the log
 
 std::wstring FolderOf(const std::wstring& path)
 {
@@ -41,24 +48,6 @@ std::wstring FolderOf(const std::wstring& path)
 bool StartsWith(std::wstring_view text, std::wstring_view beginning)
 {
     return text.substr(0, beginning.size()) == beginning;
-}
-
-void WriteFileText(const std::wstring& path, const std::string& text)
-{
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    if (file == INVALID_HANDLE_VALUE ||
-        !WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr))
-        throw std::runtime_error("the file that asks for a picture cannot be written");
-    CloseHandle(file);
-}
-
-// As by a click: the program hears of the change.
-void SelectTab(HWND window, int index)
-{
-    const HWND strip = FindControl(window, WC_TABCONTROLW);
-    if (!strip) throw std::runtime_error("Quillbox shows no tabs");
-    SendMessageW(strip, TCM_SETCURFOCUS, static_cast<WPARAM>(index), 0);
 }
 
 } // namespace
@@ -98,7 +87,7 @@ void Demonstration::StartProgram()
 {
     program_.Start(Quoted(choices_.program), FolderOf(choices_.program));
     PictureOfSplash();
-    const HWND box = WindowOf(program_, "Quillbox's start-up box", kBoxClass, kStartUpBox);
+    const HWND box = WindowOf(program_, "Quillbox's start-up box", kDialogClass, kStartUpBox);
     window_ = FindProgramWindow(program_.Id(), L"Form1");
     if (!window_) throw std::runtime_error("Quillbox shows no main window");
     PlaceSideBySide();
@@ -143,15 +132,24 @@ void Demonstration::Do(const std::wstring& step)
         stopEmailAt_ = std::stoul(value);
     } else if (name == L"stop-folder") {
         stopFolderAt_ = std::stoul(value);
+    } else if (name == L"kill" || name == L"kill-client") {
+        kill_ = {name == L"kill" ? &program_ : &client_, static_cast<DWORD>(std::stoul(value))};
+    } else if (name == L"top") {
+        PostMessageW(FindControl(clientWindow_, L"ATL:SysListView32"), WM_KEYDOWN, VK_HOME, 0);
+    } else if (name == L"condense") {
+        Condense();
     } else if (name == L"restart") {
         CloseProgram();
         StartProgram();
     } else if (name == L"restart-client") {
         CloseClient();
         StartClient();
-        SelectTab(window_, kActions);
+        if (program_.HasEnded()) return;
+        ShowTab(Tab::actions);
         ::Press(FindButton(window_, L"Sync with OE"));
         WaitForCommands();
+    } else if (name == L"measure") {
+        MeasureLists();
     } else if (name == L"show") {
         ShowOutcome();
     } else {
@@ -161,31 +159,81 @@ void Demonstration::Do(const std::wstring& step)
 
 void Demonstration::Press(const Command& command)
 {
-    SelectTab(window_, kActions);
+    ShowTab(Tab::actions);
     const HWND button = FindButton(window_, command.caption);
     boxesAnswered_ = exporting_ = 0;
     completed_ = false;
     if (!choices_.beside.empty() && !beside_)
         beside_ = std::make_unique<StartedProcess>(choices_.beside, std::wstring());
     if (!button || !::Press(button)) throw std::runtime_error("the button of the step cannot be pressed");
-    commandRuns_ = true;
     Print(L"> pressed \"" + std::wstring(command.caption) + L"\"");
-    DWORD lastSign = GetTickCount();
-    while (!IsOver(command)) {
-        if (Attend()) lastSign = GetTickCount();
-        if (GetTickCount() - lastSign > kIdleLimit) throw std::runtime_error("the run has stopped");
-        Sleep(20);
-    }
-    commandRuns_ = false;
+    const bool killed = kill_.has_value();
+    AwaitEnd([&] { return IsOver(command); });
     stopEmailAt_ = stopFolderAt_ = 0;
-    if (command.lastLine && !completed_) throw std::runtime_error("the export did not reach its end");
+    if (command.lastLine && !completed_ && !killed)
+        throw std::runtime_error("the export did not reach its end");
+}
+
+// Its menu is worked by the keyboard, as the table need not be shown.
+void Demonstration::Condense()
+{
+    const HWND table = FindControl(window_, WC_LISTVIEWW, L"", Visible::no);
+    PostMessageW(table, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(table), -1);
+    const HWND menu = WaitForWindow(program_.Id(), L"#32768", L"", kStartLimit);
+    if (!menu) throw std::runtime_error("the results show no menu");
+    PostMessageW(menu, WM_CHAR, L'c', 0);
+    Print(L"> chose \"Condense database\"");
+    AwaitEnd([this] { return IsIdle() && DescribeScreen().find(kCondensed) != std::wstring::npos; });
+}
+
+void Demonstration::AwaitEnd(const std::function<bool()>& over)
+{
+    const auto began = std::chrono::steady_clock::now();
+    const auto gone = [&] {
+        const auto time = std::chrono::steady_clock::now() - began;
+        return static_cast<DWORD>(std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
+    };
+    const bool toKill = kill_.has_value(), ofClient = toKill && kill_->process == &client_;
+    // Without a client a run may end with no more than words on the display.
+    const auto ended = [&] {
+        return over() || (ofClient && IsIdle() && !FindProgramWindow(program_.Id(), kDialogClass));
+    };
+    DWORD lastSign = 0;
+    for (commandRuns_ = true; kill_ || !ended();) {
+        if (kill_ && gone() >= kill_->after) {
+            kill_->process->End();
+            Print(L"> killed after " + std::to_wstring(gone()) + L" ms");
+            if (kill_->process == &program_) break;
+            kill_.reset();
+        }
+        if (Attend()) lastSign = gone();
+        if (gone() - lastSign > kIdleLimit) throw std::runtime_error("the run has stopped");
+        Sleep(kill_ ? (std::min)(kill_->after - (std::min)(kill_->after, gone()), DWORD{20}) : 20);
+    }
+    Print(L"> took " + std::to_wstring(gone()) + L" ms");
+    commandRuns_ = false;
+    kill_.reset();
+    if (ofClient) CloseProgram(); // which has the files to itself until then
+    if (toKill) KeepFiles();
+}
+
+// As they are between what was killed and the next start.
+void Demonstration::KeepFiles() const
+{
+    const std::wstring folder = FolderOf(choices_.program);
+    CopyFileW((folder + L"saved.mdb").c_str(), (folder + L"killed.mdb").c_str(), FALSE);
+    CopyFileW((folder + L"log.txt").c_str(), (folder + L"killed.txt").c_str(), FALSE);
 }
 
 bool Demonstration::IsOver(const Command& command) const
 {
     const bool ended = boxesAnswered_ > 0 || (command.lastLine && completed_);
-    const HWND sync = FindControl(window_, L"Button", L"Sync with OE", Visible::no);
-    return ended && IsWindowEnabled(sync) && !FindProgramWindow(program_.Id(), kBoxClass);
+    return ended && IsIdle() && !FindProgramWindow(program_.Id(), kDialogClass);
+}
+
+bool Demonstration::IsIdle() const
+{
+    return IsWindowEnabled(FindControl(window_, L"Button", L"Sync with OE", Visible::no)) != FALSE;
 }
 
 void Demonstration::PressStopButtons()
@@ -205,7 +253,7 @@ void Demonstration::Choose(std::wstring_view comparison)
 {
     constexpr const wchar_t* kTypes[] = {L"simple", L"database", L"file"};
     const auto type = std::find(std::begin(kTypes), std::end(kTypes), comparison);
-    SelectTab(window_, kActions);
+    ShowTab(Tab::actions);
     const HWND choice = FindControl(window_, L"ComboBox");
     if (type == std::end(kTypes) || !choice || !IsWindowEnabled(choice))
         throw std::runtime_error("the comparison type cannot be chosen");
@@ -291,7 +339,7 @@ bool Demonstration::Attend()
     ShowLog();
     if (program_.HasEnded())
         throw std::runtime_error("Quillbox ended with code " + std::to_string(program_.ExitCode()));
-    const HWND box = FindProgramWindow(program_.Id(), kBoxClass);
+    const HWND box = FindProgramWindow(program_.Id(), kDialogClass);
     // The box at the end of a short run is the last moment.
     if (!busyPictured_ && (exporting_ >= kLinesBeforePicture || (box && commandRuns_))) {
         busyPictured_ = true;
@@ -316,14 +364,22 @@ void Demonstration::Answer(HWND box)
     ++boxesAnswered_;
 }
 
+// As by a click: the program hears of the change.
+void Demonstration::ShowTab(Tab tab)
+{
+    const HWND strip = FindControl(window_, WC_TABCONTROLW);
+    if (!strip) throw std::runtime_error("Quillbox shows no tabs");
+    SendMessageW(strip, TCM_SETCURFOCUS, static_cast<WPARAM>(tab), 0);
+}
+
 void Demonstration::ShowOutcome()
 {
     constexpr const wchar_t* kImages[] = {L"", L"", L"", L"green", L"yellow", L"red"};
-    SelectTab(window_, kSummary);
+    ShowTab(Tab::summary);
     Picture(L"summary");
     const HWND summary = FindControl(window_, L"Edit");
     Print(L"> summary:\n" + (summary ? TextOf(summary) : L""));
-    SelectTab(window_, kProgress);
+    ShowTab(Tab::progress);
     Picture(L"tree");
     const HWND tree = FindControl(window_, WC_TREEVIEWW);
     for (const TreeLine& line : TreeLines(tree)) {
@@ -340,45 +396,4 @@ void Demonstration::ShowOutcome()
         Print(L"> rows in the results table: " +
               std::to_wstring(SendMessageW(table, LVM_GETITEMCOUNT, 0, 0)));
     Picture(L"results");
-}
-
-void Demonstration::Picture(const std::wstring& name)
-{
-    RequestPicture(name);
-    WaitForPictures();
-}
-
-void Demonstration::RequestPicture(const std::wstring& name)
-{
-    if (choices_.pictures.empty()) return;
-    const HWND splash = FindProgramWindow(program_.Id(), kSplashClass);
-    RECT place = {};
-    GetWindowRect(name == L"splash" && splash ? splash : window_, &place);
-    requested_.push_back(choices_.pictures + L"\\" + name + L".place");
-    WriteFileText(requested_.back(), std::to_string(place.right - place.left) + "x" +
-                                         std::to_string(place.bottom - place.top) + "+" +
-                                         std::to_string(place.left) + "+" + std::to_string(place.top) + "\n");
-}
-
-void Demonstration::WaitForPictures()
-{
-    Sleep(requested_.empty() ? 0 : 200); // what was just shown is drawn meanwhile
-    for (const std::wstring& file : requested_)
-        Eventually([&] { return GetFileAttributesW(file.c_str()) == INVALID_FILE_ATTRIBUTES; },
-                   kPictureLimit);
-    requested_.clear();
-}
-
-// It is gone in a moment, so the program is held meanwhile.
-void Demonstration::PictureOfSplash()
-{
-    if (choices_.pictures.empty()) return;
-    const auto shown = [this](const wchar_t* windowClass) {
-        return FindProgramWindow(program_.Id(), windowClass);
-    };
-    Eventually([&] { return shown(kSplashClass) || shown(kBoxClass) || program_.HasEnded(); }, kStartLimit);
-    Sleep(30); // until it is drawn
-    program_.Hold();
-    if (shown(kSplashClass)) Picture(L"splash");
-    program_.Release();
 }

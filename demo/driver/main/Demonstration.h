@@ -3,7 +3,9 @@
 #pragma once
 #include "demo/driver/ProgramDriver.h"
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +19,10 @@ struct Choices {
 };
 
 extern const char kSteps[]; // the steps there are, for people
+
+// Milliseconds until a window is there; machines under load are slow.
+inline constexpr DWORD kStartLimit = 60000;
+inline constexpr wchar_t kDialogClass[] = L"#32770"; // of message boxes, too
 
 void Print(const std::wstring& line); // as UTF-8, at once
 
@@ -44,7 +50,15 @@ private:
     void Tick(std::wstring caption);
     bool Attend();
     void Answer(HWND box);
+    void Condense();
+    // Attends to the program meanwhile; a moment to kill it ends the wait.
+    void AwaitEnd(const std::function<bool()>& over);
     bool IsOver(const Command& command) const;
+    bool IsIdle() const; // no command is under way
+    void KeepFiles() const;
+    enum class Tab { actions, store, progress, summary };
+    void ShowTab(Tab tab);
+    void MeasureLists();
     void ShowOutcome();
 
     // Whoever takes the picture of a window removes the file DIR\NAME.place again. The window is left as it
@@ -53,6 +67,11 @@ private:
     void RequestPicture(const std::wstring& name);
     void WaitForPictures();
     void PictureOfSplash();
+
+    struct Kill {
+        StartedProcess* process;
+        DWORD after; // milliseconds of the run
+    };
 
     const Choices& choices_;
     GrowingFile log_;
@@ -64,5 +83,6 @@ private:
     std::size_t boxesAnswered_ = 0;         // since the button was pressed
     std::size_t stopEmailAt_ = 0,
                 stopFolderAt_ = 0; // e-mails until the stop button is pressed; 0: not at all
+    std::optional<Kill> kill_;     // in the next run
     bool completed_ = false, busyPictured_ = false, commandRuns_ = false;
 };
