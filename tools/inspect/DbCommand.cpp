@@ -6,6 +6,7 @@
 #include "tools/inspect/Json.h"
 
 #include <cstdio>
+#include <iostream>
 
 namespace {
 
@@ -44,6 +45,23 @@ int Add(Files& files, const Text& path, const Text& folder, const Text& subject,
     entry.Subject = subject;
     entry.Crc = crc;
     AddSavedEmail(saved, folder, entry);
+    return kYes;
+}
+
+// A line for each row, its values parted by tabulators.
+int Load(Files& files, const Text& path, std::istream& lines)
+{
+    SavedEmails saved;
+    saved.database = OpenJetDatabase(files, path);
+    std::string line;
+    while (std::getline(lines, line)) {
+        const std::vector<Text> values = SplitAt(FromUtf8(line), u"\t");
+        if (values.size() != 3) throw DatabaseError(u"A line has not three values: " + FromUtf8(line));
+        EmailEntry entry;
+        entry.Subject = values[1];
+        entry.Crc = values[2];
+        AddSavedEmail(saved, values[0], entry);
+    }
     return kYes;
 }
 
@@ -91,6 +109,9 @@ int DbUsage()
         "usage: quillbox-inspect db FILE list [TABLE]              rows as JSON lines, values as texts\n"
         "       quillbox-inspect db FILE has CRC [FOLDER]          prints true or false\n"
         "       quillbox-inspect db FILE add FOLDER SUBJECT CRC    adds a row to the table saved\n"
+        "       quillbox-inspect db FILE load                      adds rows, FOLDER<tab>SUBJECT<tab>CRC in "
+        "each\n"
+        "                                                          line of standard input\n"
         "       quillbox-inspect db FILE forget FOLDER CRC         deletes its rows, prints how many\n"
         "       quillbox-inspect db FILE create                    makes the file with an empty table saved\n"
         "       quillbox-inspect db FILE crcs FOLDER               the folder's CRCs, between commas\n"
@@ -112,6 +133,7 @@ int DbCommand(const std::vector<std::string>& args)
         if (action == "has" && (count == 3 || count == 4))
             return Has(files, texts[0], texts[2], count == 4 ? texts[3] : u"");
         if (action == "add" && count == 5) return Add(files, texts[0], texts[2], texts[3], texts[4]);
+        if (action == "load" && count == 2) return Load(files, texts[0], std::cin);
         if (action == "forget" && count == 4) return Forget(files, texts[0], texts[2], texts[3]);
         if (action == "create" && count == 2) return Create(files, texts[0]);
         if (action == "crcs" && count == 3) return Crcs(files, texts[0], texts[2]);
