@@ -2,17 +2,24 @@
 # Builds and runs every test: the rules of the house, the portable core under the sanitizers, short fuzzing, the
 # Windows program and its parts under Wine, and the demo from end to end. Installs what is missing. What waits
 # runs side by side; the output of each part comes in one piece when it has ended.
-# usage: test.sh [--quick | --fuzz MINUTES]
+# usage: test.sh [--quick | --soak [SEED] | --fuzz MINUTES]
 #   --quick          the rules and the portable core only
+#   --soak           only what takes hours: the program and the client killed at random moments, faults by twos and
+#                    threes, one long run; prints figures. SEED draws the moments (default: another one each time)
 #   --fuzz MINUTES   each fuzz target that long instead of a short, fixed number of inputs
 set -euo pipefail
 cd "$(dirname "$0")"
 
 usage() { sed -n '5,/^set/{/^set/d; s/^# //p}' "$0" >&2; exit 2; }
-quick="" fuzz=(-runs=20000 -max_total_time=20 -seed=1) # whichever comes first
+quick="" soak="" fuzz=(-runs=20000 -max_total_time=20 -seed=1) # whichever comes first
 case "$*" in
     "") ;;
     --quick) quick=yes ;;
+    --soak) soak=$RANDOM ;;
+    "--soak "[1-9]*)
+        [[ $# -eq 2 && $2 =~ ^[0-9]+$ ]] || usage
+        soak=$2
+        ;;
     "--fuzz "[1-9]*)
         [[ $# -eq 2 && $2 =~ ^[0-9]+$ ]] || usage
         fuzz=("-max_total_time=$((60 * $2))")
@@ -93,7 +100,25 @@ layout() { # the window's, at other resolutions
     done
 }
 
+soaking() {
+    now "Building the programs" build_program
+    scripts/build.sh win32 demo-meter
+    scripts/build.sh asan unit-tests
+    export QUILLBOX_TOOLS=$PWD/build/asan
+    part "One long run" tests/demo/soak.sh long 20000 60 100000
+    part "Quillbox killed while it exports" tests/demo/soak.sh kills "$soak" export=200
+    part "The client killed" tests/demo/soak.sh kills "$soak" client=100
+    part "Quillbox killed while it checks and condenses" tests/demo/soak.sh kills "$soak" check=100 condense=100
+    part "The core with pairs of faults" env QUILLBOX_SOAK=1 nice build/asan/unit-tests --gtest_brief=1
+    down_to 0
+}
+
 scripts/install-tools.sh
+if [ -n "$soak" ]; then
+    soaking
+    echo "== Nothing was lost (seed $soak)"
+    exit
+fi
 if [ -n "$quick" ]; then
     part "Rules" tests/rules/check.sh
     part "Core" core
@@ -112,6 +137,7 @@ now "Building the tests under Wine" scripts/build.sh win32 unit-tests windows-te
 part "The core under the sanitizers, fuzzing" core_and_fuzzing
 part "Windows tests, first half" wine_tests windows-tests 0 2
 part "Windows tests, second half" wine_tests windows-tests 1 2
+part "The program and the client killed" tests/demo/soak.sh kills 1 export=4 client=4 check=3 condense=3
 part "Unit tests under Wine" wine_tests unit-tests 0 1
 part "The window at other resolutions" layout
 part "The demo in many runs" tests/demo/cycle.sh 120 20
