@@ -317,7 +317,8 @@ private:
             column.type = source.IsMemo() ? memo : text;
             column.number = column.variableIndex = table.variableColumns++;
             column.length = static_cast<std::uint16_t>(2 * source.characters);
-            column.mayBeNull = column.compressed = true;
+            column.mayBeNull = true;
+            column.compressed = !source.IsMemo();
             if (!column.IsLong()) continue;
             column.ownedMap = addMap();
             column.freeMap = addMap();

@@ -32,7 +32,8 @@ struct Column {
     std::uint16_t variableIndex = 0; // its place among the columns of varying length
     std::uint16_t fixedOffset = 0;
     std::uint16_t length = 0; // most bytes; 0 for long values
-    bool fixed = false, mayBeNull = false, autoNumber = false, compressed = false;
+    bool fixed = false, mayBeNull = false, autoNumber = false;
+    bool compressed = false; // texts; memos are compressed without it, too
     RowId ownedMap, freeMap; // of a long-value column; page 0: none
 
     bool IsLong() const { return type == ColumnType::memo || type == ColumnType::ole; }

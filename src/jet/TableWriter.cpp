@@ -48,11 +48,11 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
         if (!column.mayBeNull && column.type != ColumnType::boolean) throw DatabaseError(NeedsValue(column));
         return std::nullopt;
     }
-    const Compression wanted = column.compressed ? Compression::compressed : Compression::plain;
     if (column.type == ColumnType::memo) {
-        constexpr std::size_t kMostCompressed = 1024; // characters; longer ones stay plain, as Jet does it
-        const std::string bytes =
-            EncodeText(*value, value->size() > kMostCompressed ? Compression::plain : wanted);
+        // As Jet does it, whatever the column says of compression.
+        constexpr std::size_t kMostCompressed = 1024; // characters
+        const std::string bytes = EncodeText(
+            *value, value->size() > kMostCompressed ? Compression::plain : Compression::compressed);
         return StoreLongValue(writes, column, bytes, spaces.longValues[column.number]);
     }
     if (column.type != ColumnType::text || column.fixed) throw DatabaseError(TakesNoText(column.name));
