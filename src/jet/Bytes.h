@@ -12,6 +12,7 @@ namespace jet {
 
 using PageNumber = std::uint32_t;
 inline constexpr std::size_t kPageSize = 4096;
+inline constexpr std::size_t kSectorSize = 512; // what a disk writes whole or not at all
 
 // "The database is damaged (page 17): what", thrown as DatabaseError.
 [[noreturn]] void ThrowDamaged(PageNumber page, TextView what);

@@ -6,6 +6,7 @@ namespace {
 
 constexpr std::size_t kFreeAt = 2, kOwnerAt = 4, kCountAt = 12, kDirectory = 14;
 constexpr std::uint16_t kStartBits = 0x1FFF;
+constexpr std::size_t kMostAdded = (kSectorSize - kDirectory) / 2; // rows whose entries are in one sector
 
 constexpr std::size_t SlotOffset(std::size_t slot)
 {
@@ -81,7 +82,7 @@ std::string NewDataPage(std::uint32_t owner)
 std::optional<std::size_t> FreeSpaceIn(ByteView page)
 {
     const std::size_t count = SlotCount(page), free = page.U16(kFreeAt);
-    if (count >= kMostSlots || free < 2) return std::nullopt;
+    if (count >= kMostAdded || free < 2) return std::nullopt;
     return free - 2;
 }
 
@@ -94,6 +95,19 @@ std::uint8_t AddRow(std::string& page, std::string_view row)
     Put16(page, kCountAt, slot + 1);
     Put16(page, kFreeAt, start - SlotOffset(slot + 1));
     return static_cast<std::uint8_t>(slot);
+}
+
+void DeleteRow(std::string& page, std::size_t slot)
+{
+    const ByteView view(page, 0);
+    Put16(page, SlotOffset(slot), SlotAt(view, slot).start | kDeleted);
+    const std::size_t count = SlotCount(view);
+    if (count > kMostAdded) return; // another program's; its directory is in two sectors
+    std::size_t kept = count;
+    while (kept > 0 && SlotAt(view, kept - 1).flags == kDeleted) --kept;
+    const std::size_t lowest = kept == 0 ? kPageSize : SlotAt(view, kept - 1).start;
+    for (std::size_t gone = kept; gone < count; ++gone) Put16(page, SlotOffset(gone), lowest | kDeleted);
+    Put16(page, kFreeAt, lowest - SlotOffset(count));
 }
 
 void ReplaceRow(std::string& page, std::size_t slot, std::string_view row, std::uint16_t flags)

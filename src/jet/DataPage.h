@@ -1,4 +1,7 @@
 // DataPage.h: pages that hold rows: of tables, of long values, of usage maps.
+// A disk that loses its power half way through a page has written whole sectors of it, each of them or not.
+// So what makes a row be there or not is in one sector, the page's first: its entry in the directory, the
+// count of entries and the figure of free bytes. No row is moved in its page, as that would take several.
 // Fails by: DatabaseError for a page that is not what it should be.
 #pragma once
 #include "jet/PageFile.h"
@@ -48,11 +51,10 @@ std::string NewDataPage(std::uint32_t owner);
 // Bytes the longest row may have that can still be added; nothing when none can, not even an empty one.
 std::optional<std::size_t> FreeSpaceIn(ByteView page);
 std::uint8_t AddRow(std::string& page, std::string_view row); // its slot; the free space was looked at before
-// The row's bytes give way to others; the rows behind it move. Growth must fit the free bytes.
+// Its bytes stay, and are free again once no row that is there has been added after it.
+void DeleteRow(std::string& page, std::size_t slot);
+// The row's bytes give way to others; the rows behind it move, in several sectors. Growth must fit the free
+// bytes.
 void ReplaceRow(std::string& page, std::size_t slot, std::string_view row, std::uint16_t flags);
-inline void DeleteRow(std::string& page, std::size_t slot)
-{
-    ReplaceRow(page, slot, {}, kDeleted);
-}
 
 } // namespace jet

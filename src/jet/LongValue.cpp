@@ -26,7 +26,7 @@ std::string Header(std::size_t size, std::uint32_t kind, std::uint32_t pointer)
 RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, std::vector<FreeSpace>& spaces)
 {
     if (FreeSpace* space = FindSpace(spaces, row.size())) {
-        std::string& page = writes.Edit(space->page, Phase::prepare);
+        std::string& page = writes.Edit(space->page, Phase::fresh);
         const RowId id{space->page, AddRow(page, row)};
         space->bytes = FreeSpaceIn(ByteView(page, id.page)).value_or(0);
         return id;
@@ -35,8 +35,7 @@ RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, std
     const std::uint8_t slot = AddRow(page, row);
     const std::size_t left = FreeSpaceIn(ByteView(page, 0)).value_or(0);
     const PageNumber number = writes.Add(std::move(page));
-    EnterPage(writes, column.ownedMap, column.freeMap, Phase::prepare, Phase::prepare, spaces,
-              {number, left});
+    EnterPage(writes, column.ownedMap, column.freeMap, spaces, {number, left});
     return {number, slot};
 }
 
@@ -96,17 +95,15 @@ FreeSpace* FindSpace(std::vector<FreeSpace>& spaces, std::size_t bytes)
     return found == spaces.rend() ? nullptr : &*found;
 }
 
-void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, Phase own, Phase offer,
-               std::vector<FreeSpace>& spaces, FreeSpace added)
+void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, std::vector<FreeSpace>& spaces,
+               FreeSpace added)
 {
-    AddToMap(writes, ownedMap, added.page, own);
-    // A map page that is written before the page is owned must not offer it.
-    const bool mayOffer = freeMap.page != 0 && !writes.IsPlannedBefore(freeMap.page, own);
+    AddToMap(writes, ownedMap, added.page, Phase::commit);
     const auto full = [](const FreeSpace& space) { return space.bytes < kWorthOffering; };
-    if (mayOffer) {
+    if (freeMap.page != 0) {
         for (const FreeSpace& space : spaces)
-            if (full(space)) TakeFromMap(writes, freeMap, space.page, offer);
-        if (!full(added)) AddToMap(writes, freeMap, added.page, offer);
+            if (full(space)) TakeFromMap(writes, freeMap, space.page, Phase::tidy);
+        if (!full(added)) AddToMap(writes, freeMap, added.page, Phase::tidy);
     }
     spaces.erase(std::remove_if(spaces.begin(), spaces.end(), full), spaces.end());
     if (!full(added)) spaces.push_back(added);

@@ -24,10 +24,9 @@ inline constexpr std::size_t kWorthOffering = 256; // a page with less room leav
 std::vector<FreeSpace> FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
                                     std::uint32_t owner);
 FreeSpace* FindSpace(std::vector<FreeSpace>& spaces, std::size_t bytes); // null: none is large enough
-// Writes of a new page into the maps, and of those it replaces out of the free map. offer: the phase of the
-// free map.
-void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, Phase own, Phase offer,
-               std::vector<FreeSpace>& spaces, FreeSpace added);
+// Enters a new page in the maps, and takes those it replaces out of the free map.
+void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, std::vector<FreeSpace>& spaces,
+               FreeSpace added);
 
 // Places the value and answers the header for the row. spaces are those of the column.
 std::string StoreLongValue(WriteSet& writes, const Column& column, const std::string& bytes,

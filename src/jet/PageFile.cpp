@@ -137,16 +137,22 @@ std::string& WriteSet::Edit(PageNumber page, Phase phase)
     return found->second.bytes;
 }
 
+void WriteSet::Stage(PageNumber page, Phase phase, std::string bytes)
+{
+    staged_[{phase, page}] = std::move(bytes);
+}
+
+void WriteSet::StageBehindFirstSector(PageNumber page)
+{
+    std::string bytes = pages_.at(page).bytes;
+    bytes.replace(0, kSectorSize, *file_.Read(page), 0, kSectorSize);
+    Stage(page, Phase::fresh, std::move(bytes));
+}
+
 PageNumber WriteSet::Add(std::string bytes)
 {
     pages_.emplace(next_, Pending{std::move(bytes), Phase::fresh});
     return next_++;
-}
-
-bool WriteSet::IsPlannedBefore(PageNumber page, Phase phase) const
-{
-    const auto found = pages_.find(page);
-    return found != pages_.end() && found->second.phase < phase;
 }
 
 void WriteSet::Commit()
@@ -156,17 +162,21 @@ void WriteSet::Commit()
     for (Phase phase :
          {Phase::fresh, Phase::global, Phase::prepare, Phase::commit, Phase::tidy, Phase::count}) {
         bool written = false;
-        for (auto& [page, pending] : pages_) {
-            if (pending.phase != phase) continue;
+        const auto write = [&](PageNumber page, std::string& bytes) {
             if (earlier) file_.Flush();
             earlier = false;
-            file_.Write(page, std::move(pending.bytes));
+            file_.Write(page, std::move(bytes));
             written = true;
-        }
+        };
+        for (auto& [when, bytes] : staged_)
+            if (when.first == phase) write(when.second, bytes);
+        for (auto& [page, pending] : pages_)
+            if (pending.phase == phase) write(page, pending.bytes);
         if (phase <= Phase::commit) earlier = earlier || written;
     }
     if (earlier) file_.Flush();
     pages_.clear();
+    staged_.clear();
 }
 
 } // namespace jet

@@ -51,31 +51,35 @@ private:
     Cache young_, old_;
 };
 
-// When a page of an operation is written. A stop between any two writes must leave a file in which every
-// row added so far is there, nothing refers to a page that is not complete, and the table does not count
-// more rows than it has:
+// When a page of an operation is written. Whenever the program is stopped or the power goes, every row
+// reported as added must be there, nothing may refer to a page that is not complete or is called free, and
+// the table may not count more rows than it has:
 enum class Phase {
-    fresh,   // new pages at the end of the file; nothing refers to them
-    global,  // they are taken out of the map of free pages
-    prepare, // long values get their maps and rows; no row refers to them. The count of rows that will go
-    commit,  // a row is there: one page. Or rows are gone: pages that do not depend on each other
+    fresh,   // what nothing refers to yet: new pages at the end of the file, bytes of a row, long values
+    global,  // new pages are taken out of the map of free pages
+    prepare, // the count of rows that will go
+    commit,  // a row is there: one sector. Or rows are gone: sectors that do not depend on each other
     tidy,    // hints and leftovers
     count,   // the count of rows that have come
 };
 
 // The page writes of one operation: collected first, written in order by Commit. No phase up to the commit
-// begins before the one before it is on the disk, and nothing comes behind the commit before that is.
+// begins before the one before it is on the disk, and nothing comes behind the commit before that is. Within
+// a phase the sectors of all its pages may get to the disk in any order.
 class WriteSet {
 public:
     explicit WriteSet(PageFile& file) : file_(file), firstFresh_(file.Count()), next_(firstFresh_) {}
 
     // The page as it will be. The view is good until the next Edit or Add.
     ByteView View(PageNumber page);
-    // The page to be changed. A page edited for several phases is written once: with the commit if it is
-    // part of it (all or nothing is then kept by the single write), else in the earliest.
+    // The page to be changed. A page edited for several phases is written once: with the commit if it is part
+    // of it (all or nothing is then kept by the single sector), else in the earliest.
     std::string& Edit(PageNumber page, Phase phase);
+    // What an edited page is to hold before it is as edited: it is written in this phase, too.
+    void Stage(PageNumber page, Phase phase, std::string bytes);
+    // Stages all of the edited page but its first sector: nothing that the first sector names may change.
+    void StageBehindFirstSector(PageNumber page);
     PageNumber Add(std::string bytes); // a new page at the end of the file
-    bool IsPlannedBefore(PageNumber page, Phase phase) const;
     PageNumber FirstFresh() const { return firstFresh_; }
     PageNumber Next() const { return next_; } // what Add will answer
 
@@ -89,6 +93,7 @@ private:
     PageFile& file_;
     PageNumber firstFresh_, next_;
     std::map<PageNumber, Pending> pages_;
+    std::map<std::pair<Phase, PageNumber>, std::string> staged_;
     PageRef hold_;
 };
 

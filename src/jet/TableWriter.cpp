@@ -4,7 +4,6 @@
 #include "platform/Database.h"
 
 #include <algorithm>
-#include <set>
 
 namespace jet {
 
@@ -61,7 +60,7 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
                             DecimalText(column.length / 2) + u" characters at most): " + *value);
     if (value->front() == u'\xFEFF') // would be lost, and the row not found again
         throw DatabaseError(u"The text for the column " + column.name + u" begins with a byte order mark");
-    return EncodeText(*value, wanted);
+    return EncodeText(*value, column.compressed ? Compression::compressed : Compression::plain);
 }
 
 // A page that has room again is offered for new rows.
@@ -123,6 +122,15 @@ std::vector<Text> TableWriter::Mend()
         notes.push_back(u"the count of its rows was corrected from " + DecimalText(counted) + u" to " +
                         DecimalText(rowCount_));
     }
+    if (!unlisted_.empty()) {
+        WriteSet writes(file);
+        for (const Column& column : table_.Definition().columns)
+            for (const auto& [number, page] : unlisted_)
+                if (number == column.number) AddToMap(writes, column.ownedMap, page, Phase::commit);
+        MarkFreshPagesUsed(writes);
+        writes.Commit();
+        notes.push_back(u"pages with long texts were entered in their map");
+    }
     mended_ = true;
     return notes;
 }
@@ -134,18 +142,21 @@ void TableWriter::Inspect()
     InspectMaps();
     InspectTail();
     const std::vector<PageNumber> pages = table_.Pages();
-    std::vector<std::uint32_t> referred; // places outside their row, each of which only one row may use
+    Inspected inspected;
+    for (const Column& column : table.columns)
+        if (column.IsLong()) inspected.longValuePages[column.number] = PagesOf(file, column.ownedMap);
     PageRef hold;
     for (PageNumber page : pages) {
         CheckDirectory(file.View(page, hold));
         for (RowId row : table_.RowsOn(page)) {
-            InspectRow(*table_.Fetch(row), referred);
+            InspectRow(*table_.Fetch(row), inspected);
             ++rowCount_;
         }
     }
-    std::sort(referred.begin(), referred.end());
-    const auto twice = std::adjacent_find(referred.begin(), referred.end());
-    if (twice != referred.end()) ThrowDamaged(*twice >> 8, u"two rows share the same bytes");
+    std::vector<std::uint32_t>& places = inspected.places;
+    std::sort(places.begin(), places.end());
+    const auto twice = std::adjacent_find(places.begin(), places.end());
+    if (twice != places.end()) ThrowDamaged(*twice >> 8, u"two rows share the same bytes");
     if (rowCount_ < table.rowCount)
         throw DatabaseError(u"The table has lost rows: it should have " + DecimalText(table.rowCount) +
                             u" and has " + DecimalText(rowCount_));
@@ -154,8 +165,9 @@ void TableWriter::Inspect()
     for (const Column& column : table.columns) {
         if (!column.IsLong()) continue;
         spaces_.longValues[column.number] =
-            FreeSpacesOf(file, column.freeMap, PagesOf(file, column.ownedMap), kLongValueOwner);
+            FreeSpacesOf(file, column.freeMap, inspected.longValuePages.at(column.number), kLongValueOwner);
     }
+    unlisted_ = std::move(inspected.unlisted);
 }
 
 void TableWriter::InspectMaps() const
@@ -174,7 +186,8 @@ void TableWriter::InspectMaps() const
     NeedExtensible(table_.File(), kFreePages);
 }
 
-// A stop while the file grew leaves the beginning of a page that this program makes, and nothing in use yet.
+// A stop while the file grew leaves part of a page that this program makes, or zeros in its place, and
+// nothing in use yet.
 void TableWriter::InspectTail() const
 {
     PageFile& file = table_.File();
@@ -191,14 +204,16 @@ void TableWriter::InspectTail() const
     const bool ours = begins(NewDataPage(table_.Definition().page).substr(0, 8), kFreeFigure) ||
                       begins(NewDataPage(kLongValueOwner).substr(0, 8), kFreeFigure) ||
                       begins(bitmap, bitmap.size());
-    if (!ours || !IsPageFree(file, file.Count()))
+    const bool unwritten = tail.substr(0, kSectorSize).find_first_not_of('\0') == std::string::npos;
+    if ((!ours && !unwritten) || !IsPageFree(file, file.Count()))
         throw DatabaseError(u"The file ends in the middle of a page that this program did not begin: it was "
                             u"cut short, or something was added to it");
 }
 
-void TableWriter::InspectRow(const StoredRow& stored, std::vector<std::uint32_t>& referred) const
+void TableWriter::InspectRow(const StoredRow& stored, Inspected& inspected) const
 {
-    for (std::size_t i = 1; i < stored.places.size(); ++i) referred.push_back(ToPointer(stored.places[i]));
+    for (std::size_t i = 1; i < stored.places.size(); ++i)
+        inspected.places.push_back(ToPointer(stored.places[i]));
     const Row row(table_.Definition(), stored.bytes);
     for (const Column& column : table_.Definition().columns) {
         const std::optional<std::string_view> cell = row.Cell(column);
@@ -208,7 +223,12 @@ void TableWriter::InspectRow(const StoredRow& stored, std::vector<std::uint32_t>
         if (!column.IsLong()) continue;
         const LongValue value = ReadLongValue(table_.File(), bytes);
         if (column.type == ColumnType::memo) (void)DecodeText(ByteView(value.bytes, row.Page()));
-        for (RowId place : value.places) referred.push_back(ToPointer(place));
+        const std::vector<PageNumber>& listed = inspected.longValuePages.at(column.number);
+        for (RowId place : value.places) {
+            inspected.places.push_back(ToPointer(place));
+            if (!std::binary_search(listed.begin(), listed.end(), place.page))
+                inspected.unlisted.emplace(column.number, place.page);
+        }
     }
 }
 
@@ -233,13 +253,13 @@ RowId TableWriter::Append(const std::vector<std::optional<Text>>& values)
         std::string& page = writes.Edit(space->page, Phase::commit);
         id = {space->page, AddRow(page, row)};
         space->bytes = FreeSpaceIn(ByteView(page, id.page)).value_or(0);
+        writes.StageBehindFirstSector(id.page);
     } else {
         std::string page = NewDataPage(table.page);
         id.slot = AddRow(page, row);
         const std::size_t left = FreeSpaceIn(ByteView(page, 0)).value_or(0);
         id.page = writes.Add(std::move(page));
-        EnterPage(writes, table.ownedMap, table.freeMap, Phase::commit, Phase::tidy, spaces.rows,
-                  {id.page, left});
+        EnterPage(writes, table.ownedMap, table.freeMap, spaces.rows, {id.page, left});
     }
     MarkFreshPagesUsed(writes);
     WriteRowCount(writes, table.page, rowCount_ + 1, Phase::count);

@@ -9,6 +9,7 @@
 #include "platform/Database.h"
 
 #include <map>
+#include <set>
 #include <span>
 
 namespace jet {
@@ -37,10 +38,15 @@ public:
     void Delete(std::span<const RowId> rows);
 
 private:
+    struct Inspected {
+        std::map<std::uint16_t, std::vector<PageNumber>> longValuePages; // by column number, as the maps say
+        std::vector<std::uint32_t> places; // outside their row, each of which only one row may use
+        std::set<std::pair<std::uint16_t, PageNumber>> unlisted; // missing in longValuePages
+    };
     void Inspect();
     void InspectTail() const;
     void InspectMaps() const;
-    void InspectRow(const StoredRow& stored, std::vector<std::uint32_t>& referred) const;
+    void InspectRow(const StoredRow& stored, Inspected& inspected) const;
     void NeedWritable() const;
     void DeleteTogether(std::span<const StoredRow> rows);
 
@@ -48,6 +54,8 @@ private:
     Text refusal_; // why the table cannot be written; empty: it can
     std::uint32_t rowCount_ = 0;
     bool mended_ = false;
+    // Pages of long values that are not in the map of their column, by its number.
+    std::set<std::pair<std::uint16_t, PageNumber>> unlisted_;
     TableSpaces spaces_;
 };
 

@@ -111,7 +111,8 @@ private:
         const PageNumber first = ByteView(row, map_.page).U32(1);
         if (map_ == kFreePages) {
             if (first != 0) ThrowForeignLayout(map_.page, kLateBeginning);
-            if (Lengthen(page)) return;
+            if (Lengthen()) return;
+            StageZeros();
         } else if (InlineReach(Row()) >= 8 &&
                    Bits(std::string_view(row).substr(kInlineHeader), true).empty()) {
             Put32(writes_.Edit(map_.page, phase_), RowStart() + 1, page & ~7u);
@@ -121,16 +122,30 @@ private:
     }
 
     // The map of free pages grows in its page as long as that has room.
-    bool Lengthen(PageNumber page)
+    bool Lengthen()
     {
         std::string row(Row().Bytes());
         const std::size_t before = row.size();
-        while ((row.size() - kInlineHeader) * 8 <= page) row.append(4, '\xFF');
+        while ((row.size() - kInlineHeader) * 8 < writes_.Next()) row.append(4, '\xFF');
         const ByteView mapPage = writes_.View(map_.page);
         CheckDirectory(mapPage);
         if (row.size() - before > mapPage.U16(2)) return false;
-        ReplaceRow(writes_.Edit(map_.page, phase_), map_.slot, row, 0);
+        StageZeros();
+        std::string grown(writes_.View(map_.page).Bytes());
+        ReplaceRow(grown, map_.slot, std::string(row.size(), '\0'), 0);
+        writes_.Stage(map_.page, phase_, std::move(grown));
+        std::string& page = writes_.Edit(map_.page, Phase::commit);
+        ReplaceRow(page, map_.slot, row, 0);
         return true;
+    }
+
+    // A row that changes in several sectors is half old and half new if the power goes. Zeros, which call no
+    // page free, are right whatever stands beside them.
+    void StageZeros()
+    {
+        std::string page(writes_.View(map_.page).Bytes());
+        const std::size_t size = Row().Size();
+        writes_.Stage(map_.page, Phase::fresh, page.replace(RowStart(), size, size, '\0'));
     }
 
     void MakeList(const std::string& row, PageNumber first)

@@ -72,8 +72,13 @@ struct MemoryFiles : NoFiles {
     bool record = false;
     std::vector<std::map<Text, MemoryImage>> history; // while record: all files after each change
     std::vector<std::size_t> flushedAt;               // while record: the history's length at each flush
-    std::size_t changes = 0; // writes, resizes, renames, deletions and flushes so far
-    std::size_t failAt = 0;  // this change and, if failForGood, all later ones fail
+    struct Written {
+        std::uint64_t offset;
+        std::string bytes;
+    };
+    std::vector<Written> written; // while record
+    std::size_t changes = 0;      // writes, resizes, renames, deletions and flushes so far
+    std::size_t failAt = 0;       // this change and, if failForGood, all later ones fail
     bool failForGood = false;
     std::size_t tornBytes = 0; // of a write that fails, as many bytes get to the file
     std::size_t flushes = 0, reads = 0;
@@ -143,6 +148,7 @@ public:
     {
         const bool fails = files_.Fails();
         image_->Write(offset, bytes, fails ? std::min(count, files_.tornBytes) : count);
+        if (files_.record) files_.written.push_back({offset, std::string(bytes, count)});
         files_.Note();
         return !fails;
     }

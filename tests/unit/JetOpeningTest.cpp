@@ -148,7 +148,8 @@ TEST(JetOpening, TellsWhyADatabaseCannotBeReadOrWritten)
         {"a deleted subject", Bytes(kSubjects, 15, "\xC0"),
          damaged + u"19): part of a long value was deleted"},
         {"something added", Tail("more"), cut},
-        {"zeros added", Tail(std::string(512, '\0')), cut},
+        {"a page without its first sector", Tail(std::string(512, '\0') + "rows"), mended},
+        {"other bytes behind part of a sector of zeros", Tail(std::string(511, '\0') + "x"), cut},
         {"rows of another table", Tail(NewDataPage(2).substr(0, 512)), cut},
         {"the beginning of rows in the place of a page in use", CutUsedPage, cut},
         {"the beginning of rows", Tail(rows.substr(0, 4095)), mended},
@@ -157,8 +158,7 @@ TEST(JetOpening, TellsWhyADatabaseCannotBeReadOrWritten)
         {"the beginning of bits", Tail({"\5\1\0\0\xFF\xFF\xFF\xFF\0", 9}), mended},
         {"cut short", [](MemoryImage& image) { image.Resize(image.Size() - 1000); }, cut},
         {"cut short by a page", [](MemoryImage& image) { image.Resize(image.Size() - kPageSize); },
-         damaged + u"19): the file ends before this page, which it refers to"},
-        {"free pages, cut short", [](MemoryImage& image) { image.Resize(image.Size() + 5000); }, cut},
+         damaged + u"17): a usage map names pages behind the end"},
     };
     const MemoryImage good = WithRows(7);
     for (const auto& c : cases) {
