@@ -60,6 +60,22 @@ void ExpectNothingInUseIsFree(const MemoryImage& image)
     }
 }
 
+// Pages of long values are in the map of their column.
+void ExpectListed(MemoryFiles& files)
+{
+    PageFile file = OpenPages(files);
+    const Table table(file, kDefinition);
+    const Column& subject = table.Definition().columns[1];
+    const std::vector<PageNumber> listed = PagesOf(file, subject.ownedMap);
+    for (RowId id : table.Rows()) {
+        const std::optional<StoredRow> stored = table.Fetch(id);
+        const auto cell = Row(table.Definition(), stored->bytes).Cell(subject);
+        if (!cell) continue;
+        for (RowId place : ReadLongValue(file, ByteView(*cell, id.page)).places)
+            EXPECT_TRUE(std::binary_search(listed.begin(), listed.end(), place.page)) << place.page;
+    }
+}
+
 // Opens the state that a stop left, and works on with it.
 void ExpectSound(const MemoryImage& image, const Rows& expected)
 {
@@ -68,6 +84,7 @@ void ExpectSound(const MemoryImage& image, const Rows& expected)
     EXPECT_EQ(sample.database->PrepareForWriting(u"saved", {}).refusal, u"");
     EXPECT_EQ(Sorted(RowsOf(*sample.database)), expected);
     EXPECT_EQ(CountedRows(sample.files), expected.size()) << "corrected on opening";
+    ExpectListed(sample.files);
     sample.Add({{u"after the stop", Text(100, u'\x0416'), u"AFTER"}});
     EXPECT_EQ(RowsOf(*sample.database).size(), expected.size() + 1);
     EXPECT_EQ(CountedRows(sample.files), expected.size() + 1);
@@ -132,6 +149,12 @@ std::vector<Scenario> Scenarios()
     SavedSample memos;
     memos.Add({{u"f", u"s", u"0"}, {u"f", Text(30000, u'c'), u"1"}, {u"f", Text(600, u'p'), u"2"}});
     const MemoryImage withMemos = memos.Image();
+    // Files in which the map of free pages is a long row, and some are free.
+    const auto withLongMap = [](PageNumber pages) {
+        SavedSample sample(Lengthened(WithRows(0), pages));
+        sample.Add({{u"f", u"s", u"0"}});
+        return sample.Image();
+    };
     return {
         {"the first row", WithRows(0), 1, Add(u"s")},
         {"a row on an existing page", WithRows(3), 0, Add(u"s")},
@@ -145,7 +168,9 @@ std::vector<Scenario> Scenarios()
          Add(Text(500, u'p'))},
         {"maps become lists", Lengthened(WithRows(16), 700), 5, Add(Text(3000, u'p'))},
         {"the maps of long subjects become lists", Lengthened(withMemos, 700), 3, Add(Text(1000, u'p'))},
-        {"the map of free pages becomes a list", Lengthened(WithRows(16), 32500), 16, Add(Text(20000, u'c'))},
+        {"the map of free pages grows again", withLongMap(543), 1, Add(Text(500, u'p'))},
+        {"the map of free pages becomes a list", Lengthened(withLongMap(31000), 32500), 11,
+         Add(Text(20000, u'c'))},
         {"a second page of bits", Lengthened(WithRows(16), 32734), 20, Add(Text(20000, u'c'))},
         {"a row is deleted", WithRows(20), 0, DeleteOf(u"0")},
         {"the last row is deleted", WithRows(1), 0, DeleteOf(u"0")},
