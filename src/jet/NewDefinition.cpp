@@ -151,7 +151,7 @@ std::string KeyOf(TextView name)
     return key + std::string("\1\0", 2);
 }
 
-std::string NewIndexLeaf(PageNumber definition, std::vector<IndexEntry> entries)
+std::string NewIndexLeaf(PageNumber definition, const std::vector<IndexEntry>& entries)
 {
     std::vector<std::string> sorted;
     for (const IndexEntry& entry : entries) {

@@ -25,7 +25,7 @@ struct IndexEntry {
 };
 std::string KeyOf(std::uint32_t number);
 std::string KeyOf(TextView name); // throws for anything but Latin letters and digits
-std::string NewIndexLeaf(PageNumber definition, std::vector<IndexEntry> entries);
+std::string NewIndexLeaf(PageNumber definition, const std::vector<IndexEntry>& entries);
 std::uint32_t DistinctKeys(std::vector<IndexEntry> entries);
 
 } // namespace jet

@@ -113,7 +113,7 @@ std::vector<Text> TableWriter::Mend()
     PageFile& file = table_.File();
     if (!file.Tail().empty()) {
         file.CutTail();
-        notes.push_back(u"an unfinished page at its end was cut off");
+        notes.emplace_back(u"an unfinished page at its end was cut off");
     }
     if (const std::uint32_t counted = table_.Definition().rowCount; counted != rowCount_) {
         WriteSet writes(file);

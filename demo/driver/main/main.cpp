@@ -28,11 +28,11 @@ bool ReadArguments(int argc, wchar_t** argv, Choices& choices)
         else if (name == L"--beside")
             choices.beside = argv[i + 1];
         else if (name == L"--do")
-            choices.steps.push_back(argv[i + 1]);
+            choices.steps.emplace_back(argv[i + 1]);
         else
             return false;
     }
-    for (++i; i < argc; ++i) choices.client.push_back(argv[i]);
+    for (++i; i < argc; ++i) choices.client.emplace_back(argv[i]);
     return !choices.program.empty() && !choices.client.empty();
 }
 

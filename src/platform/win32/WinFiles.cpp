@@ -66,7 +66,7 @@ public:
     FileHandle& operator=(FileHandle&&) = delete;
 
     bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-    operator HANDLE() const { return handle_; }
+    operator HANDLE() const { return handle_; } // NOLINT(*-explicit-*): stands for it
 
 private:
     HANDLE handle_;
