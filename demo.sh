@@ -11,6 +11,9 @@
 #                  what is there from an earlier run is kept (default: build/demo)
 #   --folder NAME  this folder alone: its path below DIR, such as Projects/Alpha
 #   --check TYPE   checks by that comparison type what is saved, and exports nothing
+#   --extras "KEY=VALUE;..."    for this run: extras, as docs/guide.md lists them
+#   --captions "KEY=VALUE;..."  for this run: what the client calls its columns and windows
+#   --zone NAME    all of it in another time zone, such as Europe/Berlin, in place of Universal Time
 #   --show         on the real display, not on a virtual one
 #   --steps LIST   for tests: what is done instead, as demo-driver's steps, parted by blanks
 #   --client LIST  for tests: switches of demo-client, parted by blanks
@@ -46,9 +49,10 @@ command_line() {
 }
 
 mail=$root/demo/mail out=$root/build/demo folder="" check="" steps=() client=() beside=() moving=() display=(-s 2400x900)
+extras="" captions="" zone=UTC
 while (($#)); do
     case $1 in
-        --mail | --out | --folder | --check | --steps | --client | --beside) [ -n "${2:-}" ] || die "$1 needs a value" ;;&
+        --mail | --out | --folder | --check | --steps | --client | --beside | --extras | --captions | --zone) [ -n "${2:-}" ] || die "$1 needs a value" ;;&
         --mail) mail=$2; shift 2 ;;
         --out) out=$2; shift 2 ;;
         --folder) folder=${2#./}; shift 2 ;;
@@ -56,12 +60,16 @@ while (($#)); do
         --steps) read -ra steps <<<"$2"; shift 2 ;;
         --client) read -ra client <<<"$2"; shift 2 ;;
         --beside) beside=(--beside "$(command_line "$2")"); shift 2 ;;
+        --extras) extras=$2; shift 2 ;;
+        --captions) captions=$2; shift 2 ;;
+        --zone) zone=$2; shift 2 ;;
         --moving) moving=(--moving); shift ;;
         --show) [ -n "${DISPLAY:-}" ] || die "--show, but DISPLAY is not set"; display=(-d); shift ;;
         -h | --help) usage; exit 0 ;;
         *) usage >&2; exit 2 ;;
     esac
 done
+[ -f "/usr/share/zoneinfo/$zone" ] || die "$zone: no such time zone"
 [ -d "$mail" ] || die "$mail: no such directory"
 mail=$(realpath -- "$mail")
 mkdir -p -- "$out" || die "$out: cannot be made"
@@ -128,10 +136,22 @@ cp -- "$root/build/win32/quillbox.exe" "$out/program/"
     printf '[Paths]\r\nStore=%s\r\n[Options]\r\nSystem Folders=|outlook express|\r\n' "$store_path" \
         >"$out/program/settings.ini"
 
+# Of these sections the run gets what it was told, and nothing of the run before.
+settings=$out/program/settings.ini
+section() { # NAME "KEY=VALUE;..."
+    [ -z "$2" ] || printf '[%s]\r\n%s\r\n' "$1" "${2//;/$'\r\n'}" | iconv -f UTF-8 -t WINDOWS-1252
+}
+{
+    awk '/^\[/ { drop = /^\[(Extras|Captions)\]/ } !drop' "$settings"
+    section Extras "$extras"
+    section Captions "$captions"
+} >"$scratch/settings.ini" || die "a caption is not within the code page 1252"
+cp -- "$scratch/settings.ini" "$settings"
+
 # Long enough for any mailbox; the driver itself gives up on a run that stands still.
 limit=$((900 + 5 * ${packed%% *}))
-# In Universal Time: there the dates of the message list are those of the files.
-TZ=UTC "$root/scripts/wine-run.sh" -t "$limit" "${display[@]}" -- \
+# In Universal Time the dates of the message list are those of the files.
+TZ=$zone "$root/scripts/wine-run.sh" -t "$limit" "${display[@]}" -- \
     "$root/demo/driver/run.sh" "${beside[@]}" "$root/build/win32" "$out" "$scratch" "$shown" "${steps[@]}" -- "${client[@]}" 8<&- &
 pid=$!
 status=0

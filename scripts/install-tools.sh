@@ -9,7 +9,7 @@ packages=(
     clang libclang-rt-dev                              # the fuzz targets
     googletest mdbtools                                # unit tests
     wine wine32:i386 xvfb imagemagick                  # the program at work, and pictures of it
-    fonts-wine fonts-liberation tzdata
+    fonts-wine fonts-liberation tzdata locales
     zip unzip cmark-gfm                                # the package
     git clang-format shellcheck cppcheck clang-tidy python3 # the rules of the house
 )

@@ -4,6 +4,7 @@
 # usage: wine-run.sh [options] [--] command [arguments]
 #   -t SECONDS    time limit (default 600, 0 for none); beyond it the exit code is 124
 #   -l gb|us      date format of the Windows user: 03/04/2007 10:15 (default) or 4/3/2007 10:15 AM
+#   -a LOCALE     the user's language, and with it the ANSI code page: ja_JP (default: English, 1252)
 #   -n            no display: windows exist but are not drawn
 #   -d            the display that DISPLAY names, instead of a virtual one
 #   -s WxH        size of the virtual screen (default 1280x1024)
@@ -16,13 +17,14 @@
 # all that was started here is ended, and the scratch files go.
 set -u
 
-limit=600 dates=gb display=virtual screen=1280x1024 dpi=96 picture="" keep=""
+limit=600 dates=gb display=virtual screen=1280x1024 dpi=96 picture="" keep="" language=""
 usage() { sed -n '2,/^set/s/^# \{0,1\}//p' "$0" >&2; exit 2; }
 die() { echo "wine-run: $*" >&2; exit 1; }
-while getopts t:l:nds:r:c:p: option; do
+while getopts t:l:a:nds:r:c:p: option; do
     case $option in
         t) limit=$OPTARG ;;
         l) dates=$OPTARG ;;
+        a) language=$OPTARG ;;
         n) display=none ;;
         d) display=${DISPLAY:-}; [ -n "$display" ] || die "-d, but DISPLAY is not set" ;;
         s) screen=$OPTARG ;;
@@ -142,6 +144,11 @@ esac
 unset LANG LANGUAGE WAYLAND_DISPLAY
 export LC_ALL=C.UTF-8 TZ=${TZ:-Europe/London}
 export WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
+if [ -n "$language" ]; then
+    export LOCPATH=$scratch/locale LC_ALL=$language.UTF-8
+    mkdir "$LOCPATH"
+    localedef -i "$language" -f UTF-8 --no-archive "$LOCPATH/$LC_ALL" || die "-a $language: no such locale"
+fi
 # No menus written to the host, no offers to download .NET or an HTML engine.
 export WINEDLLOVERRIDES="winemenubuilder.exe=;mscoree=;mshtml="
 export WINEPREFIX=${keep:-$scratch/prefix}

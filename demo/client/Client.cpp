@@ -16,13 +16,13 @@ constexpr UINT_PTR kTimer = 1;
 constexpr UINT kTimerStep = 20; // milliseconds
 constexpr int kNavigationWidth = 200;
 
-HMENU CreateMainMenu()
+HMENU CreateMainMenu(const Language& language)
 {
     const HMENU bar = CreateMenu(), file = CreatePopupMenu();
-    AppendMenuW(file, MF_STRING, kSaveAsCommand, L"Save &As...");
+    AppendMenuW(file, MF_STRING, kSaveAsCommand, language.saveAs);
     AppendMenuW(file, MF_SEPARATOR, 0, nullptr);
-    AppendMenuW(file, MF_STRING, kExitCommand, L"E&xit");
-    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(file), L"&File");
+    AppendMenuW(file, MF_STRING, kExitCommand, language.exit);
+    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(file), language.file);
     return bar;
 }
 
@@ -54,7 +54,7 @@ bool Client::Show(int showCommand)
     main.lpszClassName = kMainClass;
     RegisterClassExW(&main);
     CreateWindowExW(0, kMainClass, L"", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
-                    960, 600, nullptr, CreateMainMenu(), main.hInstance, this);
+                    960, 600, nullptr, CreateMainMenu(*options_.language), main.hInstance, this);
     if (options_.noTree)
         ShowFolder(first);
     else
@@ -84,7 +84,7 @@ void Client::OnCreate(HWND window)
     window_ = window;
     status_ = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0, 0, 0,
                               window, nullptr, nullptr, nullptr);
-    navigation_ = CreateFolderPane(window, root_, !options_.noTree);
+    navigation_ = CreateFolderPane(window, root_, *options_.language, !options_.noTree);
     messageView_ = CreatePane(window, L"Outlook Express Message View", L"", PaneHeading::none);
     list_ = std::make_unique<MessageList>(nullptr, none_);
     Watch(TreeOf(navigation_));

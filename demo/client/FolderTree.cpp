@@ -37,12 +37,12 @@ void AddFolder(HWND tree, HTREEITEM parent, const MailFolder& folder)
     for (const MailFolder& child : folder.folders) AddFolder(tree, item, child);
 }
 
-HWND CreateTree(HWND host, const MailFolder& root)
+HWND CreateTree(HWND host, const MailFolder& root, const Language& language)
 {
     const DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES | TVS_LINESATROOT |
                         TVS_SHOWSELALWAYS;
-    const HWND tree = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"Folder List", style, 0, 0, 0, 0, host,
-                                      nullptr, nullptr, nullptr);
+    const HWND tree = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, language.folderList, style, 0, 0, 0, 0,
+                                      host, nullptr, nullptr, nullptr);
     SHFILEINFOW icons{};
     const DWORD_PTR list = SHGetFileInfoW(L"folder", FILE_ATTRIBUTE_DIRECTORY, &icons, sizeof icons,
                                           SHGFI_USEFILEATTRIBUTES | SHGFI_SYSICONINDEX | SHGFI_SMALLICON);
@@ -67,12 +67,13 @@ HTREEITEM FindItem(HWND tree, HTREEITEM item, const MailFolder* folder)
 
 } // namespace
 
-HWND CreateFolderPane(HWND mainWindow, const MailFolder& root, bool withTree)
+HWND CreateFolderPane(HWND mainWindow, const MailFolder& root, const Language& language, bool withTree)
 {
     const HWND pane = CreatePane(mainWindow, L"Outlook Express Navigation Pane", L"", PaneHeading::none);
-    const HWND frame = CreatePane(pane, L"Outlook Express Pane Frame", L"Folders", PaneHeading::caption);
+    const HWND frame =
+        CreatePane(pane, L"Outlook Express Pane Frame", language.folders, PaneHeading::caption);
     const HWND host = CreatePane(frame, L"ThorTreeViewWndClass", L"", PaneHeading::none);
-    if (withTree) CreateTree(host, root);
+    if (withTree) CreateTree(host, root, language);
     return pane;
 }
 

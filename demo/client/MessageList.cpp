@@ -13,14 +13,19 @@ namespace {
 enum Field { kPriority, kAttachment, kFlag, kFrom, kSubject, kTo, kReceived, kSent };
 
 struct Column {
-    const wchar_t* title;
+    const wchar_t* Language::*title; // null: a picture's
     int width;
     Field field;
 };
 constexpr Column kColumns[] = {
-    {L"", 22, kPriority},          {L"", 22, kAttachment},      {L"", 22, kFlag},
-    {L"From", 130, kFrom},         {L"Subject", 240, kSubject}, {L"To", 130, kTo},
-    {L"Received", 110, kReceived}, {L"Sent", 110, kSent},
+    {nullptr, 22, kPriority},
+    {nullptr, 22, kAttachment},
+    {nullptr, 22, kFlag},
+    {&Language::from, 130, kFrom},
+    {&Language::subject, 240, kSubject},
+    {&Language::to, 130, kTo},
+    {&Language::received, 110, kReceived},
+    {&Language::sent, 110, kSent},
 };
 // Left to right: the user has moved "To" behind the dates, so positions are not indexes.
 constexpr std::array<int, 8> kVisibleOrder = {0, 1, 2, 3, 4, 6, 7, 5};
@@ -61,7 +66,8 @@ std::vector<int> AddColumns(HWND list, const Options& options)
     std::vector<int> fields;
     if (options.noColumns) return fields;
     if (options.oneColumn) {
-        AddColumn(list, 0, options.columnTitles.empty() ? L"Subject" : options.columnTitles[0], 400);
+        AddColumn(list, 0, options.columnTitles.empty() ? options.language->subject : options.columnTitles[0],
+                  400);
         return {kSubject};
     }
     for (int i = 0; i < int(std::size(kColumns)); ++i) {
@@ -69,7 +75,8 @@ std::vector<int> AddColumns(HWND list, const Options& options)
             std::find(kVisibleOrder.begin(), kVisibleOrder.end(), i) - kVisibleOrder.begin();
         const auto titled = static_cast<std::size_t>(position - kFirstTitled);
         const bool renamed = position >= kFirstTitled && titled < options.columnTitles.size();
-        AddColumn(list, i, renamed ? options.columnTitles[titled] : kColumns[i].title, kColumns[i].width);
+        const wchar_t* title = kColumns[i].title ? options.language->*kColumns[i].title : L"";
+        AddColumn(list, i, renamed ? options.columnTitles[titled] : title, kColumns[i].width);
         fields.push_back(kColumns[i].field);
     }
     SendMessageW(list, LVM_SETCOLUMNORDERARRAY, kVisibleOrder.size(),

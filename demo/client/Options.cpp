@@ -10,6 +10,7 @@ const wchar_t kUsage[] = L"usage: demo-client --mail DIRECTORY_OR_PACK [--select
                          L"  --system-dialog  --dialog-delays=MS,MS,..  --take-at-command  --slow=MS\n"
                          L"  --no-dialog  --no-combo  --no-edit  --careless-dialog  --save-nothing\n"
                          L"  --no-columns  --one-column  --column-titles=A,B,..  --no-list  --no-tree\n"
+                         L"  --language=en|de|fr|pl|ja\n"
                          L"  --fill=MS  --hold-back=N  --ignore-down-key  --close-after=N  --hang-after=N\n"
                          L"  --at=EVENT:N:ACTION[:VALUE]  (see Mishaps.h)\n";
 
@@ -102,7 +103,12 @@ ValueResult SetValue(const std::wstring& name, const std::wstring& value, Option
         return result(SetShortForm(*form, value, options));
     if (name == L"--dialog-delays") return result(SetDelays(value, options));
     if (name == L"--at") return result(AddMishap(value, options));
-    if (name == L"--mail")
+    if (name == L"--language") {
+        const auto language =
+            std::ranges::find_if(Languages(), [&](const Language& each) { return value == each.name; });
+        if (language == Languages().end()) return ValueResult::badValue;
+        options.language = &*language;
+    } else if (name == L"--mail")
         options.mail = value;
     else if (name == L"--select")
         options.select = value;

@@ -1,12 +1,14 @@
 // Options.h: the command line of the stand-in client: what it shows and how it misbehaves.
 #pragma once
+#include "demo/client/Languages.h"
 #include "demo/client/Mishaps.h"
 
 #include <string>
 #include <vector>
 
 struct Options {
-    std::wstring mail;   // mail directory or pack
+    std::wstring mail; // mail directory or pack
+    const Language* language = &Languages().front();
     std::wstring select; // the folder shown first, "Projects/Alpha"; empty: Inbox, or the first with messages
 
     bool noCombo = false;          // the dialog has no file-name box
@@ -22,7 +24,7 @@ struct Options {
     int holdBack = 0;              // first messages of each folder that are not in the list until they arrive
     std::vector<int> dialogDelays; // milliseconds from the command to the dialog, one for each in turn, then
                                    // again from the first; empty: at once
-    std::vector<std::wstring> columnTitles; // for From, Subject, Received, Sent, To; empty: these
+    std::vector<std::wstring> columnTitles; // for From, Subject, Received, Sent, To; empty: the language's
     std::vector<Mishap> mishaps;            // --at
 };
 

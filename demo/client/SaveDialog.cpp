@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr wchar_t kCaption[] = L"Save Message As";
 constexpr int kFileNameId = 1148, kFileTypeId = 1136; // as in the system's file dialogs
 constexpr UINT kIsOpen = WM_APP + 1;
 
@@ -39,7 +38,8 @@ HWND AddControl(HWND dialog, const wchar_t* windowClass, const wchar_t* caption,
 
 void AddControls(HWND dialog, const Dialog& state)
 {
-    AddControl(dialog, L"Static", L"File &name:", SS_LEFT, {7, 10, 62, 20}, -1);
+    const Language& words = *state.options.language;
+    AddControl(dialog, L"Static", words.fileName, SS_LEFT, {7, 10, 62, 20}, -1);
     if (!state.options.noCombo) {
         const DWORD kind = state.options.noEdit ? CBS_DROPDOWNLIST : CBS_DROPDOWN;
         const HWND name =
@@ -47,13 +47,13 @@ void AddControls(HWND dialog, const Dialog& state)
         SetWindowTextW(name, state.request.suggestedName.c_str());
         SetFocus(name);
     }
-    AddControl(dialog, L"Static", L"Save as &type:", SS_LEFT, {7, 28, 62, 38}, -1);
+    AddControl(dialog, L"Static", words.saveAsType, SS_LEFT, {7, 28, 62, 38}, -1);
     const HWND type =
         AddControl(dialog, L"ComboBox", L"", CBS_DROPDOWNLIST | WS_TABSTOP, {64, 26, 204, 66}, kFileTypeId);
-    SendMessageW(type, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"Mail (*.eml)"));
+    SendMessageW(type, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(words.mailFiles));
     SendMessageW(type, CB_SETCURSEL, 0, 0);
-    AddControl(dialog, L"Button", L"&Save", BS_DEFPUSHBUTTON | WS_TABSTOP, {212, 8, 262, 22}, IDOK);
-    AddControl(dialog, L"Button", L"Cancel", BS_PUSHBUTTON | WS_TABSTOP, {212, 26, 262, 40}, IDCANCEL);
+    AddControl(dialog, L"Button", words.save, BS_DEFPUSHBUTTON | WS_TABSTOP, {212, 8, 262, 22}, IDOK);
+    AddControl(dialog, L"Button", words.cancel, BS_PUSHBUTTON | WS_TABSTOP, {212, 26, 262, 40}, IDCANCEL);
 }
 
 std::wstring TypedPath(HWND dialog)
@@ -92,7 +92,7 @@ void OnSave(HWND dialog, Dialog& state)
         return;
     }
     MessageBeep(MB_ICONEXCLAMATION);
-    SetWindowTextW(dialog, kCaption);
+    SetWindowTextW(dialog, state.options.language->saveMessageAs);
 }
 
 void OnCancel(HWND dialog, const Dialog& state)
@@ -108,10 +108,10 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
     if (message == WM_INITDIALOG) {
         state = reinterpret_cast<Dialog*>(lParam);
         SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-        if (state->options.carelessDialog) SetWindowTextW(dialog, kCaption);
+        if (state->options.carelessDialog) SetWindowTextW(dialog, state->options.language->saveMessageAs);
         AddControls(dialog, *state);
         // Last: who finds the dialog by its caption finds its controls as well.
-        SetWindowTextW(dialog, kCaption);
+        SetWindowTextW(dialog, state->options.language->saveMessageAs);
         PostMessageW(dialog, kIsOpen, 0, 0);
         return FALSE; // the focus is set
     }
@@ -167,7 +167,7 @@ UINT_PTR CALLBACK SystemDialogHook(HWND child, UINT message, WPARAM, LPARAM lPar
     return 0;
 }
 
-SaveAnswer RunSystemDialog(HWND owner, const DialogRequest& request)
+SaveAnswer RunSystemDialog(HWND owner, const Language& language, const DialogRequest& request)
 {
     SystemDialog state{request, {}};
     std::array<wchar_t, 1024> path{};
@@ -178,7 +178,7 @@ SaveAnswer RunSystemDialog(HWND owner, const DialogRequest& request)
     dialog.lpstrFilter = L"Mail (*.eml)\0*.eml\0";
     dialog.lpstrFile = path.data();
     dialog.nMaxFile = static_cast<DWORD>(path.size());
-    dialog.lpstrTitle = kCaption;
+    dialog.lpstrTitle = language.saveMessageAs;
     dialog.lpstrDefExt = L"eml";
     dialog.lCustData = reinterpret_cast<LPARAM>(&state);
     dialog.lpfnHook = SystemDialogHook;
@@ -208,5 +208,6 @@ bool WriteMessageFile(const std::wstring& path, std::string_view bytes, bool rep
 
 SaveAnswer RunSaveDialog(HWND owner, const Options& options, const DialogRequest& request)
 {
-    return options.systemDialog ? RunSystemDialog(owner, request) : RunDrawnDialog(owner, options, request);
+    return options.systemDialog ? RunSystemDialog(owner, *options.language, request)
+                                : RunDrawnDialog(owner, options, request);
 }

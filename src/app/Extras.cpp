@@ -28,6 +28,10 @@ constexpr ExtraRow Switch(const char16_t* key, const char16_t* sentence)
 }
 
 constexpr ExtraRow kRows[] = {
+    Switch<&OeSettings::anyLanguage>(
+        u"Any Language",
+        u"For an Outlook Express that does not speak English: its windows and buttons are known by what they "
+        u"are. The titles of the columns stand in the section \"Captions\"."),
     Switch<&RunOptions::freshRunList>(
         u"Fresh Run List",
         u"\"Export emails in all folders\" begins with an empty list, so that folders passed over by an "

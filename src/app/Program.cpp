@@ -41,7 +41,8 @@ Program::Program(Surroundings& outside, ProgramWindow& window)
               crc_,
               window,
               settings_.client,
-              flags_},
+              flags_,
+              settings_.words},
       run_{client_, saved_, window, outside.files, outside.clock, outside.codePage, outside.locale}
 {
 }
@@ -53,10 +54,12 @@ void Program::StartUp()
     settings_ = LoadSettings(outside_.profile, outside_.files, settingsFile);
     const std::vector<RefusedExtra> refused =
         LoadExtras(settings_, outside_.profile, outside_.files, settingsFile);
+    const std::optional<Text> noLetters =
+        LoadCaptions(settings_.words, outside_.profile, outside_.files, settingsFile);
     store_.TakeFromSettings(settings_.store);
     window_.ShowSettings(settings_);
     window_.Appear();
-    Run([this, &refused] {
+    Run([&, this] {
         log_.SetPath(outside_.programFolder + u"log.txt");
         OpenDatabase();
         window_.ProcessEvents(); // a click on the splash window
@@ -65,6 +68,9 @@ void Program::StartUp()
         LogLine(u"Started " + ProgramTitle() + u" - " + ProgramVersion(), Record::yes);
         for (const auto& [row, stored] : refused)
             LogLine(u"settings.ini: " + WhyRefused(row, stored), Record::yes);
+        if (noLetters)
+            LogLine(u"settings.ini: Sendkeys takes letters from A to Z, which these are not: " + *noLetters,
+                    Record::yes);
         for (const Text& note : saved_.notes) LogLine(note, Record::yes);
         WarnIfFolderIsReadOnly();
         if (!closeAsked_) SyncWithOe();

@@ -3,6 +3,7 @@
 // Fails by: nothing. A command that fails says so in the log and in a box, and has then ended.
 #pragma once
 #include "app/ActivityLog.h"
+#include "app/Captions.h"
 #include "app/Extras.h"
 #include "app/ProgramWindow.h"
 #include "app/Settings.h"

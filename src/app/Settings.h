@@ -14,7 +14,8 @@ struct Settings {
     Text store; // the store folder; empty: the folder lists keep their place
     RunOptions options;
     OeSettings client;
-    Text treeSeparator = u" - "; // between a node's name and its status
+    Text treeSeparator = u" - ";       // between a node's name and its status
+    ClientWords words = kEnglishWords; // what the client's windows and columns are called
 };
 
 // A setting is a member of one of three records.

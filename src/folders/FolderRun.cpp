@@ -102,7 +102,12 @@ void LogMissingColumns(FolderRun& run)
 {
     Text names;
     for (const Text& title : MissingColumns(run.client)) names += (names.empty() ? u"" : u", ") + title;
-    if (!names.empty()) run.Log(u"The message list has no column titled: " + names);
+    if (names.empty()) return;
+    run.Log(u"The message list has no column titled: " + names);
+    Text shown; // in quotes, as a caption of settings.ini may stand
+    for (const ListColumn& column : run.client.columns)
+        if (!column.title.empty()) shown += (shown.empty() ? u"\"" : u", \"") + column.title + u'"';
+    if (!shown.empty()) run.Log(u"Its columns are titled: " + shown);
 }
 
 Text NotSavedText(std::int32_t emails)

@@ -79,7 +79,7 @@ NoResult SayNoResult(FolderRun& run);
 // are not believed for a second: the list may just be being filled.
 std::optional<std::int32_t> CountEmails(FolderRun& run);
 
-// Names the columns that the list lacks, if it does.
+// Names the columns that the list lacks, if it does, and those that it has.
 void LogMissingColumns(FolderRun& run);
 
 // What a check of one folder and a check of all say alike: the words for a number of e-mails, and the

@@ -15,12 +15,15 @@ Text LabelOf(Desktop& desktop, WindowHandle window)
 }
 
 // Newer systems nest the parts of a box in windows of their own.
-WindowHandle FindButton(Desktop& desktop, WindowHandle box, TextView label)
+WindowHandle FindButton(OeClient& client, WindowHandle box, TextView label, DialogButton id)
 {
+    Desktop& desktop = client.desktop;
     WindowHandle found = 0;
     desktop.EnumDescendants(box, [&](WindowHandle window) {
         if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), u"Button")) return true;
-        if (!EqualNoCase(LabelOf(desktop, window), label)) return true;
+        if (client.settings.anyLanguage ? desktop.ControlIdOf(window) != static_cast<std::int32_t>(id)
+                                        : !EqualNoCase(LabelOf(desktop, window), label))
+            return true;
         found = window;
         return false;
     });
@@ -94,8 +97,9 @@ void ClientBoxes::Answer() const
         // It is there before its texts and buttons are.
         WindowHandle button = 0;
         WaitUntil(client_, kFillTries, kInterval, [&] {
-            for (const TextView label : {words.noButton, words.cancelButton, words.okButton})
-                if (button == 0) button = FindButton(desktop, box, label);
+            button = FindButton(client_, box, words.noButton, DialogButton::no);
+            if (button == 0) button = FindButton(client_, box, words.cancelButton, DialogButton::cancel);
+            if (button == 0) button = FindButton(client_, box, words.okButton, DialogButton::ok);
             return button != 0 || !desktop.IsThere(box);
         });
         LogWordsOfBox(client_.reporter, WordsOfBox(desktop, box));

@@ -8,16 +8,16 @@
 // Letter case never matters.
 struct ClientWords {
     // Captions of windows, or parts of them that no other window of the class has.
-    TextView folderPane, folderTree, saveDialog;
-    TextView saveButton;                       // in the Save dialog, with the mark of its mnemonic
-    TextView noButton, cancelButton, okButton; // in the Save dialog and in boxes, without
-    TextView saveAsLetters; // capitals that, typed with Alt, choose "Save As" from the menu
-    TextView from, subject, received, sent, to; // titles of the list's columns
+    Text folderPane, folderTree, saveDialog;
+    Text saveButton;                        // in the Save dialog, with the mark of its mnemonic
+    Text noButton, cancelButton, okButton;  // in the Save dialog and in boxes, without
+    Text saveAsLetters;                     // capitals that, typed with Alt, choose "Save As" from the menu
+    Text from, subject, received, sent, to; // titles of the list's columns
 
     std::array<TextView, 5> ColumnTitles() const { return {from, subject, received, sent, to}; }
 };
 
-inline constexpr ClientWords kEnglishWords = {
+inline const ClientWords kEnglishWords = {
     .folderPane = u"Folders",
     .folderTree = u"Folder List",
     .saveDialog = u"Save Message As",

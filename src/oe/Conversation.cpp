@@ -100,6 +100,15 @@ bool AskToTakeText(OeClient& client, WindowHandle window, const Text& text)
     return ValueOf(client, answer).value_or(0) != 0;
 }
 
+std::optional<Text> AskForText(OeClient& client, WindowHandle window)
+{
+    constexpr int kMostText = 256;
+    if (client.silent) return std::nullopt;
+    Text text;
+    const Answer answer = client.desktop.SendGetText(window, kMostText, text);
+    return ValueOf(client, answer) ? std::optional(text) : std::nullopt;
+}
+
 bool Act(OeClient& client, WindowHandle window, std::uint32_t message, std::int32_t wParam,
          std::int32_t lParam, const std::function<bool()>& isEnough)
 {

@@ -20,6 +20,9 @@ std::optional<std::int32_t> Ask(OeClient& client, WindowHandle window, std::uint
 // The answer to WM_SETTEXT: whether the window took the text, in the ANSI code page.
 bool AskToTakeText(OeClient& client, WindowHandle window, const Text& text);
 
+// What the control shows; nothing as for Ask.
+std::optional<Text> AskForText(OeClient& client, WindowHandle window);
+
 // Whether the client has done it, or its window has gone. False after 60 seconds, with the client silent
 // then, and when `isEnough` came true first: then it may be doing it still.
 bool Act(OeClient& client, WindowHandle window, std::uint32_t message, std::int32_t wParam,

@@ -41,7 +41,8 @@ struct OeFolder {
 struct OeSettings {
     float settleTime = 0; // seconds to wait after a folder change
     std::int16_t applyDst = 0;
-    float timeOffset = 0; // months
+    float timeOffset = 0;     // months
+    bool anyLanguage = false; // windows and buttons are known by what they are, not by their captions
 };
 
 // What is known of the "Save Message As" dialogs that the client was asked for.

@@ -19,20 +19,19 @@ constexpr std::uint32_t kLongestDelay = 60'000; // milliseconds from asking for 
 constexpr int kMostWrittenOff = 3;
 constexpr int kFocusTries = 20, kFocusWait = 10; // milliseconds until a window really has the focus
 
-// The client's own: another program may have a dialog of that name.
-WindowHandle FindDialog(OeClient& client)
-{
-    return FindTopWindowOf(client, client.words.saveDialog, kDialogClass);
-}
-
 // A dialog behind a box of the client takes no click: closed from outside, it would leave the client waiting
 // inside for ever.
-bool ClickButton(OeClient& client, WindowHandle dialog, TextView caption)
+bool ClickButton(OeClient& client, WindowHandle dialog, WindowHandle button)
 {
     if (dialog <= 0 || !client.desktop.IsEnabled(dialog)) return false;
-    const WindowHandle button = FindChildWindowEx(client.desktop, dialog, caption, u"Button");
     if (button > 0) SendClick(client, button);
     return button > 0;
+}
+
+bool Cancel(OeClient& client, WindowHandle dialog)
+{
+    return ClickButton(client, dialog,
+                       FindButtonOf(client, dialog, client.words.cancelButton, DialogButton::cancel));
 }
 
 // Whether no dialog is open any more. One may be just closing; otherwise it is cancelled, and so is what
@@ -40,15 +39,15 @@ bool ClickButton(OeClient& client, WindowHandle dialog, TextView caption)
 // "OK".
 bool CloseDialogs(OeClient& client)
 {
-    const auto gone = [&client] { return FindDialog(client) == 0; };
+    const auto gone = [&client] { return FindSaveDialog(client) == 0; };
     bool closed = WaitUntil(client, kCloseTries, kInterval, gone);
     for (int round = 0; !closed && round < kCloseRounds; ++round) {
-        const WindowHandle dialog = FindDialog(client);
+        const WindowHandle dialog = FindSaveDialog(client);
         ClientBoxes::InFrontOf(client, dialog).Answer();
         const Text words = WordsOfBox(client.desktop, dialog);
-        const ClientWords& buttons = client.words;
-        if (!ClickButton(client, dialog, buttons.cancelButton) &&
-            ClickButton(client, dialog, buttons.okButton))
+        if (!Cancel(client, dialog) &&
+            ClickButton(client, dialog,
+                        FindButtonOf(client, dialog, client.words.okButton, DialogButton::ok)))
             LogWordsOfBox(client.reporter, words);
         closed = WaitUntil(client, kCloseTries, kInterval, gone);
     }
@@ -111,7 +110,11 @@ WindowHandle AskForDialog(OeClient& client, bool sendKeys)
         told = TypeKeys(client);
     else
         client.desktop.Post(mainWindow, message::kCommand, kSaveAsCommand, 0);
-    const WindowHandle dialog = WaitForTopWindow(client, client.words.saveDialog, kDialogClass, kDialogTries);
+    WindowHandle dialog = 0;
+    WaitUntil(client, kDialogTries, kInterval, [&] {
+        dialog = FindSaveDialog(client);
+        return dialog != 0;
+    });
     if (told && dialog <= 0) client.saveDialog.overdue = asked;
     return dialog;
 }
@@ -130,9 +133,9 @@ bool AwaitOverdueDialog(OeClient& client)
     if (!state.overdue) return true;
     const auto stopped = [&client] { return client.flags.stopAfterEmail || client.flags.closing; };
     client.reporter.LogLine(u"Waiting for an earlier Save Message As", Record::no);
-    while (FindDialog(client) == 0 && IsOverdue(client) && !stopped())
+    while (FindSaveDialog(client) == 0 && IsOverdue(client) && !stopped())
         WaitUntil(client, 1, kInterval, stopped);
-    const bool came = FindDialog(client) != 0;
+    const bool came = FindSaveDialog(client) != 0;
     if (!came && stopped()) return false;
     if (!came && state.writtenOff < kMostWrittenOff) ++state.writtenOff;
     state.overdue.reset();
@@ -173,7 +176,7 @@ SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, c
     if (!AskToTakeText(client, nameBox, path)) return SaveResult::failed;
     const ClientBoxes boxes(client, dialog);
     const auto hasBox = [&boxes] { return boxes.Newest() != 0; };
-    const WindowHandle button = FindChildWindowEx(client.desktop, dialog, client.words.saveButton, u"Button");
+    const WindowHandle button = FindButtonOf(client, dialog, client.words.saveButton, DialogButton::ok);
     const bool pressed = button > 0 && SendClick(client, button, MouseButton::left, hasBox);
     const bool fellSilent = client.silent;
     if (fellSilent) (void)AwaitClient(client); // it may have been writing all the time
@@ -245,7 +248,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     if (nameBox == 0) return SaveResult::failed; // the dialog stays open
     result = HoldsThatEmail(client, request) ? SaveAs(client, dialog, nameBox, path) : SaveResult::failed;
     if (result == SaveResult::saved) return result;
-    ClickButton(client, dialog, client.words.cancelButton);
+    Cancel(client, dialog);
     client.reporter.ProcessEvents();
     if (client.silent || result == SaveResult::untried) return SaveResult::untried;
     logFailure();

@@ -6,8 +6,9 @@ namespace {
 
 constexpr int kClassBuffer = 100;
 constexpr int kCaptionBuffer = 256;
-constexpr int kDialogInterval = 100; // milliseconds between two searches
 constexpr TextView kMainClass = u"Outlook Express Browser Class";
+constexpr TextView kPaneFrame = u"Outlook Express Pane Frame";
+constexpr TextView kTreeHolder = u"ThorTreeViewWndClass", kTree = u"SysTreeView32";
 
 // The shared state of a search. Searches do not overlap, so each call has its own.
 struct WindowSearch {
@@ -37,6 +38,70 @@ struct WindowSearch {
         return found;
     }
 };
+
+// The direct children of exactly this class.
+std::vector<WindowHandle> ChildrenOf(Desktop& desktop, WindowHandle parent, TextView className)
+{
+    std::vector<WindowHandle> found;
+    if (parent == 0) return found;
+    desktop.EnumDescendants(parent, [&](WindowHandle window) {
+        if (desktop.ParentOf(window) == parent &&
+            EqualNoCase(desktop.ClassOf(window, kClassBuffer), className))
+            found.push_back(window);
+        return true;
+    });
+    return found;
+}
+
+WindowHandle ButtonOf(Desktop& desktop, WindowHandle dialog, DialogButton which)
+{
+    for (const WindowHandle button : ChildrenOf(desktop, dialog, u"Button"))
+        if (desktop.ControlIdOf(button) == static_cast<std::int32_t>(which)) return button;
+    return 0;
+}
+
+// A modal dialog over the main window that names a file, with a choice of types of which e-mails are the
+// chosen one: a dialog for anything else must not be taken for it, as a path will be typed into it.
+bool HasPartsOfSaveDialog(OeClient& client, WindowHandle window)
+{
+    Desktop& desktop = client.desktop;
+    if (!EqualNoCase(desktop.ClassOf(window, kClassBuffer), kDialogClass)) return false;
+    if (desktop.OwnerOf(window) != client.handles.mainWindow || !IsOfClient(client, window)) return false;
+    if (desktop.IsEnabled(client.handles.mainWindow)) return false;
+    for (const DialogButton button : {DialogButton::ok, DialogButton::cancel})
+        if (ButtonOf(desktop, window, button) == 0) return false;
+    if (FindChildWindow(desktop, window, u"ComboBoxEx32") == 0) return false;
+    for (const WindowHandle types : ChildrenOf(desktop, window, u"ComboBox")) {
+        const std::optional<Text> type = AskForText(client, types);
+        if (type && FindNoCase(*type, u"*.eml") != Text::npos) return true;
+    }
+    return false;
+}
+
+WindowHandle FindDialogByParts(OeClient& client)
+{
+    WindowHandle found = 0;
+    int count = 0;
+    client.desktop.EnumTopWindows([&](WindowHandle window) {
+        if (HasPartsOfSaveDialog(client, window)) {
+            found = window;
+            ++count;
+        }
+        return true;
+    });
+    return count == 1 ? found : 0;
+}
+
+// The tree in whichever pane holds one.
+WindowHandle FindTreeByParts(OeClient& client, WindowHandle navigation)
+{
+    for (const WindowHandle frame : ChildrenOf(client.desktop, navigation, kPaneFrame)) {
+        const WindowHandle holder = FindChildWindow(client.desktop, frame, kTreeHolder);
+        const WindowHandle tree = holder > 0 ? FindChildWindow(client.desktop, holder, kTree) : 0;
+        if (tree > 0) return tree;
+    }
+    return 0;
+}
 
 } // namespace
 
@@ -74,16 +139,6 @@ WindowHandle FindTopWindowOf(OeClient& client, TextView caption, TextView classN
     client.desktop.EnumTopWindows([&](WindowHandle window) {
         if (search.Matches(window) && IsOfClient(client, window)) found = window;
         return found == 0;
-    });
-    return found;
-}
-
-WindowHandle WaitForTopWindow(OeClient& client, TextView caption, TextView className, int tries)
-{
-    WindowHandle found = 0;
-    WaitUntil(client, tries, kDialogInterval, [&] {
-        found = FindTopWindowOf(client, caption, className);
-        return found != 0;
     });
     return found;
 }
@@ -138,8 +193,20 @@ WindowHandle FindFolderTree(OeClient& client)
     Desktop& desktop = client.desktop;
     const WindowHandle pane =
         FindChildWindowEx(desktop, client.handles.mainWindow, u"", u"Outlook Express Navigation Pane");
-    const WindowHandle frame =
-        FindChildWindowEx(desktop, pane, client.words.folderPane, u"Outlook Express Pane Frame");
-    const WindowHandle holder = FindChildWindowEx(desktop, frame, u"", u"ThorTreeViewWndClass");
-    return FindChildWindowEx(desktop, holder, client.words.folderTree, u"SysTreeView32");
+    if (client.settings.anyLanguage) return FindTreeByParts(client, pane);
+    const WindowHandle frame = FindChildWindowEx(desktop, pane, client.words.folderPane, kPaneFrame);
+    const WindowHandle holder = FindChildWindowEx(desktop, frame, u"", kTreeHolder);
+    return FindChildWindowEx(desktop, holder, client.words.folderTree, kTree);
+}
+
+WindowHandle FindSaveDialog(OeClient& client)
+{
+    if (client.settings.anyLanguage) return FindDialogByParts(client);
+    return FindTopWindowOf(client, client.words.saveDialog, kDialogClass);
+}
+
+WindowHandle FindButtonOf(OeClient& client, WindowHandle dialog, TextView caption, DialogButton id)
+{
+    if (client.settings.anyLanguage) return ButtonOf(client.desktop, dialog, id);
+    return FindChildWindowEx(client.desktop, dialog, caption, u"Button");
 }

@@ -14,9 +14,7 @@ WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, TextView cla
 WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, TextView caption, TextView className);
 // FindTopWindowEx among the windows of the client's process alone.
 WindowHandle FindTopWindowOf(OeClient& client, TextView caption, TextView className);
-bool IsOfClient(OeClient& client, WindowHandle window); // of the process of client.handles.mainWindow
-// FindTopWindowOf, tries + 1 times at the most, 100 ms apart.
-WindowHandle WaitForTopWindow(OeClient& client, TextView caption, TextView className, int tries);
+bool IsOfClient(OeClient& client, WindowHandle window);       // of the process of client.handles.mainWindow
 Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 characters
 
 bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow);
@@ -24,5 +22,12 @@ bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow);
 void FindOeHandles(OeClient& client);
 // For a client that shows no message list.
 void SayNoMessageList(Reporter& reporter, Record record);
-// The folder tree's control below client.handles.mainWindow, found by the client's words.
+
+enum class DialogButton : std::int32_t { ok = 1, cancel = 2, no = 7 }; // control ids, as Windows has them
+// The folder tree's control below client.handles.mainWindow: by captions, or in the pane that holds a tree.
 WindowHandle FindFolderTree(OeClient& client);
+// The client's own "Save Message As", as another program may have a dialog of that name: by its caption, or
+// by its owner, its class and its parts. 0 in any language also when two look like one.
+WindowHandle FindSaveDialog(OeClient& client);
+// Of that dialog, no deeper: by a part of its caption, or in any language by its id.
+WindowHandle FindButtonOf(OeClient& client, WindowHandle dialog, TextView caption, DialogButton id);

@@ -32,8 +32,9 @@ struct Desktop {
     virtual Text CaptionOf(WindowHandle window, int bufferSize) = 0;
     virtual WindowHandle ParentOf(WindowHandle window) = 0;
 
-    virtual WindowHandle OwnerOf(WindowHandle window) = 0; // of a dialog or box; 0: none
-    virtual bool IsEnabled(WindowHandle window) = 0;       // a window behind a modal dialog is not
+    virtual WindowHandle OwnerOf(WindowHandle window) = 0;     // of a dialog or box; 0: none
+    virtual std::int32_t ControlIdOf(WindowHandle window) = 0; // of a dialog's button, say
+    virtual bool IsEnabled(WindowHandle window) = 0;           // a window behind a modal dialog is not
     virtual bool IsThere(WindowHandle window) = 0;
 
     // Asks: waits for the answer, 60 seconds at the most, and handles no event meanwhile.
@@ -47,6 +48,8 @@ struct Desktop {
     // Sleeps until a message for this thread has come (the answer to an act is one) or the time is over.
     virtual void AwaitMessage(int milliseconds) = 0;
     virtual Answer SendSetText(WindowHandle window, const std::string& ansi) = 0; // WM_SETTEXT, as Send
+    // WM_GETTEXT, as Send: what a control shows, cut like a caption.
+    virtual Answer SendGetText(WindowHandle window, int bufferSize, Text& text) = 0;
     virtual void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam,
                       std::int32_t lParam) = 0;
     virtual void BringToForeground(WindowHandle window) = 0;

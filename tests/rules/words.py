@@ -14,9 +14,9 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 ROOMS = "app", "folders", "oe", "store"
 # Strings of these are captions and tips of controls, the extras' sentences, keys and defaults of settings.ini,
 # the mail client's words.
-NO_SPEAKERS = re.compile(r"app/(ControlTable|Extras|Form1Controls|Settings)|folders/RunView|oe/ClientWords")
+NO_SPEAKERS = re.compile(r"app/(Captions|ControlTable|Extras|Form1Controls|Settings)|folders/RunView|oe/ClientWords")
 SQL = re.compile(r"^(SELECT|CREATE TABLE)\b|efolder=")
-TOKEN = re.compile(r'''//[^\n]*|/\*.*?\*/|\w*"(?:\\.|[^"\\])*"|\w*'(?:\\.|[^'\\])*'|\s+|\w+|.''', re.S)
+TOKEN = re.compile(r'''//[^\n]*|/\*.*?\*/|\d[\w']*|\w*"(?:\\.|[^"\\])*"|\w*'(?:\\.|[^'\\])*'|\s+|\w+|.''', re.S)
 TWO_WORDS = re.compile(r"[A-Za-z)][.,:;]? +[(\"]?[A-Za-z]")
 
 

@@ -42,7 +42,14 @@ WindowHandle FakeClient::AddWindow(const Text& className, const Text& caption, W
 {
     const WindowHandle window = nextWindow_;
     nextWindow_ += 2;
-    windows_[window] = {className, caption, parent, owner, ownProcess};
+    static const std::map<Text, std::int32_t> kIds = {
+        {u"OK", 1}, {u"&Save", 1}, {u"Cancel", 2}, {u"&Yes", 6}, {u"&No", 7}};
+    const auto spoken = speaks.find(caption);
+    const auto id = kIds.find(caption);
+    windows_[window] = {className,  spoken == speaks.end() ? caption : spoken->second,
+                        parent,     owner,
+                        ownProcess, id == kIds.end() ? 0 : id->second,
+                        caption};
     order_.insert(parent == 0 ? order_.begin() : order_.end(), window); // a new one is on top
     return window;
 }

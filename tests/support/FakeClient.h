@@ -41,12 +41,15 @@ struct Manners {
         bool over = false;         // the box before stays below it
         int fillsAfter = 0;        // milliseconds until it has its buttons
     };
-    std::vector<Box> boxes;  // each Save is answered by these, one after the other, and saves nothing
-    bool background = false; // another program's window is in front
-    bool blocked = false;    // by a box of its own over the main window
-    int askTakes = 0;        // milliseconds, for every message that asks
-    int actTakes = 0;        // milliseconds, for every act but an empty one
-    bool pumps = false;      // meanwhile it answers what else is sent
+    std::vector<Box> boxes;         // each Save is answered by these, one after the other, and saves nothing
+    std::map<Text, Text> speaks;    // other captions than the English ones, for windows made from now on
+    Text savesAs = u"Mail (*.eml)"; // the type of file that the dialog shows
+    bool ownerless = false;         // the dialog is not the main window's
+    bool background = false;        // another program's window is in front
+    bool blocked = false;           // by a box of its own over the main window
+    int askTakes = 0;               // milliseconds, for every message that asks
+    int actTakes = 0;               // milliseconds, for every act but an empty one
+    bool pumps = false;             // meanwhile it answers what else is sent
 };
 
 class FakeClient : public Desktop, public FakeMemory, public Manners {
@@ -100,6 +103,7 @@ public:
     Text CaptionOf(WindowHandle window, int size) override { return Cut(At(window).caption, size); }
     WindowHandle ParentOf(WindowHandle window) override { return At(window).parent; }
     WindowHandle OwnerOf(WindowHandle window) override { return At(window).owner; }
+    std::int32_t ControlIdOf(WindowHandle window) override { return At(window).id; }
     bool IsEnabled(WindowHandle window) override;
     bool IsThere(WindowHandle window) override { return windows_.count(window) != 0; }
     Answer Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
@@ -109,6 +113,7 @@ public:
     bool IsActOver() override;
     void AwaitMessage(int milliseconds) override { Sleep(milliseconds); }
     Answer SendSetText(WindowHandle window, const std::string& ansi) override;
+    Answer SendGetText(WindowHandle window, int size, Text& text) override;
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle) override {}
     bool IsForeground(WindowHandle window) override { return IsThere(window) && !background; }
@@ -129,6 +134,8 @@ private:
         Text className, caption;
         WindowHandle parent = 0, owner = 0;
         std::uint32_t process = 0;
+        std::int32_t id = 0;
+        Text english{}; // its caption, whatever the client speaks
     };
     struct SentMessage {
         WindowHandle window;

@@ -46,11 +46,12 @@ FakeClient::Email FakeClient::Selected() const
 
 void FakeClient::OpenDialog(Email email)
 {
-    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0, main_);
+    const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0, ownerless ? 0 : main_);
     if (takesAtOpening) email = Selected();
     dialogs_[dialog] = {std::move(email), u"C:\\Proposed.eml"};
     if (!noSaveButton) AddWindow(u"Button", u"&Save", dialog);
     AddWindow(u"Button", u"Cancel", dialog);
+    AddWindow(u"ComboBox", savesAs, dialog);
     if (noCombo) return;
     const WindowHandle outer = AddWindow(u"ComboBoxEx32", u"", dialog);
     const WindowHandle combo = AddWindow(u"ComboBox", u"", outer);
@@ -103,7 +104,7 @@ void FakeClient::ShowNextBox(WindowHandle dialog)
 void FakeClient::PressButton(WindowHandle button)
 {
     const WindowHandle dialog = TopOf(button);
-    const Text label = windows_[button].caption;
+    const Text label = windows_[button].english;
     pressed.push_back(label);
     if (label == u"&Save") {
         PressSave(dialog);
@@ -114,6 +115,14 @@ void FakeClient::PressButton(WindowHandle button)
     } else if (!keepDialog) {
         RemoveWindow(dialog);
     }
+}
+
+Answer FakeClient::SendGetText(WindowHandle window, int size, Text& text)
+{
+    constexpr std::uint32_t kGetText = 0x000D;
+    const Answer answer = Send(window, kGetText, 0, 0);
+    text = answer.reply == Reply::given ? CaptionOf(window, size) : Text();
+    return answer;
 }
 
 Answer FakeClient::SendSetText(WindowHandle window, const std::string& ansi)

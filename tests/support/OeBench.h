@@ -32,7 +32,9 @@ struct OeBench {
     RecordingView view;
     OeSettings settings;
     RunFlags flags;
-    OeClient client{fake, RemoteMemory(fake), files, codePage, locale, clock, crc, view, settings, flags};
+    ClientWords clientWords = kEnglishWords;
+    OeClient client{fake, RemoteMemory(fake), files, codePage,   locale, clock, crc,
+                    view, settings,           flags, clientWords};
 };
 
 // A tree with the Inbox in it, which is shown and has three e-mails.

@@ -177,7 +177,9 @@ TEST(DisturbedCheck, LookAlikesAndMissingColumnsAreNamed)
     bench.ExpectLog("alike", {u"1 look exactly like another e-mail of this folder, the first like row 1"});
     bench.fake.columnTitles[4] = u"Gesendet";
     bench.Check();
-    bench.ExpectLog("column", {u"The message list has no column titled: Sent"});
+    bench.ExpectLog("column", {u"The message list has no column titled: Sent",
+                               u"Its columns are titled: \"!\", \"From\", \"Subject\", \"Received\", "
+                               u"\"Gesendet\", \"To\""});
     bench.fake.silentHeader = true;
     bench.Check();
     bench.ExpectLog("those that could not be read look like nothing", {}, {u"look exactly like"});

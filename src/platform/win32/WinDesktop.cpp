@@ -102,6 +102,11 @@ WindowHandle WinDesktop::OwnerOf(WindowHandle window)
     return HandleOf(GetWindow(WindowOf(window), GW_OWNER));
 }
 
+std::int32_t WinDesktop::ControlIdOf(WindowHandle window)
+{
+    return GetDlgCtrlID(WindowOf(window));
+}
+
 bool WinDesktop::IsEnabled(WindowHandle window)
 {
     return IsWindowEnabled(WindowOf(window)) != FALSE;
@@ -120,6 +125,15 @@ Answer WinDesktop::Send(WindowHandle window, std::uint32_t message, std::int32_t
 Answer WinDesktop::SendSetText(WindowHandle window, const std::string& ansi)
 {
     return SendAndWait(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(ansi.c_str()));
+}
+
+Answer WinDesktop::SendGetText(WindowHandle window, int bufferSize, Text& text)
+{
+    std::string buffer(static_cast<std::size_t>(bufferSize), '\0');
+    const Answer answer =
+        SendAndWait(window, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(buffer.data()));
+    text = codePage_.FromAnsi(buffer.substr(0, buffer.find('\0')));
+    return answer;
 }
 
 void WinDesktop::BeginAct(WindowHandle window, std::uint32_t message, std::int32_t wParam,

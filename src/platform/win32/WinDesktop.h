@@ -15,6 +15,7 @@ public:
     Text CaptionOf(WindowHandle window, int bufferSize) override;
     WindowHandle ParentOf(WindowHandle window) override;
     WindowHandle OwnerOf(WindowHandle window) override;
+    std::int32_t ControlIdOf(WindowHandle window) override;
     bool IsEnabled(WindowHandle window) override;
     bool IsThere(WindowHandle window) override;
     Answer Send(WindowHandle window, std::uint32_t message, std::int32_t wParam,
@@ -24,6 +25,7 @@ public:
     bool IsActOver() override;
     void AwaitMessage(int milliseconds) override;
     Answer SendSetText(WindowHandle window, const std::string& ansi) override;
+    Answer SendGetText(WindowHandle window, int bufferSize, Text& text) override;
     void Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam) override;
     void BringToForeground(WindowHandle window) override;
     bool IsForeground(WindowHandle window) override;

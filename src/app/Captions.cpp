@@ -1,0 +1,57 @@
+#include "app/Captions.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char16_t* kSection = u"Captions";
+
+constexpr CaptionRow kRows[] = {
+    {u"From", &ClientWords::from},
+    {u"Subject", &ClientWords::subject},
+    {u"To", &ClientWords::to},
+    {u"Received", &ClientWords::received},
+    {u"Sent", &ClientWords::sent},
+    {u"Folders", &ClientWords::folderPane},
+    {u"Folder List", &ClientWords::folderTree},
+    {u"Save Message As", &ClientWords::saveDialog},
+    {u"Save", &ClientWords::saveButton},
+    {u"No", &ClientWords::noButton},
+    {u"Cancel", &ClientWords::cancelButton},
+    {u"OK", &ClientWords::okButton},
+    {u"Sendkeys", &ClientWords::saveAsLetters},
+};
+
+// As the keyboard has them; nothing when they are anything else.
+std::optional<Text> Letters(Text text)
+{
+    for (char16_t& unit : text) {
+        if (unit >= u'a' && unit <= u'z') unit = static_cast<char16_t>(unit - u'a' + u'A');
+        if (unit < u'A' || unit > u'Z') return std::nullopt;
+    }
+    return text;
+}
+
+} // namespace
+
+std::span<const CaptionRow> CaptionRows()
+{
+    return kRows;
+}
+
+std::optional<Text> LoadCaptions(ClientWords& words, ProfileFile& profile, Files& files, const Text& path)
+{
+    std::optional<Text> refused;
+    if (!files.FileExists(path)) return refused;
+    for (const CaptionRow& row : kRows) {
+        const Text stored(TrimSpaces(profile.Read(kSection, row.key, path)));
+        if (stored.empty()) continue;
+        if (row.word != &ClientWords::saveAsLetters)
+            words.*row.word = stored;
+        else if (const std::optional<Text> letters = Letters(stored))
+            words.*row.word = *letters;
+        else
+            refused = stored;
+    }
+    return refused;
+}

@@ -1,0 +1,21 @@
+// Captions.h: the words of the client's language: the keys of section "Captions" of settings.ini. Without the
+// section the client speaks English.
+// Fails by: the answer. A value that cannot be is handed back, and the English word holds.
+#pragma once
+#include "oe/ClientWords.h"
+#include "platform/Files.h"
+#include "platform/ProfileFile.h"
+
+#include <optional>
+#include <span>
+
+// A new word is a member of ClientWords, a row, and a row of the guide's list.
+struct CaptionRow {
+    const char16_t* key; // the English one
+    Text ClientWords::*word;
+};
+std::span<const CaptionRow> CaptionRows();
+
+// What is not there, or empty, is as in English. The answer: the letters for the menu, if they are no
+// letters.
+std::optional<Text> LoadCaptions(ClientWords& words, ProfileFile& profile, Files& files, const Text& path);
