@@ -2,17 +2,20 @@
 # Makes build/quillbox-X.Y.Z.zip: the program, its guide with pictures, the licence. The same commit gives the
 # same bytes, on any machine with the same compiler and in any folder. Installs and builds what is missing.
 #
-# usage: package.sh [--verify]
+# usage: package.sh [--verify | --kit]
 #   --verify   builds it once more from a fresh clone elsewhere, and compares
+#   --kit      makes build/quillbox-kit-X.Y.Z.zip instead: the tests and the demonstration, for whoever has a system
+#              that is not here; they run by themselves and write a report
 set -euo pipefail
 
 root=$(cd "$(dirname "$0")" && pwd -P)
 die() { echo "package: $*" >&2; exit 1; }
 case ${1:-} in
-    "" | --verify) (($# < 2)) || die "too many arguments" ;;
+    "" | --verify | --kit) (($# < 2)) || die "too many arguments" ;;
     *) sed -n '5,/^set/s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 cd "$root"
+[ "${1:-}" != --kit ] || exec scripts/kit.sh
 changes=$(git status --porcelain) || die "this is no git checkout"
 [ -z "$changes" ] ||
     die "the checkout has changes that no commit holds; commit them, or nobody can make this package again"

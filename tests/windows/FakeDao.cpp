@@ -140,7 +140,14 @@ private:
     HRESULT Do(const std::string& member, const DISPPARAMS& arguments, bool puts, VARIANT* answer)
     {
         if (member == "CreateWorkspace") return Give(answer, "workspace", dao_);
+        // Arguments stand in the order from the last to the first.
+        const auto text = [&](UINT place) {
+            return FromWide(arguments.rgvarg[arguments.cArgs - 1 - place].bstrVal);
+        };
         if (member == "CreateDatabase" && dao_.makesFiles) std::ofstream{arguments.rgvarg[2].bstrVal};
+        if (member == "CreateDatabase" && dao_.made) dao_.made(text(0));
+        if (member == "OpenDatabase" && dao_.opened) dao_.opened(text(0));
+        if (member == "CompactDatabase" && dao_.compacted) dao_.compacted(text(0), text(1));
         if (member == "OpenDatabase" || member == "CreateDatabase") return Give(answer, "database", dao_);
         if (member == "OpenRecordset") {
             dao_.current = 0;
@@ -162,6 +169,7 @@ private:
         if (member == "Size") return Give(answer, dao_.sizes[column_]);
         if (member == "AddNew") dao_.edited.assign(dao_.columns.size(), std::nullopt);
         if (member == "Update") dao_.rows.push_back(dao_.edited);
+        if (member == "Update" && dao_.extended) dao_.extended(dao_.edited);
         if (member == "Item") {
             const Text name = FromWide(arguments.rgvarg[0].bstrVal);
             const auto at = std::find(dao_.columns.begin(), dao_.columns.end(), name);
@@ -186,20 +194,35 @@ private:
 };
 
 const std::vector<std::pair<std::string, std::string>> FakeObject::kMembers = {
-    {"engine", "SetOption"},     {"engine", "CreateWorkspace"},
-    {"engine", "OpenDatabase"},  {"engine", "CreateDatabase"},
-    {"workspace", "BeginTrans"}, {"workspace", "CommitTrans"},
-    {"workspace", "Rollback"},   {"database", "Updatable"},
-    {"recordset", "Updatable"},  {"recordset", "MoveFirst"},
-    {"recordset", "MoveLast"},   {"recordset", "RecordCount"},
-    {"field", "Type"},           {"field", "Size"},
-    {"workspace", "Close"},      {"database", "OpenRecordset"},
-    {"database", "Execute"},     {"database", "Close"},
-    {"recordset", "BOF"},        {"recordset", "EOF"},
-    {"recordset", "MoveNext"},   {"recordset", "Fields"},
-    {"recordset", "AddNew"},     {"recordset", "Update"},
-    {"recordset", "Delete"},     {"recordset", "Close"},
-    {"fields", "Item"},          {"field", "Value"},
+    {"engine", "SetOption"},
+    {"engine", "CreateWorkspace"},
+    {"engine", "OpenDatabase"},
+    {"engine", "CreateDatabase"},
+    {"workspace", "BeginTrans"},
+    {"workspace", "CommitTrans"},
+    {"workspace", "Rollback"},
+    {"database", "Updatable"},
+    {"recordset", "Updatable"},
+    {"recordset", "MoveFirst"},
+    {"recordset", "MoveLast"},
+    {"recordset", "RecordCount"},
+    {"field", "Type"},
+    {"field", "Size"},
+    {"workspace", "Close"},
+    {"database", "OpenRecordset"},
+    {"database", "Execute"},
+    {"database", "Close"},
+    {"recordset", "BOF"},
+    {"recordset", "EOF"},
+    {"recordset", "MoveNext"},
+    {"recordset", "Fields"},
+    {"recordset", "AddNew"},
+    {"recordset", "Update"},
+    {"recordset", "Delete"},
+    {"recordset", "Close"},
+    {"fields", "Item"},
+    {"field", "Value"},
+    {"engine", "CompactDatabase"},
 };
 
 class EngineFactory final : public Counted<IClassFactory> {

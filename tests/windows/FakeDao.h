@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <oleauto.h>
 #include <optional>
 #include <string>
@@ -30,6 +31,11 @@ struct FakeDao {
     bool failForGood = false;       // and all later ones
     FailWith failWith = FailWith::description;
     bool makesFiles = false; // CreateDatabase makes an empty file
+    // For a stand-in that works on real files: a file is made, is opened, gets the last of the rows, is
+    // copied.
+    std::function<void(const Text&path)> made, opened;
+    std::function<void(const Row& row)> extended;
+    std::function<void(const Text& from, const Text& to)> compacted;
     int liveObjects = 0;
 
     std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }

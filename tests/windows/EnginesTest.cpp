@@ -1,0 +1,208 @@
+// EnginesTest.cpp: database files of the embedded engine in the hands of DAO, and the other way round. On a
+// system without DAO a stand-in takes its part that keeps its rows by the embedded engine: then this shows
+// only that all of it runs. The directory that QUILLBOX_DATABASES names may hold more files to try, large
+// ones for instance.
+#include "jet/Catalog.h"
+#include "jet/JetDatabase.h"
+#include "platform/System.h"
+#include "platform/win32/Automation.h"
+#include "platform/win32/Dao.h"
+#include "store/SavedEmails.h"
+#include "tests/support/ScratchDirectory.h"
+#include "tests/windows/FakeDao.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr wchar_t kClass[] = L"{6B5A2E01-52C5-4F0B-9D63-0C1D5B7AE6E5}";
+constexpr double kSampleDate = 39171.5;
+constexpr std::size_t kMostDifferences = 60; // lines of one page
+
+using Row = std::vector<Text>;
+
+void Add(Database& database, const Row& row)
+{
+    const auto rows = database.OpenRecordset(u"SELECT * FROM saved");
+    rows->AddNew();
+    rows->SetField(u"efolder", row[0]);
+    rows->SetField(u"esubject", row[1]);
+    rows->SetField(u"ecrc", row[2]);
+    rows->Update();
+}
+
+// Of each row, in any order: large files are too much to keep twice.
+std::vector<std::size_t> RowsOf(Database& database)
+{
+    std::vector<std::size_t> found;
+    const auto rows = database.OpenRecordset(u"SELECT * FROM saved");
+    for (; !rows->AtEnd(); rows->MoveNext())
+        found.push_back(std::hash<Text>()(rows->Field(u"efolder") + u'\t' + rows->Field(u"esubject") + u'\t' +
+                                          rows->Field(u"ecrc")));
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+class Engines : public testing::Test {
+protected:
+    Engines()
+    {
+        if (FakeRegistry::DaoIsInstalled()) return;
+        registry_.emplace();
+        standIn_.made = [this](const Text& path) {
+            CreateJetDatabase(files_, path, kCreateSaved, kSampleDate);
+        };
+        standIn_.opened = [this](const Text& path) {
+            path_ = path;
+            standIn_.rows.clear();
+            const auto database = OpenJetDatabase(files_, path, OpenMode::read);
+            const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
+            for (; !rows->AtEnd(); rows->MoveNext())
+                standIn_.rows.push_back(
+                    {rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
+        };
+        standIn_.extended = [this](const FakeDao::Row& row) {
+            Add(*OpenJetDatabase(files_, path_),
+                {row[0].value_or(u""), row[1].value_or(u""), row[2].value_or(u"")});
+        };
+        standIn_.compacted = [](const Text& from, const Text& to) { fs::copy_file(from, to); };
+    }
+
+    void SetUp() override
+    {
+        // Only Wine lets a stand-in be registered by everybody.
+        const bool isWine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+        if (!registry_) return;
+        if (!isWine) GTEST_SKIP() << "DAO is not installed";
+        registry_->Name(L"DAO.DBEngine.36", kClass);
+        registry_->Serve(kClass, standIn_);
+    }
+
+    std::vector<std::size_t> RowsByDao(const Text& path) { return RowsOf(*OpenDaoDatabase(path)); }
+    std::vector<std::size_t> RowsByUs(const Text& path)
+    {
+        return RowsOf(*OpenJetDatabase(files_, path, OpenMode::read));
+    }
+    // The number of rows, when both read the same ones.
+    std::size_t ReadByBoth(const Text& path)
+    {
+        const std::vector<std::size_t> ours = RowsByUs(path), theirs = RowsByDao(path);
+        EXPECT_EQ(ours.size(), theirs.size());
+        EXPECT_TRUE(ours == theirs) << "other rows";
+        return theirs.size();
+    }
+    void Compact(const Text& from, const Text& to)
+    {
+        CLSID type;
+        IDispatch* engine = nullptr;
+        for (const wchar_t* const name : {L"DAO.DBEngine.36", L"DAO.DBEngine.120"})
+            if (!engine && SUCCEEDED(CLSIDFromProgID(name, &type)))
+                (void)CoCreateInstance(type, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                                       reinterpret_cast<void**>(&engine));
+        ASSERT_TRUE(engine);
+        std::array<Variant, 2> paths = {Variant{TextView(from)}, Variant{TextView(to)}};
+        AutomationObject(engine).Call(u"CompactDatabase", paths);
+    }
+    // Read, extended and compacted by both.
+    void Try(const fs::path& file)
+    {
+        const Text name = file.filename().u16string(), path = scratch_ / name;
+        fs::copy_file(file, scratch_.Path() / name);
+        const std::size_t rows = ReadByBoth(path);
+        Add(*OpenDaoDatabase(path), {u"Folder \u0416", Text(1500, u'\u03A9'), u"DA0"});
+        EXPECT_EQ(ReadByBoth(path), rows + 1) << "extended by DAO";
+        Add(*OpenJetDatabase(files_, path), {u"O'Brien", u"", u"E1"});
+        Add(*OpenJetDatabase(files_, path), {u"Inbox", Text(3000, u'x'), u"E2"});
+        EXPECT_EQ(ReadByBoth(path), rows + 3) << "extended by us";
+        const Text compacted = scratch_ / (u"compacted-" + name);
+        ASSERT_NO_FATAL_FAILURE(Compact(path, compacted));
+        EXPECT_EQ(ReadByBoth(compacted), rows + 3) << "compacted";
+        const auto ours = OpenJetDatabase(files_, compacted);
+        const Text refusal = ours->PrepareForWriting(u"saved", {}).refusal;
+        EXPECT_EQ(ToUtf8(refusal), "") << "compacted";
+        if (refusal.empty()) Add(*ours, {u"Inbox", u"behind", u"E3"});
+        ours->Close();
+        EXPECT_EQ(ReadByBoth(compacted), rows + 3 + refusal.empty()) << "extended behind compacting";
+        std::printf("%s: %u rows, %llu pages\n", ToUtf8(name).c_str(), static_cast<unsigned>(rows),
+                    static_cast<unsigned long long>(fs::file_size(file) / jet::kPageSize));
+        fs::remove(path);
+        fs::remove(compacted);
+    }
+    std::string PageOf(const Text& path, bool definition)
+    {
+        FileError error = FileError::none;
+        jet::PageFile file(files_.Open(path, OpenMode::read, error), OpenMode::read);
+        return *file.Read(definition ? jet::FindTable(file, u"saved") : 0);
+    }
+
+    FakeDao standIn_; // outlives the registry's hold on it
+    std::optional<FakeRegistry> registry_;
+    ScratchDirectory scratch_;
+    SystemFiles files_;
+    Text path_; // of the file that the stand-in has opened
+};
+
+void PrintDifferences(const char* name, const std::string& ours, const std::string& theirs)
+{
+    std::size_t lines = 0;
+    for (std::size_t at = 0; at < ours.size() && lines < kMostDifferences; at += 16) {
+        if (ours.compare(at, 16, theirs, at, 16) == 0) continue;
+        ++lines;
+        std::printf("%s %03zX", name, at);
+        for (const std::string* page : {&ours, &theirs}) {
+            std::printf(page == &ours ? "  ours " : "  DAO's ");
+            for (std::size_t i = at; i < at + 16; ++i)
+                std::printf("%02X", static_cast<unsigned char>((*page)[i]));
+        }
+        std::printf("\n");
+    }
+    std::printf("%s: %zu lines of 16 bytes differ\n", name, lines);
+}
+
+} // namespace
+
+TEST_F(Engines, ReadExtendAndCompactEachOthersFiles)
+{
+    const fs::path made = scratch_.Path() / "made";
+    fs::create_directory(made);
+    const auto path = [&](const char* name) { return (made / name).u16string(); };
+    for (const char* name : {"empty.mdb", "some.mdb"})
+        CreateJetDatabase(files_, path(name), kCreateSaved, kSampleDate);
+    const auto some = OpenJetDatabase(files_, path("some.mdb"));
+    for (std::size_t i = 0; i < 40; ++i)
+        Add(*some,
+            {u"Folder " + DecimalText(static_cast<std::int64_t>(i % 3)), Text(i * 40, u'\u017D'), u"A1"});
+    some->OpenRecordset(u"SELECT * FROM saved")->Delete();
+    some->Close();
+    std::vector<fs::path> databases = {made / "empty.mdb", made / "some.mdb"};
+    if (const char* directory = std::getenv("QUILLBOX_DATABASES"))
+        for (const auto& entry : fs::directory_iterator(directory)) databases.push_back(entry.path());
+    for (const fs::path& database : databases) {
+        SCOPED_TRACE(database.filename().string());
+        try {
+            Try(database);
+        } catch (const DatabaseError& error) {
+            ADD_FAILURE() << error.what();
+        }
+    }
+}
+
+TEST_F(Engines, MakeTablesThatTheOtherCanUse)
+{
+    const Text ours = scratch_ / u"ours.mdb", theirs = scratch_ / u"theirs.mdb";
+    CreateJetDatabase(files_, ours, kCreateSaved, kSampleDate);
+    CreateDaoDatabase(theirs, kCreateSaved);
+    if (std::getenv("QUILLBOX_DATABASES")) {
+        PrintDifferences("header", PageOf(ours, false), PageOf(theirs, false));
+        PrintDifferences("definition", PageOf(ours, true), PageOf(theirs, true));
+    }
+    const auto database = OpenJetDatabase(files_, theirs);
+    EXPECT_EQ(ToUtf8(database->PrepareForWriting(u"saved", {{u"ecrc", 8, false}}).refusal), "");
+    Add(*database, {u"Inbox", Text(500, u's'), u"E1"});
+    database->Close();
+    EXPECT_EQ(ReadByBoth(theirs), 1u);
+}
