@@ -26,14 +26,6 @@ bool PrecedesByName(TextView a, TextView b)
     return a < b;
 }
 
-bool Precedes(TextView a, TextView b)
-{
-    if (!BeginsWithDigit(a) || !BeginsWithDigit(b)) return PrecedesByName(a, b);
-    const TextView numberA = NumberIn(a), numberB = NumberIn(b);
-    if (numberA.size() != numberB.size()) return numberA.size() < numberB.size();
-    return numberA != numberB ? numberA < numberB : PrecedesByName(a, b);
-}
-
 } // namespace
 
 bool IsEmlName(TextView name)
@@ -46,5 +38,13 @@ bool IsEmlName(TextView name)
 
 void SortNames(std::vector<Text>& names)
 {
-    std::sort(names.begin(), names.end(), Precedes);
+    std::sort(names.begin(), names.end(), NamePrecedes);
+}
+
+bool NamePrecedes(TextView a, TextView b)
+{
+    if (!BeginsWithDigit(a) || !BeginsWithDigit(b)) return PrecedesByName(a, b);
+    const TextView numberA = NumberIn(a), numberB = NumberIn(b);
+    if (numberA.size() != numberB.size()) return numberA.size() < numberB.size();
+    return numberA != numberB ? numberA < numberB : PrecedesByName(a, b);
 }

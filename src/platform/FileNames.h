@@ -13,3 +13,4 @@ bool IsEmlName(TextView name);
 // that begin with a number stand in the order of their numbers: saved e-mails have at least four digits, and
 // 10000 comes after 9999, not between 0999 and 1000.
 void SortNames(std::vector<Text>& names);
+bool NamePrecedes(TextView a, TextView b); // in that order

@@ -29,6 +29,19 @@ enum class OpenMode {
     createNew, // exclusive, and the file must not exist yet
 };
 
+// What lies in a directory. A link to a file counts as the file.
+enum class EntryKind {
+    file,
+    directory,
+    directoryLink, // may lead out of the directory, or back into it
+    other,         // no file to be read: a pipe, a link to nothing
+};
+struct DirectoryEntry {
+    Text name;
+    EntryKind kind = EntryKind::other;
+    std::uint64_t size = 0; // bytes of a file
+};
+
 struct Files {
     virtual ~Files() = default;
     virtual bool FileExists(const Text& path) = 0;      // false for a directory
@@ -39,6 +52,8 @@ struct Files {
     virtual std::vector<Text> ListEmlFiles(const Text& directory) = 0;
     // Names of the sub-directories without "." and "..", sorted likewise.
     virtual std::vector<Text> ListDirectories(const Text& directory) = 0;
+    // All that lies there but "." and "..", sorted likewise; nothing unless the answer is none.
+    virtual FileError ListAll(const Text& directory, std::vector<DirectoryEntry>& entries) = 0;
     virtual FileError ReadWhole(const Text& path, std::string& bytes) = 0; // bytes are empty on failure
     // Opens for appending (made when missing), writes, closes.
     virtual FileError Append(const Text& path, std::string_view bytes) = 0;

@@ -8,6 +8,7 @@ struct NoFiles : Files {
     bool MakeDirectory(const Text&) override { return false; }
     std::vector<Text> ListEmlFiles(const Text&) override { return {}; }
     std::vector<Text> ListDirectories(const Text&) override { return {}; }
+    FileError ListAll(const Text&, std::vector<DirectoryEntry>&) override { return FileError::notFound; }
     FileError ReadWhole(const Text&, std::string& bytes) override
     {
         bytes.clear();

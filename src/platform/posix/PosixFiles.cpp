@@ -2,6 +2,7 @@
 
 #include "platform/FileNames.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -165,6 +166,22 @@ bool EntryHasKind(int directory, const dirent& entry, unsigned char type, mode_t
     return ::fstatat(directory, entry.d_name, &status, 0) == 0 && (status.st_mode & S_IFMT) == kind;
 }
 
+DirectoryEntry EntryOf(int directory, const char* name)
+{
+    DirectoryEntry entry{FromUtf8(name)};
+    struct stat own, target;
+    if (::fstatat(directory, name, &own, AT_SYMLINK_NOFOLLOW) != 0 ||
+        ::fstatat(directory, name, &target, 0) != 0)
+        return entry;
+    if (S_ISDIR(target.st_mode)) {
+        entry.kind = S_ISLNK(own.st_mode) ? EntryKind::directoryLink : EntryKind::directory;
+    } else if (S_ISREG(target.st_mode)) {
+        entry.kind = EntryKind::file;
+        entry.size = static_cast<std::uint64_t>(target.st_size);
+    }
+    return entry;
+}
+
 } // namespace
 
 bool PosixFiles::FileExists(const Text& path)
@@ -195,6 +212,21 @@ std::vector<Text> PosixFiles::ListDirectories(const Text& directory)
     return List(directory, [](TextView name, int parent, const dirent& entry) {
         return name != u"." && name != u".." && EntryHasKind(parent, entry, DT_DIR, S_IFDIR);
     });
+}
+
+FileError PosixFiles::ListAll(const Text& directory, std::vector<DirectoryEntry>& entries)
+{
+    entries.clear();
+    DIR* const stream = ::opendir(PathOf(directory).c_str());
+    if (!stream) return ErrorOf(errno, FileError::readFailed);
+    while (const dirent* entry = ::readdir(stream)) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") entries.push_back(EntryOf(::dirfd(stream), entry->d_name));
+    }
+    ::closedir(stream);
+    std::sort(entries.begin(), entries.end(),
+              [](const DirectoryEntry& a, const DirectoryEntry& b) { return NamePrecedes(a.name, b.name); });
+    return FileError::none;
 }
 
 FileError PosixFiles::ReadWhole(const Text& path, std::string& bytes)

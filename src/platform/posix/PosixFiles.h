@@ -9,6 +9,7 @@ struct PosixFiles final : Files {
     bool MakeDirectory(const Text& path) override;
     std::vector<Text> ListEmlFiles(const Text& directory) override;
     std::vector<Text> ListDirectories(const Text& directory) override;
+    FileError ListAll(const Text& directory, std::vector<DirectoryEntry>& entries) override;
     FileError ReadWhole(const Text& path, std::string& bytes) override;
     FileError Append(const Text& path, std::string_view bytes) override;
     // Shared and exclusive use is kept with flock, which binds programs that ask for it and no others.

@@ -14,7 +14,9 @@ namespace {
 // XP refuses larger transfers over a network ("insufficient system resources").
 constexpr std::size_t kLargestPiece = 16 << 20;
 
-constexpr DWORD kDiskQuotaExceeded = 1295; // missing in the headers
+// Missing in the headers.
+constexpr DWORD kDiskQuotaExceeded = 1295;
+constexpr DWORD kLinkTag = 0xA000000C; // IO_REPARSE_TAG_SYMLINK
 
 FileError ErrorOf(DWORD number, FileError otherwise)
 {
@@ -126,25 +128,49 @@ private:
     FileHandle file_;
 };
 
+// Calls take(found) for all that lies in a directory.
+template <class Take>
+FileError Walk(const Text& directory, Take take)
+{
+    if (directory.empty()) return FileError::notFound; // "\\*" would be the root of the drive
+    const bool ended = directory.back() == u'\\' || directory.back() == u'/';
+    const Text pattern = directory + (ended ? u"*" : u"\\*");
+    WIN32_FIND_DATAW found;
+    const HANDLE search = FindFirstFileW(WidePath(pattern), &found);
+    if (search == INVALID_HANDLE_VALUE) {
+        // The root of a drive has no "." that would always be found.
+        const DWORD error = GetLastError();
+        return error == ERROR_FILE_NOT_FOUND ? FileError::none : ErrorOf(error, FileError::readFailed);
+    }
+    do take(found);
+    while (FindNextFileW(search, &found));
+    FindClose(search);
+    return FileError::none;
+}
+
+bool IsDirectory(const WIN32_FIND_DATAW& found)
+{
+    return (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
 // The names in a directory for which wanted(name, isDirectory) is true.
 template <class Wanted>
 std::vector<Text> List(const Text& directory, Wanted wanted)
 {
     std::vector<Text> names;
-    if (directory.empty()) return names; // "\*" would be the root of the drive
-    const bool ended = directory.back() == u'\\' || directory.back() == u'/';
-    const Text pattern = directory + (ended ? u"*" : u"\\*");
-    WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW(WidePath(pattern), &found);
-    if (search == INVALID_HANDLE_VALUE) return names;
-    do {
+    (void)Walk(directory, [&](const WIN32_FIND_DATAW& found) { // empty when it cannot be read
         Text name = FromWide(found.cFileName);
-        if (wanted(name, (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0))
-            names.push_back(std::move(name));
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
+        if (wanted(name, IsDirectory(found))) names.push_back(std::move(name));
+    });
     SortNames(names);
     return names;
+}
+
+// Links and mounted drives; a folder whose files a service fetches on demand is a directory like others.
+bool IsLink(const WIN32_FIND_DATAW& found)
+{
+    const bool tagged = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    return tagged && (found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT || found.dwReserved0 == kLinkTag);
 }
 
 } // namespace
@@ -177,6 +203,25 @@ std::vector<Text> WinFiles::ListDirectories(const Text& directory)
 {
     return List(directory,
                 [](TextView name, bool isDirectory) { return isDirectory && name != u"." && name != u".."; });
+}
+
+FileError WinFiles::ListAll(const Text& directory, std::vector<DirectoryEntry>& entries)
+{
+    entries.clear();
+    const FileError error = Walk(directory, [&](const WIN32_FIND_DATAW& found) {
+        Text name = FromWide(found.cFileName);
+        if (name == u"." || name == u"..") return;
+        if (!IsDirectory(found)) {
+            const std::uint64_t size = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
+            entries.push_back({std::move(name), EntryKind::file, size});
+        } else {
+            entries.push_back(
+                {std::move(name), IsLink(found) ? EntryKind::directoryLink : EntryKind::directory});
+        }
+    });
+    std::sort(entries.begin(), entries.end(),
+              [](const DirectoryEntry& a, const DirectoryEntry& b) { return NamePrecedes(a.name, b.name); });
+    return error;
 }
 
 FileError WinFiles::ReadWhole(const Text& path, std::string& bytes)

@@ -9,6 +9,7 @@ struct WinFiles final : Files {
     bool MakeDirectory(const Text& path) override;
     std::vector<Text> ListEmlFiles(const Text& directory) override;
     std::vector<Text> ListDirectories(const Text& directory) override;
+    FileError ListAll(const Text& directory, std::vector<DirectoryEntry>& entries) override;
     FileError ReadWhole(const Text& path, std::string& bytes) override; // also while others write it
     FileError Append(const Text& path, std::string_view bytes) override;
     std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) override;
