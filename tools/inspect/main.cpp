@@ -1,5 +1,6 @@
 // main.cpp: quillbox-inspect, what the portable core sees, for support, scripts and checks.
 #include "platform/CommandLine.h"
+#include "tools/inspect/ArchiveCommand.h"
 #include "tools/inspect/DbCommand.h"
 #include "tools/inspect/EmlCommand.h"
 #include "tools/inspect/NameCommand.h"
@@ -19,10 +20,8 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"db", DbCommand, DbUsage},
-    {"eml", EmlCommand, EmlUsage},
-    {"name", NameCommand, NameUsage},
-    {"crc", CrcCommand, CrcUsage},
+    {"db", DbCommand, DbUsage},    {"eml", EmlCommand, EmlUsage},          {"name", NameCommand, NameUsage},
+    {"crc", CrcCommand, CrcUsage}, {"verify", VerifyCommand, VerifyUsage},
 };
 
 int Usage()
