@@ -1,9 +1,7 @@
 // Json.h: one JSON object per line, written to standard output.
 #pragma once
-#include "text/Text.h"
+#include "text/Json.h"
 
-// In quotes, as UTF-8; a lone surrogate becomes its \u escape.
-std::string JsonText(TextView text);
 // The shortest text that reads back as the same number; null for what is no finite number.
 std::string JsonNumber(double number);
 
