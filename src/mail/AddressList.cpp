@@ -55,13 +55,16 @@ std::vector<MailAddress> ReadAddresses(std::string_view value)
         case '(':
             parts.comment = TakeUntil(value, at, '(', ')');
             break;
-        case '<': {
-            const std::size_t end = value.find('>', at);
-            parts.bracketed = value.substr(at + 1, end == value.npos ? end : end - at - 1);
+        case '<':
+            parts.bracketed.clear();
             parts.hasBrackets = true;
-            at = end == value.npos ? value.size() : end;
+            for (++at; at < value.size() && value[at] != '>'; ++at) {
+                if (value[at] == '"')
+                    parts.bracketed += '"' + TakeUntil(value, at, '"', '"') + '"';
+                else
+                    parts.bracketed += value[at];
+            }
             break;
-        }
         case ',':
         case ';': // ends a group, or parts addresses where a program has sent it so
             endAddress();

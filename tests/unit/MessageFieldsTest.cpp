@@ -114,6 +114,7 @@ TEST(AddressList, EachAddressStandsAlone)
         {"\"say \\\"hi\\\"\" <h@x>; i@x", "say \"hi\"<h@x>|<i@x>|"},
         {"=?utf-8?Q?J=C3=B6rg?= Mann <>", "=?utf-8?Q?J=C3=B6rg?= Mann<>|"},
         {"Just A Name, <open@x", "Just A Name<>|<open@x>|"},
+        {"J <\"a>b, c\"@x>, d@x", "J<\"a>b, c\"@x>|<d@x>|"},
         {"\"never closed", "never closed<>|"},
         {" , ;", ""},
     };
