@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes build/quillbox-X.Y.Z.zip: the program, its guide with pictures, the licence. The same commit gives the
+# Makes build/quillbox-X.Y.Z.zip: the program, its tool, the guide with pictures, the licence. The same commit gives the
 # same bytes, on any machine with the same compiler and in any folder. Installs and builds what is missing.
 #
 # usage: package.sh [--verify | --kit]
@@ -24,13 +24,13 @@ scratch=$(mktemp -d "${TMPDIR:-/tmp}/quillbox-package.XXXXXX")
 trap 'rm -rf -- "$scratch"' EXIT
 
 scripts/install-tools.sh
-scripts/build.sh win32 quillbox
-tests/imports/check.sh build/win32/quillbox.exe
+scripts/build.sh win32 quillbox quillbox-inspect
+for program in quillbox quillbox-inspect; do tests/imports/check.sh "build/win32/$program.exe"; done
 
 version=$(sed -n 's/^project(Quillbox VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 folder=$scratch/quillbox-$version
 mkdir "$folder"
-cp build/win32/quillbox.exe "$folder/"
+cp build/win32/quillbox.exe build/win32/quillbox-inspect.exe "$folder/"
 mkdir "$folder/pictures"
 cp docs/pictures/*.png "$folder/pictures/"
 sed 's/$/\r/' LICENSE >"$folder/licence.txt"

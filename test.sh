@@ -55,7 +55,7 @@ now() { # NAME COMMAND...: before all that follows
 }
 
 build_program() {
-    scripts/build.sh win32 quillbox demo-client demo-driver demo-clicker
+    scripts/build.sh win32 quillbox quillbox-inspect demo-client demo-driver demo-clicker
     scripts/build.sh asan demo-pack demo-check quillbox-inspect
 }
 program() {
@@ -90,6 +90,9 @@ core_and_fuzzing() {
 wine_tests() { # PROGRAM PART PARTS
     export GTEST_SHARD_INDEX=$2 GTEST_TOTAL_SHARDS=$3
     scripts/wine-run.sh -t 900 -- wine "build/win32/$1.exe" --gtest_brief=1
+}
+browser() {
+    timeout 300 python3 tests/archive/browser.py build/asan/quillbox-inspect
 }
 layout() { # the window's, at other resolutions
     local dpi
@@ -141,6 +144,7 @@ part "Windows tests, second half" wine_tests windows-tests 1 2
 part "The program and the client killed" tests/demo/soak.sh kills 1 export=4 client=4 check=3 condense=3
 part "Unit tests under Wine" wine_tests unit-tests 0 1
 part "The window at other resolutions" layout
+part "The index page in a browser" browser
 part "The demo in many runs" tests/demo/cycle.sh 120 20
 down_to 0
 echo "== All tests passed"

@@ -20,7 +20,7 @@ cmp "$package" "$scratch/first.zip" || fail "the second one differs"
 
 unzip -q "$scratch/first.zip" -d "$scratch"
 cd "$scratch"/quillbox-*/
-for file in quillbox.exe guide.html licence.txt pictures/idle.png; do
+for file in quillbox.exe quillbox-inspect.exe guide.html licence.txt pictures/idle.png; do
     [ -s "$file" ] || fail "no $file"
 done
 while read -r picture; do

@@ -1,8 +1,11 @@
 #include "tools/inspect/ArchiveCommand.h"
 
+#include "archive/IndexPage.h"
+#include "archive/Mbox.h"
 #include "archive/Verify.h"
 #include "jet/JetDatabase.h"
 #include "platform/System.h"
+#include "text/DayCount.h"
 #include "tools/inspect/Json.h"
 
 #include <algorithm>
@@ -63,6 +66,11 @@ void PrintJson(const Verification& verification)
     summary.Print();
 }
 
+bool GoOnAlways(std::size_t, std::size_t)
+{
+    return true;
+}
+
 } // namespace
 
 int VerifyUsage()
@@ -108,4 +116,64 @@ int VerifyCommand(const std::vector<std::string>& args)
                     [](std::size_t, std::size_t) { return true; });
     json ? PrintJson(verification) : PrintLines(verification);
     return verification.findings.empty() ? kRight : kWrong;
+}
+
+int MboxUsage()
+{
+    std::fputs(
+        "usage: quillbox-inspect mbox STORE DIR    one mbox file a folder, into a new or empty directory\n"
+        "exit code: 0 done, 1 some files were left out or wrong arguments, 2 failed\n",
+        stderr);
+    return kWrong;
+}
+
+int MboxCommand(const std::vector<std::string>& args)
+{
+    if (args.size() != 2 || args[0].starts_with("--")) return MboxUsage();
+    SystemFiles files;
+    const Text store = FromUtf8(args[0]);
+    if (!IsThere(files, store)) return kFailed;
+    const MboxResult result = WriteMboxes(files, store, FromUtf8(args[1]), GoOnAlways);
+    for (const Text& sentence : result.leftOut) std::fprintf(stderr, "%s\n", Shown(sentence).c_str());
+    if (!result.failure.empty()) {
+        std::fprintf(stderr, "quillbox-inspect: %s\n", Shown(result.failure).c_str());
+        return kFailed;
+    }
+    std::printf("%zu e-mail(s) of %zu folder(s) written\n", result.emails, result.folders);
+    return result.leftOut.empty() ? kRight : kWrong;
+}
+
+int IndexUsage()
+{
+    std::fputs(
+        "usage: quillbox-inspect index STORE [--csv]    writes index.html, and index.csv, into the store\n"
+        "exit code: 0 done, 1 some files could not be read or wrong arguments, 2 failed\n",
+        stderr);
+    return kWrong;
+}
+
+int IndexCommand(const std::vector<std::string>& args)
+{
+    const bool csv = args.size() == 2 && args[1] == "--csv";
+    if ((args.size() != 1 && !csv) || args[0].starts_with("--")) return IndexUsage();
+    SystemFiles files;
+    SystemCodePage codePage;
+    SystemClock clock;
+    const Text store = FromUtf8(args[0]);
+    if (!IsThere(files, store)) return kFailed;
+    const MailIndex index = ReadMailIndex(files, codePage, store, GoOnAlways);
+    for (const Text& path : index.unread) std::fprintf(stderr, "Cannot be read: %s\n", Shown(path).c_str());
+    const auto report = [](FileError error, const Text& path) {
+        if (error == FileError::none)
+            std::printf("%s\n", Shown(path).c_str());
+        else
+            std::fprintf(stderr, "quillbox-inspect: %s: %s\n", Shown(path).c_str(),
+                         ToUtf8(Describe(error)).c_str());
+        return error == FileError::none;
+    };
+    const Text page = IndexPagePath(store), table = IndexCsvPath(store);
+    const Text today = FormatDate(clock.LocalNow(), u"yyyy-mm-dd");
+    if (!report(WriteIndexPage(files, index, page, today), page)) return kFailed;
+    if (csv && !report(WriteCsv(files, index, table), table)) return kFailed;
+    return index.unread.empty() ? kRight : kWrong;
 }

@@ -6,4 +6,8 @@
 // 0: done, and nothing is wrong; 1: something is wrong, which was said, or wrong arguments; 2: failed, with
 // the reason on standard error.
 int VerifyCommand(const std::vector<std::string>& args);
-int VerifyUsage(); // answers 1
+int MboxCommand(const std::vector<std::string>& args);
+int IndexCommand(const std::vector<std::string>& args);
+int VerifyUsage(); // answers 1, like the next
+int MboxUsage();
+int IndexUsage();

@@ -20,8 +20,13 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"db", DbCommand, DbUsage},    {"eml", EmlCommand, EmlUsage},          {"name", NameCommand, NameUsage},
-    {"crc", CrcCommand, CrcUsage}, {"verify", VerifyCommand, VerifyUsage},
+    {"db", DbCommand, DbUsage},
+    {"eml", EmlCommand, EmlUsage},
+    {"name", NameCommand, NameUsage},
+    {"crc", CrcCommand, CrcUsage},
+    {"verify", VerifyCommand, VerifyUsage},
+    {"mbox", MboxCommand, MboxUsage},
+    {"index", IndexCommand, IndexUsage},
 };
 
 int Usage()

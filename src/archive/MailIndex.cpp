@@ -1,0 +1,165 @@
+#include "archive/MailIndex.h"
+
+#include "mail/AddressList.h"
+#include "mail/MessageDates.h"
+#include "mail/ReadableText.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <stdexcept>
+
+namespace {
+
+// All fields of the name: some programs write one for each address.
+std::string AddressesIn(const MessageFields& fields, std::string_view name)
+{
+    std::string joined;
+    for (const MessageField& field : fields.fields)
+        if (field.name == name && !field.value.empty()) joined += (joined.empty() ? "" : ", ") + field.value;
+    return joined;
+}
+
+// "Ann <ann@x.example>; bob@x.example"
+Text ReadableAddresses(const std::vector<MailAddress>& addresses, std::string_view charset,
+                       CodePage& codePage)
+{
+    Text text;
+    for (const MailAddress& each : addresses) {
+        if (!text.empty()) text += u"; ";
+        const Text name = ReadableText(each.name, charset, codePage);
+        const Text address = ReadableText(each.address, charset, codePage);
+        text += name.empty() ? address : address.empty() ? name : name + u" <" + address + u">";
+    }
+    return text;
+}
+
+void Fill(IndexedEmail& email, std::string_view message, CodePage& codePage)
+{
+    const MessageFields fields = ReadMessageFields(message);
+    const std::string charset = FieldParameter(FieldValue(fields, "content-type"), "charset");
+    const auto from = ReadAddresses(FieldValue(fields, "from"));
+    const auto to = ReadAddresses(AddressesIn(fields, "to")), cc = ReadAddresses(AddressesIn(fields, "cc"));
+    email.size = message.size();
+    email.date = DateOfMessage(fields);
+    email.from = ReadableAddresses(from, charset, codePage);
+    email.to = ReadableAddresses(to, charset, codePage);
+    email.cc = ReadableAddresses(cc, charset, codePage);
+    email.subject = ReadableText(FieldValue(fields, "subject"), charset, codePage);
+    email.messageId = ReadableText(FieldValue(fields, "message-id"), charset, codePage);
+    email.toCount = to.size();
+    email.ccCount = cc.size();
+    email.bccCount = ReadAddresses(AddressesIn(fields, "bcc")).size();
+    email.attachment = HasAttachment(message, fields);
+}
+
+// False: it could not be read.
+bool ReadEmail(Files& files, CodePage& codePage, const Text& path, IndexedEmail& email)
+{
+    try {
+        std::string bytes;
+        if (files.ReadWhole(path, bytes) != FileError::none) return false;
+        Fill(email, bytes, codePage);
+        return true;
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) { // more characters than a text can have
+    }
+    return false;
+}
+
+// RFC 4180, section 2, rules 5 to 7.
+std::string Cell(const Text& text)
+{
+    const std::string cell = ToUtf8(text);
+    if (cell.find_first_of("\",\r\n") == cell.npos) return cell;
+    std::string quoted = "\"";
+    for (const char byte : cell) quoted.append(byte == '"' ? 2 : 1, byte);
+    return quoted + '"';
+}
+
+std::string IsoDate(std::int64_t seconds)
+{
+    const DateFields at = FieldsOfMoment(seconds);
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02dZ", at.year, at.month, at.day, at.hour,
+                  at.minute, at.second);
+    return text;
+}
+
+} // namespace
+
+MailIndex ReadMailIndex(Files& files, CodePage& codePage, const Text& store, const GoOn& goOn)
+{
+    MailIndex index{ReadStore(files, store), {}, {}};
+    for (std::size_t i = 0; i < index.store.directories.size(); ++i) {
+        const StoreDirectory& directory = index.store.directories[i];
+        if (directory.isLink || directory.error != FileError::none) index.unread.push_back(directory.path);
+        for (const DirectoryEntry& file : directory.emails) {
+            index.stopped = !goOn(index.emails.size(), index.store.emails);
+            if (index.stopped) return index;
+            IndexedEmail& email = index.emails.emplace_back();
+            email.directory = i;
+            email.file = file.name;
+            email.size = file.size;
+            const Text path = PathOf(directory, file.name);
+            if (file.kind == EntryKind::file && ReadEmail(files, codePage, path, email)) continue;
+            email.subject = file.name;
+            index.unread.push_back(path);
+        }
+    }
+    return index;
+}
+
+FileError WriteCsv(Files& files, const MailIndex& index, const Text& path)
+{
+    ReplacingFile file(files, path);
+    file.Write(
+        "\xEF\xBB\xBF"
+        "Folder,File,Date,From,To,Cc,Subject,Size,Attachment,Message-ID,To count,Cc count,Bcc count\r\n");
+    for (const IndexedEmail& email : index.emails) {
+        std::string line = Cell(index.store.directories[email.directory].folder);
+        const auto add = [&line](const std::string& cell) { line += "," + cell; };
+        add(Cell(email.file));
+        add(email.date ? IsoDate(*email.date) : "");
+        for (const Text* text : {&email.from, &email.to, &email.cc, &email.subject}) add(Cell(*text));
+        add(std::to_string(email.size));
+        add(email.attachment ? "yes" : "no");
+        add(Cell(email.messageId));
+        for (const std::size_t count : {email.toCount, email.ccCount, email.bccCount})
+            add(std::to_string(count));
+        file.Write(line + "\r\n");
+    }
+    return file.Finish();
+}
+
+ReplacingFile::ReplacingFile(Files& files, const Text& path)
+    : files_(files), path_(path), beside_(path + u".new")
+{
+    (void)files_.Delete(beside_); // of a run that was ended from outside
+}
+
+ReplacingFile::~ReplacingFile()
+{
+    (void)files_.Delete(beside_);
+}
+
+void ReplacingFile::Write(std::string_view bytes)
+{
+    constexpr std::size_t kEnough = 1 << 20;
+    bytes_ += bytes;
+    if (bytes_.size() >= kEnough) Flush();
+}
+
+void ReplacingFile::Flush()
+{
+    if (error_ == FileError::none) error_ = files_.Append(beside_, bytes_);
+    bytes_.clear();
+}
+
+FileError ReplacingFile::Finish()
+{
+    Flush();
+    if (error_ != FileError::none) return error_;
+    (void)files_.Delete(path_); // where there is none, or it stays, the next line says
+    return files_.Rename(beside_, path_);
+}
