@@ -44,6 +44,14 @@ public:
         blocks_.erase(blocks_.lower_bound((size + kBlock - 1) / kBlock), blocks_.end());
         size_ = size;
     }
+    bool operator==(const MemoryImage& other) const
+    {
+        const auto same = [](const auto& a, const auto& b) {
+            return a.first == b.first && (a.second == b.second || *a.second == *b.second);
+        };
+        return size_ == other.size_ &&
+               std::equal(blocks_.begin(), blocks_.end(), other.blocks_.begin(), other.blocks_.end(), same);
+    }
     std::string Bytes() const
     {
         std::string bytes(size_, '\0');
