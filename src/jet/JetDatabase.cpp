@@ -3,6 +3,7 @@
 #include "jet/Catalog.h"
 #include "jet/Header.h"
 #include "jet/Lookup.h"
+#include "jet/SortKeys.h"
 #include "jet/Sql.h"
 #include "jet/TableWriter.h"
 
@@ -23,10 +24,13 @@ public:
 
     const Table& Rows() const { return *table_; }
     Lookup& Index() { return lookup_; }
+    // Another number after each change: what was read of a row before may not be so any more.
+    unsigned Changes() const { return changes_; }
 
     void Append(const std::vector<std::optional<Text>>& values)
     {
         Refresh();
+        ++changes_;
         lookup_.Added(*table_, writer_->Append(values));
     }
     void Delete(RowId row)
@@ -61,6 +65,7 @@ private:
     void DeleteAll(std::span<const RowId> rows)
     {
         Refresh();
+        ++changes_;
         writer_->Delete(rows); // the lookup keeps them: a place is never used again
     }
     void Renew()
@@ -68,6 +73,7 @@ private:
         auto table = std::make_unique<Table>(*file_, definition_);
         auto writer = std::make_unique<TableWriter>(*table);
         lookup_.Clear();
+        ++changes_;
         writer_ = std::move(writer);
         table_ = std::move(table);
         seenFailures_ = file_->WriteFailures();
@@ -75,7 +81,7 @@ private:
 
     std::shared_ptr<PageFile> file_;
     PageNumber definition_;
-    unsigned seenFailures_ = 0;
+    unsigned seenFailures_ = 0, changes_ = 0;
     std::unique_ptr<Table> table_;
     std::unique_ptr<TableWriter> writer_; // refers to *table_
     Lookup lookup_;
@@ -139,10 +145,17 @@ public:
 
     Text Field(const Text& name) override
     {
+        const RowId id = Current();
         const Table& table = table_->Rows();
-        const std::optional<StoredRow> stored = table.Fetch(Current());
-        if (!stored) throw DatabaseError(u"The current row was deleted");
-        return table.ColumnText(Row(table.Definition(), stored->bytes), Selected(name));
+        table.File().NeedOpen();
+        if (!read_ || read_->stored.id != id || read_->changes != table_->Changes()) {
+            read_.reset();
+            std::optional<StoredRow> stored = table.Fetch(id);
+            if (!stored) throw DatabaseError(u"The current row was deleted");
+            const Row row(table.Definition(), stored->bytes);
+            read_.emplace(table_->Changes(), std::move(*stored), row);
+        }
+        return table.ColumnText(read_->row, Selected(name));
     }
 
     void Delete() override { table_->Delete(Current()); }
@@ -165,6 +178,13 @@ public:
     }
 
 private:
+    struct ReadRow {
+        ReadRow(unsigned c, StoredRow s, const Row& r) : changes(c), stored(std::move(s)), row(r) {}
+        unsigned changes; // of the table, when it was read
+        StoredRow stored; // holds the bytes
+        Row row;
+    };
+
     const Column& Selected(const Text& name) const
     {
         const auto same = [&](const Text& selected) { return EqualNoCase(selected, name); };
@@ -191,27 +211,28 @@ private:
     std::vector<RowId> Matching()
     {
         const Table& table = table_->Rows();
-        const std::vector<RowId>* fewest = nullptr;
+        constexpr std::size_t kFew = 8; // no other condition is worth asking for its rows, too
+        std::optional<std::vector<RowId>> rows;
         for (const Condition& condition : select_.where) {
             const Column& column = NeedColumn(table.Definition(), condition.column);
-            const std::vector<RowId>& rows = table_->Index().Candidates(table, column, condition.value);
-            if (!fewest || rows.size() < fewest->size()) fewest = &rows;
+            std::vector<RowId> found = table_->Index().Candidates(table, column, condition.value);
+            if (!rows || found.size() < rows->size()) rows = std::move(found);
+            if (rows->size() <= kFew) break;
         }
-        std::vector<RowId> matching;
-        std::copy_if(fewest->begin(), fewest->end(), std::back_inserter(matching),
-                     [this](RowId row) { return Matches(row); });
-        return matching;
+        Text text;
+        std::erase_if(*rows, [&](RowId row) { return !Matches(row, text); });
+        return std::move(*rows);
     }
 
-    bool Matches(RowId id) const
+    bool Matches(RowId id, Text& text) const
     {
         const Table& table = table_->Rows();
         const std::optional<StoredRow> stored = table.Fetch(id);
         if (!stored) return false;
         const Row row(table.Definition(), stored->bytes);
         return std::all_of(select_.where.begin(), select_.where.end(), [&](const Condition& condition) {
-            const Column& column = *table.Definition().Find(condition.column);
-            return EqualNoCase(table.ColumnText(row, column), condition.value);
+            table.ReadColumn(row, *table.Definition().Find(condition.column), text);
+            return EqualNoCase(text, condition.value);
         });
     }
 
@@ -220,26 +241,32 @@ private:
     void Sort(std::vector<RowId>& rows) const
     {
         const Table& table = table_->Rows();
-        std::vector<std::pair<std::vector<Text>, RowId>> keyed;
-        for (RowId id : rows) {
+        std::vector<const Column*> columns;
+        for (const Text& name : select_.orderBy) columns.push_back(&NeedColumn(table.Definition(), name));
+        SortKeys keys(columns.size());
+        Text text;
+        const auto add = [&](const StoredRow& stored) {
+            const Row row(table.Definition(), stored.bytes);
+            for (const Column* column : columns) {
+                table.ReadColumn(row, *column, text);
+                keys.Add(text);
+            }
+        };
+        std::erase_if(rows, [&](RowId id) {
             const std::optional<StoredRow> stored = table.Fetch(id);
-            if (!stored) continue;
-            const Row row(table.Definition(), stored->bytes);
-            std::vector<Text> key;
-            for (const Text& name : select_.orderBy)
-                key.push_back(FoldCase(table.ColumnText(row, NeedColumn(table.Definition(), name))));
-            keyed.emplace_back(std::move(key), id);
-        }
-        std::stable_sort(keyed.begin(), keyed.end(),
-                         [](const auto& a, const auto& b) { return a.first < b.first; });
-        rows.clear();
-        for (const auto& [key, id] : keyed) rows.push_back(id);
+            if (stored) add(*stored);
+            return !stored;
+        });
+        std::vector<RowId> sorted;
+        for (const std::size_t place : keys.Order()) sorted.push_back(rows[place]);
+        rows = std::move(sorted);
     }
 
     std::shared_ptr<OpenTable> table_;
     Select select_;
     std::optional<std::vector<RowId>> found_;
     std::size_t current_ = 0;
+    std::optional<ReadRow> read_;                            // a current row
     std::optional<std::vector<std::optional<Text>>> newRow_; // by position in the definition's columns
 };
 

@@ -3,23 +3,36 @@
 #include "jet/Table.h"
 
 #include <map>
-#include <unordered_map>
 
 namespace jet {
 
 class Lookup {
 public:
-    // Rows whose text in the column may be equal to the value without regard to case; the caller looks,
-    // because deleted rows and others of the same hash are among them. The first call for a column reads
-    // the whole table. The answer is good until the next Added.
-    const std::vector<RowId>& Candidates(const Table& table, const Column& column, TextView value);
+    // Rows whose text in the column may be equal to the value without regard to case, in the order in which
+    // they were met; the caller looks, because deleted rows and others of the same hash are among them. The
+    // first call for a column reads the whole table.
+    std::vector<RowId> Candidates(const Table& table, const Column& column, TextView value);
     void Added(const Table& table, RowId row);
     void Clear() { columns_.clear(); }
 
 private:
-    using RowsByHash = std::unordered_map<std::size_t, std::vector<RowId>>;
+    // A hash table with chains; their ends and links are places in entries, counted from 1. 0: none.
+    class RowsByHash {
+    public:
+        void Add(std::size_t hash, RowId row);
+        std::vector<RowId> Find(std::size_t hash) const;
+
+    private:
+        struct Entry {
+            std::size_t hash;
+            RowId row;
+            std::uint32_t previous; // in its chain
+        };
+        std::uint32_t& EndOf(std::size_t hash) { return ends_[hash & (ends_.size() - 1)]; }
+        std::vector<std::uint32_t> ends_ = std::vector<std::uint32_t>(64, 0); // of a power of two chains
+        std::vector<Entry> entries_;
+    };
     std::map<std::uint16_t, RowsByHash> columns_; // by column number; those that were asked for
-    const std::vector<RowId> none_{};
 };
 
 } // namespace jet

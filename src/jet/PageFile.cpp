@@ -8,7 +8,7 @@ namespace jet {
 
 namespace {
 
-constexpr std::size_t kGeneration = 1024; // pages: the cache holds 4 to 8 MB
+constexpr std::size_t kGeneration = 4096; // pages: the cache holds 16 to 32 MB
 
 constexpr std::uint64_t Offset(PageNumber page)
 {

@@ -35,6 +35,7 @@ public:
     void Write(PageNumber page, std::string bytes);
     void Flush();
     unsigned WriteFailures() const { return writeFailures_; } // so far, those of Flush included
+    void NeedOpen() { (void)File(); }                         // throws after Close
     void Close() noexcept;
 
 private:

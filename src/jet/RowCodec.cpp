@@ -125,12 +125,23 @@ std::string EncodeText(TextView text, Compression compression)
 Text DecodeText(ByteView bytes)
 {
     Text text;
+    DecodeText(bytes, text);
+    return text;
+}
+
+void DecodeText(ByteView bytes, Text& text)
+{
+    text.clear();
     const std::size_t size = bytes.Size();
-    if (size < 2 || bytes.U16(0) != 0xFEFF) {
-        text.reserve(size / 2);
-        for (std::size_t at = 0; at < size; at += 2) text += static_cast<char16_t>(bytes.U16(at));
-        return text;
-    }
+    const auto appendWide = [&](std::size_t at, std::size_t units) {
+        const std::string_view wide = bytes.Sub(at, 2 * units).Bytes();
+        const std::size_t before = text.size();
+        text.resize(before + units);
+        for (std::size_t i = 0; i < units; ++i)
+            text[before + i] = static_cast<char16_t>(static_cast<unsigned char>(wide[2 * i]) |
+                                                     static_cast<unsigned char>(wide[2 * i + 1]) << 8);
+    };
+    if (size < 2 || bytes.U16(0) != 0xFEFF) return appendWide(0, (size + 1) / 2);
     // Runs of one byte a character and of two take turns; a zero byte in the place of a character ends one.
     bool narrow = true;
     for (std::size_t at = 2; at < size;) {
@@ -138,13 +149,14 @@ Text DecodeText(ByteView bytes)
             narrow = !narrow;
             ++at;
         } else if (narrow) {
-            text += static_cast<char16_t>(bytes.U8(at++));
+            const std::string_view run = bytes.Bytes().substr(at, bytes.Bytes().find('\0', at) - at);
+            for (const char unit : run) text += static_cast<unsigned char>(unit);
+            at += run.size();
         } else {
-            text += static_cast<char16_t>(bytes.U16(at));
+            appendWide(at, 1);
             at += 2;
         }
     }
-    return text;
 }
 
 } // namespace jet

@@ -31,5 +31,6 @@ enum class Compression { plain, compressed };
 // the mark of compression.
 std::string EncodeText(TextView text, Compression compression);
 Text DecodeText(ByteView bytes);
+void DecodeText(ByteView bytes, Text& text); // in place of what it held
 
 } // namespace jet

@@ -2,7 +2,6 @@
 
 #include "jet/Display.h"
 #include "jet/LongValue.h"
-#include "jet/UsageMap.h"
 
 namespace jet {
 
@@ -25,57 +24,71 @@ std::vector<PageNumber> Table::Pages() const
     return pages;
 }
 
-std::vector<RowId> Table::RowsOn(PageNumber page) const
+ByteView Table::RowsView(PageNumber page, const std::string& bytes) const
 {
-    PageRef hold;
-    const ByteView view = file_.View(page, hold);
+    const ByteView view(bytes, page);
     NeedDataPage(view, definition_.page);
-    std::vector<RowId> rows;
-    const std::size_t count = std::min(SlotCount(view), kMostSlots);
-    for (std::size_t slot = 0; slot < count; ++slot)
-        if (IsRow(SlotAt(view, slot))) rows.push_back({page, static_cast<std::uint8_t>(slot)});
-    return rows;
+    return view;
+}
+
+std::size_t Table::ScannedSlots(ByteView page)
+{
+    return std::min(SlotCount(page), kMostSlots);
 }
 
 std::vector<RowId> Table::Rows() const
 {
     std::vector<RowId> rows;
+    PageRef hold;
     for (PageNumber page : PagesOf(file_, definition_.ownedMap)) {
-        const std::vector<RowId> found = RowsOn(page);
-        rows.insert(rows.end(), found.begin(), found.end());
+        hold = file_.Read(page);
+        const ByteView view = RowsView(page, *hold);
+        for (std::size_t slot = 0; slot < ScannedSlots(view); ++slot)
+            if (IsRow(SlotAt(view, slot))) rows.push_back({page, static_cast<std::uint8_t>(slot)});
     }
     return rows;
 }
 
 std::optional<StoredRow> Table::Fetch(RowId row) const
 {
-    StoredRow stored{nullptr, ByteView({}, row.page), {row}};
+    StoredRow stored{nullptr, ByteView({}, row.page), row, {}};
     ByteView page = file_.View(row.page, stored.hold);
     NeedDataPage(page, definition_.page);
     Slot slot = SlotAt(page, row.slot);
     if (!IsRow(slot)) return std::nullopt;
-    stored.bytes = RowAt(page, row.slot);
+    stored.bytes = page.Sub(slot.start, slot.end - slot.start);
     while (slot.flags & kLookup) {
         const RowId next = FromPointer(stored.bytes.U32(0));
-        if (stored.places.size() > kMostMoves) ThrowDamaged(row.page, u"a moved row runs in a circle");
+        if (stored.moves.size() >= kMostMoves) ThrowDamaged(row.page, u"a moved row runs in a circle");
         page = file_.View(next.page, stored.hold);
         NeedDataPage(page, definition_.page);
         slot = SlotAt(page, next.slot);
         if (!(slot.flags & kTarget)) ThrowDamaged(next.page, u"a moved row leads to another row");
-        stored.bytes = RowAt(page, next.slot);
-        stored.places.push_back(next);
+        stored.bytes = page.Sub(slot.start, slot.end - slot.start);
+        stored.moves.push_back(next);
     }
     return stored;
 }
 
 Text Table::ColumnText(const Row& row, const Column& column) const
 {
+    Text text;
+    ReadColumn(row, column, text);
+    return text;
+}
+
+void Table::ReadColumn(const Row& row, const Column& column, Text& text) const
+{
+    text.clear();
     const std::optional<std::string_view> cell = row.Cell(column);
-    if (!cell) return {};
+    if (!cell || (column.IsLong() && cell->empty())) return; // a long value may lack even its header
     const ByteView bytes(*cell, row.Page());
-    if (!column.IsLong()) return DisplayText(column, bytes);
-    if (cell->empty()) return {}; // an empty long value may lack even its header
-    return DisplayText(column, ByteView(ReadLongValue(file_, bytes).bytes, row.Page()));
+    if (column.type == ColumnType::text)
+        DecodeText(bytes, text);
+    else if (column.IsLong())
+        text = DisplayText(column, ByteView(ReadLongValue(file_, bytes).bytes, row.Page()));
+    else
+        text = DisplayText(column, bytes);
 }
 
 } // namespace jet

@@ -2,13 +2,15 @@
 // Fails by: DatabaseError for damaged pages.
 #pragma once
 #include "jet/RowCodec.h"
+#include "jet/UsageMap.h"
 
 namespace jet {
 
 struct StoredRow {
     PageRef hold;
     ByteView bytes;
-    std::vector<RowId> places; // where the row's directory entry is, then where it has moved
+    RowId id;
+    std::vector<RowId> moves; // where it has moved, the last of them being where the bytes are
 };
 
 class Table {
@@ -22,13 +24,38 @@ public:
     const TableDefinition& Definition() const { return definition_; }
     std::vector<PageNumber> Pages() const; // all data pages, each one checked to be the table's
     std::vector<RowId> Rows() const;
-    std::vector<RowId> RowsOn(PageNumber page) const;
+    // visit(StoredRow) for each row, without seeking each of them.
+    template <class Visit>
+    void ForEachRow(Visit visit) const
+    {
+        StoredRow stored{nullptr, ByteView({}, 0), {}, {}};
+        for (const PageNumber page : PagesOf(file_, definition_.ownedMap)) {
+            stored.hold = file_.Read(page);
+            const ByteView view = RowsView(page, *stored.hold);
+            for (std::size_t slot = 0; slot < ScannedSlots(view); ++slot) {
+                const Slot found = SlotAt(view, slot);
+                const RowId id{page, static_cast<std::uint8_t>(slot)};
+                if (found.flags == kLookup) {
+                    visit(*Fetch(id));
+                } else if (found.flags == 0) {
+                    stored.id = id;
+                    stored.bytes = view.Sub(found.start, found.end - found.start);
+                    visit(std::as_const(stored));
+                }
+            }
+        }
+    }
 
     // Nothing when the place holds no row any more.
     std::optional<StoredRow> Fetch(RowId row) const;
     Text ColumnText(const Row& row, const Column& column) const; // null is empty
+    // The same into a text that is used again and again.
+    void ReadColumn(const Row& row, const Column& column, Text& text) const;
 
 private:
+    ByteView RowsView(PageNumber page, const std::string& bytes) const; // of a page checked to be the table's
+    static std::size_t ScannedSlots(ByteView page);
+
     PageFile& file_;
     TableDefinition definition_;
 };

@@ -146,13 +146,11 @@ void TableWriter::Inspect()
     for (const Column& column : table.columns)
         if (column.IsLong()) inspected.longValuePages[column.number] = PagesOf(file, column.ownedMap);
     PageRef hold;
-    for (PageNumber page : pages) {
-        CheckDirectory(file.View(page, hold));
-        for (RowId row : table_.RowsOn(page)) {
-            InspectRow(*table_.Fetch(row), inspected);
-            ++rowCount_;
-        }
-    }
+    for (PageNumber page : pages) CheckDirectory(file.View(page, hold));
+    table_.ForEachRow([&](const StoredRow& stored) {
+        InspectRow(stored, inspected);
+        ++rowCount_;
+    });
     std::vector<std::uint32_t>& places = inspected.places;
     std::sort(places.begin(), places.end());
     const auto twice = std::adjacent_find(places.begin(), places.end());
@@ -212,17 +210,16 @@ void TableWriter::InspectTail() const
 
 void TableWriter::InspectRow(const StoredRow& stored, Inspected& inspected) const
 {
-    for (std::size_t i = 1; i < stored.places.size(); ++i)
-        inspected.places.push_back(ToPointer(stored.places[i]));
+    for (RowId place : stored.moves) inspected.places.push_back(ToPointer(place));
     const Row row(table_.Definition(), stored.bytes);
     for (const Column& column : table_.Definition().columns) {
         const std::optional<std::string_view> cell = row.Cell(column);
         if (!cell || cell->empty()) continue;
         const ByteView bytes(*cell, row.Page());
-        if (column.type == ColumnType::text) (void)DecodeText(bytes);
+        if (column.type == ColumnType::text) DecodeText(bytes, inspected.text);
         if (!column.IsLong()) continue;
         const LongValue value = ReadLongValue(table_.File(), bytes);
-        if (column.type == ColumnType::memo) (void)DecodeText(ByteView(value.bytes, row.Page()));
+        if (column.type == ColumnType::memo) DecodeText(ByteView(value.bytes, row.Page()), inspected.text);
         const std::vector<PageNumber>& listed = inspected.longValuePages.at(column.number);
         for (RowId place : value.places) {
             inspected.places.push_back(ToPointer(place));
@@ -278,7 +275,7 @@ void TableWriter::Delete(std::span<const RowId> rows)
         std::optional<StoredRow> stored = table_.Fetch(id);
         if (!stored || !pointers.insert(ToPointer(id)).second)
             throw DatabaseError(u"The row was deleted before");
-        std::vector<StoredRow>& rowsLike = stored->places.size() > 1 ? moved : inPlace;
+        std::vector<StoredRow>& rowsLike = stored->moves.empty() ? inPlace : moved;
         rowsLike.push_back(std::move(*stored));
     }
     if (!inPlace.empty()) DeleteTogether(inPlace);
@@ -296,11 +293,8 @@ void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
     WriteRowCount(writes, table.page, left, Phase::prepare);
     for (const StoredRow& stored : rows) {
         const Row row(table, stored.bytes);
-        Phase phase = Phase::commit; // only the row itself
-        for (RowId place : stored.places) {
-            DeleteRow(writes.Edit(place.page, phase), place.slot);
-            phase = Phase::tidy;
-        }
+        DeleteRow(writes.Edit(stored.id.page, Phase::commit), stored.id.slot);
+        for (RowId place : stored.moves) DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
         for (const Column& column : table.columns) {
             const std::optional<std::string_view> cell = row.Cell(column);
             if (!cell || cell->empty() || !column.IsLong()) continue;
@@ -310,7 +304,8 @@ void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
                 OfferAgain(writes, column.freeMap, spaces.longValues[column.number], place.page);
             }
         }
-        for (RowId place : stored.places) OfferAgain(writes, table.freeMap, spaces.rows, place.page);
+        OfferAgain(writes, table.freeMap, spaces.rows, stored.id.page);
+        for (RowId place : stored.moves) OfferAgain(writes, table.freeMap, spaces.rows, place.page);
     }
     MarkFreshPagesUsed(writes); // of a free map that had to grow
     writes.Commit();
