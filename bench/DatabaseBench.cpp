@@ -1,0 +1,371 @@
+// DatabaseBench.cpp: what the program asks of saved.mdb, beside what people would use instead: mdb-export for
+// all rows, SQLite for questions, additions and condensing, and the work that cannot be left out (reading the
+// file, waiting for the disk). Answers are compared first. Ratios of medians with their goals come last; exit
+// code 1 when one is missed. Files are made in a directory of their own in the system's place for temporary
+// ones.
+//   bench-database [--rows=N] [options of Google Benchmark]
+#include "bench/SavedRows.h"
+#include "platform/posix/PosixFiles.h"
+#include "store/SavedMaintenance.h"
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+#include <cstdio>
+#include <sstream>
+#include <unistd.h>
+
+namespace {
+
+Sample& SampleOf(std::size_t count)
+{
+    static std::map<std::size_t, std::unique_ptr<Sample>> samples;
+    std::unique_ptr<Sample>& sample = samples[count];
+    if (!sample) sample = std::make_unique<Sample>(count);
+    return *sample;
+}
+
+PosixFiles files;
+
+std::string CopyOf(const std::string& path)
+{
+    const std::string copy = path + ".copy";
+    std::filesystem::copy_file(path, copy, std::filesystem::copy_options::overwrite_existing);
+    return copy;
+}
+
+SavedEmails Opened(const std::string& path)
+{
+    SavedEmails saved;
+    const Text why =
+        OpenSavedEmails(saved, files, FromUtf8(path),
+                        {{nullptr, [](const Text& file) { return OpenJetDatabase(files, file); }}});
+    if (!saved.IsWritable()) Fail(ToUtf8(why + saved.whyReadOnly));
+    return saved;
+}
+
+// All rows.
+
+// take(value) for each, row by row.
+template <class Take>
+void ReadAllHere(const std::string& path, Take take)
+{
+    static const Text names[] = {u"efolder", u"esubject", u"ecrc"};
+    const auto database = OpenJetDatabase(files, FromUtf8(path), OpenMode::read);
+    const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
+    for (; !rows->AtEnd(); rows->MoveNext())
+        for (const Text& name : names) take(rows->Field(name));
+}
+
+std::string AllHere(const std::string& path)
+{
+    std::string text;
+    int column = 0;
+    ReadAllHere(path, [&](const Text& value) { text += ToUtf8(value) + (++column % 3 ? '\t' : '\n'); });
+    return text;
+}
+
+std::string Exported(const std::string& path)
+{
+    std::FILE* const pipe = ::popen(("mdb-export -H -Q -d '\t' -R '\n' '" + path + "' saved").c_str(), "r");
+    if (!pipe) Fail("mdb-export cannot be run");
+    std::string all(1 << 16, '\0'), text;
+    while (const std::size_t got = std::fread(all.data(), 1, all.size(), pipe)) text.append(all, 0, got);
+    ::pclose(pipe);
+    return text;
+}
+
+std::string AsText(const std::vector<SavedRow>& rows)
+{
+    std::string text;
+    for (const SavedRow& row : rows) text += row.folder + '\t' + row.subject + '\t' + row.crc + '\n';
+    return text;
+}
+
+// Questions: every second one is answered with yes.
+
+struct Question {
+    Text folder, crc;
+    std::string sql;
+    bool answer;
+};
+
+std::vector<Question> Questions(const Sample& sample)
+{
+    std::mt19937 random(1);
+    std::vector<Question> questions;
+    for (int i = 0; i < 4096; ++i) {
+        SavedRow row = sample.rows[random() % sample.rows.size()];
+        if (i % 2) row.crc[0] = 'G';
+        questions.push_back(
+            {FromUtf8(row.folder), FromUtf8(row.crc),
+             "SELECT * FROM saved WHERE (ecrc='" + row.crc + "') AND (efolder='" + row.folder + "')",
+             i % 2 == 0});
+    }
+    return questions;
+}
+
+bool AskSqlite(Sqlite& database, const Question& question)
+{
+    bool found = false;
+    database.Select(question.sql, [&](sqlite3_stmt*) {
+        found = true;
+        return false;
+    });
+    return found;
+}
+
+// A folder's CRCs.
+
+Text CrcsFromSqlite(Sqlite& database, const std::string& folder)
+{
+    Text list = u",";
+    database.Select("SELECT ecrc FROM saved WHERE efolder='" + folder + "'", [&](sqlite3_stmt* row) {
+        list += FromAscii(Sqlite::Column(row, 0)) + u",";
+        return true;
+    });
+    return list;
+}
+
+// Condensing.
+
+int CondenseSqlite(Sqlite& database)
+{
+    std::vector<sqlite3_int64> repeated;
+    std::string crc, folder;
+    database.Run("BEGIN");
+    database.Select("SELECT ecrc, efolder, rowid FROM saved ORDER BY ecrc, efolder, rowid",
+                    [&](sqlite3_stmt* row) {
+                        std::string nextCrc = Sqlite::Column(row, 0), nextFolder = Sqlite::Column(row, 1);
+                        if (nextCrc == crc && nextFolder == folder)
+                            repeated.push_back(sqlite3_column_int64(row, 2));
+                        crc = std::move(nextCrc);
+                        folder = std::move(nextFolder);
+                        return true;
+                    });
+    sqlite3_stmt* const remove = database.Prepared("DELETE FROM saved WHERE rowid=?");
+    for (const sqlite3_int64 id : repeated) {
+        sqlite3_bind_int64(remove, 1, id);
+        sqlite3_step(remove);
+        sqlite3_reset(remove);
+    }
+    sqlite3_finalize(remove);
+    database.Run("COMMIT");
+    return static_cast<int>(repeated.size());
+}
+
+std::string Unsorted(const std::string& text)
+{
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    std::sort(lines.begin(), lines.end());
+    std::string sorted;
+    for (const std::string& line : lines) sorted += line + '\n';
+    return sorted;
+}
+
+void CheckAnswers(const Sample& sample)
+{
+    const std::string wanted = Unsorted(AsText(sample.rows));
+    if (Unsorted(AllHere(sample.JetPath())) != wanted) Fail("rows are not those that were added");
+    if (Unsorted(Exported(sample.JetPath())) != wanted) Fail("mdb-export has other rows");
+    SavedEmails saved = Opened(sample.JetPath());
+    Sqlite sqlite(sample.SqlitePath());
+    for (const Question& question : Questions(sample))
+        if (IsSaved(saved, question.crc, question.folder) != question.answer ||
+            AskSqlite(sqlite, question) != question.answer)
+            Fail("another answer: " + question.sql);
+    const std::string folder = sample.rows[0].folder;
+    const auto crcs = [](const Text& list) {
+        std::vector<Text> all = SplitAt(list, u",");
+        std::sort(all.begin(), all.end());
+        return all;
+    };
+    if (crcs(FolderCrcList(saved, FromUtf8(folder), u",", [] {})) != crcs(CrcsFromSqlite(sqlite, folder)))
+        Fail("other CRCs of a folder");
+    CloseSavedEmails(saved);
+    SavedEmails condensed = Opened(CopyOf(sample.JetPath()));
+    Sqlite other(CopyOf(sample.SqlitePath()));
+    if (CondenseDatabase(condensed, [](int) { return true; }).removed != CondenseSqlite(other))
+        Fail("other repeated rows");
+}
+
+using Work = std::function<void(benchmark::State&)>;
+
+void Register(const std::string& name, Work work, benchmark::TimeUnit unit = benchmark::kMillisecond)
+{
+    benchmark::RegisterBenchmark(name.c_str(),
+                                 [work = std::move(work)](benchmark::State& state) { work(state); })
+        ->UseRealTime()
+        ->Unit(unit);
+}
+
+void RegisterQuestions(std::size_t count)
+{
+    const std::string name = "ask/" + std::to_string(count);
+    Register(
+        name + "/quillbox",
+        [count](benchmark::State& state) {
+            const std::vector<Question> questions = Questions(SampleOf(count));
+            SavedEmails saved = Opened(SampleOf(count).JetPath());
+            std::size_t next = 0;
+            benchmark::DoNotOptimize(IsSaved(saved, u"0", u"x"));
+            for (auto _ : state) {
+                const Question& question = questions[next++ % questions.size()];
+                benchmark::DoNotOptimize(IsSaved(saved, question.crc, question.folder));
+            }
+        },
+        benchmark::kMicrosecond);
+    Register(
+        name + "/sqlite",
+        [count](benchmark::State& state) {
+            const std::vector<Question> questions = Questions(SampleOf(count));
+            Sqlite database(SampleOf(count).SqlitePath());
+            std::size_t next = 0;
+            for (auto _ : state)
+                benchmark::DoNotOptimize(AskSqlite(database, questions[next++ % questions.size()]));
+        },
+        benchmark::kMicrosecond);
+}
+
+void RegisterAll(std::size_t count)
+{
+    Register("rows/quillbox", [count](benchmark::State& state) {
+        for (auto _ : state)
+            ReadAllHere(SampleOf(count).JetPath(),
+                        [](const Text& value) { benchmark::DoNotOptimize(value.data()); });
+    });
+    Register("rows/mdb-export", [count](benchmark::State& state) {
+        for (auto _ : state) benchmark::DoNotOptimize(Exported(SampleOf(count).JetPath()));
+    });
+    for (const std::size_t rows : {count / 10, count, count * 10}) RegisterQuestions(rows);
+    Register("open/quillbox", [count](benchmark::State& state) {
+        const Question question = Questions(SampleOf(count))[0];
+        for (auto _ : state) {
+            SavedEmails saved = Opened(SampleOf(count).JetPath());
+            benchmark::DoNotOptimize(IsSaved(saved, question.crc, question.folder));
+        }
+    });
+    Register("open/read-and-decode", [count](benchmark::State& state) {
+        for (auto _ : state) benchmark::DoNotOptimize(ReadAndDecode(files, SampleOf(count).JetPath()));
+    });
+    Register("add/quillbox", [count](benchmark::State& state) {
+        SavedEmails saved = Opened(CopyOf(SampleOf(count).JetPath()));
+        for (auto _ : state)
+            AddSavedEmail(saved, u"Local Folders\\Inbox", {{}, u"Re: minutes", {}, {}, {}, u"1234ABCD"});
+    });
+    Register("add/two-pages-synced", [count](benchmark::State& state) {
+        FileError error = FileError::none;
+        const auto file = files.Open(FromUtf8(CopyOf(SampleOf(count).JetPath())), OpenMode::exclusive, error);
+        std::string page(jet::kPageSize, 'x');
+        const std::uint64_t last = file->Size() - jet::kPageSize;
+        for (auto _ : state) {
+            for (int times = 0; times < 2; ++times) {
+                ++page[0];
+                if (!file->WriteAt(last, page.data(), page.size()) || !file->Flush()) Fail("cannot write");
+            }
+        }
+    });
+    Register("crcs/quillbox", [count](benchmark::State& state) {
+        SavedEmails saved = Opened(SampleOf(count).JetPath());
+        const Text folder = FromUtf8(SampleOf(count).rows[0].folder);
+        FolderCrcList(saved, folder, u",", [] {}); // the first reads all rows
+        for (auto _ : state) benchmark::DoNotOptimize(FolderCrcList(saved, folder, u",", [] {}));
+    });
+    Register("crcs/sqlite", [count](benchmark::State& state) {
+        Sqlite database(SampleOf(count).SqlitePath());
+        for (auto _ : state)
+            benchmark::DoNotOptimize(CrcsFromSqlite(database, SampleOf(count).rows[0].folder));
+    });
+    Register("condense/quillbox", [count](benchmark::State& state) {
+        for (auto _ : state) {
+            state.PauseTiming();
+            SavedEmails saved = Opened(CopyOf(SampleOf(count).JetPath()));
+            ::sync();
+            state.ResumeTiming();
+            benchmark::DoNotOptimize(CondenseDatabase(saved, [](int) { return true; }));
+        }
+    });
+    Register("condense/sqlite", [count](benchmark::State& state) {
+        for (auto _ : state) {
+            state.PauseTiming();
+            Sqlite database(CopyOf(SampleOf(count).SqlitePath()));
+            ::sync();
+            state.ResumeTiming();
+            benchmark::DoNotOptimize(CondenseSqlite(database));
+        }
+    });
+}
+
+// Keeps the medians.
+class Medians : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        for (const Run& run : runs)
+            if (run.aggregate_name == "median") // name/real_time
+                nanoseconds_[run.run_name.function_name] =
+                    run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    // Whether the ratio is within its goal; nothing is missed that was not measured.
+    bool Compare(const std::string& what, const std::string& work, const std::string& other,
+                 double goal) const
+    {
+        const auto a = nanoseconds_.find(work), b = nanoseconds_.find(other);
+        if (a == nanoseconds_.end() || b == nanoseconds_.end()) return true;
+        const double ratio = a->second / b->second;
+        std::printf("%-62s %8.3f   goal %6.3f%s\n", what.c_str(), ratio, goal,
+                    ratio <= goal ? "" : "   MISSED");
+        return ratio <= goal;
+    }
+
+private:
+    std::map<std::string, double> nanoseconds_;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::size_t rows = 100000;
+    // Each in turn, so that what else the machine does meets all of them.
+    std::vector<std::string> given = {argv[0], "--benchmark_enable_random_interleaving=true",
+                                      "--benchmark_repetitions=9", "--benchmark_min_time=0.2"};
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument.starts_with("--rows="))
+            rows = std::max(100ul, std::stoul(argument.substr(7)));
+        else
+            given.push_back(argument);
+    }
+    std::vector<char*> arguments;
+    for (std::string& argument : given) arguments.push_back(argument.data());
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+
+    CheckAnswers(SampleOf(rows));
+    RegisterAll(rows);
+    Medians medians;
+    benchmark::RunSpecifiedBenchmarks(&medians);
+    const std::string all = std::to_string(rows), tenth = std::to_string(rows / 10),
+                      tenfold = std::to_string(rows * 10);
+    bool met = true;
+    std::puts("\nTime over the peer's, medians:");
+    met &= medians.Compare("all rows, over mdb-export", "rows/quillbox", "rows/mdb-export", 0.1);
+    met &= medians.Compare("is it saved, over SQLite", "ask/" + all + "/quillbox", "ask/" + all + "/sqlite",
+                           0.5);
+    met &= medians.Compare("is it saved, over the same among a hundredth of the rows",
+                           "ask/" + tenfold + "/quillbox", "ask/" + tenth + "/quillbox", 5);
+    met &= medians.Compare("open and first answer, over reading and decoding", "open/quillbox",
+                           "open/read-and-decode", 2);
+    met &= medians.Compare("durable add, over two pages written and synced", "add/quillbox",
+                           "add/two-pages-synced", 1.3);
+    met &= medians.Compare("a folder's CRCs, over SQLite", "crcs/quillbox", "crcs/sqlite", 0.35);
+    met &= medians.Compare("condensing, over SQLite", "condense/quillbox", "condense/sqlite", 0.5);
+    std::error_code ignored;
+    std::filesystem::remove_all(Directory(), ignored);
+    return met ? 0 : 1;
+}
