@@ -65,6 +65,8 @@ enum ControlId : int {
     fileCheck,
     chkIDonly,
     chkSendKeys,
+    cmdVerifyStore,
+    cmdIndexPage,
     fraProgress,
     optLog, // which of the two below is shown
     optResults,

@@ -10,6 +10,7 @@ constexpr Growth kStays = {0, 0, 0, 0};
 constexpr Growth kWidens = {0, 0, 100, 0};
 constexpr Growth kFills = {0, 0, 100, 100};
 constexpr Growth kSinks = {0, 100, 0, 100};
+constexpr Growth kSinksRight = {100, 100, 100, 100};
 constexpr Growth kMovesRight = {100, 0, 100, 0};
 // Of two columns that share the width: the left one, the right one, and what stands at the right one's left.
 constexpr Growth kLeftHalf = {0, 0, 50, 0};
@@ -91,7 +92,7 @@ constexpr Place Third(int top, int height)
 // Lines of the page "Actions".
 constexpr int kSync = 6, kStore = 27, kCheck = 48, kExport = 69, kIgnore = 92;
 // Of the page "Store".
-constexpr int kDrive = 18, kNewFolder = 70, kFolders = 34, kFiles = 69, kOptions = 96;
+constexpr int kDrive = 18, kNewFolder = 70, kFolders = 34, kFiles = 69, kOptions = 96, kOnStore = 88;
 // Of the page "Progress".
 constexpr int kSwitch = 48, kListName = kPageLeft + 2 * kSwitch + 8, kList = 17;
 
@@ -193,9 +194,15 @@ constexpr ControlRow kRows[] = {
     {lblFiles, fraStore, name, At(kPageLeft, kFiles + 2, kFirst - kPageLeft, kLine), kLowerName,
      u"Saved &emails:"},
     {fileCheck, fraStore, listBox, At(kFirst, kFiles, kPageRight - kFirst, 23), kLowerList},
-    {chkIDonly, fraStore, checkBox, First(kOptions, kBox), kSinks, u"&Name files by ID only"},
-    {chkSendKeys, fraStore, checkBox, Second(kOptions, kBox), kSinks, u"Use Sen&dkeys",
+    {chkIDonly, fraStore, checkBox, At(kPageLeft, kOptions, 106, kBox), kSinks, u"&Name files by ID only"},
+    {chkSendKeys, fraStore, checkBox, At(kPageLeft + 110, kOptions, 74, kBox), kSinks, u"Use Sen&dkeys",
      u"Use sendkeys for exporting emails"},
+    {cmdVerifyStore, fraStore, button, At(kPageRight - 2 * kOnStore - 4, kOptions - 2, kOnStore, kButton),
+     kSinksRight, u"Verif&y store", u"Look for what is wrong with the files of the store folder", always,
+     idle, &Program::cmdVerifyStore},
+    {cmdIndexPage, fraStore, button, At(kPageRight - kOnStore, kOptions - 2, kOnStore, kButton), kSinksRight,
+     u"Make &index page", u"Make a page for a browser that finds any email of the store folder", always, idle,
+     &Program::cmdIndexPage},
 
     {fraProgress, onForm, page, kPage, kFills, u"", nullptr, onDemand},
     {optLog, fraProgress, firstChoice, At(kPageLeft, 4, kSwitch, kBox), kStays, u"L&og"},

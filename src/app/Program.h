@@ -72,6 +72,8 @@ public:
     void cmdOpenFolder();
     void cmdChooseStore();
     void cmdNewFolder();
+    void cmdVerifyStore();
+    void cmdIndexPage();
     void mnMarkSaved();
     void mnCondenseDB();
     bool OpenExportFolder(); // of lblOEFolder; false: there is none
@@ -92,7 +94,8 @@ private:
     bool SayFilesWithoutRecords();
     // Whether a run may use the store folder. Said once: that another stands in for the one of the settings.
     bool MayUseStore();
-    void BeginRunList(); // of folders to check and to export: empty
+    bool ShowFilesDone(std::size_t done, std::size_t all); // of the store; false: stop
+    void BeginRunList();                                   // of folders to check and to export: empty
 
     Surroundings& outside_;
     ProgramWindow& window_;

@@ -110,7 +110,7 @@ Text FolderKey(TextView folder, CodePage& codePage)
     return key;
 }
 
-Matching MatchRecords(const std::vector<Record>& records, const std::vector<Text>& folders,
+Matching MatchRecords(const std::vector<SavedRecord>& records, const std::vector<Text>& folders,
                       const Store& store, const std::vector<ReadEmail>& emails, CodePage& codePage)
 {
     std::map<Text, Group> groups;

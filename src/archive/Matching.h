@@ -14,7 +14,7 @@ struct Matching {
 };
 
 // A record that stands twice counts once.
-Matching MatchRecords(const std::vector<Record>& records, const std::vector<Text>& folders,
+Matching MatchRecords(const std::vector<SavedRecord>& records, const std::vector<Text>& folders,
                       const Store& store, const std::vector<ReadEmail>& emails, CodePage& codePage);
 
 // What directories of a mail folder and its records have in common: the name that the directory would get,

@@ -38,7 +38,7 @@ public:
         return goOn(done, store_.emails);
     }
 
-    void HoldAgainst(const std::vector<Record>& records, const std::vector<Text>& folders)
+    void HoldAgainst(const std::vector<SavedRecord>& records, const std::vector<Text>& folders)
     {
         const Matching matching = MatchRecords(records, folders, store_, emails_, codePage_);
         for (const std::size_t directory : matching.strayDirectories) {
@@ -191,9 +191,9 @@ Text SentenceOf(const Finding& finding)
     return {};
 }
 
-std::vector<Record> ReadRecords(SavedEmails& saved)
+std::vector<SavedRecord> ReadRecords(SavedEmails& saved)
 {
-    std::vector<Record> records;
+    std::vector<SavedRecord> records;
     const auto rows = OpenedDatabase(saved).OpenRecordset(u"SELECT efolder, esubject, ecrc FROM saved");
     for (; !rows->AtEnd(); rows->MoveNext())
         records.push_back({rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
@@ -201,7 +201,7 @@ std::vector<Record> ReadRecords(SavedEmails& saved)
 }
 
 Verification VerifyStore(Files& files, CodePage& codePage, const Text& store,
-                         const std::vector<Record>* records, const std::vector<Text>& folders,
+                         const std::vector<SavedRecord>* records, const std::vector<Text>& folders,
                          const GoOn& goOn)
 {
     Verifier verifier(files, codePage, store);

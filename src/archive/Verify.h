@@ -27,10 +27,10 @@ struct Finding {
 Text NameOf(Trouble trouble);            // one word or two, parted by a hyphen, for programs
 Text SentenceOf(const Finding& finding); // for people: what is wrong, with the file or the subject
 
-struct Record {
+struct SavedRecord {
     Text folder, subject, crc;
 };
-std::vector<Record> ReadRecords(SavedEmails& saved);
+std::vector<SavedRecord> ReadRecords(SavedEmails& saved);
 
 struct Verification {
     std::vector<Finding> findings; // directory by directory, in the store's order
@@ -42,5 +42,5 @@ struct Verification {
 // must be equally many. folders: full names of mail folders that have a right to a directory beside those of
 // the records. Without records the files alone are looked at.
 Verification VerifyStore(Files& files, CodePage& codePage, const Text& store,
-                         const std::vector<Record>* records, const std::vector<Text>& folders,
+                         const std::vector<SavedRecord>* records, const std::vector<Text>& folders,
                          const GoOn& goOn);

@@ -11,7 +11,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-ROOMS = "app", "folders", "oe", "store"
+ROOMS = "app", "archive", "folders", "oe", "store"
 # Strings of these are captions and tips of controls, the extras' sentences, keys and defaults of settings.ini,
 # the mail client's words.
 NO_SPEAKERS = re.compile(r"app/(Captions|ControlTable|Extras|Form1Controls|Settings)|folders/RunView|oe/ClientWords")

@@ -34,6 +34,15 @@ struct FakeFiles : NoFiles {
     }
     void AddFile(const Text& path, std::string bytes = "x") { files[Key(path)] = std::move(bytes); }
 
+    FileError Rename(const Text& from, const Text& to) override
+    {
+        if (FileExists(to)) return FileError::exists;
+        auto node = files.extract(Key(from));
+        if (node.empty()) return FileError::notFound;
+        node.key() = Key(to);
+        files.insert(std::move(node));
+        return FileError::none;
+    }
     bool Delete(const Text& path) override { return !IsGone(path) && files.erase(Key(path)) != 0; }
     bool FileExists(const Text& path) override { return !IsGone(path) && files.count(Key(path)) != 0; }
     bool DirectoryExists(const Text& path) override
@@ -51,6 +60,20 @@ struct FakeFiles : NoFiles {
                 names.push_back(path.substr(start.size()));
         SortNames(names);
         return names;
+    }
+    FileError ListAll(const Text& directory, std::vector<DirectoryEntry>& entries) override
+    {
+        entries.clear();
+        if (!DirectoryExists(directory)) return FileError::notFound;
+        const auto nameIn = [start = Key(directory) + u'\\'](const Text& path) {
+            const bool inside = path.starts_with(start) && path.rfind(u'\\') + 1 == start.size();
+            return inside ? path.substr(start.size()) : Text();
+        };
+        for (const Text& path : directories)
+            if (!nameIn(path).empty()) entries.push_back({nameIn(path), EntryKind::directory});
+        for (const auto& [path, bytes] : files)
+            if (!nameIn(path).empty()) entries.push_back({nameIn(path), EntryKind::file, bytes.size()});
+        return FileError::none;
     }
     FileError ReadWhole(const Text& path, std::string& bytes) override
     {

@@ -21,13 +21,13 @@ struct VerifyTest : testing::Test {
     CodePage1252 codePage;
     std::vector<Text> folders;
 
-    Verification Verify(const std::vector<Record>* records = nullptr)
+    Verification Verify(const std::vector<SavedRecord>* records = nullptr)
     {
         return VerifyStore(files, codePage, store / u"", records, folders,
                            [](std::size_t, std::size_t) { return true; });
     }
     // "trouble folder/file (detail)", a line each.
-    std::string Found(const std::vector<Record>* records = nullptr)
+    std::string Found(const std::vector<SavedRecord>* records = nullptr)
     {
         std::string lines;
         for (const Finding& each : Verify(records).findings)
@@ -104,7 +104,7 @@ TEST_F(VerifyTest, RecordsAndFilesAreMatchedByFolderAndSubject)
     store.Write("Known/0001_y.eml", Mail("y"));
     store.Write("Empty/notes.txt", "x");
     const auto subject = [&](const std::string& text) { return FromUtf8(text); };
-    std::vector<Record> records = {
+    std::vector<SavedRecord> records = {
         {u"In", u"Hello", u"1"},
         {u"In", u"Hello", u"2"},
         {u"In", u"Hello", u"3"},
@@ -138,7 +138,7 @@ TEST_F(VerifyTest, TellsHowFarItIsAndStops)
 {
     for (const char* name : {"A/1.eml", "B/1.eml", "B/2.eml"}) store.Write(name, "");
     std::vector<std::pair<std::size_t, std::size_t>> told;
-    const std::vector<Record> records = {{u"A", u"x", u"1"}};
+    const std::vector<SavedRecord> records = {{u"A", u"x", u"1"}};
     for (const std::size_t stopAt : {4u, 1u}) {
         told.clear();
         const Verification found =

@@ -100,7 +100,7 @@ int VerifyCommand(const std::vector<std::string>& args)
     SystemFiles files;
     SystemCodePage codePage;
     if (!IsThere(files, store)) return kFailed;
-    std::vector<Record> records;
+    std::vector<SavedRecord> records;
     try {
         SavedEmails saved;
         if (!database.empty()) {
