@@ -56,16 +56,19 @@ void Program::StartUp()
         LoadExtras(settings_, outside_.profile, outside_.files, settingsFile);
     const std::optional<Text> noLetters =
         LoadCaptions(settings_.words, outside_.profile, outside_.files, settingsFile);
+    settingsUnread_ = WhyUnread(settingsFile);
     store_.TakeFromSettings(settings_.store);
     window_.ShowSettings(settings_);
     window_.Appear();
     Run([&, this] {
         log_.SetPath(outside_.programFolder + u"log.txt");
         OpenDatabase();
+        if (!settingsUnread_.empty()) window_.ShowBox(BoxIcon::warning, settingsUnread_);
         window_.ProcessEvents(); // a click on the splash window
         window_.ShowFirstBox(u"IMPORTANT! Please Read", kImportant);
         LogLine(kSeparatorLine, Record::yes);
         LogLine(u"Started " + ProgramTitle() + u" - " + ProgramVersion(), Record::yes);
+        if (!settingsUnread_.empty()) LogLine(settingsUnread_, Record::yes);
         for (const auto& [row, stored] : refused)
             LogLine(u"settings.ini: " + WhyRefused(row, stored), Record::yes);
         if (noLetters)
@@ -75,6 +78,20 @@ void Program::StartUp()
         WarnIfFolderIsReadOnly();
         if (!closeAsked_) SyncWithOe();
     });
+}
+
+// Each of its keys would pass for one that is not there, and closing would write that.
+Text Program::WhyUnread(const Text& settingsFile)
+{
+    std::string unused;
+    const FileError error = outside_.files.ReadWhole(settingsFile, unused);
+    if (error == FileError::none || error == FileError::notFound) return {};
+    return u"settings.ini cannot be read, so your choices are not known and are not written at the end; "
+           u"without "
+           u"a store folder chosen anew, e-mails go to Quillbox's own. Best close Quillbox, and start it "
+           u"again "
+           u"later: " +
+           Describe(error);
 }
 
 Text Program::WhyRefused(const ExtraRow& row, const Text& value)
@@ -195,6 +212,7 @@ void Program::WriteLastRecords()
     if (lastRecordsWritten_) return;
     lastRecordsWritten_ = true;
     LogLine(u"Closing " + ProgramTitle(), Record::yes);
+    if (!settingsUnread_.empty()) return;
     window_.ReadSettings(settings_);
     settings_.store = store_.ToRemember();
     SaveSettings(settings_, outside_.profile, outside_.programFolder + u"settings.ini");

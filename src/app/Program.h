@@ -82,6 +82,7 @@ private:
     class Bracket;
     // Frames each command: no two at once, a failure becomes a message, and then closing has its turn.
     void Run(const std::function<void()>& command);
+    Text WhyUnread(const Text& settingsFile);                       // empty: it was read, or there is none
     static Text WhyRefused(const ExtraRow& row, const Text& value); // as an extra
     void OpenDatabase();
     void WarnIfFolderIsReadOnly();
@@ -100,6 +101,7 @@ private:
     Surroundings& outside_;
     ProgramWindow& window_;
     Settings settings_;
+    Text settingsUnread_; // why they could not be read; empty: they could, or there were none
     RunFlags flags_;
     SavedEmails saved_;
     StoreFolder store_;

@@ -89,7 +89,12 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
 
 struct ProgramFiles final : FakeFiles {
     bool readOnly = false; // the program's folder
+    Text locked;           // a file, folded, that another program has to itself
     MemoryFiles made;
+    FileError ReadWhole(const Text& path, std::string& bytes) override
+    {
+        return Key(path) == locked ? FileError::inUse : FakeFiles::ReadWhole(path, bytes);
+    }
     FileError Append(const Text& path, std::string_view bytes) override
     {
         files[Key(path)] += bytes;

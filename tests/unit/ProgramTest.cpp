@@ -93,6 +93,18 @@ TEST_F(ProgramTest, ClosingWritesTheChoicesAndEndsAtOnce)
     EXPECT_FALSE(files.FileExists(u"C:\\Quillbox\\settings.tmp")) << "a try at start-up leaves nothing";
 }
 
+TEST_F(ProgramTest, SettingsThatCannotBeReadAreSaidAndNotWritten)
+{
+    files.locked = u"c:\\quillbox\\settings.ini";
+    program.StartUp();
+    EXPECT_TRUE(Logged(u"settings.ini cannot be read, so your choices are not known"));
+    ASSERT_EQ(window.boxes.size(), 1u);
+    EXPECT_TRUE(window.boxes.front().ends_with(u"The file is in use by another program"));
+    files.locked.clear(); // until closing
+    program.AskToClose();
+    EXPECT_TRUE(profile.written.empty());
+}
+
 TEST_F(ProgramTest, ClosingThatFailedCanBeAskedForAgain)
 {
     Start();
