@@ -60,7 +60,9 @@ const OeFolder* LineOf(const OeClient& client, std::int32_t item)
 class FolderRefresh {
 public:
     FolderRefresh(OeClient& client, const Text& folderName)
-        : client_(client), folderName_(folderName), before_(ListItemCount(client).value_or(0))
+        : client_(client),
+          folderName_(ThroughAnsi(client.codePage, folderName)), // as the caption comes
+          before_(ListItemCount(client).value_or(0))
     {
     }
 
@@ -87,7 +89,7 @@ public:
 
 private:
     OeClient& client_;
-    const Text& folderName_;
+    const Text folderName_;
     std::int32_t before_, now_ = 0;
     std::size_t hit_ = Text::npos; // of the folder's name in the caption
     int waits_ = 0;

@@ -101,6 +101,21 @@ expect 0 --mail "mail box" --out hostile
 said '^1 of 1 messages exported$'
 said '^note: Local Folders/Con: 1 messages left out'
 
+echo "-- names and subjects made to escape, to be taken for SQL, or to read backwards"
+evil=('..\..\..\escaped' "x' OR '1'='1" "'); DELETE FROM saved; --" aux.eml 'a.txt:stream' $'\u202elme.exe' ... 'C:\evil, too')
+for name in "${evil[@]}"; do
+    mkdir -p "evil/$name"
+    printf 'From: a <a@b>\r\nSubject: %s\r\n\r\nbody\r\n' "$name" >"evil/$name/1.eml"
+done
+expect 0 --mail evil --out "evil out" # the check behind the export reads what was recorded
+said "^${#evil[@]} of ${#evil[@]} messages exported\$"
+said "${#evil[@]} rows: they agree\$"
+[ "$(grep -c '^> folder .*: green' said)" -eq "${#evil[@]}" ] || fail "not every folder is green"
+expect 0 --mail evil --out "evil out" --check database
+[ "$(grep -c '^> folder .*: green' said)" -eq "${#evil[@]}" ] || fail "not every folder's records are found"
+[ -z "$(find . -newer before ! -path '*/store/*' \( -iname '*escaped*' -o -iname '*evil, too*' \) ! -path './evil/*')" ] ||
+    fail "a file lies outside the store folder"
+
 echo "-- an empty folder, and none"
 expect 0 --mail "mail box" --out hostile --folder empty
 said 'No emails to export\.'

@@ -73,7 +73,9 @@ void FakeClient::ShowFolder(int index)
     }
     shown = index;
     selected = {0};
-    windows_[main_].caption = folders[static_cast<std::size_t>(index)].name + u" - Outlook Express";
+    CodePage1252 page; // captions come as ANSI texts
+    const Text& name = folders[static_cast<std::size_t>(index)].name;
+    windows_[main_].caption = ThroughAnsi(page, name) + u" - Outlook Express";
 }
 
 void FakeClient::End()

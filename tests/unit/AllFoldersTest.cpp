@@ -43,6 +43,14 @@ TEST_F(AllFoldersTest, ACheckTellsWhatIsToBeExported)
     EXPECT_EQ(fake.LiveBlocks(), 0u);
 }
 
+TEST(AllFolders, ReachFoldersWhoseNamesTheClientsCaptionCannotShow)
+{
+    RunBench bench(
+        2, {{u"\u0416\u0443\u043A", 2, {MailRow(u"Beetle")}}, {u"\u202Ebackwards", 2, {MailRow(u"Last")}}});
+    bench.CheckAll();
+    EXPECT_EQ(bench.run.checkSummary, u"4 email(s) to be saved.");
+}
+
 TEST_F(AllFoldersTest, ExportsWhatTheCheckFoundAndNothingTwice)
 {
     SaveAll();
