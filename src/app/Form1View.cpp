@@ -278,14 +278,20 @@ bool Form1::AskFolderName(const Text& where, Text& name)
 
 void Form1::OpenFolder(const Text& path)
 {
-    std::wstring command = L"Explorer /n," + std::wstring(Wide(path));
+    // By its full path: the program's own folder may hold something else of that name. Quoted, as Explorer
+    // takes a comma for the end of the path.
+    wchar_t system[MAX_PATH] = {};
+    GetSystemWindowsDirectoryW(system, MAX_PATH);
+    const std::wstring explorer = system + std::wstring(L"\\explorer.exe");
+    std::wstring command =
+        L"Explorer /n,\"" + std::wstring(Wide(path.substr(0, path.find_last_not_of(u'\\') + 1))) + L"\"";
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESHOWWINDOW;
     startup.wShowWindow = SW_SHOWNORMAL;
     PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &process))
+    if (!CreateProcessW(explorer.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                        &startup, &process))
         return;
     CloseHandle(process.hThread);
     CloseHandle(process.hProcess);

@@ -28,11 +28,12 @@ protected:
 TEST_F(WindowRunTest, ARunShowsItsFiguresAndGivesTheWindowBack)
 {
     AddFolder(L"Inbox", 6);
-    AddFolder(L"Sent", 2);
+    AddFolder(L"Sent, all", 2);
+    program.Write(L"explorer.exe", "not the system's");
     ASSERT_TRUE(Start("ID only=1\r\n", L"--slow=250"));
     EXPECT_EQ(LinesOf(Control(lstTree)),
-              (std::vector<std::wstring>{L"Outlook Express", L"-Local Folders", L"--Inbox", L"--Sent"}));
-    EXPECT_EQ(LinesOf(Control(lstLines)).back(), L"Local Folders\\Sent");
+              (std::vector<std::wstring>{L"Outlook Express", L"-Local Folders", L"--Inbox", L"--Sent, all"}));
+    EXPECT_EQ(LinesOf(Control(lstLines)).back(), L"Local Folders\\Sent, all");
     EXPECT_EQ(TextOf(Control(lblOEFolder)), L"Local Folders\\Inbox");
     EXPECT_EQ(TextOf(Control(OrbVac)), L"Subject: Inbox 0");
     const HWND tree = Control(tvOETree);
@@ -76,9 +77,10 @@ TEST_F(WindowRunTest, ARunShowsItsFiguresAndGivesTheWindowBack)
         << "the user's choice is not the run's";
     std::vector<std::pair<std::wstring, int>> nodes; // texts, pictures
     for (const TreeLine& line : TreeLines(tree)) nodes.emplace_back(line.text, line.image);
-    EXPECT_EQ(nodes,
-              (decltype(nodes){
-                  {L"Outlook Express", 0}, {L"Local Folders", 1}, {L"Inbox - 0/6", 5}, {L"Sent - 0/2", 5}}));
+    EXPECT_EQ(
+        nodes,
+        (decltype(nodes){
+            {L"Outlook Express", 0}, {L"Local Folders", 1}, {L"Inbox - 0/6", 5}, {L"Sent, all - 0/2", 5}}));
     const std::vector<std::wstring> lines = LinesOf(Control(lstProgress));
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.front(), L"Exporting Outlook Express folders") << "the check's lines are cleared away";
@@ -89,6 +91,7 @@ TEST_F(WindowRunTest, ARunShowsItsFiguresAndGivesTheWindowBack)
     HWND explorer = nullptr;
     EXPECT_TRUE(Eventually([&] { return (explorer = FindWindowW(L"ExplorerWClass", nullptr)) != nullptr; },
                            kPatience));
+    EXPECT_TRUE(TextOf(explorer).ends_with(L"Sent, all"));
     PostMessageW(explorer, WM_CLOSE, 0, 0);
     SendMessageW(program.Window(), WM_ENDSESSION, TRUE, 0);
     EXPECT_TRUE(Contains(Log(), "Closing Quillbox")) << "the process may be gone from here on";
