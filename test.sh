@@ -112,8 +112,9 @@ soaking() {
     part "Quillbox killed while it exports" tests/demo/soak.sh kills "$soak" export=200
     part "The client killed" tests/demo/soak.sh kills "$soak" client=100
     part "Quillbox killed while it checks and condenses" tests/demo/soak.sh kills "$soak" check=100 condense=100
+    part "The disk full, and gone" tests/demo/soak.sh disk
     part "The kit for other systems" tests/package/kit.sh
-    part "The core with pairs of faults" env QUILLBOX_SOAK=1 nice build/asan/unit-tests --gtest_brief=1
+    part "Faults by twos and threes" env QUILLBOX_SOAK=1 build/asan/unit-tests --gtest_brief=1 --gtest_filter='*Fault*'
     down_to 0
 }
 

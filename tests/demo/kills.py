@@ -84,8 +84,9 @@ class Kind:
         return draw.choice([["top", "export"], ["compare=database", "export-all"]])
 
     def rows(self, draw):
-        """Of other folders, so that what the run adds begins anywhere on a page; to be condensed, many twice."""
-        rows = [(f"{ROOT}\\Old {draw.randrange(5)}", f"Old letter {i} " + "x" * draw.randrange(120), f"{i * 7919:08X}")
+        """Of other folders, so that what the run adds begins anywhere on a page; to be condensed, many twice. Each CRC
+        stands in two folders, which is as it should be."""
+        rows = [(f"{ROOT}\\Old {i % 2}", f"Old letter {i} " + "x" * draw.randrange(120), f"{i // 2 * 7919:08X}")
                 for i in range(6000 if self.name == "condense" else draw.randrange(300))]
         if self.name == "condense":
             rows += draw.sample(rows, 3000) + draw.sample(rows, 2000)

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Runs kills.py or long.py inside a Wine; each says what it is for.
+# Runs kills.py, long.py or disk.py inside a Wine; each says what it is for.
 # usage: soak.sh kills SEED KIND=ROUNDS...
 #        soak.sh long MESSAGES FOLDERS ROWS
+#        soak.sh disk
 set -euo pipefail
 root=$(realpath "$(dirname "$0")/../..")
 # shellcheck source=scripts/jobs.sh
