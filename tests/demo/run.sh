@@ -102,7 +102,7 @@ said '^1 of 1 messages exported$'
 said '^note: Local Folders/Con: 1 messages left out'
 
 echo "-- names and subjects made to escape, to be taken for SQL, or to read backwards"
-evil=('..\..\..\escaped' "x' OR '1'='1" "'); DELETE FROM saved; --" aux.eml 'a.txt:stream' $'\u202elme.exe' ... 'C:\evil, too')
+evil=('..\..\..\escaped' "x' OR '1'='1" "'); DELETE FROM saved; --" aux.eml 'a.txt:stream' $'\xe2\x80\xaelme.exe' ... 'C:\evil, too')
 for name in "${evil[@]}"; do
     mkdir -p "evil/$name"
     printf 'From: a <a@b>\r\nSubject: %s\r\n\r\nbody\r\n' "$name" >"evil/$name/1.eml"
