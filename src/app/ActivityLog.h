@@ -19,6 +19,8 @@ public:
     // Record::no goes to the display alone. While no path is set, nothing happens at all. The file is opened
     // and closed for each line, so that it is complete however the program ends.
     void LogLine(const Text& message, Record record) noexcept;
+    // What a box would say, unless the last line has begun with it already.
+    void LogBox(const Text& words);
 
 private:
     Files& files_;
@@ -26,4 +28,5 @@ private:
     CodePage& codePage_;
     RunView& view_;
     Text path_;
+    Text last_; // line
 };

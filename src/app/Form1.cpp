@@ -59,7 +59,6 @@ bool Form1::Create(HINSTANCE instance)
     results_.Attach(controls_.At(lvResults));
     tree_.Attach(controls_.At(tvOETree));
     tree_.MakeImages();
-    SendMessageW(controls_.At(cboComparison), CB_SETCURSEL, static_cast<WPARAM>(ComparisonType::database), 0);
     SendMessageW(controls_.At(txtSummary), EM_LIMITTEXT, 0, 0); // as much as the system can hold
     TakeWishedSize();
     return true;

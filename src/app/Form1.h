@@ -17,7 +17,8 @@ class Form1 final : public ProgramWindow {
 public:
     explicit Form1(Surroundings& outside);
     bool Create(HINSTANCE instance);
-    void StartUp() { program_.StartUp(); }
+    void StartUp(const CommandSwitches& told) { program_.StartUp(told); }
+    int Code() const { return static_cast<int>(program_.Code()); }
     void HandleMessages(); // until the window is closed
 
 private:

@@ -58,6 +58,7 @@ void Form1::WaitForKeysUp()
 
 void Form1::ShowBox(const Text& title, BoxIcon icon, const Text& words)
 {
+    if (program_.TakesBox(words)) return;
     splash_.Release(window_);
     WaitForKeysUp();
     if (program_.IsClosing()) return; // nobody is there to press OK
@@ -202,6 +203,8 @@ void Form1::ShowSettings(const Settings& settings)
         else
             SendMessageW(control, BM_SETCHECK, value == u"1" ? BST_CHECKED : BST_UNCHECKED, 0);
     }
+    SendMessageW(controls_.At(cboComparison), CB_SETCURSEL, static_cast<WPARAM>(settings.options.comparison),
+                 0);
 }
 
 void Form1::ReadSettings(Settings& settings)

@@ -1,6 +1,7 @@
 // The program's entry: the real surroundings, and the window on top of them.
 #include "app/Form1.h"
 #include "jet/JetDatabase.h"
+#include "platform/CommandLine.h"
 #include "platform/win32/Dao.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/WinClock.h"
@@ -66,7 +67,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
                          FolderOfProgram()};
     Form1 form(outside);
     if (!form.Create(instance)) return 1;
-    form.StartUp();
+    form.StartUp(ParseSwitches(CommandLineArguments(0, nullptr)));
     form.HandleMessages();
-    return 0;
+    return form.Code();
 }

@@ -47,8 +47,10 @@ Program::Program(Surroundings& outside, ProgramWindow& window)
 {
 }
 
-void Program::StartUp()
+void Program::StartUp(const CommandSwitches& told)
 {
+    told_ = told;
+    if (!told_.wrong.empty()) return RefuseSwitches();
     store_.GoTo(outside_.programFolder);
     const Text settingsFile = outside_.programFolder + u"settings.ini";
     settings_ = LoadSettings(outside_.profile, outside_.files, settingsFile);
@@ -65,7 +67,7 @@ void Program::StartUp()
         OpenDatabase();
         if (!settingsUnread_.empty()) window_.ShowBox(BoxIcon::warning, settingsUnread_);
         window_.ProcessEvents(); // a click on the splash window
-        window_.ShowFirstBox(u"IMPORTANT! Please Read", kImportant);
+        if (told_.run == UnattendedRun::none) window_.ShowFirstBox(u"IMPORTANT! Please Read", kImportant);
         LogLine(kSeparatorLine, Record::yes);
         LogLine(u"Started " + ProgramTitle() + u" - " + ProgramVersion(), Record::yes);
         if (!settingsUnread_.empty()) LogLine(settingsUnread_, Record::yes);
@@ -78,6 +80,7 @@ void Program::StartUp()
         WarnIfFolderIsReadOnly();
         if (!closeAsked_) SyncWithOe();
     });
+    if (told_.run != UnattendedRun::none) DoAsTold();
 }
 
 // Each of its keys would pass for one that is not there, and closing would write that.
@@ -215,6 +218,7 @@ void Program::WriteLastRecords()
     if (!settingsUnread_.empty()) return;
     window_.ReadSettings(settings_);
     settings_.store = store_.ToRemember();
+    if (told_.close) return; // the choices are the switches', not the user's
     SaveSettings(settings_, outside_.profile, outside_.programFolder + u"settings.ini");
 }
 

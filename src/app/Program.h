@@ -4,6 +4,7 @@
 #pragma once
 #include "app/ActivityLog.h"
 #include "app/Captions.h"
+#include "app/CommandSwitches.h"
 #include "app/Extras.h"
 #include "app/ProgramWindow.h"
 #include "app/Settings.h"
@@ -43,8 +44,10 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    // Settings, log, database, the warning, the first synchronisation; the window is visible meanwhile.
-    void StartUp();
+    // Settings, log, database, the warning, the first synchronisation; the window is visible meanwhile. Then
+    // what the command line tells to do, if anything: without the warning, which would wait for a user.
+    void StartUp(const CommandSwitches& told = {});
+    ExitCode Code() const { return code_; } // of what was told
     // The window is destroyed, at once or as soon as the command under way has ended. Never refused.
     void AskToClose();
     void EndSession(); // likewise, but the process may be gone when this returns: what must be written is
@@ -54,6 +57,8 @@ public:
     // For the window, which hands on what runs ask of it.
     void LogLine(const Text& message, Record record) noexcept { log_.LogLine(message, record); }
     RunOptions Options();
+    // Whether nobody is there to press OK: then the log has the words of the box.
+    bool TakesBox(const Text& words);
     const Text& TreeSeparator() const { return settings_.treeSeparator; }
     StoreFolder& Store() { return store_; }
 
@@ -89,6 +94,14 @@ private:
     void WriteLastRecords(); // closing line and settings, once
     void Close();
 
+    // ProgramSwitches.cpp
+    void RefuseSwitches();
+    void DoAsTold();
+    bool CanBegin();
+    void RunAsTold(int line); // of lstTree; -1: of the folder that the client shows
+    bool ShowFromFirstRow(int line);
+    bool IsAllChecked() const;
+
     void SyncWithOe();
     // While the database is new: e-mails in the store that it does not know. Said once for each store folder;
     // true when it has been said now.
@@ -96,7 +109,9 @@ private:
     // Whether a run may use the store folder. Said once: that another stands in for the one of the settings.
     bool MayUseStore();
     bool ShowFilesDone(std::size_t done, std::size_t all); // of the store; false: stop
-    void BeginRunList();                                   // of folders to check and to export: empty
+    void CheckAllFolders();
+    void SaveAll();
+    void BeginRunList(); // of folders to check and to export: empty
 
     Surroundings& outside_;
     ProgramWindow& window_;
@@ -109,6 +124,8 @@ private:
     clsCRC crc_;
     OeClient client_;
     FolderRun run_;
+    CommandSwitches told_;
+    ExitCode code_ = ExitCode::allSaved;
     bool missingStoreSaid_ = false;
     std::set<Text> storesLookedAt_; // by SayFilesWithoutRecords
     bool running_ = false;          // a command or the start-up is under way

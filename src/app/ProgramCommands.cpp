@@ -74,7 +74,7 @@ void Program::cmdCheckFolder()
     Run([this] {
         if (!MayUseStore()) return;
         window_.EnterBusyLayout();
-        CheckFolder(run_);
+        (void)CheckFolder(run_);
     });
 }
 
@@ -86,15 +86,18 @@ void Program::BeginRunList()
 
 void Program::cmdCheckAllFolders()
 {
-    Run([this] {
-        if (!MayUseStore()) return;
-        window_.EnterBusyLayout();
-        window_.ClearResults();
-        window_.SetSummary(u"");
-        BeginRunList();
-        RunAllFolders(run_, AllFoldersMode::check);
-        window_.ShowBox(BoxIcon::information, u"All folders have been checked - " + run_.checkSummary);
-    });
+    Run([this] { CheckAllFolders(); });
+}
+
+void Program::CheckAllFolders()
+{
+    if (!MayUseStore()) return;
+    window_.EnterBusyLayout();
+    window_.ClearResults();
+    window_.SetSummary(u"");
+    BeginRunList();
+    RunAllFolders(run_, AllFoldersMode::check);
+    window_.ShowBox(BoxIcon::information, u"All folders have been checked - " + run_.checkSummary);
 }
 
 void Program::cmdExport()
@@ -112,21 +115,24 @@ void Program::cmdExport()
 
 void Program::cmdSaveAll()
 {
-    Run([this] {
-        if (!MayUseStore() || SayFilesWithoutRecords()) return;
-        window_.EnterBusyLayout();
-        // Kept: otherwise it goes on with the list of the last check.
-        if (settings_.options.freshRunList) BeginRunList();
-        RunAllFolders(run_, AllFoldersMode::check);
-        if (closeAsked_) return;
-        // Kept: a stop after a folder ends the check alone, and what it found until then is exported. So each
-        // button is there anew.
-        window_.ShowStopButtons(StopButtons::shown);
-        run_.runTotalSaved = 0;
-        flags_.runCompleted = false;
-        RunAllFolders(run_, AllFoldersMode::exportEmails);
-        if (flags_.runCompleted) window_.ShowBox(BoxIcon::information, u"All folders have been exported.");
-    });
+    Run([this] { SaveAll(); });
+}
+
+void Program::SaveAll()
+{
+    if (!MayUseStore() || SayFilesWithoutRecords()) return;
+    window_.EnterBusyLayout();
+    // Kept: otherwise it goes on with the list of the last check.
+    if (settings_.options.freshRunList) BeginRunList();
+    RunAllFolders(run_, AllFoldersMode::check);
+    if (closeAsked_) return;
+    // Kept: a stop after a folder ends the check alone, and what it found until then is exported. So each
+    // button is there anew.
+    window_.ShowStopButtons(StopButtons::shown);
+    run_.runTotalSaved = 0;
+    flags_.runCompleted = false;
+    RunAllFolders(run_, AllFoldersMode::exportEmails);
+    if (flags_.runCompleted) window_.ShowBox(BoxIcon::information, u"All folders have been exported.");
 }
 
 void Program::cmdStopAfterEmail()

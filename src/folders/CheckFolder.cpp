@@ -4,6 +4,8 @@
 #include "oe/Conversation.h"
 #include "oe/WindowDiscovery.h"
 
+#include <algorithm>
+
 namespace {
 
 void LogAndShow(FolderRun& run, BoxIcon icon, const Text& words, const Text& more = {})
@@ -42,46 +44,63 @@ void SayVerdict(FolderRun& run, const ComparisonResult& result)
     }
 }
 
-void CheckShownFolder(FolderRun& run)
+std::optional<std::int32_t> CheckShownFolder(FolderRun& run)
 {
     FindOeHandles(run.client);
-    if (!run.client.handles.listViewFound) return ReportSilentClient(run.client);
+    if (!run.client.handles.listViewFound) {
+        ReportSilentClient(run.client);
+        return std::nullopt;
+    }
     UseSelectedFolder(run);
     run.view.SelectFolderNode(run.selectedFolder); // the one that is marked
-    if (run.view.Options().storeFolder.empty()) return;
+    if (run.view.Options().storeFolder.empty()) return std::nullopt;
     const std::vector<Text> emlFiles = run.files.ListEmlFiles(run.exportFolder);
     const std::optional<std::int32_t> answer = CountEmails(run);
-    if (!answer) return (void)SayNoResult(run);
+    if (!answer) {
+        (void)SayNoResult(run);
+        return std::nullopt;
+    }
     const std::int32_t total = *answer;
-    if (!run.files.DirectoryExists(run.exportFolder))
-        return NothingStored(run, total, u"Folder has not been stored.");
+    if (!run.files.DirectoryExists(run.exportFolder)) {
+        NothingStored(run, total, u"Folder has not been stored.");
+        return total;
+    }
 
     run.view.MarkFolderNode(u"", u"envelope");
-    if (emlFiles.empty() && total <= 0)
-        return LogAndShow(run, BoxIcon::information, u"No emails exist in this folder to be exported.",
-                          u"\r\n" + run.exportFolder);
-    if (emlFiles.empty()) return NothingStored(run, total, u"No emails for this folder have been stored.");
-
+    if (emlFiles.empty()) {
+        if (total > 0)
+            NothingStored(run, total, u"No emails for this folder have been stored.");
+        else
+            LogAndShow(run, BoxIcon::information, u"No emails exist in this folder to be exported.",
+                       u"\r\n" + run.exportFolder);
+        return total;
+    }
     const std::optional<ComparisonResult> result = CompareFolder(run, total, emlFiles);
-    if (result)
-        SayVerdict(run, *result);
-    else
+    if (!result) {
         (void)SayNoResult(run);
+        return std::nullopt;
+    }
+    SayVerdict(run, *result);
+    return std::max(result->unsaved, 0);
 }
 
 } // namespace
 
-void CheckFolder(FolderRun& run)
+std::optional<std::int32_t> CheckFolder(FolderRun& run)
 {
     WindowHandle mainWindow = 0;
-    if (!run.client.lstTree.empty() && !IsOeRunning(run.client.desktop, mainWindow))
-        return ReportSilentClient(run.client);
-    if (!SelectShownFolder(run)) return;
+    if (!run.client.lstTree.empty() && !IsOeRunning(run.client.desktop, mainWindow)) {
+        ReportSilentClient(run.client);
+        return std::nullopt;
+    }
+    if (!SelectShownFolder(run)) return std::nullopt;
+    std::optional<std::int32_t> unsaved;
     try {
-        CheckShownFolder(run);
+        unsaved = CheckShownFolder(run);
     } catch (const DatabaseError& error) {
         ReportDatabaseError(run.view, error);
     }
     run.view.ShowPercentage(Bar::currentFolder, 0);
     SweepRemoteMemory(run.client.memory);
+    return unsaved;
 }

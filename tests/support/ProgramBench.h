@@ -29,6 +29,7 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     RunOptions Options() override { return program->Options(); }
     void ShowBox(BoxIcon icon, const Text& words) override
     {
+        if (program->TakesBox(words)) return;
         boxes.push_back(words);
         Step(icon == BoxIcon::warning ? u"warning" : u"box", onBox);
     }

@@ -1,0 +1,114 @@
+// What the command line tells the program to do, and the code by which it says what came of it.
+#include "app/Program.h"
+
+#include "folders/AllFolders.h"
+#include "folders/CheckFolder.h"
+#include "folders/ExportFolder.h"
+#include "folders/StoredFiles.h"
+#include "oe/RemoteListView.h"
+#include "oe/RemoteTreeView.h"
+#include "oe/WindowDiscovery.h"
+
+#include <algorithm>
+
+bool Program::TakesBox(const Text& words)
+{
+    if (told_.close) log_.LogBox(words);
+    return told_.close;
+}
+
+// Nothing else: no setting is written either.
+void Program::RefuseSwitches()
+{
+    code_ = ExitCode::wrongSwitches;
+    log_.SetPath(outside_.programFolder + u"log.txt");
+    window_.ShowBox(BoxIcon::warning,
+                    told_.wrong +
+                        u"\r\n\r\nquillbox.exe /sync /check|/export [/folder:NAME|/all] [/store:DIR] "
+                        u"[/comparison:simple|database|file] [/jump] [/close]");
+    lastRecordsWritten_ = true;
+    AskToClose();
+}
+
+void Program::DoAsTold()
+{
+    code_ = ExitCode::unsaved; // until it is known better
+    if (closeAsked_) return;
+    if (told_.comparison) settings_.options.comparison = *told_.comparison;
+    if (told_.jump) settings_.options.jumpRemain = true;
+    window_.ShowSettings(settings_);
+    const auto paths = run_.folderPaths.begin(), end = paths + static_cast<std::ptrdiff_t>(run_.nodes.size());
+    const auto path =
+        std::find_if(paths, end, [this](const Text& each) { return EqualNoCase(each, told_.folder); });
+    const bool isThere = !told_.store.empty() ? store_.GoTo(told_.store) : true;
+    if (!told_.store.empty() && isThere) store_.Choose(told_.store);
+    if (!CanBegin())
+        code_ = ExitCode::unusable;
+    else if (!isThere)
+        LogLine(u"The folder of the switch /store cannot be found: " + told_.store, Record::yes);
+    else if (!told_.folder.empty() && path == end)
+        LogLine(u"Outlook Express has no such folder: " + told_.folder, Record::yes);
+    else
+        Run([&] { RunAsTold(told_.folder.empty() ? -1 : static_cast<int>(path - paths)); });
+    if (told_.close && !closeAsked_) AskToClose();
+}
+
+bool Program::CanBegin()
+{
+    if (run_.nodes.empty()) {
+        LogLine(u"Outlook Express cannot be used: nothing was begun", Record::yes);
+        return false;
+    }
+    if (told_.run == UnattendedRun::check)
+        return saved_.IsOpen() || settings_.options.comparison == ComparisonType::simple;
+    // Beside files of which a new database knows nothing an export would save them all again.
+    return saved_.IsWritable() && (!saved_.created || CountStoredFiles(run_).files == 0);
+}
+
+// As the buttons do, but a single folder is shown by the program, and exported from its first row.
+void Program::RunAsTold(int line)
+{
+    const bool isCheck = told_.run == UnattendedRun::check;
+    bool isSaved = false;
+    run_.checkedCounts.clear();
+    if (told_.allFolders) {
+        isCheck ? CheckAllFolders() : SaveAll();
+        if (run_.checkedCounts.empty()) LogLine(u"No folder was looked at", Record::yes);
+        const ExportTotals& totals = run_.exported;
+        isSaved = isCheck ? IsAllChecked()
+                          : totals.saved == totals.handled && run_.uncheckedFolders == 0 &&
+                                run_.unmadeFolders.empty() && !run_.checkedCounts.empty();
+        // What a jump has passed over only a check can tell.
+        if (isSaved && !isCheck && totals.notLookedAt > 0) {
+            if (told_.jump && !flags_.stopRequested && !flags_.clientLost) CheckAllFolders();
+            isSaved = told_.jump && !flags_.stopRequested && !flags_.clientLost && IsAllChecked();
+        }
+    } else if (MayUseStore() && ShowFromFirstRow(line)) {
+        window_.EnterBusyLayout();
+        if (isCheck) {
+            isSaved = CheckFolder(run_) == 0;
+        } else if (ExportFolder(run_, false)) {
+            // All that the list has by now.
+            const std::optional<std::int32_t> count = CountEmails(run_);
+            const ExportTotals& totals = run_.exported;
+            isSaved =
+                count && totals.saved >= *count && totals.saved == totals.handled && totals.notLookedAt == 0;
+        }
+    }
+    if (isSaved) code_ = ExitCode::allSaved;
+}
+
+bool Program::ShowFromFirstRow(int line)
+{
+    if (line < 0 && !SelectShownFolder(run_, Refusal::inLog)) return false;
+    if (line < 0) line = run_.selectedFolder;
+    if (!ChangeFolder(client_, line, run_.nodes[static_cast<std::size_t>(line)].name)) return false;
+    FindOeHandles(client_);
+    SelectListItem(client_, 0, OtherItems::clear);
+    return true;
+}
+
+bool Program::IsAllChecked() const
+{
+    return !run_.checkedCounts.empty() && run_.uncheckedFolders == 0 && run_.runTotalToSave == 0;
+}

@@ -1,0 +1,155 @@
+// CommandSwitchesTest.cpp: the command line, and what a run without a user answers.
+#include "app/CommandSwitches.h"
+#include "tests/support/ProgramBench.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+TEST(CommandSwitches, AreTakenTogetherOrNotAtAll)
+{
+    const struct {
+        Words arguments;
+        Text wrong;
+    } cases[] = {
+        {{}, u""},
+        {{"/sync", "/check"}, u""},
+        {{"/SYNC", "/Export", "/all", "/jump", "/close"}, u""},
+        {{"/close", "/store:C:\\My Mail", "/comparison:File", "/folder:A\\B", "/check", "/sync"}, u""},
+        {{"/check"}, u"/sync is missing"},
+        {{"/close"}, u"/sync is missing"},
+        {{"/sync"}, u"Either /check or /export must be there"},
+        {{"/sync", "/check", "/export"}, u"Either /check or /export must be there"},
+        {{"/sync", "/export", "/all", "/folder:A"}, u"/folder and /all exclude each other"},
+        {{"/sync", "/export", "/export"}, u"This switch is there twice: /export"},
+        {{"/sync", "/export", "/Folder:A", "/folder:B"}, u"This switch is there twice: /folder:B"},
+        {{"/sync", "/export", "/folder"}, u"This switch cannot be: /folder"},
+        {{"/sync", "/export", "/folder: "}, u"This switch cannot be: /folder: "},
+        {{"/sync", "/export", "/store:"}, u"This switch cannot be: /store:"},
+        {{"/sync", "/export", "/comparison:slow"}, u"This switch cannot be: /comparison:slow"},
+        {{"/sync", "/export", "/jump:1"}, u"This switch cannot be: /jump:1"},
+        {{"/sync", "/export", "close"}, u"This switch cannot be: close"},
+        {{"/sync", "/export", "--help"}, u"This switch cannot be: --help"},
+        {{""}, u"This switch cannot be: "},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ParseSwitches(c.arguments).wrong, c.wrong) << testing::PrintToString(c.arguments);
+    const CommandSwitches all = ParseSwitches(cases[3].arguments);
+    EXPECT_EQ(all.store, u"C:\\My Mail");
+    EXPECT_EQ(all.folder, u"A\\B");
+    EXPECT_EQ(all.comparison, ComparisonType::file);
+    EXPECT_TRUE(all.run == UnattendedRun::check && all.close && !all.jump && !all.allFolders);
+}
+
+struct Unattended : ProgramBench {
+    ExitCode Run(const Words& more)
+    {
+        Words arguments = {"/sync", "/close"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        program.StartUp(ParseSwitches(arguments));
+        EXPECT_TRUE(window.boxes.empty()) << "nobody is there to press OK";
+        EXPECT_EQ(window.steps.back(), u"destroy");
+        EXPECT_TRUE(profile.written.empty()) << "the settings are the user's";
+        return program.Code();
+    }
+};
+
+} // namespace
+
+TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
+{
+    using enum ExitCode;
+    const Words exportAll = {"/export", "/all"}, checkAll = {"/check", "/all"};
+    const Words inbox = {"/export", "/folder:local folders\\inbox"};
+    const struct {
+        const char* why;
+        Words switches;
+        std::function<void(Unattended&)> before;
+        ExitCode code;
+        std::size_t saved;
+        Text says;
+    } cases[] = {
+        {"all", exportAll, {}, allSaved, 4, u"All folders have been exported."},
+        {"one folder, from its first row on", inbox, [](auto& b) { b.fake.selected = {2}; }, allSaved, 3,
+         u""},
+        {"the one that is shown", {"/export"}, [](auto& b) { b.fake.selected = {1}; }, allSaved, 3, u""},
+        {"another than is shown", {"/export", "/folder:Local Folders\\Sent"}, {}, allSaved, 1, u""},
+        {"a folder that there is not", {"/export", "/folder:Inbox"}, {}, unsaved, 0, u"has no such folder"},
+        {"a check finds what is missing", checkAll, {}, unsaved, 0, u"4 email(s) to be saved."},
+        {"of one folder, too", {"/check"}, {}, unsaved, 0, u"Folder has not been stored."},
+        {"no folder is looked at", exportAll,
+         [](auto& b) { b.profile.values[u"Options/First folder to ignore"] = u"Local Folders"; }, unsaved, 0,
+         u"No folder was looked at"},
+        {"nothing comes of a save", exportAll, [](auto& b) { b.fake.saveNothing = true; }, unsaved, 0,
+         u"FAIL"},
+        {"look-alikes", exportAll, [](auto& b) { b.fake.folders[3].rows.push_back(MailRow(u"Sent0")); },
+         unsaved, 4, u"look exactly like"},
+        {"a stop", exportAll,
+         [](auto& b) {
+             b.fake.onSave = [&b](int n) {
+                 if (n == 2) b.program.cmdStopAfterEmail();
+             };
+         },
+         unsaved, 2, u"User aborted"},
+        {"the window is closed", exportAll,
+         [](auto& b) {
+             b.fake.onSave = [&b](int n) {
+                 if (n == 2) b.program.AskToClose();
+             };
+         },
+         unsaved, 2, u""},
+        {"the client ends", exportAll,
+         [](auto& b) {
+             b.fake.onSave = [&b](int n) {
+                 if (n == 2) b.fake.End();
+             };
+         },
+         unsaved, 2, u""},
+        {"no client", exportAll, [](auto& b) { b.fake.End(); }, unusable, 0,
+         u"Outlook Express cannot be used"},
+        {"no database", exportAll, [](auto& b) { b.outside.databaseMakers.clear(); }, unusable, 0,
+         u"cannot be opened, so exporting stays off"},
+        {"the store folder is missing",
+         {"/export", "/all", "/store:Q:\\none"},
+         {},
+         unsaved,
+         0,
+         u"cannot be found: Q:\\none"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        Unattended bench;
+        if (c.before) c.before(bench);
+        EXPECT_EQ(bench.Run(c.switches), c.code);
+        EXPECT_EQ(bench.fake.saved.size(), c.saved);
+        EXPECT_TRUE(bench.Logged(c.says));
+    }
+}
+
+TEST(UnattendedRun, ChecksWhatAnEarlierOneHasSaved)
+{
+    ProgramBench first;
+    first.Start();
+    first.Press(&Program::cmdSaveAll);
+    for (const char* which : {"/all", "/folder:Local Folders\\Inbox"}) {
+        Unattended later;
+        later.files.files = first.files.files;
+        later.files.directories = first.files.directories;
+        EXPECT_EQ(later.Run({"/check", "/comparison:simple", which}), ExitCode::allSaved) << which;
+    }
+}
+
+TEST(UnattendedRun, DoesNothingWithWrongSwitches)
+{
+    for (const bool close : {false, true}) {
+        ProgramBench bench;
+        bench.program.StartUp(ParseSwitches(close ? Words{"/close", "/exprot"} : Words{"/exprot"}));
+        EXPECT_EQ(bench.program.Code(), ExitCode::wrongSwitches);
+        EXPECT_EQ(bench.window.boxes.size(), close ? 0u : 1u);
+        EXPECT_EQ(bench.Logged(u"This switch cannot be: /exprot"), close);
+        EXPECT_EQ(bench.window.steps.back(), u"destroy");
+        EXPECT_TRUE(bench.profile.written.empty() && bench.window.shown.size() <= 1);
+    }
+}
