@@ -55,3 +55,11 @@ std::optional<Text> LoadCaptions(ClientWords& words, ProfileFile& profile, Files
     }
     return refused;
 }
+
+bool SaveColumnCaptions(const std::vector<Text>& titles, ProfileFile& profile, const Text& path)
+{
+    bool written = true;
+    for (std::size_t i = 0; i < kColumnCaptions; ++i)
+        if (!profile.Write(kSection, kRows[i].key, titles[i], path)) written = false;
+    return written;
+}

@@ -18,4 +18,7 @@ std::span<const CaptionRow> CaptionRows();
 
 // What is not there, or empty, is as in English. The answer: the letters for the menu, if they are no
 // letters.
+inline constexpr std::size_t kColumnCaptions = 5; // of the rows, the first ones
 std::optional<Text> LoadCaptions(ClientWords& words, ProfileFile& profile, Files& files, const Text& path);
+// titles: of the columns, in the order of their rows. False when one could not be written.
+bool SaveColumnCaptions(const std::vector<Text>& titles, ProfileFile& profile, const Text& path);

@@ -37,6 +37,7 @@ bool Take(const Argument& argument, CommandSwitches& switches)
     if (name == u"/all") return switches.allFolders = true;
     if (name == u"/jump") return switches.jump = true;
     if (name == u"/close") return switches.close = true;
+    if (name == u"/captions") return switches.captions = true;
     if (name == u"/check") switches.run = UnattendedRun::check;
     if (name == u"/export") switches.run = UnattendedRun::exportEmails;
     return name == u"/sync" || name == u"/check" || name == u"/export";
@@ -57,7 +58,8 @@ CommandSwitches ParseSwitches(const std::vector<std::string>& arguments)
         if (!Take(split, switches)) refuse(u"This switch cannot be: " + argument);
         if (!seen.insert(split.name).second) refuse(u"This switch is there twice: " + argument);
     }
-    if (seen.empty()) return switches;
+    if (switches.captions && seen.size() > 1) refuse(u"/captions stands alone");
+    if (seen.empty() || switches.captions) return switches;
     if (!seen.count(u"/sync")) refuse(u"/sync is missing");
     if (seen.count(u"/check") == seen.count(u"/export")) refuse(u"Either /check or /export must be there");
     if (switches.allFolders && !switches.folder.empty()) refuse(u"/folder and /all exclude each other");

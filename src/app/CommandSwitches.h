@@ -16,7 +16,8 @@ struct CommandSwitches {
     Text store;  // empty: that of the settings
     std::optional<ComparisonType> comparison;
     bool jump = false;
-    bool close = false; // when the run has ended; nobody is there to press OK
+    bool captions = false; // asks what the list's columns are, and that is all
+    bool close = false;    // when the run has ended; nobody is there to press OK
 };
 
 // arguments: UTF-8, without the program's name. Letter case does not matter but in values. Without any the

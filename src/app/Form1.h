@@ -59,6 +59,8 @@ private:
     void ShowStoreFolder(const Text& folder) override { store_.Show(folder); }
     void FocusFolderList() override { MoveFocus(controls_.At(Dir1)); }
     bool AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong) override;
+    bool AskColumns(const std::vector<Text>& titles, std::vector<int>& chosen,
+                    const AreColumnsRight& areRight) override;
     bool AskFolderName(const Text& where, Text& name) override;
     void OpenFolder(const Text& path) override;
     int SelectedFolderNode() override { return tree_.Selected(); }

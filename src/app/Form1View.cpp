@@ -1,4 +1,5 @@
 // What the window shows of the program, and answers it.
+#include "app/ColumnsWin.h"
 #include "app/ExtrasWin.h"
 #include "app/Form1.h"
 #include "app/NewFolderWin.h"
@@ -241,6 +242,7 @@ void Form1::BeginCommand()
 
 void Form1::EnterBusyLayout()
 {
+    splash_.Release(window_); // a run that is told by the command line meets no box before
     tree_.KeepChoice();
     ShowStopButtons(StopButtons::shown);
     controls_.EnterBusyLayout();
@@ -271,6 +273,13 @@ bool Form1::AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong
 {
     WaitForKeysUp();
     return !program_.IsClosing() && ::AskExtras(window_, values, findWrong);
+}
+
+bool Form1::AskColumns(const std::vector<Text>& titles, std::vector<int>& chosen,
+                       const AreColumnsRight& areRight)
+{
+    splash_.Release(window_);
+    return ::AskColumns(window_, titles, chosen, areRight);
 }
 
 bool Form1::AskFolderName(const Text& where, Text& name)

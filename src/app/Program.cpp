@@ -51,6 +51,7 @@ void Program::StartUp(const CommandSwitches& told)
 {
     told_ = told;
     if (!told_.wrong.empty()) return RefuseSwitches();
+    if (told_.captions) return NameColumns();
     store_.GoTo(outside_.programFolder);
     const Text settingsFile = outside_.programFolder + u"settings.ini";
     settings_ = LoadSettings(outside_.profile, outside_.files, settingsFile);

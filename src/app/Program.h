@@ -96,6 +96,7 @@ private:
 
     // ProgramSwitches.cpp
     void RefuseSwitches();
+    void NameColumns();
     void DoAsTold();
     bool CanBegin();
     void RunAsTold(int line); // of lstTree; -1: of the folder that the client shows

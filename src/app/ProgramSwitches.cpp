@@ -5,11 +5,13 @@
 #include "folders/CheckFolder.h"
 #include "folders/ExportFolder.h"
 #include "folders/StoredFiles.h"
+#include "oe/Conversation.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"
 #include "oe/WindowDiscovery.h"
 
 #include <algorithm>
+#include <set>
 
 bool Program::TakesBox(const Text& words)
 {
@@ -25,8 +27,49 @@ void Program::RefuseSwitches()
     window_.ShowBox(BoxIcon::warning,
                     told_.wrong +
                         u"\r\n\r\nquillbox.exe /sync /check|/export [/folder:NAME|/all] [/store:DIR] "
-                        u"[/comparison:simple|database|file] [/jump] [/close]");
+                        u"[/comparison:simple|database|file] [/jump] [/close]\r\n"
+                        u"quillbox.exe /captions");
     lastRecordsWritten_ = true;
+    AskToClose();
+}
+
+void Program::NameColumns()
+{
+    code_ = ExitCode::unusable;
+    log_.SetPath(outside_.programFolder + u"log.txt");
+    const Text settingsFile = outside_.programFolder + u"settings.ini";
+    (void)LoadCaptions(settings_.words, outside_.profile, outside_.files, settingsFile);
+    FindOeHandles(client_);
+    (void)Patiently(client_, [this] { return ReadListColumns(client_); });
+    std::vector<Text> titles;
+    for (const ListColumn& column : client_.columns)
+        if (!column.title.empty()) titles.push_back(column.title);
+    std::vector<int> chosen;
+    for (std::size_t i = 0; i < kColumnCaptions; ++i) { // as far as they are known
+        const auto title = std::find(titles.begin(), titles.end(), settings_.words.*CaptionRows()[i].word);
+        chosen.push_back(title == titles.end() ? -1 : static_cast<int>(title - titles.begin()));
+    }
+    const auto areRight = [this](const std::vector<int>& places) {
+        const std::set<int> different(places.begin(), places.end());
+        const bool right = different.size() == places.size() && *different.begin() >= 0;
+        if (!right) window_.ShowBox(BoxIcon::warning, u"Choose another column for each of the five");
+        return right;
+    };
+    if (titles.size() < kColumnCaptions) {
+        window_.ShowBox(BoxIcon::warning,
+                        u"Show a mail folder in Outlook Express, with all five columns in its list, first");
+    } else if (window_.AskColumns(titles, chosen, areRight)) {
+        std::vector<Text> captions;
+        for (const int place : chosen) captions.push_back(titles[static_cast<std::size_t>(place)]);
+        const bool written = SaveColumnCaptions(captions, outside_.profile, settingsFile);
+        if (written) code_ = ExitCode::allSaved;
+        window_.ShowBox(written ? BoxIcon::information : BoxIcon::warning,
+                        written
+                            ? u"The titles of the columns stand in settings.ini now. Tick \"Any Language\" "
+                              u"in the box \"Extras\", too, if Outlook Express does not speak English."
+                            : u"The titles of the columns could not be written to settings.ini");
+    }
+    lastRecordsWritten_ = true; // no other setting is written
     AskToClose();
 }
 

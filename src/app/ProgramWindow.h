@@ -12,6 +12,9 @@ enum class Stop { afterEmail, afterFolder };
 // none.
 using FindWrongExtra = std::function<int(const std::vector<Text>& values)>;
 
+// Whether each column is chosen, and none twice, when the user has been told.
+using AreColumnsRight = std::function<bool(const std::vector<int>& chosen)>;
+
 struct ProgramWindow : RunView {
     // Into the controls that have a row in SettingRows, and back; the latter with the comparison type.
     virtual void ShowSettings(const Settings& settings) = 0;
@@ -34,6 +37,11 @@ struct ProgramWindow : RunView {
     // values: for each of ExtraRows what its control begins with, and then what the user has chosen. False:
     // given up; until then, or until none is wrong, the user goes on choosing.
     virtual bool AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong) = 0;
+
+    // chosen: for the columns From, Subject, To, Received and Sent the place of one of the titles, -1 for
+    // none yet. False: given up.
+    virtual bool AskColumns(const std::vector<Text>& titles, std::vector<int>& chosen,
+                            const AreColumnsRight& areRight) = 0;
 
     // The page "Store".
     virtual void ShowStoreFolder(const Text& folder) = 0;

@@ -16,6 +16,8 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     std::vector<Text> opened;                    // folders, in the file manager
     std::vector<Text> extras;                    // as the box of the extras shows them at first
     std::vector<std::vector<Text>> chosenExtras; // what the user tries one after the other, then gives up
+    std::vector<int> knownColumns;               // as the box of the columns has them chosen at first
+    std::vector<std::vector<int>> chosenColumns; // what the user tries, then gives up
     std::vector<int> wrongExtras;                // of each try, -1 for none
     std::set<int> ticked;                        // of results
     std::function<void()> onBox, onBusy;
@@ -66,6 +68,16 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
             values = chosen;
             wrongExtras.push_back(findWrong(values));
             if (wrongExtras.back() < 0) return true;
+        }
+        return false;
+    }
+    bool AskColumns(const std::vector<Text>&, std::vector<int>& chosen,
+                    const AreColumnsRight& areRight) override
+    {
+        knownColumns = chosen;
+        for (const std::vector<int>& each : chosenColumns) {
+            chosen = each;
+            if (areRight(chosen)) return true;
         }
         return false;
     }

@@ -7,6 +7,7 @@
 namespace {
 
 using Words = std::vector<std::string>;
+using Texts = std::vector<Text>;
 
 TEST(CommandSwitches, AreTakenTogetherOrNotAtAll)
 {
@@ -18,6 +19,8 @@ TEST(CommandSwitches, AreTakenTogetherOrNotAtAll)
         {{"/sync", "/check"}, u""},
         {{"/SYNC", "/Export", "/all", "/jump", "/close"}, u""},
         {{"/close", "/store:C:\\My Mail", "/comparison:File", "/folder:A\\B", "/check", "/sync"}, u""},
+        {{"/captions"}, u""},
+        {{"/captions", "/close"}, u"/captions stands alone"},
         {{"/check"}, u"/sync is missing"},
         {{"/close"}, u"/sync is missing"},
         {{"/sync"}, u"Either /check or /export must be there"},
@@ -151,5 +154,56 @@ TEST(UnattendedRun, DoesNothingWithWrongSwitches)
         EXPECT_EQ(bench.Logged(u"This switch cannot be: /exprot"), close);
         EXPECT_EQ(bench.window.steps.back(), u"destroy");
         EXPECT_TRUE(bench.profile.written.empty() && bench.window.shown.size() <= 1);
+    }
+}
+
+TEST(Captions, AreWrittenFromTheListThatIsOpen)
+{
+    const struct {
+        const char* why;
+        std::function<void(ProgramBench&)> before;
+        std::vector<std::vector<int>> chosen; // From, Subject, To, Received, Sent
+        Texts boxes;                          // how they begin
+        ExitCode code;
+    } cases[] = {
+        {"chosen", {}, {{1, 2, 5, 3, 4}}, {u"The titles of the columns stand"}, ExitCode::allSaved},
+        {"at the third try",
+         {},
+         {{1, 1, 5, 3, 4}, {1, 2, 5, 3, -1}, {1, 2, 5, 3, 4}},
+         {u"Choose another", u"Choose another", u"The titles of the columns stand"},
+         ExitCode::allSaved},
+        {"given up", {}, {}, {}, ExitCode::unusable},
+        {"not written",
+         [](ProgramBench& b) { b.profile.refuse = true; },
+         {{1, 2, 5, 3, 4}},
+         {u"The titles of the columns could not"},
+         ExitCode::unusable},
+        {"too few columns",
+         [](ProgramBench& b) { b.fake.columnTitles.resize(3); },
+         {},
+         {u"Show a mail folder"},
+         ExitCode::unusable},
+        {"no client", [](ProgramBench& b) { b.fake.End(); }, {}, {u"Show a mail folder"}, ExitCode::unusable},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        ProgramBench bench;
+        bench.fake.columnTitles = {u"!", u"Von", u"Betreff", u"Erhalten", u"Gesendet", u"To"};
+        if (c.before) c.before(bench);
+        bench.window.chosenColumns = c.chosen;
+        bench.program.StartUp(ParseSwitches({"/captions"}));
+        EXPECT_EQ(bench.program.Code(), c.code);
+        ASSERT_EQ(bench.window.boxes.size(), c.boxes.size());
+        for (std::size_t i = 0; i < c.boxes.size(); ++i)
+            EXPECT_TRUE(bench.window.boxes[i].starts_with(c.boxes[i])) << ToUtf8(bench.window.boxes[i]);
+        EXPECT_EQ(bench.window.steps.back(), u"destroy");
+        if (c.code != ExitCode::allSaved) continue;
+        EXPECT_EQ(bench.window.knownColumns, (std::vector<int>{-1, -1, 5, -1, -1}));
+        using Written = std::vector<std::pair<Text, Text>>;
+        EXPECT_EQ(bench.profile.written, (Written{{u"Captions/From", u"Von"},
+                                                  {u"Captions/Subject", u"Betreff"},
+                                                  {u"Captions/To", u"To"},
+                                                  {u"Captions/Received", u"Erhalten"},
+                                                  {u"Captions/Sent", u"Gesendet"}}));
     }
 }
