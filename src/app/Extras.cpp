@@ -36,6 +36,10 @@ constexpr ExtraRow kRows[] = {
         u"Fresh Run List",
         u"\"Export emails in all folders\" begins with an empty list, so that folders passed over by an "
         u"earlier run are looked at again and new e-mails are never missed."),
+    Switch<&RunOptions::thoroughComparison>(u"Thorough Comparison",
+                                            u"\"File (slow)\" knows more files again: in every time zone, "
+                                            u"without dates, with names of any script "
+                                            u"and in lists that are sorted otherwise."),
 };
 
 } // namespace

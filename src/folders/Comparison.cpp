@@ -3,6 +3,7 @@
 #include "folders/ExportStatistics.h"
 #include "folders/ExportTally.h"
 #include "folders/MatchScore.h"
+#include "folders/ThoroughSearch.h"
 #include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
 #include "oe/RemoteListView.h"
@@ -195,24 +196,37 @@ EmlSummary ComparedPartOf(EmlSummary&& whole)
     return part;
 }
 
-// As far as it got when it is stopped.
-std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFiles)
+void LogUnreadable(FolderRun& run, const Text& file, const Text& fault)
+{
+    run.Log(u"Ignoring unreadable email: " + file + u" (" + fault + u")");
+}
+
+// Takes one after the other, as far as it gets before it is stopped.
+template <class Take>
+void VisitFiles(FolderRun& run, std::span<const Text> emlFiles, Take take)
 {
     run.view.ShowText(u"[2 of 3] Reading saved emails...");
+    for (std::size_t i = 0; i < emlFiles.size() && !IsStopped(run); ++i) {
+        take(emlFiles[i]);
+        ShowProgress(run, i, static_cast<std::int64_t>(emlFiles.size()));
+    }
+}
+
+std::vector<EmlSummary> ReadRecords(FolderRun& run, std::span<const Text> emlFiles)
+{
     const EmlContext context{run.files, run.codePage, run.locale, run.view.Options().firstFolder};
     std::vector<EmlSummary> records;
     records.reserve(emlFiles.size());
-    for (std::size_t i = 0; i < emlFiles.size() && !IsStopped(run); ++i) {
+    VisitFiles(run, emlFiles, [&](const Text& file) {
         EmlSummary summary;
-        const Text fault = ReadEmlSummary(run.exportFolder + emlFiles[i], context, summary);
+        const Text fault = ReadEmlSummary(run.exportFolder + file, context, summary);
         if (!fault.empty())
-            run.Log(u"Ignoring unreadable email: " + emlFiles[i] + u" (" + fault + u")");
+            LogUnreadable(run, file, fault);
         else if (HasNoDate(summary))
-            run.Log(u"Ignoring dateless email: " + emlFiles[i]);
+            run.Log(u"Ignoring dateless email: " + file);
         else
             records.push_back(ComparedPartOf(std::move(summary)));
-        ShowProgress(run, i, static_cast<std::int64_t>(emlFiles.size()));
-    }
+    });
     return records;
 }
 
@@ -227,18 +241,46 @@ void LogDifference(FolderRun& run, std::size_t entryCount, std::size_t recordCou
         run.Log(run.currentFolder + u" - there are " + DecimalText(difference) + u" more saved emails.");
 }
 
+// Those of the entries whose file was found by the extra's rules.
+std::unordered_set<const EmailEntry*>
+FindThoroughly(FolderRun& run, const std::vector<const EmailEntry*>& entries, std::span<const Text> emlFiles)
+{
+    std::vector<ShownEmail> files;
+    VisitFiles(run, emlFiles, [&](const Text& file) {
+        std::string message;
+        const FileError error = run.files.ReadWhole(run.exportFolder + file, message);
+        if (error == FileError::none)
+            files.push_back(ShownOf(message, run.codePage));
+        else
+            LogUnreadable(run, file, Describe(error));
+    });
+    LogDifference(run, entries.size(), files.size());
+    std::unordered_set<const EmailEntry*> found;
+    const std::vector<std::int32_t> places =
+        SearchThoroughly(run.client, entries, files, [&run] { run.view.ProcessEvents(); });
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        if (places[i] >= 0) found.insert(entries[i]);
+    return found;
+}
+
 std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t expected,
                                                  std::span<const Text> emlFiles)
 {
     std::vector<const EmailEntry*> entries;
     if (!ReadEntries(run, expected, entries)) return std::nullopt;
-    const std::vector<EmlSummary> records = ReadRecords(run, emlFiles);
+    const bool thorough = run.view.Options().thoroughComparison;
+    std::vector<EmlSummary> records;
+    std::unordered_set<const EmailEntry*> found;
+    if (thorough)
+        found = FindThoroughly(run, entries, emlFiles);
+    else
+        records = ReadRecords(run, emlFiles);
     if (IsStopped(run)) return std::nullopt;
-    LogDifference(run, entries.size(), records.size());
+    if (!thorough) LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
     if (!run.saved.IsWritable()) run.Log(u"Nothing is recorded: " + WhyNotWritable(run.saved));
-    return CompareEntries(run, entries, [&run, &search](const EmailEntry& entry) {
-        if (search.Match(entry) < 0) return false;
+    return CompareEntries(run, entries, [&](const EmailEntry& entry) {
+        if (thorough ? !found.count(&entry) : search.Match(entry) < 0) return false;
         // The file is there: the database learns of it.
         if (run.saved.IsWritable() && !IsSaved(run.saved, entry.Crc, run.currentFolder))
             AddSavedEmail(run.saved, run.currentFolder, entry);

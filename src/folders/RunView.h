@@ -19,6 +19,7 @@ struct RunOptions {
     bool skipFiles = false;                      // chkSkipFiles
     bool jumpRemain = false;                     // chkJumpRemain
     bool freshRunList = false;                   // cmdSaveAll begins with an empty export list
+    bool thoroughComparison = false;             // "File (slow)" by ThoroughSearch
     Text firstFolderToIgnore = u"Deleted Items"; // txtIgnore
     Text systemFolders =
         u"|local folders|";              // full names that an all-folders run passes over, each between "|"

@@ -16,44 +16,18 @@ namespace {
 
 constexpr int kReadings = 3; // of a row whose selection moves meanwhile
 
-// The cell of the titled column; nothing without such a column, empty when the row lacks it.
-const Text* CellOf(const OeClient& client, const MessageDetails& details, TextView title)
+// The cell of the titled column; empty without such a column, too.
+const Text& CellOf(const OeClient& client, const MessageDetails& details, TextView title)
 {
     static const Text kEmpty;
     const int column = ColumnIndexByTitle(client, title);
-    if (column < 0) return nullptr;
     const auto index = static_cast<std::size_t>(column);
-    return index < details.cells.size() ? &details.cells[index] : &kEmpty;
+    return column >= 0 && index < details.cells.size() ? details.cells[index] : kEmpty;
 }
 
-std::vector<Text> AddressesOf(const Text* cell)
+double DateFrom(OeClient& client, const Text& cell)
 {
-    if (!cell) return {Text()};
-    const Text separator = AddressSeparator(*cell);
-    if (separator.empty()) return {BareAddressOf(*cell)};
-    std::vector<Text> addresses = SplitAt(*cell, separator);
-    for (Text& address : addresses) address = BareAddressOf(address);
-    return addresses;
-}
-
-Text SubjectFrom(OeClient& client, const Text* cell)
-{
-    if (!cell) return {};
-    const Text subject(TrimSpaces(CleanSubject(ReplaceAll(*cell, u"\t", u" "))));
-    return IsUtf8Text(subject, client.codePage) ? Utf8ToText(subject, client.codePage) : subject;
-}
-
-double DateFrom(OeClient& client, const Text* cell)
-{
-    if (!cell) return kNoListDate;
-    const double date = ParseListDate(*cell, client.locale);
-    // A missing date is no date to be moved.
-    if (date == kNoListDate) return date;
-    try {
-        return AdjustListDate(date, client.settings.applyDst, client.settings.timeOffset, client.clock);
-    } catch (const ValueFault&) {
-        return date; // moved out of the calendar
-    }
+    return AdjustedDate(client, ParseListDate(cell, client.locale));
 }
 
 // What stops a reading before the row itself; empty when nothing does.
@@ -104,6 +78,32 @@ SelectedReading ReadSelected(OeClient& client)
 
 } // namespace
 
+std::vector<Text> AddressesIn(const Text& cell)
+{
+    const Text separator = AddressSeparator(cell);
+    if (separator.empty()) return {BareAddressOf(cell)};
+    std::vector<Text> addresses = SplitAt(cell, separator);
+    for (Text& address : addresses) address = BareAddressOf(address);
+    return addresses;
+}
+
+Text SubjectIn(const Text& cell, CodePage& codePage)
+{
+    const Text subject(TrimSpaces(CleanSubject(ReplaceAll(cell, u"\t", u" "))));
+    return IsUtf8Text(subject, codePage) ? Utf8ToText(subject, codePage) : subject;
+}
+
+double AdjustedDate(OeClient& client, double date)
+{
+    // A missing date is no date to be moved.
+    if (date == kNoListDate) return date;
+    try {
+        return AdjustListDate(date, client.settings.applyDst, client.settings.timeOffset, client.clock);
+    } catch (const ValueFault&) {
+        return date; // moved out of the calendar
+    }
+}
+
 MessageDetails GetMessageDetails(OeClient& client)
 {
     MessageDetails details;
@@ -135,19 +135,18 @@ EmailEntry BuildEmailEntry(OeClient& client, const MessageDetails& details)
 {
     EmailEntry entry;
     entry.row = details.id;
-    entry.From = AddressesOf(CellOf(client, details, client.words.from));
-    entry.Subject = SubjectFrom(client, CellOf(client, details, client.words.subject));
+    entry.From = AddressesIn(CellOf(client, details, client.words.from));
+    entry.Subject = SubjectIn(CellOf(client, details, client.words.subject), client.codePage);
     entry.Received = DateFrom(client, CellOf(client, details, client.words.received));
     entry.Sent = DateFrom(client, CellOf(client, details, client.words.sent));
-    entry.To = AddressesOf(CellOf(client, details, client.words.to));
+    entry.To = AddressesIn(CellOf(client, details, client.words.to));
     entry.Crc = EmailCrc(entry, client.locale, client.crc);
     return entry;
 }
 
 Text SubjectOf(const OeClient& client, const MessageDetails& details)
 {
-    const Text* cell = CellOf(client, details, client.words.subject);
-    return cell ? *cell : Text();
+    return CellOf(client, details, client.words.subject);
 }
 
 double EntryDateKey(const EmailEntry& entry)

@@ -15,6 +15,11 @@ MessageDetails GetMessageDetails(OeClient& client);
 // Cells are found by the titles of their columns (ClientWords). A column that the list lacks leaves its field
 // empty, or kNoListDate.
 EmailEntry BuildEmailEntry(OeClient& client, const MessageDetails& details);
+// What an entry takes from a cell; a date moved as the settings say.
+std::vector<Text> AddressesIn(const Text& cell); // one at least, which may be empty
+Text SubjectIn(const Text& cell, CodePage& codePage);
+double AdjustedDate(OeClient& client, double date);
+
 Text SubjectOf(const OeClient& client, const MessageDetails& details); // the cell as it stands
 
 // The later of the two dates, counting only those after 1 January 1900; that date when neither counts.

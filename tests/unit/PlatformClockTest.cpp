@@ -40,7 +40,12 @@ TEST(PlatformClock, TheZoneAndItsSummerTimeCount)
         ::tzset();
         EXPECT_NEAR((clock.LocalNow() - UniversalNow()) * 24, c.hours, 3.0 / 3600) << c.zone;
         EXPECT_EQ(clock.IsDaylightSavingNow(), c.summer) << c.zone;
+        EXPECT_EQ(clock.MinutesEast(clock.UniversalNow()), c.hours * 60) << c.zone;
     }
+    ::setenv("TZ", "EST5EDT,M3.2.0,M11.1.0", 1); // on the second Sunday of March and the first of November
+    ::tzset();
+    EXPECT_EQ(clock.MinutesEast(1168430400), -300) << "in January 2007";
+    EXPECT_EQ(clock.MinutesEast(1184068800), -240) << "in July";
     before ? ::setenv("TZ", restored.c_str(), 1) : ::unsetenv("TZ");
     ::tzset();
 }

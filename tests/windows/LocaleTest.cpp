@@ -96,6 +96,23 @@ TEST(WinCodePage, ConvertsUtf8AndTextsOfAnyLength)
     EXPECT_EQ(page.FromAnsi(std::string("a\0b", 3)), Text(u"a\0b", 3));
 }
 
+// In January and July of 2007, of which one is in summer, wherever there is summer time.
+TEST(WinClock, SummerTimeCountsOfThatDay)
+{
+    TIME_ZONE_INFORMATION zone;
+    ASSERT_NE(GetTimeZoneInformation(&zone), TIME_ZONE_ID_INVALID);
+    const bool hasSummer = zone.DaylightDate.wMonth != 0;
+    const int standard = static_cast<int>(-zone.Bias - (hasSummer ? zone.StandardBias : 0));
+    const int summer = hasSummer ? static_cast<int>(-zone.Bias - zone.DaylightBias) : standard;
+    WinClock clock;
+    const int january = clock.MinutesEast(1168430400), july = clock.MinutesEast(1184068800);
+    EXPECT_EQ(std::minmax(january, july), std::minmax(standard, summer));
+    EXPECT_EQ(clock.MinutesEast(-20000000000), 0) << "before the calendar begins";
+    EXPECT_NEAR(25569 + static_cast<double>(clock.UniversalNow()) / 86400 +
+                    clock.MinutesEast(clock.UniversalNow()) / 1440.0,
+                clock.LocalNow(), 5.0 / 86400);
+}
+
 TEST(WinClock, IsLocalTime)
 {
     SYSTEMTIME utc;

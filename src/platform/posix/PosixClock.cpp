@@ -25,3 +25,13 @@ bool PosixClock::IsDaylightSavingNow()
 {
     return LocalTime(std::time(nullptr)).tm_isdst > 0;
 }
+
+std::int64_t PosixClock::UniversalNow()
+{
+    return std::time(nullptr);
+}
+
+int PosixClock::MinutesEast(std::int64_t moment)
+{
+    return static_cast<int>(LocalTime(moment).tm_gmtoff / 60);
+}

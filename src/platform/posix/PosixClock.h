@@ -5,4 +5,6 @@
 struct PosixClock final : Clock {
     double LocalNow() override; // to the second
     bool IsDaylightSavingNow() override;
+    std::int64_t UniversalNow() override;
+    int MinutesEast(std::int64_t moment) override;
 };

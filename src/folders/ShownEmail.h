@@ -1,0 +1,28 @@
+// ShownEmail.h: how the client's list would show a message file, to be compared with what it shows.
+// Cannot fail: what its header does not tell is not certain.
+#pragma once
+#include "platform/CodePage.h"
+#include "text/Text.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+// How a field of a message would stand in the list, in each of the ways that clients show it.
+struct ShownText {
+    std::vector<Text> forms;
+    bool isCertain = true; // false: the list may show something else
+};
+
+// What the list would show of a message file.
+struct ShownEmail {
+    ShownText subject, from, to;
+    std::optional<std::int64_t> sent;   // seconds since the beginning of 1970, in Universal Time
+    std::vector<std::int64_t> received; // any of them; empty: not known
+};
+ShownEmail ShownOf(std::string_view message, CodePage& codePage);
+
+// Texts of list and file in the form in which they are compared: blanks do not count, and the en dash, which
+// lists show as a control character, is itself.
+Text ComparedText(TextView shown);
+Text ComparedList(const std::vector<Text>& addresses);
