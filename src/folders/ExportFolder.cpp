@@ -54,7 +54,7 @@ bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
 {
     if (run.client.saveDialog.writtenOff == 0) return true;
     EmailEntry undated = entry;
-    undated.Sent = undated.Received = kNoListDate;
+    undated.Sent = undated.Received = kAnyDate;
     const EmlContext context{run.files, run.codePage, run.locale, {}};
     const Text& path = run.client.saveDialog.savedPath;
     EmlSummary summary;
@@ -92,8 +92,7 @@ SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& su
 bool ExportSelected(FolderRun& run, Outcome& outcome)
 {
     FolderTally& tally = outcome.tally;
-    // A list that was made anew for the same folder meanwhile is another window.
-    if (!run.client.desktop.IsThere(run.client.handles.listView)) FindOeHandles(run.client);
+    FindListAgain(run.client);
     const MessageDetails details = GetMessageDetails(run.client);
     if (!run.client.detailsFound) {
         if (run.client.silent || run.Flags().closing) return false;
@@ -184,8 +183,9 @@ bool LookAgain(FolderRun& run, Outcome& outcome)
     run.view.ShowText(u"Looking for e-mails that were missed...");
     const bool isRead = ReadFolderEntries(
         run.client, [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
-    const bool isWhole = isRead && !run.Flags().stopAfterEmail && CountEmails(run) == *count;
-    if (!isWhole) return !run.client.silent;
+    if (!isRead || run.Flags().stopAfterEmail) return !run.client.silent;
+    tally.rows = CountEmails(run).value_or(*count);
+    if (tally.rows != *count) return !run.client.silent;
     tally.listAtEnd.emplace(run.client.folderEntries.size());
     for (const EmailEntry& entry : run.client.folderEntries)
         (*tally.listAtEnd)[static_cast<std::size_t>(entry.row)] = entry.Crc;

@@ -75,8 +75,10 @@ std::optional<std::int32_t> CountEmails(FolderRun& run)
 {
     std::optional<std::int32_t> count;
     WaitUntil(run.client, kCountTries, kCountInterval, [&] {
+        FindListAgain(run.client);
         count = ListItemCount(run.client);
-        return count != 0;
+        const bool isThere = run.client.silent || run.client.desktop.IsThere(run.client.handles.listView);
+        return count ? *count != 0 : isThere; // one that was made anew is looked for again
     });
     // What was counted is this folder's only if the client shows it.
     return ShownFolder(run.client) == run.selectedFolder ? count : std::nullopt;

@@ -2,8 +2,12 @@
 #pragma once
 #include "mail/modEmailAnalysis.h"
 #include "store/EmailEntry.h"
+#include "text/DayCount.h"
 
 #include <unordered_map>
+
+// Of an e-mail whose dates are not to be compared. kNoListDate is one that the file must lack, too.
+inline constexpr double kAnyDate = kNoListDate - 1;
 
 // How well the file's headers fit the e-mail, 0 to 100; 100 means the same e-mail.
 int MatchScore(const EmailEntry& entry, const EmlSummary& record);

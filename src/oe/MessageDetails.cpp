@@ -7,6 +7,7 @@
 #include "oe/Conversation.h"
 #include "oe/RemoteControls.h"
 #include "oe/RemoteListView.h"
+#include "oe/WindowDiscovery.h"
 #include "store/Identity.h"
 #include "text/Numbers.h"
 
@@ -14,7 +15,8 @@
 
 namespace {
 
-constexpr int kReadings = 3; // of a row whose selection moves meanwhile
+constexpr int kReadings = 3;   // of a row whose selection moves meanwhile
+constexpr int kCountTries = 2; // of a list that is made anew meanwhile
 
 // The cell of the titled column; empty without such a column, too.
 const Text& CellOf(const OeClient& client, const MessageDetails& details, TextView title)
@@ -182,9 +184,13 @@ bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
 {
     client.folderEntries.clear(); // those of the folder before
     if (!client.handles.oeFound || !client.handles.listViewFound) return false;
-    const std::int32_t count = ListItemCount(client).value_or(-1);
-    if (count < 0) return false;
-    if (count == 0) return true;
+    std::optional<std::int32_t> answer;
+    for (int tries = 0; tries < kCountTries && !answer && !client.silent; ++tries) {
+        FindListAgain(client);
+        answer = ListItemCount(client);
+    }
+    const std::int32_t count = answer.value_or(-1);
+    if (count < 1) return count == 0;
     const bool titlesKnown = Patiently(client, [&] { return ReadListColumns(client); });
     client.folderEntries.assign(static_cast<std::size_t>(count), EmailEntry());
     for (std::int32_t row = 0; row < count; ++row) {

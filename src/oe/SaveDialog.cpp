@@ -163,12 +163,6 @@ bool HoldsThatEmail(OeClient& client, const SaveRequest& request)
     return ShownFolder(client) == request.folder && IsInCaption(client, request.folder);
 }
 
-bool IsEmptyFile(Files& files, const Text& path)
-{
-    std::string bytes;
-    return files.ReadWhole(path, bytes) != FileError::none || bytes.empty();
-}
-
 // Types the path, presses Save and waits for the file.
 SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, const Text& path)
 {
@@ -190,8 +184,7 @@ SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, c
     // What it has to say about the file comes right behind it. One that fell silent or ended over the file
     // may not have finished it.
     if (saved && !AwaitClient(client)) return SaveResult::untried;
-    if (saved && !client.desktop.IsThere(client.handles.mainWindow) && IsEmptyFile(client.files, path))
-        return SaveResult::failed;
+    if (saved && !client.desktop.IsThere(client.handles.mainWindow)) return SaveResult::failed;
     if (hasBox()) {
         boxes.Answer(); // the client has not saved it as it was told to
         if (client.files.FileExists(path) && client.files.Delete(path))

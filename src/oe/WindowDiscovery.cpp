@@ -182,6 +182,12 @@ void FindOeHandles(OeClient& client)
     }
 }
 
+void FindListAgain(OeClient& client)
+{
+    if (client.handles.listViewFound && !client.desktop.IsThere(client.handles.listView))
+        FindOeHandles(client);
+}
+
 void SayNoMessageList(Reporter& reporter, Record record)
 {
     reporter.LogLine(u"Outlook Express found, but could not access message list.", record);

@@ -89,10 +89,14 @@ void FakeClient::End()
     silentUntil_ = actUntil_ = 0;
 }
 
-void FakeClient::CloseBoxes()
+void FakeClient::Recover()
 {
+    static_cast<Manners&>(*this) = {};
+    silentUntil_ = actUntil_ = sleptMilliseconds;
+    Sleep(600'000);
     for (const WindowHandle window : std::vector<WindowHandle>(order_))
         if (At(window).parent == 0 && window != main_) RemoveWindow(window);
+    if (!windows_.count(main_)) Start();
 }
 
 WindowHandle FakeClient::Find(const Text& className) const
@@ -273,7 +277,7 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
 {
     const auto rowCount = static_cast<std::int32_t>(Rows().size());
     if (message == message::kListItemCount) return rowCount;
-    if (message == message::kListHeader) return header_;
+    if (message == message::kListHeader) return noHeader ? 0 : header_;
     if (message == message::kListSelectedCount)
         return rowCount == 0 ? 0 : static_cast<std::int32_t>(selected.size());
     if (message == message::kListNextItem) return rowCount == 0 ? -1 : FirstSelected();

@@ -16,12 +16,15 @@ struct FakeFolder {
 
 // How it behaves: as it should, at first.
 struct Manners {
+    std::vector<Text> columnTitles{u"!", u"From", u"Subject", u"Received", u"Sent", u"To"};
+    std::vector<std::int32_t> columnOrder{0, 1, 2, 3, 4, 5};
     bool refusesFolder = false;
     int refreshAfter = 0;           // milliseconds between selecting a folder and the new list
     bool keepsList = false;         // the list is filled anew instead of rebuilt
     std::set<std::uint32_t> unread; // rows whose texts it does not tell
     bool withoutNul = false;        // a text that fills its buffer has no end
-    bool silentHeader = false;      // the header answers neither order nor titles, but its count
+    bool noHeader = false;
+    bool silentHeader = false; // the header answers neither order nor titles, but its count
     bool ignoreDownKey = false, doubleDownKey = false;
     bool noDialog = false, twoDialogs = false, noCombo = false, noEdit = false, noSaveButton = false;
     std::vector<int> dialogDelays; // milliseconds, for the first commands in turn
@@ -31,7 +34,8 @@ struct Manners {
     bool deafEdit = false;       // the box for the name takes no text
     bool saveNothing = false;
     int fileAfter = 0;  // milliseconds until there is a file, which is whole...
-    int wholeAfter = 0; // ...so much later, and empty until then
+    int wholeAfter = 0; // ...so much later, and has so many bytes until then:
+    std::size_t firstBytes = 0;
     struct Box {
         Text words;
         std::vector<Text> buttons;
@@ -57,8 +61,6 @@ public:
     FakeClient(FakeFiles& saveTo, std::vector<FakeFolder> folderTree);
 
     // What it shows; to be changed at will between calls, as its manners are.
-    std::vector<Text> columnTitles{u"!", u"From", u"Subject", u"Received", u"Sent", u"To"};
-    std::vector<std::int32_t> columnOrder{0, 1, 2, 3, 4, 5};
     std::vector<FakeFolder> folders;
     int shown = 0;                      // index in folders
     std::set<std::int32_t> selected{0}; // rows
@@ -84,12 +86,12 @@ public:
     std::vector<std::pair<WindowHandle, std::int32_t>> keys;   // key-down messages
     std::vector<std::pair<std::uint32_t, std::int32_t>> input; // key and mouse messages, wParam
 
-    void ShowFolder(int index);                               // at once: new list, new handles
-    void Start();                                             // anew, as another process with other items
-    void End();                                               // every window goes
-    void CloseBoxes();                                        // whatever stands beside its main window
-    void FallSilent(int milliseconds);                        // from now on
-    void Later(int milliseconds, std::function<void()> what); // unless it is silent then
+    void ShowFolder(int index); // at once: new list, new handles
+    void Start();               // anew, as another process with other items
+    void End();                 // every window goes
+    void Recover();             // good manners, time for what is late, no boxes; started anew if it has gone
+    void FallSilent(int milliseconds);                                   // from now on
+    void Later(int milliseconds, std::function<void()> what);            // unless it is silent then
     WindowHandle AddForeign(const Text& className, const Text& caption); // a window of another program
     WindowHandle AddModeless(const Text& className); // of the client, owned by its main window
     std::vector<Text> pressed;                       // labels of the buttons

@@ -77,7 +77,7 @@ void FakeClient::PressSave(WindowHandle dialog)
 void FakeClient::SaveTo(const Text& path, const Email& email)
 {
     saved.push_back({email, path});
-    saveTo_.AddFile(path, wholeAfter > 0 ? std::string() : email.bytes);
+    saveTo_.AddFile(path, wholeAfter > 0 ? email.bytes.substr(0, firstBytes) : email.bytes);
     if (wholeAfter > 0)
         Later(wholeAfter, [this, path, bytes = email.bytes] { saveTo_.AddFile(path, bytes); });
 }

@@ -11,7 +11,7 @@
 struct FakeFiles : NoFiles {
     std::map<Text, std::string> files; // by folded path
     std::set<Text> directories;        // likewise, without a separator at the end
-    std::set<Text> refused;            // directories that cannot be made
+    std::set<Text> refused;            // directories that cannot be made or written to
     std::set<Text> tooLarge;           // files that do not fit into memory
     Text gone;                         // a drive or directory, folded, below which nothing can be reached
     std::function<void()> onLook;      // before each look at the store, which may take its time
@@ -30,7 +30,8 @@ struct FakeFiles : NoFiles {
     bool TakesFile(const Text& path)
     {
         const Text directory = path.substr(0, std::min(path.rfind(u'\\'), path.size()));
-        return !IsGone(path) && (directories.empty() || DirectoryExists(directory));
+        return !IsGone(path) && !refused.count(Key(directory)) &&
+               (directories.empty() || DirectoryExists(directory));
     }
     void AddFile(const Text& path, std::string bytes = "x") { files[Key(path)] = std::move(bytes); }
 

@@ -21,6 +21,8 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     std::vector<int> wrongExtras;                // of each try, -1 for none
     std::set<int> ticked;                        // of results
     std::function<void()> onBox, onBusy;
+    ComparisonType comparison = ComparisonType::database; // cboComparison, which no file keeps
+    bool keepsProgress = false;
 
     void Step(const Text& step, const std::function<void()>& then = {})
     {
@@ -41,10 +43,16 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     }
     void ShowSettings(const Settings& settings) override
     {
+        comparison = settings.options.comparison;
         for (const SettingRow& row : SettingRows()) controls[row.control] = row.write(settings);
+    }
+    void ClearProgress() override
+    {
+        if (!keepsProgress) log.clear();
     }
     void ReadSettings(Settings& settings) override
     {
+        settings.options.comparison = comparison;
         for (const SettingRow& row : SettingRows())
             if (row.control != noControl) row.read(settings, controls[row.control]);
     }
@@ -110,6 +118,7 @@ struct ProgramFiles final : FakeFiles {
     }
     FileError Append(const Text& path, std::string_view bytes) override
     {
+        if (Key(path) == locked) return FileError::inUse;
         files[Key(path)] += bytes;
         return FileError::none;
     }

@@ -109,20 +109,6 @@ TEST(DisturbedAllFolders, FoldersThatTheCheckDidNotComeToAreNamed)
     EXPECT_EQ(broken.Count(u"-> "), 1) << "it ends the run";
 }
 
-TEST(DisturbedAllFolders, AFolderWhoseExportEndsBeforeItWasCountedIsNotLookedAt)
-{
-    for (const std::uint32_t kind : {message::kTreeNextItem, message::kListItemCount})
-        for (int nth = 1; nth < 16; ++nth) {
-            RunBench bench;
-            bench.SaveAll(
-                [&] { bench.fake.onMessage = At(kind, nth, [&] { bench.fake.FallSilent(kForGood); }); });
-            if (!bench.Logged(kSilent)) continue;
-            const RunBench::Figures told = bench.LastFigures();
-            EXPECT_EQ(told.handled + told.rest, 9) << ToUtf8(bench.view.log.back());
-            EXPECT_EQ(bench.view.boxes, Texts{kSilent});
-        }
-}
-
 TEST(DisturbedAllFolders, FoldersThatCannotBeMadeCostOneLineEachAndOneBox)
 {
     RunBench bench(3);

@@ -121,36 +121,6 @@ TEST(DisturbedCheck, ACountOfNothingIsNotBelievedAtOnce)
                 bench.Logged(u" folder(s) were not checked."));
 }
 
-TEST(DisturbedCheck, ASilentClientIsNoEmptyFolder)
-{
-    const struct {
-        std::uint32_t kind;
-        int nth;
-        bool stored = true;
-    } cases[] = {{0, 1},
-                 {message::kListItemCount, 1},
-                 {message::kListItemCount, 1, false},
-                 {message::kListItemCount, 3}, // when all rows are read
-                 {message::kListItemW, 1}};
-    for (const auto& c : cases)
-        for (const bool inAllFolders : {false, true}) {
-            RunBench bench;
-            if (c.stored) bench.Export();
-            bench.fake.onMessage = At(c.kind, c.nth, [&] { bench.fake.FallSilent(kForGood); });
-            if (inAllFolders)
-                bench.CheckAll();
-            else
-                bench.Check();
-            const std::string where = std::to_string(c.kind) + (inAllFolders ? " in all folders" : "");
-            EXPECT_EQ(bench.Count(kSilent), 1) << where;
-            EXPECT_EQ(bench.view.boxes, Texts{kSilent}) << where;
-            bench.ExpectLog(where, {}, {u"saved email(s)"});
-            EXPECT_FALSE(HasGreenMark(bench)) << where;
-            EXPECT_EQ(bench.Count(u"Program forced to abort."), inAllFolders) << where;
-            EXPECT_LE(bench.Count(u"-> "), 1) << where << ": no further folder is asked for";
-        }
-}
-
 TEST(DisturbedCheck, AClientThatIsSilentHoldsUpNoClosing)
 {
     RunBench bench;

@@ -130,16 +130,6 @@ TEST(DisturbedFolders, AClickOnAnotherFolderRightAfterTheChange)
     }
 }
 
-TEST(DisturbedFolders, AClientThatComesBackInAFolderChangeDoesNotEndTheRun)
-{
-    for (int nth = 1; nth < 20; ++nth) {
-        RunBench bench;
-        bench.fake.onMessage = At(nth % 2 ? message::kTreeSelectItem : message::kListHeader, 1 + nth % 3,
-                                  [&] { bench.fake.FallSilent(61'000); });
-        EXPECT_TRUE(ChangeFolder(bench.client, 3, u"Other")) << nth;
-    }
-}
-
 TEST(DisturbedFolders, AListThatWasMadeAnewWhileNobodyLookedIsFound)
 {
     RunBench bench; // the handles of the folder before are dead

@@ -127,7 +127,8 @@ TEST_F(ExportFolderTest, AClientThatClosesEndsTheRun)
     EXPECT_FALSE(flags.runCompleted);
     const Texts tail(view.log.end() - 5, view.log.end());
     EXPECT_EQ(tail, (Texts{u"Terminated unexpectedly", u"OE has closed unexpectedly",
-                           u"2 passed, 0 failed, 0 skipped", u"Export complete", Closing(2, 2, 2)}));
+                           u"1 passed, 1 failed, 0 skipped", u"Export complete", Closing(1, 2, 2)}))
+        << "the file over which it ended may not be whole";
     Forget();
     EXPECT_FALSE(SelectShownFolder(run));
     EXPECT_TRUE(view.boxes.empty()) << "without a client only its line";

@@ -2,57 +2,6 @@
 // said of it is what has happened, and no e-mail is lost or mislabelled by it (RunBench).
 #include "tests/support/RunBench.h"
 
-TEST(SilentClient, IsWaitedForOrEndsTheRun)
-{
-    const struct {
-        int milliseconds;
-        bool told, ended;
-    } silences[] = {{10'000, false, false},
-                    {59'000, false, false}, // just within the limit
-                    {61'000, true, false},
-                    {115'000, true, false}, // back within a minute more
-                    {kForGood, true, true}};
-    for (const auto& silence : silences)
-        for (const std::uint32_t kind :
-             {0u, message::kListNextItem, message::kListItemW, message::kListColumnOrder,
-              message::kHeaderItemA, message::kKeyDown, message::kLeftUp, message::kListItemCount, kSetText})
-            for (const int nth : {1, 2, 3, 6, 9}) {
-                const std::string where = std::to_string(silence.milliseconds) + " ms, message " +
-                                          std::to_string(kind) + " for the " + std::to_string(nth);
-                SCOPED_TRACE(where);
-                RunBench bench(6, {});
-                bench.view.options.sendKeys = kind == 0 && nth > 3; // silent while they are typed
-                bool met = false;
-                bench.fake.onMessage = At(kind, nth, [&] {
-                    met = true;
-                    bench.fake.FallSilent(silence.milliseconds);
-                });
-                bench.Export();
-                if (!met) continue;
-                EXPECT_EQ(bench.Logged(kSilent), silence.ended);
-                EXPECT_EQ(bench.view.boxes, silence.ended ? Texts{kSilent} : Texts{});
-                EXPECT_EQ(bench.flags.runCompleted, !silence.ended);
-                EXPECT_EQ(bench.Logged(u"Waiting for Outlook Express to answer again"), silence.told);
-                EXPECT_EQ(bench.rows.size(), bench.fake.saved.size());
-                if (!silence.ended) {
-                    EXPECT_EQ(bench.rows.size(), 6u) << "the row is read again";
-                    continue;
-                }
-                EXPECT_LT(bench.fake.sleptMilliseconds, 130'000) << "no further row is tried";
-                bench.ExpectLog(where, {}, {u"could not be read", u"No dialog found"});
-            }
-}
-
-TEST(SilentClient, ThatIsBackIsFoundByTheNextRun)
-{
-    RunBench bench;
-    bench.fake.onMessage = At(message::kListItemW, 10, [&] { bench.fake.FallSilent(600'000); });
-    bench.Export();
-    bench.ExpectLog("silent", {kSilent});
-    bench.fake.Sleep(600'000);
-    bench.ExpectRestIsSaved("back");
-}
-
 TEST(SilentClient, ThatFallsSilentOverEveryEmailIsGivenUp)
 {
     RunBench bench;
@@ -154,19 +103,6 @@ TEST(SilentClient, MayTakeLongForAnActAndTheWindowLives)
         const auto told = std::count(bench.view.shown.begin(), bench.view.shown.end(),
                                      u"Stopping as soon as Outlook Express has answered");
         EXPECT_TRUE(told > 0 && told < 10) << told << " times, for each act once";
-    }
-}
-
-TEST(SilentClient, OrOneThatEndsInTheMiddleOfAFileHasNotSavedIt)
-{
-    for (const bool ends : {true, false}) {
-        RunBench bench(3);
-        bench.AfterSave(2, [&] {
-            bench.files.AddFile(bench.fake.saved.back().path, ""); // made, and not a byte written
-            ends ? bench.fake.End() : bench.fake.FallSilent(kForGood);
-        });
-        bench.Export();
-        EXPECT_EQ(bench.rows.size(), 1u);
     }
 }
 
