@@ -176,7 +176,9 @@ void FaultBench::ExpectClosingLine()
         if (command.ofAll || folder == kInbox) counted += rows;
     const int told = first + handled + rest;
     if (unheld_ & kRowsMove) {
-        EXPECT_TRUE(unchecked || told >= std::min(counted, Rows())) << told;
+        // Of a count behind which the client fell silent nobody knows whose list it was.
+        const bool isLost = said.find("has stopped responding") != std::string::npos;
+        EXPECT_TRUE(unchecked || isLost || told >= std::min(counted, Rows())) << told;
     } else {
         EXPECT_LE(told, Rows());
         EXPECT_TRUE(unchecked || told == Rows()) << told;
