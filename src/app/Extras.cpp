@@ -40,6 +40,11 @@ constexpr ExtraRow kRows[] = {
                                             u"\"File (slow)\" knows more files again: in every time zone, "
                                             u"without dates, with names of any script "
                                             u"and in lists that are sorted otherwise."),
+    Number<&OeSettings::pollInterval>(
+        u"Poll Interval", 10, 100, 100,
+        u"Milliseconds between two looks at a dialog, a file or a folder that is waited for. With 10 an "
+        u"export "
+        u"takes a fraction of the time; how long is waited at the most stays as it is."),
 };
 
 } // namespace

@@ -71,17 +71,36 @@ std::optional<std::int32_t> ValueOf(OeClient& client, const Answer& answer)
     return std::nullopt;
 }
 
+// The user's choice, if it is one, never makes a wait look less often.
+int LookInterval(OeClient& client, int intervalMilliseconds)
+{
+    const int chosen = client.settings.pollInterval;
+    return chosen < kUsualPollInterval ? std::min(intervalMilliseconds, chosen) : intervalMilliseconds;
+}
+
+void Pause(OeClient& client, int milliseconds)
+{
+    for (int left = milliseconds; left > 0; left -= kEventInterval) {
+        client.desktop.Sleep(std::min(left, kEventInterval));
+        client.reporter.ProcessEvents();
+    }
+}
+
 } // namespace
 
 bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition)
 {
     bool met = condition();
     for (; !met && tries >= 1; --tries) {
-        for (int left = intervalMilliseconds; left > 0; left -= kEventInterval) {
-            client.desktop.Sleep(std::min(left, kEventInterval));
-            client.reporter.ProcessEvents();
+        const std::uint32_t began = client.desktop.Milliseconds();
+        for (int left = intervalMilliseconds; !met && left > 0;) {
+            const int pause = std::min(left, LookInterval(client, intervalMilliseconds));
+            Pause(client, pause);
+            met = condition();
+            // The system's sleeps are longer than was asked for, and many short ones would add up.
+            const auto passed = static_cast<int>(client.desktop.Milliseconds() - began);
+            left = std::min(left - pause, intervalMilliseconds - passed);
         }
-        met = condition();
     }
     return met;
 }

@@ -37,12 +37,16 @@ struct OeFolder {
     TextView Name() const { return TextView(text).substr(static_cast<std::size_t>(level)); }
 };
 
+// How often most waits look, and the longest that can be chosen.
+inline constexpr std::int16_t kUsualPollInterval = 100; // milliseconds
+
 // From the settings file.
 struct OeSettings {
     float settleTime = 0; // seconds to wait after a folder change
     std::int16_t applyDst = 0;
     float timeOffset = 0;     // months
     bool anyLanguage = false; // windows and buttons are known by what they are, not by their captions
+    std::int16_t pollInterval = kUsualPollInterval; // milliseconds between two looks of a wait, at the most
 };
 
 // What is known of the "Save Message As" dialogs that the client was asked for.

@@ -15,6 +15,7 @@ constexpr std::int32_t kSaveAsCommand = 40101; // the client's menu command
 constexpr int kDialogTries = 20, kFileTries = 20, kCloseTries = 10, kCloseRounds = 3;
 constexpr int kInterval = 100;                  // milliseconds
 constexpr std::uint32_t kLongestDelay = 60'000; // milliseconds from asking for a dialog to writing it off
+constexpr int kOverdueTries = kLongestDelay / kInterval;
 // More are never counted: a client that opens none would never be used again.
 constexpr int kMostWrittenOff = 3;
 constexpr int kFocusTries = 20, kFocusWait = 10; // milliseconds until a window really has the focus
@@ -133,8 +134,8 @@ bool AwaitOverdueDialog(OeClient& client)
     if (!state.overdue) return true;
     const auto stopped = [&client] { return client.flags.stopAfterEmail || client.flags.closing; };
     client.reporter.LogLine(u"Waiting for an earlier Save Message As", Record::no);
-    while (FindSaveDialog(client) == 0 && IsOverdue(client) && !stopped())
-        WaitUntil(client, 1, kInterval, stopped);
+    WaitUntil(client, kOverdueTries, kInterval,
+              [&] { return FindSaveDialog(client) != 0 || !IsOverdue(client) || stopped(); });
     const bool came = FindSaveDialog(client) != 0;
     if (!came && stopped()) return false;
     if (!came && state.writtenOff < kMostWrittenOff) ++state.writtenOff;

@@ -1,0 +1,68 @@
+// PollIntervalTest.cpp: the extra "Poll Interval": the waits look more often, and give up no sooner or later.
+#include "oe/Conversation.h"
+#include "tests/support/RunBench.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(PollInterval, LooksAsOftenAsChosenForAsLong)
+{
+    // By the rule of the wait: a look, then as many as fit into its time, the last one at its end.
+    const struct {
+        int tries, interval, chosen, looks;
+    } cases[] = {
+        {20, 100, 100, 21}, {20, 100, 10, 201}, {5, 200, 100, 6},
+        {5, 200, 10, 101},  {3, 100, 40, 10}, // 40, 80 and 100 of each
+        {20, 10, 100, 21},  {20, 10, 10, 21},
+    };
+    for (const auto& [tries, interval, chosen, looks] : cases) {
+        SCOPED_TRACE(chosen);
+        OeBench bench({});
+        bench.settings.pollInterval = static_cast<std::int16_t>(chosen);
+        int looked = 0;
+        EXPECT_FALSE(WaitUntil(bench.client, tries, interval, [&] { return ++looked < 0; }));
+        EXPECT_EQ(looked, looks);
+        EXPECT_EQ(bench.fake.sleptMilliseconds, tries * interval);
+    }
+}
+
+TEST(PollInterval, DoesNotAddUpWhatLookingTakes)
+{
+    OeBench bench({});
+    bench.settings.pollInterval = 10;
+    EXPECT_FALSE(WaitUntil(bench.client, 20, 100, [&] {
+        bench.fake.Sleep(5);
+        return false;
+    }));
+    EXPECT_LE(bench.fake.sleptMilliseconds, 20 * 105 + 5);
+}
+
+TEST(PollInterval, ShortensAnExportAndAChangeOfFolder)
+{
+    int took[2] = {};
+    for (const int chosen : {10, 100}) {
+        RunBench bench;
+        bench.settings.pollInterval = static_cast<std::int16_t>(chosen);
+        bench.fake.dialogDelays = {20, 20, 20, 20, 20, 20, 20, 20, 20};
+        bench.fake.sleptMilliseconds = 0;
+        bench.SaveAll();
+        EXPECT_EQ(bench.rows.size(), 9u);
+        took[chosen / 100] = bench.fake.sleptMilliseconds;
+    }
+    EXPECT_LE(took[0] * 3, took[1]);
+}
+
+TEST(PollInterval, AFolderThatDoesNotComeIsGivenUpAfterTheSameTime)
+{
+    for (const int chosen : {10, 100}) {
+        TreeBench bench;
+        bench.settings.pollInterval = static_cast<std::int16_t>(chosen);
+        bench.fake.refreshAfter = 100'000;
+        bench.fake.sleptMilliseconds = 0;
+        EXPECT_FALSE(ChangeFolder(bench.client, 3, u"Work"));
+        EXPECT_EQ(bench.fake.sleptMilliseconds, 3100);
+    }
+}
+
+} // namespace
