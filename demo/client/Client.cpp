@@ -103,19 +103,45 @@ void Client::Layout() const
 
 void Client::ShowFolder(const MailFolder* folder)
 {
+    caption_ = folder ? Wide(folder->name) + L" - " + kProgramName : kProgramName;
+    nextComes_ = options_.keepList >= 0 && listHost_;
+    nextFolder_ = folder;
+    nextSince_ = GetTickCount();
+    if (nextComes_)
+        ShowNextList();
+    else
+        ShowList(folder);
+    KeepTimer();
+    if (shown_) SetWindowTextW(window_, caption_.c_str());
+}
+
+void Client::ShowNextList()
+{
+    if (!nextComes_ || GetTickCount() - nextSince_ < static_cast<DWORD>(options_.keepList)) return;
+    nextComes_ = false;
+    const std::unique_ptr<MessageList> before = std::move(list_);
+    list_ = std::make_unique<MessageList>(nextFolder_, RowsToShow(nextFolder_));
+    list_->TakeOver(*before);
+}
+
+FolderRows& Client::RowsToShow(const MailFolder* folder)
+{
+    if (!folder) return none_;
+    return rows_.try_emplace(folder, RowsOf(folder, options_.holdBack)).first->second;
+}
+
+void Client::ShowList(const MailFolder* folder)
+{
     // A new list for every folder: handles of the old one are dead from here on.
     const bool hadFocus = listHost_ && IsChild(listHost_, GetFocus());
     if (listHost_) DestroyWindow(listHost_);
     listHost_ = nullptr;
-    FolderRows& rows =
-        folder ? rows_.try_emplace(folder, RowsOf(folder, options_.holdBack)).first->second : none_;
-    list_ = std::make_unique<MessageList>(folder, rows);
+    list_ = std::make_unique<MessageList>(folder, RowsToShow(folder));
     if (!options_.noList) listHost_ = list_->Create(messageView_, options_);
     Watch(list_->ListView());
     if (listHost_) Watch(reinterpret_cast<HWND>(SendMessageW(list_->ListView(), LVM_GETHEADER, 0, 0)));
     fillingSince_ = GetTickCount();
     filling_ = options_.fill > 0;
-    KeepTimer();
     RECT place;
     GetClientRect(messageView_, &place);
     SendMessageW(messageView_, WM_SIZE, SIZE_RESTORED, MAKELPARAM(place.right, place.bottom));
@@ -123,8 +149,6 @@ void Client::ShowFolder(const MailFolder* folder)
 
     const std::wstring count = std::to_wstring(list_->Count()) + L" message(s), 0 unread";
     SetWindowTextW(status_, count.c_str());
-    caption_ = folder ? Wide(folder->name) + L" - " + kProgramName : kProgramName;
-    if (shown_) SetWindowTextW(window_, caption_.c_str());
 }
 
 void Client::AskForSave()
@@ -203,13 +227,14 @@ bool Client::FillList()
 
 void Client::KeepTimer()
 {
-    if (filling_ || !lateFiles_.empty() || !lateDialogs_.empty() || mishaps_.WaitsForTime())
+    if (filling_ || nextComes_ || !lateFiles_.empty() || !lateDialogs_.empty() || mishaps_.WaitsForTime())
         SetTimer(window_, kTimer, kTimerStep, nullptr);
 }
 
 void Client::OnTimer()
 {
     KillTimer(window_, kTimer);
+    ShowNextList();
     FillList();
     WriteDueFiles();
     KeepTimer(); // what follows may last

@@ -41,6 +41,9 @@ private:
     void OnCreate(HWND window);
     void Layout() const;
     void ShowFolder(const MailFolder* folder);
+    void ShowList(const MailFolder* folder);
+    FolderRows& RowsToShow(const MailFolder* folder); // null: none
+    void ShowNextList();                              // in the window of the one before, when it is time
     void AskForSave();
     void Save(const MailMessage* message); // null: the selected one
     const MailMessage* Selected();
@@ -73,6 +76,9 @@ private:
     std::vector<LateDialog> lateDialogs_;
     std::wstring caption_;
     DWORD shownSince_ = 0, fillingSince_ = 0;
+    const MailFolder* nextFolder_ = nullptr; // of the list that is to come
+    DWORD nextSince_ = 0;
+    bool nextComes_ = false;
     bool shown_ = false, dialogOpen_ = false, filling_ = false;
     std::size_t commands_ = 0;
     int insideMessage_ = 0; // what the client sends to its own controls is none from outside

@@ -121,6 +121,17 @@ HWND MessageList::Create(HWND messageView, const Options& options)
     return host;
 }
 
+void MessageList::TakeOver(const MessageList& before)
+{
+    list_ = before.list_;
+    fields_ = before.fields_;
+    LVITEMW item{};
+    item.stateMask = LVIS_FOCUSED | LVIS_SELECTED;
+    SendMessageW(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+    ShowRows(Count());
+    InvalidateRect(list_, nullptr, TRUE);
+}
+
 void MessageList::ShowRows(int count) const
 {
     SendMessageW(list_, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), LVSICF_NOSCROLL);

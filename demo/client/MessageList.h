@@ -29,6 +29,9 @@ public:
     // above messageView. No row is selected.
     HWND Create(HWND messageView, const Options& options);
 
+    // In place of it in its window. No row is selected.
+    void TakeOver(const MessageList& before);
+
     void OnGetDispInfo(NMLVDISPINFOW& info); // LVN_GETDISPINFOW
     void SelectFirst() const;
     void SetFocusToList() const { ::SetFocus(list_); }

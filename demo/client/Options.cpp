@@ -10,7 +10,7 @@ const wchar_t kUsage[] = L"usage: demo-client --mail DIRECTORY_OR_PACK [--select
                          L"  --system-dialog  --dialog-delays=MS,MS,..  --take-at-command  --slow=MS\n"
                          L"  --no-dialog  --no-combo  --no-edit  --careless-dialog  --save-nothing\n"
                          L"  --no-columns  --one-column  --column-titles=A,B,..  --no-list  --no-tree\n"
-                         L"  --language=en|de|fr|pl|ja\n"
+                         L"  --language=en|de|fr|pl|ja  --keep-list=MS\n"
                          L"  --fill=MS  --hold-back=N  --ignore-down-key  --close-after=N  --hang-after=N\n"
                          L"  --at=EVENT:N:ACTION[:VALUE]  (see Mishaps.h)\n";
 
@@ -38,6 +38,7 @@ struct Number {
 };
 const Number kNumbers[] = {
     {L"--fill", &Options::fill},
+    {L"--keep-list", &Options::keepList},
     {L"--hold-back", &Options::holdBack},
 };
 

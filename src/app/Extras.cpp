@@ -45,6 +45,10 @@ constexpr ExtraRow kRows[] = {
         u"Milliseconds between two looks at a dialog, a file or a folder that is waited for. With 10 an "
         u"export "
         u"takes a fraction of the time; how long is waited at the most stays as it is."),
+    Switch<&OeSettings::equalCounts>(
+        u"Equal Counts",
+        u"A folder is taken for the next one's, too, when both have as many e-mails and the list shows other "
+        u"ones; without it a run over all folders ends there."),
 };
 
 } // namespace

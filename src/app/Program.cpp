@@ -160,6 +160,7 @@ public:
     {
         program_.running_ = true;
         program_.flags_ = {};
+        program_.client_.missedExtras.clear();
         program_.window_.BeginCommand();
     }
     ~Bracket() noexcept(false) // the window may lack memory: that is for its procedure to say

@@ -205,6 +205,7 @@ void SayTotals(FolderRun& run, const CheckTotals& totals)
             u" folder(s) not saved, " + DecimalText(totals.foldersEmpty) + u" empty folder(s).");
     run.Log(run.checkSummary);
     run.Log(DecimalText(totals.emailsSaved) + u" email(s) already saved.");
+    SayMissedExtras(run);
 }
 
 } // namespace

@@ -76,6 +76,7 @@ std::optional<std::int32_t> CheckShownFolder(FolderRun& run)
         return total;
     }
     const std::optional<ComparisonResult> result = CompareFolder(run, total, emlFiles);
+    SayMissedExtras(run);
     if (!result) {
         (void)SayNoResult(run);
         return std::nullopt;

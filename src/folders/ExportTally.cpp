@@ -187,6 +187,7 @@ void AddToTotals(FolderRun& run, const FolderTally& tally, Extent extent)
 void SayClosingLine(FolderRun& run)
 {
     const ExportTotals& totals = run.exported;
+    SayMissedExtras(run);
     if (totals.handled == 0 && totals.notLookedAt == 0 && run.uncheckedFolders == 0) return;
     if (run.uncheckedFolders > 0)
         run.Log(DecimalText(run.uncheckedFolders) + u" folder(s) were not checked.");

@@ -128,6 +128,15 @@ void SummariseNothingStored(FolderRun& run, std::int32_t emails)
                            u" emails need to be exported.");
 }
 
+void SayMissedExtras(FolderRun& run)
+{
+    for (const Text& key : run.client.missedExtras) {
+        const Text line = u"The extra \"" + key + u"\" is made for what was left out here.";
+        run.Log(line);
+        run.view.AppendSummary(line);
+    }
+}
+
 void ReportDatabaseError(Reporter& reporter, const DatabaseError& error)
 {
     const Text words = u"Database error: " + error.Words();

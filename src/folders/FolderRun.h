@@ -88,5 +88,8 @@ Text NotSavedText(std::int32_t emails);
 void SummariseNotSaved(FolderRun& run, std::int32_t emails);
 void SummariseNothingStored(FolderRun& run, std::int32_t emails);
 
+// In log and summary, before the closing line: the extras that would have done more.
+void SayMissedExtras(FolderRun& run);
+
 // In log and box.
 void ReportDatabaseError(Reporter& reporter, const DatabaseError& error);

@@ -14,6 +14,7 @@
 #include "store/EmailEntry.h"
 
 #include <optional>
+#include <set>
 
 struct OeHandles {
     WindowHandle mainWindow = 0;  // "Outlook Express Browser Class"
@@ -47,6 +48,7 @@ struct OeSettings {
     float timeOffset = 0;     // months
     bool anyLanguage = false; // windows and buttons are known by what they are, not by their captions
     std::int16_t pollInterval = kUsualPollInterval; // milliseconds between two looks of a wait, at the most
+    bool equalCounts = false; // a list of as many rows that was rebuilt is the new folder's
 };
 
 // What is known of the "Save Message As" dialogs that the client was asked for.
@@ -81,4 +83,11 @@ struct OeClient {
     std::vector<EmailEntry> folderEntries{};
     bool silent = false; // it let a message run out of time and has not answered since
     SaveDialogState saveDialog{};
+    std::set<Text> missedExtras{}; // keys of those that would have helped since the command began
 };
+
+// That the extra would have helped, if it is not chosen anyway.
+inline void NoteMissedExtra(OeClient& client, const Text& key, bool isChosen)
+{
+    if (!isChosen) client.missedExtras.insert(key);
+}

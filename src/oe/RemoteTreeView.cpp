@@ -1,6 +1,7 @@
 #include "oe/RemoteTreeView.h"
 
 #include "oe/Conversation.h"
+#include "oe/ListSample.h"
 #include "oe/RemoteControls.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteText.h"
@@ -60,11 +61,14 @@ const OeFolder* LineOf(const OeClient& client, std::int32_t item)
 // Whether the list on the screen has become the new folder's.
 class FolderRefresh {
 public:
-    FolderRefresh(OeClient& client, const Text& folderName)
+    FolderRefresh(OeClient& client, const OeFolder* shown, const Text& folderName)
         : client_(client),
           folderName_(ThroughAnsi(client.codePage, folderName)), // as the caption comes
           before_(ListItemCount(client).value_or(0))
     {
+        // A caption that stays as it is tells of a change only from a folder of the same name.
+        if (!shown || !EqualNoCase(shown->Name(), folderName)) captionBefore_ = Caption();
+        if (client.settings.equalCounts) sample_ = SampleList(client, before_);
     }
 
     void Look()
@@ -72,7 +76,7 @@ public:
         // A list that has gone counts nothing; one that does not answer has not changed yet.
         const bool isThere = client_.desktop.IsThere(client_.handles.listView);
         now_ = isThere ? ListItemCount(client_).value_or(before_) : 0;
-        hit_ = FindNoCase(GetWindowCaption(client_.desktop, client_.handles.mainWindow), folderName_);
+        hit_ = FindNoCase(Caption(), folderName_);
     }
 
     // Before the first wait it goes by the look that was taken when the folder had just been selected. Count
@@ -85,14 +89,29 @@ public:
         // An empty folder after an empty folder cannot change the count: a caption that begins with its name
         // is enough, from the first wait on.
         if (waited && hit_ == 0 && before_ == 0 && now_ == 0) before_ = -1;
-        return now_ != before_ && hit_ != Text::npos;
+        if (hit_ == Text::npos) return false;
+        return now_ != before_ || IsRebuilt();
     }
+    // Only the count has not changed.
+    bool HasEqualCount() const { return hit_ != Text::npos && now_ == before_ && now_ > 0; }
 
 private:
+    Text Caption() const { return GetWindowCaption(client_.desktop, client_.handles.mainWindow); }
+
+    // Beyond the rule, by the user's choice: a list of as many rows that holds other e-mails. The caption may
+    // be ahead of the list, whose rows are then still those of the folder before.
+    bool IsRebuilt()
+    {
+        return !sample_.empty() && HasEqualCount() && Caption() != captionBefore_ &&
+               AreOfTwoLists(sample_, SampleList(client_, now_));
+    }
+
     OeClient& client_;
     const Text folderName_;
     std::int32_t before_, now_ = 0;
     std::size_t hit_ = Text::npos; // of the folder's name in the caption
+    Text captionBefore_{};
+    std::vector<Text> sample_{}; // of the list before
     bool waited_ = false;
 };
 
@@ -194,7 +213,8 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
         return false;
     }
     const OeFolder& line = client.lstTree[static_cast<std::size_t>(index)];
-    if (LineOf(client, CaretItem(client)) == &line) {
+    const OeFolder* shown = LineOf(client, CaretItem(client));
+    if (shown == &line) {
         const bool isShown = AwaitCaption(client, index);
         if (!isShown) ReportFailure(client);
         return isShown;
@@ -205,7 +225,7 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
         ReportFailure(client);
         return false;
     }
-    FolderRefresh refresh(client, folderName);
+    FolderRefresh refresh(client, shown, folderName);
     client.reporter.LogLine(u"Sending message to Outlook Express", Record::no);
     Act(client, tree, message::kTreeSelectItem, kFirstVisible, item);
     client.reporter.ProcessEvents();
@@ -222,7 +242,10 @@ bool ChangeFolder(OeClient& client, int index, const Text& folderName)
     if (!arrived) WaitUntil(client, 1, kRefreshInterval, [] { return false; });
     arrived = arrived && !client.silent;
     if (client.flags.closing) return false;
-    if (!arrived && !client.silent) ReportFailure(client);
+    if (!arrived && !client.silent) {
+        ReportFailure(client);
+        if (refresh.HasEqualCount()) NoteMissedExtra(client, u"Equal Counts", client.settings.equalCounts);
+    }
     FindOeHandles(client);
     if (Patiently(client, [&] { return ListColumnCount(client); }).value_or(0) == 0) {
         AbortRun(client);

@@ -73,6 +73,11 @@ void FakeClient::ShowFolder(int index)
     }
     shown = index;
     selected = {0};
+    NameInCaption(index);
+}
+
+void FakeClient::NameInCaption(int index)
+{
     CodePage1252 page; // captions come as ANSI texts
     const Text& name = folders[static_cast<std::size_t>(index)].name;
     windows_[main_].caption = ThroughAnsi(page, name) + u" - Outlook Express";
@@ -258,6 +263,7 @@ std::int32_t FakeClient::TreeMessage(std::uint32_t message, std::int32_t wParam,
         if (!folder || wParam != 9) return 0;
         if (refusesFolder) return 0;
         const int index = static_cast<int>(folder - folders.data());
+        if (captionFirst) NameInCaption(index);
         if (refreshAfter == 0)
             ShowFolder(index);
         else

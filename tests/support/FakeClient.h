@@ -21,6 +21,7 @@ struct Manners {
     bool refusesFolder = false;
     int refreshAfter = 0;           // milliseconds between selecting a folder and the new list
     bool keepsList = false;         // the list is filled anew instead of rebuilt
+    bool captionFirst = false;      // until the new list is there only the caption is the new folder's
     std::set<std::uint32_t> unread; // rows whose texts it does not tell
     bool withoutNul = false;        // a text that fills its buffer has no end
     bool noHeader = false;
@@ -90,8 +91,9 @@ public:
     void Start();               // anew, as another process with other items
     void End();                 // every window goes
     void Recover();             // good manners, time for what is late, no boxes; started anew if it has gone
-    void FallSilent(int milliseconds);                                   // from now on
-    void Later(int milliseconds, std::function<void()> what);            // unless it is silent then
+    void FallSilent(int milliseconds);                        // from now on
+    void Later(int milliseconds, std::function<void()> what); // unless it is silent then
+    void NameInCaption(int index);
     WindowHandle AddForeign(const Text& className, const Text& caption); // a window of another program
     WindowHandle AddModeless(const Text& className); // of the client, owned by its main window
     std::vector<Text> pressed;                       // labels of the buttons
