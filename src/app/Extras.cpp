@@ -49,6 +49,10 @@ constexpr ExtraRow kRows[] = {
         u"Equal Counts",
         u"A folder is taken for the next one's, too, when both have as many e-mails and the list shows other "
         u"ones; without it a run over all folders ends there."),
+    Switch<&RunOptions::lookAlikes>(u"Look-alikes",
+                                    u"Of e-mails that look exactly alike in the list each is saved, not only "
+                                    u"the first: the database then "
+                                    u"has as many records, and \"Condense database\" stays off."),
 };
 
 } // namespace

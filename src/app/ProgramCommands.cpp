@@ -257,6 +257,13 @@ void Program::mnMarkSaved()
 void Program::mnCondenseDB()
 {
     Run([this] {
+        if (Options().lookAlikes) {
+            const Text words =
+                u"Condensing stays off while the extra \"Look-alikes\" is chosen: records that stand "
+                u"twice are of e-mails that look alike.";
+            LogLine(words, Record::yes);
+            return window_.ShowBox(BoxIcon::information, words);
+        }
         (void)WritableDatabase(saved_); // or it throws, before the window changes
         window_.EnterBusyLayout();
         window_.ShowText(u"Condensing database...");

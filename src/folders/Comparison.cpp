@@ -12,6 +12,7 @@
 #include "text/Numbers.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace {
@@ -55,23 +56,6 @@ std::optional<ComparisonResult> CompareCounts(FolderRun& run, std::int32_t total
     return result;
 }
 
-// Whether the list is still what was read: as long, and with the same e-mails at its ends and at some places
-// between.
-bool IsAsRead(FolderRun& run, std::int32_t count)
-{
-    constexpr std::int32_t kPlaces = 16;
-    std::vector<Text> crcs(static_cast<std::size_t>(std::max(count, 0)));
-    if (crcs.size() != run.client.folderEntries.size()) return false;
-    for (const EmailEntry& entry : run.client.folderEntries)
-        crcs[static_cast<std::size_t>(entry.row)] = entry.Crc;
-    const auto isSame = [&](std::int32_t row) {
-        return ReadEntry(run.client, row).Crc == crcs[static_cast<std::size_t>(row)];
-    };
-    for (std::int32_t row = 0; row < count && !IsStopped(run); row += std::max(count / kPlaces, 1))
-        if (!isSame(row)) return false;
-    return count == 0 || IsStopped(run) || isSame(count - 1);
-}
-
 // Rows beyond those that were read, and the first one, of which nothing is certain.
 void AddUnread(std::vector<EmailEntry>& entries, std::int32_t count)
 {
@@ -92,7 +76,9 @@ bool ReadWholeList(FolderRun& run, std::int32_t expected)
         if (!ReadFolderEntries(run.client, show) || IsStopped(run)) return false;
         const std::optional<std::int32_t> count = CountEmails(run);
         if (!count) return false;
-        const bool asRead = IsAsRead(run, *count) && (*count > 0 || expected == 0);
+        const std::vector<Text> crcs = CrcsByRow(run.client);
+        const bool asRead =
+            std::ssize(crcs) == *count && IsListAsRead(run.client, crcs) && (*count > 0 || expected == 0);
         if (run.client.silent) return false;
         if (asRead) return true;
         run.Log(reading == 1 ? u"The message list has changed while it was read; it is read once more."
@@ -116,9 +102,10 @@ bool ReadEntries(FolderRun& run, std::int32_t expected, std::vector<const EmailE
     return true;
 }
 
-// Of those that look the same only one can be saved.
+// Of those that look the same only one can be saved, but by the user's choice.
 void SayLookAlikes(FolderRun& run, const std::vector<const EmailEntry*>& entries)
 {
+    if (run.view.Options().lookAlikes) return;
     std::vector<Text> crcs;
     for (const EmailEntry* entry : entries) crcs.push_back(entry->Crc);
     LogLookAlikes(run, crcs);
@@ -156,14 +143,17 @@ std::optional<ComparisonResult> CompareEntries(FolderRun& run, const std::vector
     return result;
 }
 
-// The CRCs that can be found in the list between two commas.
-std::unordered_set<Text> CachedCrcs(FolderRun& run)
+using Counts = std::unordered_map<Text, std::int32_t>; // by CRC
+
+// Of the CRCs that can be found in the list between two commas.
+Counts CachedCrcs(FolderRun& run)
 {
     run.view.ShowText(u"[2 of 3] Caching database...");
     const Text list = FolderCrcList(run.saved, run.currentFolder, u",", [&run] { run.view.ProcessEvents(); });
     if (list.size() < 2) return {};
-    const std::vector<Text> crcs = SplitAt(TextView(list).substr(1, list.size() - 2), u",");
-    return {crcs.begin(), crcs.end()};
+    Counts counts;
+    for (const Text& crc : SplitAt(TextView(list).substr(1, list.size() - 2), u",")) ++counts[crc];
+    return counts;
 }
 
 std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run, std::int32_t expected)
@@ -171,9 +161,13 @@ std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run, std::int32_t
     (void)OpenedDatabase(run.saved); // or it throws, before all is read for nothing
     std::vector<const EmailEntry*> entries;
     if (!ReadEntries(run, expected, entries)) return std::nullopt;
-    const std::unordered_set<Text> crcs = CachedCrcs(run);
-    return CompareEntries(run, entries,
-                          [&crcs](const EmailEntry& entry) { return crcs.count(entry.Crc) != 0; });
+    const Counts recorded = CachedCrcs(run);
+    const bool eachCounts = run.view.Options().lookAlikes;
+    Counts met;
+    return CompareEntries(run, entries, [&](const EmailEntry& entry) {
+        const auto found = recorded.find(entry.Crc);
+        return found != recorded.end() && (!eachCounts || ++met[entry.Crc] <= found->second);
+    });
 }
 
 bool HasNoDate(const EmlSummary& summary)
@@ -279,10 +273,21 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t ex
     if (!thorough) LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
     if (!run.saved.IsWritable()) run.Log(u"Nothing is recorded: " + WhyNotWritable(run.saved));
+    const bool eachCounts = run.view.Options().lookAlikes;
+    std::unordered_map<Text, RecordSearch::Places> taken; // by the CRC of those that look the same
+    Counts files;                                         // likewise
+    const auto hasFile = [&](const EmailEntry& entry) {
+        if (thorough) return found.count(&entry) != 0;
+        RecordSearch::Places& places = taken[entry.Crc];
+        const std::int32_t place = search.Match(entry, places);
+        if (place >= 0 && eachCounts) places.insert(place);
+        return place >= 0;
+    };
     return CompareEntries(run, entries, [&](const EmailEntry& entry) {
-        if (thorough ? !found.count(&entry) : search.Match(entry) < 0) return false;
+        if (!hasFile(entry)) return false;
         // The file is there: the database learns of it.
-        if (run.saved.IsWritable() && !IsSaved(run.saved, entry.Crc, run.currentFolder))
+        const std::int32_t needed = eachCounts ? ++files[entry.Crc] : 1;
+        if (run.saved.IsWritable() && CountRecords(run.saved, entry.Crc, run.currentFolder) < needed)
             AddSavedEmail(run.saved, run.currentFolder, entry);
         return true;
     });

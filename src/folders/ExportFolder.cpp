@@ -2,6 +2,7 @@
 
 #include "folders/ExportStatistics.h"
 #include "folders/ExportTally.h"
+#include "folders/LookAlikes.h"
 #include "folders/MatchScore.h"
 #include "folders/StoreFolders.h"
 #include "oe/Conversation.h"
@@ -22,6 +23,7 @@ constexpr int kBlockedMax = 10; // e-mails in a row for which a box of the clien
 struct Outcome {
     std::int32_t passed = 0, failed = 0, skipped = 0;
     FolderTally tally{};
+    AlikeList alike{};
 };
 
 enum class LoopEnd { atLast, early };
@@ -74,7 +76,8 @@ SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& su
 {
     const RunOptions options = run.view.Options();
     const EmailFile file{subject, entry.row, run.exportFolder, options.idOnly};
-    const SaveRequest request{file, options.skipFiles, options.sendKeys, entry.Crc, run.selectedFolder};
+    const SaveRequest request{file,      options.skipFiles,  options.sendKeys,
+                              entry.Crc, run.selectedFolder, options.lookAlikes};
     SaveResult result = SaveCurrentEmail(run.client, request);
     if (result == SaveResult::untried) return result;
     NoteHandled(tally, entry.row, entry.Crc, false);
@@ -85,6 +88,28 @@ SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& su
         NoteHandled(tally, entry.row, entry.Crc, true);
     }
     return result;
+}
+
+// Whether the e-mail is passed over as recorded.
+bool IsRecorded(FolderRun& run, const EmailEntry& entry, Outcome& outcome)
+{
+    FolderTally& tally = outcome.tally;
+    if (!tally.savesLookAlikes) {
+        if (!IsSaved(run.saved, entry.Crc, run.currentFolder)) return false;
+        NoteRecorded(tally, entry.row, entry.Crc);
+        return true;
+    }
+    switch (FindOwnRecord(run, outcome.alike, tally, entry)) {
+    case OwnRecord::none:
+        return false;
+    case OwnRecord::there:
+        NoteRecorded(tally, entry.row, entry.Crc);
+        return true;
+    case OwnRecord::inDoubt:
+        break;
+    }
+    NoteInDoubt(tally, entry.row, entry.Crc);
+    return true;
 }
 
 // The e-mail that is selected in the client. It is named after the row it was read from, which is not the
@@ -104,9 +129,8 @@ bool ExportSelected(FolderRun& run, Outcome& outcome)
     const Text subject = SubjectOf(run.client, details);
     run.Log(u"- Exporting " + subject);
     const EmailEntry entry = BuildEmailEntry(run.client, details);
-    if (IsSaved(run.saved, entry.Crc, run.currentFolder)) {
+    if (IsRecorded(run, entry, outcome)) {
         ++outcome.skipped;
-        NoteRecorded(tally, entry.row, entry.Crc);
         return true;
     }
     switch (SaveAndRecord(run, entry, subject, tally)) {
@@ -186,9 +210,7 @@ bool LookAgain(FolderRun& run, Outcome& outcome)
     if (!isRead || run.Flags().stopAfterEmail) return !run.client.silent;
     tally.rows = CountEmails(run).value_or(*count);
     if (tally.rows != *count) return !run.client.silent;
-    tally.listAtEnd.emplace(run.client.folderEntries.size());
-    for (const EmailEntry& entry : run.client.folderEntries)
-        (*tally.listAtEnd)[static_cast<std::size_t>(entry.row)] = entry.Crc;
+    tally.listAtEnd = CrcsByRow(run.client);
     return true;
 }
 
@@ -282,6 +304,7 @@ bool ExportFolder(FolderRun& run, bool partOfAllFolders)
 
     bool isCounted = false;
     Outcome outcome;
+    outcome.tally.savesLookAlikes = run.view.Options().lookAlikes;
     ExportStatistics statistics;
     statistics.startTime = run.clock.LocalNow();
     try {

@@ -74,12 +74,19 @@ Text LookAlikeText(std::int32_t firstRow)
     return u"look exactly like another e-mail of this folder, the first like row " + DecimalText(firstRow);
 }
 
+void NoteLookAlikes(FolderRun& run, bool areSaved)
+{
+    NoteMissedExtra(run.client, u"Look-alikes", areSaved);
+}
+
 void LogMetAgain(FolderRun& run, const FolderTally& tally)
 {
     const std::vector<Text> alike = TrueLookAlikes(tally);
-    if (!alike.empty())
+    if (!alike.empty()) {
         run.Log(DecimalText(SizeOf(alike.size())) + u" skipped: " +
                 LookAlikeText(tally.firstRows.at(alike.front())));
+        NoteLookAlikes(run, tally.savesLookAlikes);
+    }
     if (const std::size_t moved = tally.metAgain.size() - alike.size(); moved > 0)
         run.Log(DecimalText(SizeOf(moved)) +
                 u" skipped: met a second time, as the list or the selection moved");
@@ -105,11 +112,20 @@ void NoteSkipped(FolderTally& tally, SkipReason reason)
 
 void NoteRecorded(FolderTally& tally, std::int32_t row, const Text& crc)
 {
-    const bool isMetAgain = tally.firstRows.count(crc) != 0;
+    const bool isMetAgain =
+        tally.savesLookAlikes ? tally.emails.count({row, crc}) != 0 : tally.firstRows.count(crc) != 0;
     NoteSkipped(tally, isMetAgain ? SkipReason::metAgain : SkipReason::recorded);
     if (isMetAgain) tally.metAgain.push_back(crc);
     if (row == tally.lastRow) tally.hasMoved = true; // the Down key did not lead on
     NoteHandled(tally, row, crc, true);
+}
+
+void NoteInDoubt(FolderTally& tally, std::int32_t row, const Text& crc)
+{
+    NoteSkipped(tally, SkipReason::metAgain);
+    tally.metAgain.push_back(crc);
+    tally.hasMoved = true;
+    NoteHandled(tally, row, crc, false);
 }
 
 bool NeedsListAtEnd(const FolderTally& tally, std::int32_t passed)
@@ -146,7 +162,9 @@ void LogLookAlikes(FolderRun& run, const std::vector<Text>& crcs)
         const auto [first, isNew] = firstRows.emplace(crcs[row], row);
         if (!isNew && ++count == 1) firstRow = first->second;
     }
-    if (count > 0) run.Log(DecimalText(count) + u' ' + LookAlikeText(SizeOf(firstRow)));
+    if (count == 0) return;
+    run.Log(DecimalText(count) + u' ' + LookAlikeText(SizeOf(firstRow)));
+    NoteLookAlikes(run, false);
 }
 
 std::int32_t NotLookedAt(const FolderTally& tally, Extent extent)

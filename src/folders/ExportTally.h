@@ -18,6 +18,7 @@ struct FolderTally {
     std::int32_t rowsAtStart = 0; // in the list
     std::int32_t rows = 0;        // as it was counted last
     std::int32_t lastRow = -1;    // that was handled last
+    bool savesLookAlikes = false; // each of those that look the same has a record of its own
     bool hasMoved = false;        // the rows were not met one after the other
     std::optional<std::vector<Text>>
         listAtEnd{}; // the CRC of each row, empty where unread; if it was read again
@@ -28,6 +29,8 @@ void NoteHandled(FolderTally& tally, std::int32_t row, const Text& crc, bool sav
 void NoteSkipped(FolderTally& tally, SkipReason reason);
 // An e-mail of which there is a record already: from another run, or of one that was met in this.
 void NoteRecorded(FolderTally& tally, std::int32_t row, const Text& crc);
+// One that looks like another, whose record may be the other's.
+void NoteInDoubt(FolderTally& tally, std::int32_t row, const Text& crc);
 
 // Whether only reading the list once more tells what was missed.
 bool NeedsListAtEnd(const FolderTally& tally, std::int32_t passed);

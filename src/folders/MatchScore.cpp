@@ -90,10 +90,11 @@ RecordSearch::RecordSearch(const std::vector<EmlSummary>& records) : records_(re
     places_.erase(std::unique(places_.begin(), places_.end()), places_.end());
 }
 
-std::int32_t RecordSearch::Match(const EmailEntry& entry)
+std::int32_t RecordSearch::Match(const EmailEntry& entry, const Places& passedOver)
 {
     const bool dated = IsChecked(entry.Sent) || IsChecked(entry.Received);
-    const std::int32_t found = dated && MostChecks(entry) < kRoundsUp ? FindByDates(entry) : FindInAll(entry);
+    const bool byDates = dated && MostChecks(entry) < kRoundsUp;
+    const std::int32_t found = byDates ? FindByDates(entry, passedOver) : FindInAll(entry, passedOver);
     if (found >= kStepBack) start_ = found - kStepBack;
     return found;
 }
@@ -129,7 +130,13 @@ void RecordSearch::AddPlaces(std::int32_t record)
     if (delivery == date) places_.push_back({Pair(date, kBoth), record});
 }
 
-std::int32_t RecordSearch::FindByDates(const EmailEntry& entry) const
+bool RecordSearch::Fits(const EmailEntry& entry, std::int32_t record, const Places& passedOver) const
+{
+    return passedOver.count(record) == 0 &&
+           MatchScore(entry, records_[static_cast<std::size_t>(record)]) == 100;
+}
+
+std::int32_t RecordSearch::FindByDates(const EmailEntry& entry, const Places& passedOver) const
 {
     const std::uint32_t sent = KnownNumberOf(entry.Sent);
     const std::uint64_t pair = Pair(sent, KnownNumberOf(entry.Received));
@@ -142,13 +149,13 @@ std::int32_t RecordSearch::FindByDates(const EmailEntry& entry) const
         if (!moreFirst && !moreSecond) return -1;
         const bool takeFirst = moreFirst && (!moreSecond || first->record <= second->record);
         const std::int32_t record = takeFirst ? (first++)->record : (second++)->record;
-        if (MatchScore(entry, records_[static_cast<std::size_t>(record)]) == 100) return record;
+        if (Fits(entry, record, passedOver)) return record;
     }
 }
 
-std::int32_t RecordSearch::FindInAll(const EmailEntry& entry) const
+std::int32_t RecordSearch::FindInAll(const EmailEntry& entry, const Places& passedOver) const
 {
-    for (std::size_t i = static_cast<std::size_t>(start_); i < records_.size(); ++i)
-        if (MatchScore(entry, records_[i]) == 100) return static_cast<std::int32_t>(i);
+    for (std::int32_t record = start_; record < std::ssize(records_); ++record)
+        if (Fits(entry, record, passedOver)) return record;
     return -1;
 }

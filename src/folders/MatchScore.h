@@ -4,6 +4,7 @@
 #include "store/EmailEntry.h"
 #include "text/DayCount.h"
 
+#include <set>
 #include <unordered_map>
 
 // Of an e-mail whose dates are not to be compared. kNoListDate is one that the file must lack, too.
@@ -18,8 +19,11 @@ class RecordSearch {
 public:
     explicit RecordSearch(const std::vector<EmlSummary>& records); // which must outlive the search
 
-    // The first record from the search's start on that scores 100; -1 when there is none.
-    std::int32_t Match(const EmailEntry& entry);
+    using Places = std::set<std::int32_t>; // of records
+
+    // The first record from the search's start on that scores 100, of those that are not passed over; -1 when
+    // there is none.
+    std::int32_t Match(const EmailEntry& entry, const Places& passedOver = {});
 
 private:
     // A record that has a pair of minutes, as numbers of their texts.
@@ -31,8 +35,9 @@ private:
     std::uint32_t NumberOf(const Text& minute);
     std::uint32_t KnownNumberOf(double date) const;
     void AddPlaces(std::int32_t record);
-    std::int32_t FindByDates(const EmailEntry& entry) const;
-    std::int32_t FindInAll(const EmailEntry& entry) const;
+    std::int32_t FindByDates(const EmailEntry& entry, const Places& passedOver) const;
+    std::int32_t FindInAll(const EmailEntry& entry, const Places& passedOver) const;
+    bool Fits(const EmailEntry& entry, std::int32_t record, const Places& passedOver) const;
 
     const std::vector<EmlSummary>& records_;
     std::unordered_map<Text, std::uint32_t> minuteNumbers_;

@@ -20,6 +20,7 @@ struct RunOptions {
     bool jumpRemain = false;                     // chkJumpRemain
     bool freshRunList = false;                   // cmdSaveAll begins with an empty export list
     bool thoroughComparison = false;             // "File (slow)" by ThoroughSearch
+    bool lookAlikes = false;                     // each e-mail of those that look the same is saved
     Text firstFolderToIgnore = u"Deleted Items"; // txtIgnore
     Text systemFolders =
         u"|local folders|";              // full names that an all-folders run passes over, each between "|"

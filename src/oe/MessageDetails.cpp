@@ -212,3 +212,24 @@ bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>&
         [](const EmailEntry& a, const EmailEntry& b) { return EntryDateKey(a) < EntryDateKey(b); });
     return true;
 }
+
+std::vector<Text> CrcsByRow(const OeClient& client)
+{
+    std::vector<Text> crcs(client.folderEntries.size());
+    for (const EmailEntry& entry : client.folderEntries)
+        crcs[static_cast<std::size_t>(entry.row)] = entry.Crc;
+    return crcs;
+}
+
+bool IsListAsRead(OeClient& client, const std::vector<Text>& crcs)
+{
+    constexpr std::int32_t kPlaces = 16;
+    const auto count = static_cast<std::int32_t>(crcs.size());
+    const bool& stopped = client.flags.stopAfterEmail;
+    const auto isSame = [&](std::int32_t row) {
+        return ReadEntry(client, row).Crc == crcs[static_cast<std::size_t>(row)];
+    };
+    for (std::int32_t row = 0; row < count && !stopped; row += std::max(count / kPlaces, 1))
+        if (!isSame(row)) return false;
+    return count == 0 || stopped || isSame(count - 1);
+}

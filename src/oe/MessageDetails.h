@@ -40,3 +40,8 @@ EmailEntry ReadEntry(OeClient& client, std::int32_t row);
 // stopAfterEmail is set, the rows that follow are left out. False when the client fell silent, or did not say
 // how many rows there are.
 bool ReadFolderEntries(OeClient& client, const std::function<void(int percent)>& progress);
+std::vector<Text> CrcsByRow(const OeClient& client); // of client.folderEntries
+
+// Whether a list of as many rows is still what was read: the same e-mails stand at its ends and at some
+// places between. True as soon as stopAfterEmail is set.
+bool IsListAsRead(OeClient& client, const std::vector<Text>& crcs);

@@ -160,6 +160,7 @@ bool HoldsThatEmail(OeClient& client, const SaveRequest& request)
 {
     const std::optional<EmailEntry> selected = ReadSelectedEntry(client);
     if (!selected || selected->Crc != request.crc) return false;
+    if (request.sameRow && selected->row != request.id) return false;
     if (request.folder < 0) return true;
     return ShownFolder(client) == request.folder && IsInCaption(client, request.folder);
 }

@@ -15,8 +15,9 @@ enum class SaveResult : std::int16_t {
 struct SaveRequest : EmailFile {
     bool skipFiles = false;
     bool sendKeys = false;
-    Text crc{};      // of the e-mail that was read
-    int folder = -1; // line of lstTree that the client must show; -1: any
+    Text crc{};           // of the e-mail that was read
+    int folder = -1;      // line of lstTree that the client must show; -1: any
+    bool sameRow = false; // another row's e-mail is another one, though it looks the same
 };
 
 // Every outcome but `saved` and `untried` has a line in the log. No message is ever saved under another's

@@ -23,6 +23,18 @@ TEST_P(ExtrasTest, NeighboursWithEqualCountsEndARunOnlyWithoutTheExtra)
     EXPECT_EQ(Contains(Log(), "The extra \"Equal Counts\" is made for what was left out here."), !GetParam());
 }
 
+TEST_P(ExtrasTest, EachOfThoseThatLookAlikeIsSavedOnlyWithTheExtra)
+{
+    CreateFolder(L"mail");
+    CreateFolder(L"mail\\Inbox");
+    for (const wchar_t* name : {L"0", L"1", L"2"})
+        program.Write(std::wstring(L"mail\\Inbox\\") + name + L".eml", Message("Twin", 5));
+    ASSERT_TRUE(StartWithExtra("Look-alikes=1"));
+    Run(cmdSaveAll);
+    EXPECT_TRUE(IsStored(L"Inbox\\0000_Twin.eml"));
+    EXPECT_EQ(IsStored(L"Inbox\\0001_Twin.eml") && IsStored(L"Inbox\\0002_Twin.eml"), GetParam());
+}
+
 INSTANTIATE_TEST_SUITE_P(WithoutAndWith, ExtrasTest, testing::Bool());
 
 } // namespace
