@@ -53,6 +53,9 @@ constexpr ExtraRow kRows[] = {
                                     u"Of e-mails that look exactly alike in the list each is saved, not only "
                                     u"the first: the database then "
                                     u"has as many records, and \"Condense database\" stays off."),
+    Switch<&RunOptions::selectRows>(
+        u"Select Rows", u"Where the Down key does not lead to the next e-mail, in a grouped or re-sorted list or behind a "
+                        u"click, its row is selected by number, and the export goes on until every row was read."),
 };
 
 } // namespace

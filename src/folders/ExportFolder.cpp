@@ -12,6 +12,7 @@
 #include "oe/WindowDiscovery.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -175,22 +176,38 @@ void EndWithoutCount(FolderRun& run, bool partOfAllFolders)
     if (SayNoResult(run) == NoResult::clientSilent && partOfAllFolders) run.Flags().stopAfterFolder = true;
 }
 
+// The row that the loop has come to. False when that ends the export.
+bool ExportRow(FolderRun& run, std::int32_t id, bool partOfAllFolders, ExportStatistics& statistics,
+               Outcome& outcome)
+{
+    if (IsStopped(run, partOfAllFolders)) return false;
+    ++statistics.processed;
+    statistics.Show(run.view, id, run.clock.LocalNow());
+    if (partOfAllFolders) statistics.ShowTotals(run.view, run.runTotalSaved, run.runTotalToSave);
+    if (!IsClientThere(run)) return false;
+    const Attempt attempt = ExportPatiently(run, outcome);
+    if (attempt == Attempt::clientLost) EndForSilentClient(run, partOfAllFolders);
+    if (attempt == Attempt::stopped) (void)IsStopped(run, partOfAllFolders);
+    return attempt == Attempt::done;
+}
+
+void EndRow(FolderRun& run, const ExportStatistics& statistics)
+{
+    SweepNowAndThen(run.client.memory, statistics.processed);
+    run.view.ProcessEvents();
+}
+
 LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& statistics, Outcome& outcome)
 {
     const std::int32_t last = statistics.count - 1;
     for (std::int32_t id = run.client.currentEmailId; id <= last; ++id) {
-        if (IsStopped(run, partOfAllFolders)) return LoopEnd::early;
-        ++statistics.processed;
-        statistics.Show(run.view, id, run.clock.LocalNow());
-        if (partOfAllFolders) statistics.ShowTotals(run.view, run.runTotalSaved, run.runTotalToSave);
-        if (!IsClientThere(run)) return LoopEnd::early;
-        const Attempt attempt = ExportPatiently(run, outcome);
-        if (attempt == Attempt::clientLost) EndForSilentClient(run, partOfAllFolders);
-        if (attempt == Attempt::stopped) (void)IsStopped(run, partOfAllFolders);
-        if (attempt != Attempt::done) return LoopEnd::early;
+        if (!ExportRow(run, id, partOfAllFolders, statistics, outcome)) return LoopEnd::early;
         SendKey(run.client, run.client.handles.listView, kDownKey, WithCharacter::no);
-        SweepNowAndThen(run.client.memory, statistics.processed);
-        run.view.ProcessEvents();
+        if (id < last && run.view.Options().selectRows) {
+            if (ListItemCount(run.client).value_or(statistics.count) <= id + 1) break; // rows have gone
+            if (SelectOnly(run.client, id + 1)) outcome.tally.hasMoved = true;
+        }
+        EndRow(run, statistics);
     }
     return LoopEnd::atLast;
 }
@@ -203,6 +220,7 @@ bool LookAgain(FolderRun& run, Outcome& outcome)
     const std::optional<std::int32_t> count = CountEmails(run);
     if (!count) return !run.client.silent; // another folder's list tells nothing of this one
     tally.rows = *count;
+    tally.listAtEnd.reset();
     if (run.Flags().stopAfterEmail || !NeedsListAtEnd(tally, outcome.passed)) return true;
     run.view.ShowText(u"Looking for e-mails that were missed...");
     const bool isRead = ReadFolderEntries(
@@ -212,6 +230,27 @@ bool LookAgain(FolderRun& run, Outcome& outcome)
     if (tally.rows != *count) return !run.client.silent;
     tally.listAtEnd = CrcsByRow(run.client);
     return true;
+}
+
+// By the user's choice the export goes back to what the loop has missed, as often as that helps.
+LoopEnd ExportMissed(FolderRun& run, bool partOfAllFolders, ExportStatistics& statistics, Outcome& outcome)
+{
+    std::size_t before = std::numeric_limits<std::size_t>::max();
+    for (;;) {
+        if (!LookAgain(run, outcome)) {
+            EndForSilentClient(run, partOfAllFolders);
+            return LoopEnd::early;
+        }
+        const std::vector<std::int32_t> rows = MissedRows(outcome.tally);
+        if (rows.empty() || rows.size() >= before) return LoopEnd::atLast;
+        before = rows.size();
+        statistics.count = std::max(statistics.count, rows.back() + 1);
+        for (const std::int32_t row : rows) {
+            (void)SelectOnly(run.client, row);
+            if (!ExportRow(run, row, partOfAllFolders, statistics, outcome)) return LoopEnd::early;
+            EndRow(run, statistics);
+        }
+    }
 }
 
 void EndAtLast(FolderRun& run, bool partOfAllFolders, Outcome& outcome)
@@ -247,7 +286,9 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
     if (run.client.detailsFound) LogMissingColumns(run);
     outcome.tally.firstRow = std::max(run.client.currentEmailId, 0);
     run.client.saveDialog.blocked = 0;
-    const LoopEnd end = ExportEmails(run, partOfAllFolders, statistics, outcome);
+    LoopEnd end = ExportEmails(run, partOfAllFolders, statistics, outcome);
+    if (end == LoopEnd::atLast && run.view.Options().selectRows)
+        end = ExportMissed(run, partOfAllFolders, statistics, outcome);
     if (end == LoopEnd::atLast)
         EndAtLast(run, partOfAllFolders, outcome);
     else if (!run.client.silent)

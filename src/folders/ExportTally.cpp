@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_map>
 
 namespace {
 
@@ -133,6 +134,47 @@ bool NeedsListAtEnd(const FolderTally& tally, std::int32_t passed)
     const bool mayHaveLookAlikesAbove = tally.firstRow > 0 && tally.skipped.count(SkipReason::recorded) != 0;
     const bool countFits = tally.rows - tally.firstRow == SizeOf(tally.emails.size());
     return passed > 0 || tally.hasMoved || mayHaveLookAlikesAbove || !countFits;
+}
+
+bool IsInOrder(const FolderTally& tally, const std::vector<Text>& crcs)
+{
+    std::unordered_map<Text, std::size_t> rowOf;
+    for (std::size_t row = 0; row < crcs.size(); ++row)
+        if (const auto [place, isNew] = rowOf.emplace(crcs[row], row); !isNew)
+            place->second = Text::npos; // one of several
+    std::size_t last = 0;
+    for (const auto& [email, saved] : tally.emails) {
+        const auto found = rowOf.find(email.second);
+        if (found == rowOf.end() || found->second == Text::npos) continue;
+        if (found->second < last) return false;
+        last = found->second;
+    }
+    return true;
+}
+
+std::vector<std::int32_t> MissedRows(const FolderTally& tally)
+{
+    if (!tally.listAtEnd) return {};
+    const std::vector<Text>& crcs = *tally.listAtEnd;
+    const std::set<std::int32_t> read = RowsRead(tally);
+    Counts left = HandledOfCrc(tally);
+    std::vector<std::int32_t> unknown, missed;
+    for (std::int32_t row = IsInOrder(tally, crcs) ? tally.firstRow : 0; row < SizeOf(crcs.size()); ++row) {
+        const Text& crc = crcs[static_cast<std::size_t>(row)];
+        if (tally.emails.count({row, crc}) != 0)
+            --left[crc];
+        else if (!crc.empty() || !read.count(row))
+            unknown.push_back(row);
+    }
+    // Those that have moved: of several that look the same one for each that was handled.
+    for (const std::int32_t row : unknown) {
+        const auto handled = left.find(crcs[static_cast<std::size_t>(row)]);
+        if (handled != left.end() && handled->second > 0)
+            --handled->second;
+        else
+            missed.push_back(row);
+    }
+    return missed;
 }
 
 void LogSkipReasons(FolderRun& run, const FolderTally& tally)

@@ -21,6 +21,7 @@ struct RunOptions {
     bool freshRunList = false;                   // cmdSaveAll begins with an empty export list
     bool thoroughComparison = false;             // "File (slow)" by ThoroughSearch
     bool lookAlikes = false;                     // each e-mail of those that look the same is saved
+    bool selectRows = false;   // an export goes to the rows that the Down key does not lead to
     Text firstFolderToIgnore = u"Deleted Items"; // txtIgnore
     Text systemFolders =
         u"|local folders|";              // full names that an all-folders run passes over, each between "|"

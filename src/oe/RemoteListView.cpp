@@ -165,6 +165,15 @@ void SelectListItem(OeClient& client, std::int32_t item, OtherItems others)
     SetListItemState(client, item, kFocused | kSelected);
 }
 
+bool SelectOnly(OeClient& client, std::int32_t item)
+{
+    const auto isSelected = [&] { return SelectedIndex(client) == item && SelectedCount(client) == 1; };
+    if (Patiently(client, isSelected) || !AwaitClient(client)) return false;
+    SetListItemState(client, -1, 0);
+    SetListItemState(client, item, kFocused | kSelected);
+    return true;
+}
+
 void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state)
 {
     const WindowHandle list = client.handles.listView;

@@ -29,5 +29,7 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item);
 enum class OtherItems { keep, clear };
 // Selects and focuses a row. Kept: does nothing when as many rows are selected as the row's number says.
 void SelectListItem(OeClient& client, std::int32_t item, OtherItems others);
+// Selects and focuses the row, and no other. Whether it was not so.
+bool SelectOnly(OeClient& client, std::int32_t item);
 // LVIS_FOCUSED (1) and LVIS_SELECTED (2) of one row, or of all with item -1; then scrolls the row into view.
 void SetListItemState(OeClient& client, std::int32_t item, std::uint32_t state);
