@@ -54,8 +54,13 @@ constexpr ExtraRow kRows[] = {
                                     u"the first: the database then "
                                     u"has as many records, and \"Condense database\" stays off."),
     Switch<&RunOptions::selectRows>(
-        u"Select Rows", u"Where the Down key does not lead to the next e-mail, in a grouped or re-sorted list or behind a "
-                        u"click, its row is selected by number, and the export goes on until every row was read."),
+        u"Select Rows",
+        u"Where the Down key does not lead to the next e-mail, in a grouped or re-sorted list or behind a "
+        u"click, its row is selected by number, and the export goes on until every row was read."),
+    Switch<&RunOptions::verifySaved>(
+        u"Verify Saved",
+        u"An e-mail counts as saved when its file is whole, and subject, sender and date in it do not "
+        u"contradict the list; otherwise, after a minute at the most, it has failed, and the file stays."),
 };
 
 } // namespace

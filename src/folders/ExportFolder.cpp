@@ -4,6 +4,7 @@
 #include "folders/ExportTally.h"
 #include "folders/LookAlikes.h"
 #include "folders/MatchScore.h"
+#include "folders/SavedFile.h"
 #include "folders/StoreFolders.h"
 #include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
@@ -73,6 +74,15 @@ bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
     return false;
 }
 
+// By the user's choice.
+bool IsVerified(FolderRun& run, const EmailEntry& entry)
+{
+    const Text& path = run.client.saveDialog.savedPath;
+    const Text reason = WhyNotVerified(run, entry, path);
+    if (!reason.empty()) run.Log(u"Not taken for saved, as " + reason + u": " + path);
+    return reason.empty();
+}
+
 SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& subject, FolderTally& tally)
 {
     const RunOptions options = run.view.Options();
@@ -83,6 +93,8 @@ SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& su
     if (result == SaveResult::untried) return result;
     NoteHandled(tally, entry.row, entry.Crc, false);
     if (result == SaveResult::saved && !IsThatEmail(run, entry)) result = SaveResult::failed;
+    if (result == SaveResult::saved && options.verifySaved && !IsVerified(run, entry))
+        result = SaveResult::failed;
     if (result == SaveResult::saved) {
         ++run.runTotalSaved;
         AddSavedEmail(run.saved, run.currentFolder, entry);

@@ -36,7 +36,8 @@ void NoteInDoubt(FolderTally& tally, std::int32_t row, const Text& crc);
 bool NeedsListAtEnd(const FolderTally& tally, std::int32_t passed);
 
 // Whether the handled e-mails stand in the list in the order of their rows, as after new mail, but not in a
-// list that was sorted anew. Of those that look the same nothing can be said. crcs: by row, empty where unread.
+// list that was sorted anew. Of those that look the same nothing can be said. crcs: by row, empty where
+// unread.
 bool IsInOrder(const FolderTally& tally, const std::vector<Text>& crcs);
 // The rows that were not handled, of listAtEnd: from the first row on, or of the whole list when that row is
 // another e-mail's by now. None when the list was not read again.

@@ -14,14 +14,15 @@ enum class ComparisonType { simple, database, file };
 // The choices that a run reads, each at the moment it needs it: the user may change them in between. At first
 // they are what the window shows before any file was read.
 struct RunOptions {
-    bool idOnly = false;                         // chkIDonly
-    bool sendKeys = false;                       // chkSendKeys
-    bool skipFiles = false;                      // chkSkipFiles
-    bool jumpRemain = false;                     // chkJumpRemain
-    bool freshRunList = false;                   // cmdSaveAll begins with an empty export list
-    bool thoroughComparison = false;             // "File (slow)" by ThoroughSearch
-    bool lookAlikes = false;                     // each e-mail of those that look the same is saved
-    bool selectRows = false;   // an export goes to the rows that the Down key does not lead to
+    bool idOnly = false;             // chkIDonly
+    bool sendKeys = false;           // chkSendKeys
+    bool skipFiles = false;          // chkSkipFiles
+    bool jumpRemain = false;         // chkJumpRemain
+    bool freshRunList = false;       // cmdSaveAll begins with an empty export list
+    bool thoroughComparison = false; // "File (slow)" by ThoroughSearch
+    bool lookAlikes = false;         // each e-mail of those that look the same is saved
+    bool selectRows = false;         // an export goes to the rows that the Down key does not lead to
+    bool verifySaved = false;        // a file counts when it is whole and does not contradict the e-mail
     Text firstFolderToIgnore = u"Deleted Items"; // txtIgnore
     Text systemFolders =
         u"|local folders|";              // full names that an all-folders run passes over, each between "|"

@@ -8,10 +8,24 @@
 #include <new>
 #include <set>
 
+struct BytesFile final : RandomFile { // that can only be read
+    explicit BytesFile(std::string held) : bytes(std::move(held)) {}
+    std::uint64_t Size() override { return bytes.size(); }
+    bool ReadAt(std::uint64_t offset, char* to, std::size_t count) override
+    {
+        return offset + count <= bytes.size() && bytes.copy(to, count, offset) == count;
+    }
+    bool WriteAt(std::uint64_t, const char*, std::size_t) override { return false; }
+    bool Resize(std::uint64_t) override { return false; }
+    bool Flush() override { return true; }
+    std::string bytes;
+};
+
 struct FakeFiles : NoFiles {
     std::map<Text, std::string> files; // by folded path
     std::set<Text> directories;        // likewise, without a separator at the end
     std::set<Text> refused;            // directories that cannot be made or written to
+    std::set<Text> inUse;              // files that another program writes
     std::set<Text> tooLarge;           // files that do not fit into memory
     Text gone;                         // a drive or directory, folded, below which nothing can be reached
     std::function<void()> onLook;      // before each look at the store, which may take its time
@@ -83,6 +97,14 @@ struct FakeFiles : NoFiles {
         const bool isThere = found != files.end() && !IsGone(path);
         bytes = isThere ? found->second : std::string();
         return isThere ? FileError::none : FileError::notFound;
+    }
+    // For reading alone.
+    std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) override
+    {
+        const bool isThere = mode == OpenMode::read && FileExists(path);
+        error = !isThere ? FileError::notFound : inUse.count(Key(path)) ? FileError::inUse : FileError::none;
+        if (error != FileError::none) return nullptr;
+        return std::make_unique<BytesFile>(files.at(Key(path)));
     }
     bool MakeDirectory(const Text& path) override
     {

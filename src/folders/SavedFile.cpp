@@ -1,0 +1,146 @@
+#include "folders/SavedFile.h"
+
+#include "mail/EncodedWords.h"
+#include "mail/modEmailAnalysis.h"
+#include "oe/Conversation.h"
+#include "text/Numbers.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace {
+
+constexpr int kWholeTries = 600, kInterval = 100; // milliseconds
+constexpr std::int64_t kMinute = 60, kHour = 60 * kMinute;
+constexpr std::int64_t kFarthestZones = 16 * kHour; // between Universal Time and any clock on a wall
+
+// Letters and digits alone, as blanks and signs come out differently. Nothing where a character may stand for
+// another one, or for none.
+std::optional<Text> PlainLetters(TextView text)
+{
+    Text letters;
+    if (text.find(u"=?") != TextView::npos)
+        return std::nullopt; // a word of a character set that is not known
+    for (const char16_t unit : text) {
+        const bool isBlank = unit == u'\t' || unit == u'\r' || unit == u'\n';
+        if (unit >= 0x7F || (unit < 0x20 && !isBlank)) return std::nullopt;
+        const char16_t folded = FoldCase(unit);
+        if ((folded >= u'a' && folded <= u'z') || (folded >= u'0' && folded <= u'9')) letters += folded;
+    }
+    return letters.empty() ? std::nullopt : std::optional(letters);
+}
+
+// A header's value as a reader sees it; a damaged one tells nothing.
+std::optional<Text> PlainHeader(FolderRun& run, std::string_view block, std::string_view name)
+{
+    const Text raw = run.codePage.FromAnsi(HeaderValue(block, name, true));
+    try {
+        return PlainLetters(DecodeHeaderText(raw, false, run.codePage));
+    } catch (const ValueFault&) {
+        return std::nullopt;
+    }
+}
+
+// Of text[at] on; nothing when these are not so many digits.
+std::optional<int> Digits(TextView text, std::size_t at, std::size_t count)
+{
+    if (text.size() < at + count) return std::nullopt;
+    int number = 0;
+    for (const char16_t unit : text.substr(at, count)) {
+        if (unit < u'0' || unit > u'9') return std::nullopt;
+        number = number * 10 + (unit - u'0');
+    }
+    return number;
+}
+
+// "10:15" or "10:15:30" in seconds.
+std::optional<int> SecondsOfTime(TextView text)
+{
+    const auto hour = Digits(text, 0, 2), minute = Digits(text, 3, 2);
+    const auto second = text.size() == 5 ? std::optional(0) : Digits(text, 6, 2);
+    if (!hour || !minute || !second || text[2] != u':' || (text.size() != 5 && text.size() != 8))
+        return std::nullopt;
+    return *hour * 3600 + *minute * 60 + *second;
+}
+
+// "+0200" in seconds.
+std::optional<int> SecondsOfZone(TextView text)
+{
+    const auto hour = Digits(text, 1, 2), minute = Digits(text, 3, 2);
+    if (!hour || !minute || text.size() != 5 || (text[0] != u'+' && text[0] != u'-')) return std::nullopt;
+    return (*hour * 3600 + *minute * 60) * (text[0] == u'-' ? -1 : 1);
+}
+
+// Seconds in Universal Time of "Tue, 3 Apr 2007 10:15:30 +0200" (RFC 5322); nothing for any other shape.
+std::optional<std::int64_t> SecondsOfDate(std::string_view block)
+{
+    Text value = FromAscii(HeaderValue(block, "date:", true));
+    value.erase(0, value.find(u',') + 1); // npos + 1 is 0
+    std::vector<Text> parts = SplitAt(value, u" ");
+    std::erase_if(parts, [](Text& part) { return (part = ReplaceAll(part, u"\r", u"")).empty(); });
+    if (parts.size() < 5 || parts[0].size() > 2 || parts[1].size() != 3) return std::nullopt;
+    const std::size_t month = FindNoCase(u"JanFebMarAprMayJunJulAugSepOctNovDec", parts[1]);
+    const auto day = Digits(parts[0], 0, parts[0].size()), year = Digits(parts[2], 0, 4);
+    const auto time = SecondsOfTime(parts[3]), zone = SecondsOfZone(parts[4]);
+    if (!day || !year || parts[2].size() != 4 || *year < 1900 || !time || !zone) return std::nullopt;
+    if (month == Text::npos || month % 3 != 0) return std::nullopt;
+    return SecondsOf(DateFromYmd(*year, static_cast<int>(month / 3 + 1), *day)) + *time - *zone;
+}
+
+// The list shows the minute of some zone. These differ by quarters of an hour; it may have been cut or
+// rounded.
+bool AreOneMoment(std::int64_t listed, std::int64_t universal)
+{
+    const std::int64_t difference = listed - universal;
+    constexpr std::int64_t kQuarter = 15 * kMinute;
+    const std::int64_t beyond = ((difference % kQuarter) + kQuarter) % kQuarter;
+    return std::abs(difference) <= kFarthestZones && (beyond <= kMinute || beyond >= kQuarter - kMinute);
+}
+
+bool IsSameSubject(const std::optional<Text>& listed, const std::optional<Text>& stored)
+{
+    if (!listed || !stored) return true;
+    // The list shows the beginning of a long one.
+    return stored->starts_with(*listed) || listed->starts_with(*stored);
+}
+
+bool IsSameSender(const EmailEntry& entry, const std::optional<Text>& stored)
+{
+    return !stored || std::all_of(entry.From.begin(), entry.From.end(), [&](const Text& each) {
+        const std::optional<Text> name = PlainLetters(each);
+        return !name || stored->find(*name) != Text::npos;
+    });
+}
+
+bool IsSameDate(FolderRun& run, const EmailEntry& entry, const std::optional<std::int64_t>& stored)
+{
+    const bool isKnown = entry.Sent != kNoListDate && run.client.settings.timeOffset <= 0;
+    // A list that shows days alone shows midnight.
+    if (!isKnown || !stored || SecondsOf(entry.Sent) % (24 * kHour) == 0) return true;
+    return AreOneMoment(SecondsOf(entry.Sent), *stored);
+}
+
+// Nobody else is writing it then.
+bool CanBeOpened(FolderRun& run, const Text& path)
+{
+    FileError error = FileError::none;
+    const std::unique_ptr<RandomFile> file = run.files.Open(path, OpenMode::read, error);
+    return file && file->Size() > 0;
+}
+
+} // namespace
+
+Text WhyNotVerified(FolderRun& run, const EmailEntry& entry, const Text& path)
+{
+    const auto isWhole = [&] { return CanBeOpened(run, path) || run.Flags().closing; };
+    std::string block;
+    if (!WaitUntil(run.client, kWholeTries, kInterval, isWhole) || run.Flags().closing ||
+        run.files.ReadWhole(path, block) != FileError::none)
+        return u"it is empty, or still being written";
+    KeepHeaderBlock(block);
+    if (!IsSameSubject(PlainLetters(entry.Subject), PlainHeader(run, block, "subject:")))
+        return u"its subject is another one";
+    if (!IsSameSender(entry, PlainHeader(run, block, "from:"))) return u"its sender is another one";
+    if (!IsSameDate(run, entry, SecondsOfDate(block))) return u"its date is another one";
+    return {};
+}

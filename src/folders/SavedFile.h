@@ -1,0 +1,9 @@
+// SavedFile.h: what is done with the file of an e-mail that the client has just saved: the extra "Verify
+// Saved".
+#pragma once
+#include "folders/FolderRun.h"
+
+// Waits until the file is whole: not empty, and written by nobody any more. Empty when it then does not
+// contradict the e-mail; otherwise, after a minute at the most, why it is not taken for saved. It contradicts
+// in a subject, a sender or a date that both sides show for certain: in plain letters, with a zone.
+Text WhyNotVerified(FolderRun& run, const EmailEntry& entry, const Text& path);
