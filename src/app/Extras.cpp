@@ -61,6 +61,10 @@ constexpr ExtraRow kRows[] = {
         u"Verify Saved",
         u"An e-mail counts as saved when its file is whole, and subject, sender and date in it do not "
         u"contradict the list; otherwise, after a minute at the most, it has failed, and the file stays."),
+    Switch<&RunOptions::fileDate>(
+        u"File Date",
+        u"Each file gets the date on which its e-mail was sent as the date of its last change, so that a "
+        u"directory can be sorted by it."),
 };
 
 } // namespace

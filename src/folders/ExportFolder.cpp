@@ -99,6 +99,7 @@ SaveResult SaveAndRecord(FolderRun& run, const EmailEntry& entry, const Text& su
         ++run.runTotalSaved;
         AddSavedEmail(run.saved, run.currentFolder, entry);
         NoteHandled(tally, entry.row, entry.Crc, true);
+        if (options.fileDate) DateSavedFile(run, entry, run.client.saveDialog.savedPath);
     }
     return result;
 }

@@ -23,6 +23,7 @@ struct RunOptions {
     bool lookAlikes = false;         // each e-mail of those that look the same is saved
     bool selectRows = false;         // an export goes to the rows that the Down key does not lead to
     bool verifySaved = false;        // a file counts when it is whole and does not contradict the e-mail
+    bool fileDate = false;           // a file gets the e-mail's sent date
     Text firstFolderToIgnore = u"Deleted Items"; // txtIgnore
     Text systemFolders =
         u"|local folders|";              // full names that an all-folders run passes over, each between "|"

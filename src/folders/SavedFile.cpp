@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kWholeTries = 600, kInterval = 100; // milliseconds
+constexpr int kWholeTries = 600, kWrittenTries = 20, kInterval = 100; // milliseconds
 constexpr std::int64_t kMinute = 60, kHour = 60 * kMinute;
 constexpr std::int64_t kFarthestZones = 16 * kHour; // between Universal Time and any clock on a wall
 
@@ -143,4 +143,13 @@ Text WhyNotVerified(FolderRun& run, const EmailEntry& entry, const Text& path)
     if (!IsSameSender(entry, PlainHeader(run, block, "from:"))) return u"its sender is another one";
     if (!IsSameDate(run, entry, SecondsOfDate(block))) return u"its date is another one";
     return {};
+}
+
+void DateSavedFile(FolderRun& run, const EmailEntry& entry, const Text& path)
+{
+    if (entry.Sent == kNoListDate) return;
+    // What is written later would be the last change again.
+    (void)WaitUntil(run.client, kWrittenTries, kInterval, [&] { return CanBeOpened(run, path); });
+    if (run.files.SetLastChange(path, entry.Sent) == FileError::none) return;
+    run.Log(u"The file's date could not be set: " + path);
 }

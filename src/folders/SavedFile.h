@@ -1,5 +1,5 @@
-// SavedFile.h: what is done with the file of an e-mail that the client has just saved: the extra "Verify
-// Saved".
+// SavedFile.h: what is done with the file of an e-mail that the client has just saved: the extras "Verify
+// Saved" and "File Date".
 #pragma once
 #include "folders/FolderRun.h"
 
@@ -7,3 +7,7 @@
 // contradict the e-mail; otherwise, after a minute at the most, why it is not taken for saved. It contradicts
 // in a subject, a sender or a date that both sides show for certain: in plain letters, with a zone.
 Text WhyNotVerified(FolderRun& run, const EmailEntry& entry, const Text& path);
+
+// Makes the e-mail's sent date the file's time of its last change. A date that is not known, or that no file
+// can have, leaves it alone; the log says when it could not be set.
+void DateSavedFile(FolderRun& run, const EmailEntry& entry, const Text& path);

@@ -61,4 +61,7 @@ struct Files {
     virtual std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) = 0;
     virtual FileError Rename(const Text& from, const Text& to) = 0; // never replaces
     virtual bool Delete(const Text& path) = 0;
+    // The time of the file's last change: a day count (text/DayCount.h) in the user's time zone, with summer
+    // time as it was on that day. One that the file system cannot hold leaves it as it is, which is no error.
+    virtual FileError SetLastChange(const Text& path, double localDate) = 0;
 };

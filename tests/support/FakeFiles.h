@@ -22,13 +22,14 @@ struct BytesFile final : RandomFile { // that can only be read
 };
 
 struct FakeFiles : NoFiles {
-    std::map<Text, std::string> files; // by folded path
-    std::set<Text> directories;        // likewise, without a separator at the end
-    std::set<Text> refused;            // directories that cannot be made or written to
-    std::set<Text> inUse;              // files that another program writes
-    std::set<Text> tooLarge;           // files that do not fit into memory
-    Text gone;                         // a drive or directory, folded, below which nothing can be reached
-    std::function<void()> onLook;      // before each look at the store, which may take its time
+    std::map<Text, std::string> files;  // by folded path
+    std::set<Text> directories;         // likewise, without a separator at the end
+    std::set<Text> refused;             // directories that cannot be made or written to
+    std::set<Text> inUse;               // files that another program writes
+    std::map<Text, double> lastChanges; // that were set, by folded path
+    std::set<Text> tooLarge;            // files that do not fit into memory
+    Text gone;                          // a drive or directory, folded, below which nothing can be reached
+    std::function<void()> onLook;       // before each look at the store, which may take its time
 
     static Text Key(Text path)
     {
@@ -59,6 +60,12 @@ struct FakeFiles : NoFiles {
         return FileError::none;
     }
     bool Delete(const Text& path) override { return !IsGone(path) && files.erase(Key(path)) != 0; }
+    FileError SetLastChange(const Text& path, double localDate) override
+    {
+        if (!FileExists(path)) return FileError::notFound;
+        lastChanges[Key(path)] = localDate;
+        return FileError::none;
+    }
     bool FileExists(const Text& path) override { return !IsGone(path) && files.count(Key(path)) != 0; }
     bool DirectoryExists(const Text& path) override
     {

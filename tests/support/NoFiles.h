@@ -22,4 +22,5 @@ struct NoFiles : Files {
     }
     FileError Rename(const Text&, const Text&) override { return FileError::denied; }
     bool Delete(const Text&) override { return false; }
+    FileError SetLastChange(const Text&, double) override { return FileError::denied; }
 };

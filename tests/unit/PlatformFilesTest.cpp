@@ -2,9 +2,12 @@
 #include "platform/FileNames.h"
 #include "platform/System.h"
 #include "tests/support/ScratchDirectory.h"
+#include "text/DayCount.h"
 
+#include <ctime>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -214,3 +217,27 @@ TEST_F(PlatformFiles, LinksCountAsWhatTheyLeadTo)
     EXPECT_EQ(files.ListDirectories(scratch / u""), (std::vector<Text>{u"dir", u"dir.eml"}));
 }
 #endif
+
+TEST_F(PlatformFiles, TheLastChangeIsSetInTheUsersTimeOfThatDay)
+{
+    const auto changed = [&] {
+        struct stat state {};
+        EXPECT_EQ(stat((scratch.Path() / u"a.eml").string().c_str(), &state), 0);
+        const std::tm local = *std::localtime(&state.st_mtime);
+        return std::vector<int>{local.tm_year + 1900, local.tm_mon + 1, local.tm_mday,
+                                local.tm_hour,        local.tm_min,     local.tm_sec};
+    };
+    const auto at = [](int year, int month, int day) {
+        return DateFromSeconds(SecondsOf(DateFromYmd(year, month, day)) + 10 * 3600 + 15 * 60 + 30);
+    };
+    Write(u"a.eml", "x");
+    for (const int month : {1, 7}) {
+        EXPECT_EQ(files.SetLastChange(scratch / u"a.eml", at(2007, month, 3)), FileError::none);
+        EXPECT_EQ(changed(), (std::vector<int>{2007, month, 3, 10, 15, 30}));
+    }
+#ifdef _WIN32 // whose files know the years from 1601 on
+    EXPECT_EQ(files.SetLastChange(scratch / u"a.eml", at(1066, 10, 14)), FileError::none);
+    EXPECT_EQ(changed()[0], 2007);
+#endif
+    EXPECT_EQ(files.SetLastChange(scratch / u"gone.eml", at(2007, 1, 3)), FileError::notFound);
+}

@@ -1,4 +1,4 @@
-// SavedFileTest.cpp: the extra "Verify Saved": when a file is an e-mail's.
+// SavedFileTest.cpp: the extras "Verify Saved" and "File Date": when a file is an e-mail's, and its date.
 #include "folders/SavedFile.h"
 #include "tests/support/RunBench.h"
 
@@ -119,6 +119,29 @@ TEST(VerifySaved, AFileThatIsStillBeingWrittenIsNotWhole)
     const int slept = bench.fake.sleptMilliseconds;
     EXPECT_NE(WhyNotVerified(bench.run, EntryOf(u"Plan", u"Ann"), kPath), u"");
     EXPECT_EQ(bench.fake.sleptMilliseconds, slept) << "nobody waits for it when the program closes";
+}
+
+TEST(FileDate, IsTheDateOnWhichTheEmailWasSent)
+{
+    for (const bool extra : {false, true}) {
+        RunBench bench({MailRow(u"A"), MailRow(u"B", u""), MailRow(u"C", u"05/04/2007 23:59")}, {});
+        bench.view.options.fileDate = extra;
+        bench.Export();
+        std::map<Text, double> want;
+        if (extra) {
+            want[FakeFiles::Key(kDirectory + u"0000_A.eml")] = EntryOf(u"", u"").Sent;
+            want[FakeFiles::Key(kDirectory + u"0002_C.eml")] =
+                DateFromSeconds(SecondsOf(DateFromYmd(2007, 4, 5)) + 24 * 3600 - 60);
+        }
+        EXPECT_EQ(bench.files.lastChanges, want) << "a date that is not known leaves a file alone";
+    }
+}
+
+TEST(FileDate, AFailureIsToldAndCostsNothing)
+{
+    RunBench bench(1);
+    DateSavedFile(bench.run, EntryOf(u"", u""), u"C:\\Store\\gone.eml");
+    EXPECT_TRUE(bench.Logged(u"The file's date could not be set: C:\\Store\\gone.eml"));
 }
 
 } // namespace

@@ -1,10 +1,12 @@
 #include "platform/posix/PosixFiles.h"
 
 #include "platform/FileNames.h"
+#include "text/DayCount.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
 #include <stdexcept>
@@ -299,4 +301,21 @@ FileError PosixFiles::Rename(const Text& from, const Text& to)
 bool PosixFiles::Delete(const Text& path)
 {
     return ::unlink(PathOf(path).c_str()) == 0;
+}
+
+FileError PosixFiles::SetLastChange(const Text& path, double localDate)
+{
+    const DateFields fields = FieldsOf(localDate);
+    std::tm local{};
+    local.tm_year = fields.year - 1900;
+    local.tm_mon = fields.month - 1;
+    local.tm_mday = fields.day;
+    local.tm_hour = fields.hour;
+    local.tm_min = fields.minute;
+    local.tm_sec = fields.second;
+    local.tm_isdst = -1; // as it was on that day
+    const timespec times[2] = {{0, UTIME_OMIT}, {std::mktime(&local), 0}};
+    if (::utimensat(AT_FDCWD, PathOf(path).c_str(), times, 0) != 0)
+        return ErrorOf(errno, FileError::writeFailed);
+    return FileError::none;
 }

@@ -4,6 +4,7 @@
 
 #include "platform/FileNames.h"
 #include "platform/win32/WideText.h"
+#include "text/DayCount.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -290,4 +291,24 @@ FileError WinFiles::Rename(const Text& from, const Text& to)
 bool WinFiles::Delete(const Text& path)
 {
     return DeleteFileW(WidePath(path)) != 0;
+}
+
+FileError WinFiles::SetLastChange(const Text& path, double localDate)
+{
+    const DateFields fields = FieldsOf(localDate);
+    const auto word = [](int number) { return static_cast<WORD>(number); };
+    const SYSTEMTIME local = {
+        word(fields.year),   word(fields.month),  0, word(fields.day), word(fields.hour),
+        word(fields.minute), word(fields.second), 0};
+    SYSTEMTIME universal{};
+    FILETIME time{};
+    // The years 1601 to 30827.
+    if (!TzSpecificLocalTimeToSystemTime(nullptr, const_cast<SYSTEMTIME*>(&local), &universal) ||
+        !SystemTimeToFileTime(&universal, &time))
+        return FileError::none;
+    const FileHandle file(path, FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                          OPEN_EXISTING);
+    if (!file.IsOpen() || !SetFileTime(file, nullptr, nullptr, &time))
+        return ErrorOf(GetLastError(), FileError::writeFailed);
+    return FileError::none;
 }

@@ -15,4 +15,5 @@ struct WinFiles final : Files {
     std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) override;
     FileError Rename(const Text& from, const Text& to) override;
     bool Delete(const Text& path) override; // files only
+    FileError SetLastChange(const Text& path, double localDate) override;
 };
