@@ -65,6 +65,10 @@ constexpr ExtraRow kRows[] = {
         u"File Date",
         u"Each file gets the date on which its e-mail was sent as the date of its last change, so that a "
         u"directory can be sorted by it."),
+    Switch<&Settings::databaseInStore>(
+        u"Database In Store",
+        u"saved.mdb stands in the store folder in place of the program's, so that each store has a "
+        u"record of its own; the first check or export in a store makes it."),
 };
 
 } // namespace

@@ -56,7 +56,7 @@ private:
     void EndCommand() override;
     void EnterBusyLayout() override;
     void HideStopButton(Stop which) override;
-    void ShowStoreFolder(const Text& folder) override { store_.Show(folder); }
+    void ShowStoreFolder(const Text& folder) override;
     void FocusFolderList() override { MoveFocus(controls_.At(Dir1)); }
     bool AskExtras(std::vector<Text>& values, const FindWrongExtra& findWrong) override;
     bool AskColumns(const std::vector<Text>& titles, std::vector<int>& chosen,

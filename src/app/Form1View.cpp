@@ -26,6 +26,12 @@ Text TextOfWindow(HWND window)
 
 } // namespace
 
+void Form1::ShowStoreFolder(const Text& folder)
+{
+    store_.Show(folder);
+    UpdateCommands(); // the store may have a database of its own
+}
+
 void Form1::ShowText(const Text& text)
 {
     OrbVacuum(controls_.At(OrbVac)).ShowText(Wide(text));

@@ -1,5 +1,6 @@
 #include "app/Program.h"
 
+#include "app/DirectoryList.h"
 #include "app/Version.h"
 
 namespace {
@@ -65,7 +66,7 @@ void Program::StartUp(const CommandSwitches& told)
     window_.Appear();
     Run([&, this] {
         log_.SetPath(outside_.programFolder + u"log.txt");
-        OpenDatabase();
+        if (!settings_.databaseInStore) OpenDatabase();
         if (!settingsUnread_.empty()) window_.ShowBox(BoxIcon::warning, settingsUnread_);
         window_.ProcessEvents(); // a click on the splash window
         if (told_.run == UnattendedRun::none) window_.ShowFirstBox(u"IMPORTANT! Please Read", kImportant);
@@ -104,9 +105,24 @@ Text Program::WhyRefused(const ExtraRow& row, const Text& value)
            DecimalText(row.most) + u", which this is not: " + value;
 }
 
+Text Program::DatabasePath() const
+{
+    const Text name = u"saved.mdb";
+    return settings_.databaseInStore ? PathInDirectory(store_.Path(), name) : outside_.programFolder + name;
+}
+
+// Not before it is needed: a folder that is only passed through on the page "Store" gets no database.
+void Program::UseDatabase()
+{
+    if (EqualNoCase(databasePath_, DatabasePath())) return;
+    CloseSavedEmails(saved_);
+    OpenDatabase();
+    for (const Text& note : saved_.notes) LogLine(note, Record::yes);
+}
+
 void Program::OpenDatabase()
 {
-    const Text path = outside_.programFolder + u"saved.mdb";
+    const Text path = databasePath_ = DatabasePath();
     const Text reasons = OpenSavedEmails(saved_, outside_.files, path, outside_.databaseMakers);
     if (saved_.IsWritable()) return;
     if (saved_.IsOpen())
@@ -143,7 +159,8 @@ bool Program::IsEnabled(Needs needs) const
     case Needs::records:
         break;
     }
-    return !running_ && saved_.IsWritable();
+    // One that is not open yet tells its condition in a box.
+    return !running_ && (saved_.IsWritable() || !EqualNoCase(databasePath_, DatabasePath()));
 }
 
 RunOptions Program::Options()

@@ -89,7 +89,9 @@ private:
     void Run(const std::function<void()>& command);
     Text WhyUnread(const Text& settingsFile);                       // empty: it was read, or there is none
     static Text WhyRefused(const ExtraRow& row, const Text& value); // as an extra
+    Text DatabasePath() const;
     void OpenDatabase();
+    void UseDatabase(); // opens another one when the store, or the choice where it stands, has changed
     void WarnIfFolderIsReadOnly();
     void WriteLastRecords(); // closing line and settings, once
     void Close();
@@ -112,6 +114,8 @@ private:
     bool ShowFilesDone(std::size_t done, std::size_t all); // of the store; false: stop
     void CheckAllFolders();
     void SaveAll();
+    bool MayUseRecords(); // likewise, where these stand in the store
+    bool MayExport();
     void BeginRunList(); // of folders to check and to export: empty
 
     Surroundings& outside_;
@@ -120,6 +124,7 @@ private:
     Text settingsUnread_; // why they could not be read; empty: they could, or there were none
     RunFlags flags_;
     SavedEmails saved_;
+    Text databasePath_; // that was opened, or tried
     StoreFolder store_;
     ActivityLog log_;
     clsCRC crc_;

@@ -44,9 +44,9 @@ bool Program::SayFilesWithoutRecords()
 
 bool Program::MayUseStore()
 {
-    if (store_.IsSettled()) return true;
-    if (missingStoreSaid_) { // pressed again: so be it
-        store_.AcceptStandIn();
+    if (!store_.IsSettled() && missingStoreSaid_) store_.AcceptStandIn(); // pressed again: so be it
+    if (store_.IsSettled()) {
+        UseDatabase();
         return true;
     }
     missingStoreSaid_ = true;
@@ -62,6 +62,17 @@ bool Program::MayUseStore()
             u"button pressed again works with the program's folder:\r\n" +
             store_.Path());
     return false;
+}
+
+bool Program::MayUseRecords()
+{
+    return !settings_.databaseInStore || MayUseStore();
+}
+
+bool Program::MayExport()
+{
+    if (!MayUseStore() || SayFilesWithoutRecords()) return false;
+    return saved_.IsWritable() || !settings_.databaseInStore; // otherwise a box has just said why not
 }
 
 void Program::cmdGetID()
@@ -103,7 +114,7 @@ void Program::CheckAllFolders()
 void Program::cmdExport()
 {
     Run([this] {
-        if (!MayUseStore() || SayFilesWithoutRecords()) return;
+        if (!MayExport()) return;
         if (!SelectShownFolder(run_)) return;
         window_.EnterBusyLayout();
         flags_.runCompleted = true;
@@ -120,7 +131,7 @@ void Program::cmdSaveAll()
 
 void Program::SaveAll()
 {
-    if (!MayUseStore() || SayFilesWithoutRecords()) return;
+    if (!MayExport()) return;
     window_.EnterBusyLayout();
     // Kept: otherwise it goes on with the list of the last check.
     if (settings_.options.freshRunList) BeginRunList();
@@ -232,6 +243,7 @@ void Program::cmdNewFolder()
 void Program::mnMarkSaved()
 {
     Run([this] {
+        if (!MayUseRecords()) return;
         for (int place = window_.NextTicked(-1); place >= 0 && !closeAsked_;
              place = window_.NextTicked(place)) {
             const ResultsRow& row = window_.ResultsRowAt(place);
@@ -257,6 +269,7 @@ void Program::mnMarkSaved()
 void Program::mnCondenseDB()
 {
     Run([this] {
+        if (!MayUseRecords()) return;
         if (Options().lookAlikes) {
             const Text words =
                 u"Condensing stays off while the extra \"Look-alikes\" is chosen: records that stand "

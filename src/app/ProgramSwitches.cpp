@@ -102,6 +102,7 @@ bool Program::CanBegin()
         LogLine(u"Outlook Express cannot be used: nothing was begun", Record::yes);
         return false;
     }
+    if (store_.IsSettled()) UseDatabase();
     if (told_.run == UnattendedRun::check)
         return saved_.IsOpen() || settings_.options.comparison == ComparisonType::simple;
     // Beside files of which a new database knows nothing an export would save them all again.

@@ -16,6 +16,7 @@ struct Settings {
     OeSettings client;
     Text treeSeparator = u" - ";       // between a node's name and its status
     ClientWords words = kEnglishWords; // what the client's windows and columns are called
+    bool databaseInStore = false;      // saved.mdb stands in the store folder, not in the program's
 };
 
 // A setting is a member of one of three records.

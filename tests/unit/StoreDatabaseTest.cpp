@@ -1,0 +1,95 @@
+// StoreDatabaseTest.cpp: the extra "Database In Store": each store has a record of its own, and only a store
+// that is used.
+#include "tests/support/ProgramBench.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct StoreDatabaseTest : testing::Test, ProgramBench {
+    StoreDatabaseTest()
+    {
+        files.directories.insert({u"c:\\second", u"c:\\second\\below"});
+        // One database for each path, as on a disk.
+        engine.create = [this](const Text& path, const Text&) {
+            made.push_back(path);
+            files.AddFile(path);
+            CreateSaved(disk[FakeFiles::Key(path)]);
+        };
+        engine.open = [this](const Text& path) {
+            if (refused.count(path)) throw DatabaseError(u"damaged");
+            opened.push_back(path);
+            MemoryFiles& held = disk[FakeFiles::Key(path)];
+            if (held.files.empty()) CreateSaved(held);
+            return OpenJetDatabase(held, kSavedPath);
+        };
+        outside.databaseMakers = {engine};
+    }
+    void StartWith(bool extra)
+    {
+        if (extra) profile.values[u"Extras/Database In Store"] = u"1";
+        Start();
+    }
+
+    std::map<Text, MemoryFiles> disk;
+    std::vector<Text> made, opened;
+    std::set<Text> refused;
+};
+
+using Texts = std::vector<Text>;
+
+TEST_F(StoreDatabaseTest, WithoutItTheProgramsFolderHasTheOnlyOne)
+{
+    StartWith(false);
+    program.Store().Choose(u"C:\\Second");
+    Press(&Program::cmdExport);
+    EXPECT_EQ(opened, Texts{u"C:\\Quillbox\\saved.mdb"});
+    EXPECT_TRUE(made.empty());
+}
+
+TEST_F(StoreDatabaseTest, EachStoreThatIsUsedHasItsOwn)
+{
+    StartWith(true);
+    EXPECT_TRUE(program.IsEnabled(Needs::records)) << "there is none yet";
+    EXPECT_TRUE(opened.empty()) << "nothing was asked for";
+    Press(&Program::cmdExport);
+    EXPECT_EQ(fake.saved.size(), 3u);
+    program.Store().Choose(u"C:\\Second\\Below"); // passed through
+    program.Store().Choose(u"C:\\Second");
+    fake.selected = {0};
+    Press(&Program::cmdExport);
+    EXPECT_EQ(fake.saved.size(), 6u) << "a second store begins with a record of its own";
+    EXPECT_EQ(made, (Texts{u"C:\\Store\\saved.mdb", u"C:\\Second\\saved.mdb"}));
+    program.Store().Choose(u"C:\\Store");
+    fake.selected = {0};
+    Press(&Program::cmdExport);
+    EXPECT_EQ(fake.saved.size(), 6u) << "the first knows what it has";
+    EXPECT_EQ(made.size(), 2u);
+    Press(&Program::cmdCheckFolder);
+    EXPECT_EQ(opened.size(), 3u) << "as long as the store is the same it stays open";
+}
+
+TEST_F(StoreDatabaseTest, OneThatCannotBeOpenedStopsOnlyItsStore)
+{
+    StartWith(true);
+    refused = {u"C:\\Store\\saved.mdb"};
+    EXPECT_TRUE(Press(&Program::cmdSaveAll).starts_with(u"The database of saved emails cannot be opened"));
+    EXPECT_TRUE(fake.saved.empty());
+    EXPECT_FALSE(program.IsEnabled(Needs::records));
+    program.Store().Choose(u"C:\\Second");
+    EXPECT_TRUE(program.IsEnabled(Needs::records));
+    Press(&Program::cmdExport);
+    EXPECT_EQ(fake.saved.size(), 3u);
+}
+
+TEST_F(StoreDatabaseTest, AMissingStoreGetsNoneInTheProgramsFolderUnasked)
+{
+    profile.values[u"Paths/Store"] = u"D:\\gone";
+    StartWith(true);
+    Press(&Program::mnCondenseDB);
+    EXPECT_TRUE(opened.empty());
+    Press(&Program::mnCondenseDB); // pressed again
+    EXPECT_EQ(opened, Texts{u"C:\\Quillbox\\saved.mdb"});
+}
+
+} // namespace
