@@ -248,6 +248,9 @@ void Form1::OnCommand(int id, int code)
     case mnMarkSaved:
         program_.mnMarkSaved();
         break;
+    case mnForget:
+        program_.mnForget();
+        break;
     case mnCondenseDB:
         program_.mnCondenseDB();
         break;

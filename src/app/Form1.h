@@ -50,6 +50,7 @@ private:
     void ReadSettings(Settings& settings) override;
     void Appear() override;
     void ShowFirstBox(const Text& title, const Text& words) override;
+    bool Ask(const Text& words) override;
     void CloseBox() override;
     void Destroy() override { DestroyWindow(window_); }
     void BeginCommand() override;
@@ -90,6 +91,7 @@ private:
     void ShowAdded();     // brings lstProgress and lvResults up to date
     void WaitForKeysUp(); // Enter and Space, for a short time: held, they would press what is shown next
     void ShowBox(const Text& title, BoxIcon icon, const Text& words);
+    int ShowMessage(const Text& title, UINT kind, const Text& words); // 0: nobody is there to answer it
 
     HWND window_ = nullptr;
     Splash splash_; // until soon after the first box

@@ -127,6 +127,7 @@ void Form1Results::ShowMenu(HWND owner, LPARAM place) const
     AppendMenuW(mnResults, MF_STRING, mnUntickSel, L"&Untick selected");
     AppendMenuW(mnResults, MF_SEPARATOR, 0, nullptr);
     AppendMenuW(mnResults, MF_STRING, mnMarkSaved, L"&Mark ticked as saved");
+    AppendMenuW(mnResults, MF_STRING, mnForget, L"&Forget ticked");
     AppendMenuW(mnResults, MF_STRING, mnCondenseDB, L"&Condense database");
     TrackPopupMenu(mnResults, TPM_RIGHTBUTTON, at.x, at.y, 0, owner, nullptr);
     DestroyMenu(mnResults);

@@ -8,7 +8,7 @@
 #include <commctrl.h>
 
 // What the window hears of the menu's items by; no control has these numbers.
-enum ResultsMenuId : int { mnTickSel = 300, mnUntickSel, mnMarkSaved, mnCondenseDB };
+enum ResultsMenuId : int { mnTickSel = 300, mnUntickSel, mnMarkSaved, mnCondenseDB, mnForget };
 
 enum class RowChoice { selected, all };
 

@@ -63,15 +63,24 @@ void Form1::WaitForKeysUp()
     ProcessEvents(); // what the key has sent until now is not the box's
 }
 
-void Form1::ShowBox(const Text& title, BoxIcon icon, const Text& words)
+int Form1::ShowMessage(const Text& title, UINT kind, const Text& words)
 {
     if (program_.TakesBox(words)) return;
     splash_.Release(window_);
     WaitForKeysUp();
-    if (program_.IsClosing()) return; // nobody is there to press OK
+    if (program_.IsClosing()) return 0;
     ShowAdded();
-    const UINT picture = icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION;
-    MessageBoxW(GetLastActivePopup(window_), Wide(words), Wide(title), MB_OK | picture);
+    return MessageBoxW(GetLastActivePopup(window_), Wide(words), Wide(title), kind);
+}
+
+void Form1::ShowBox(const Text& title, BoxIcon icon, const Text& words)
+{
+    (void)ShowMessage(title, icon == BoxIcon::warning ? MB_ICONEXCLAMATION : MB_ICONINFORMATION, words);
+}
+
+bool Form1::Ask(const Text& words)
+{
+    return ShowMessage(ProgramTitle(), MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION, words) == IDYES;
 }
 
 void Form1::ShowFirstBox(const Text& title, const Text& words)

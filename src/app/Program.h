@@ -80,6 +80,7 @@ public:
     void cmdVerifyStore();
     void cmdIndexPage();
     void mnMarkSaved();
+    void mnForget();
     void mnCondenseDB();
     bool OpenExportFolder(); // of lblOEFolder; false: there is none
 

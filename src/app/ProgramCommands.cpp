@@ -11,6 +11,8 @@
 #include "store/SavedMaintenance.h"
 #include "store/StoreNames.h"
 
+#include <limits>
+
 void Program::cmdSync()
 {
     Run([this] { SyncWithOe(); });
@@ -263,6 +265,36 @@ void Program::mnMarkSaved()
             window_.ProcessEvents();
         }
         window_.ShowBox(BoxIcon::information, u"Finished updating database");
+    });
+}
+
+void Program::mnForget()
+{
+    Run([this] {
+        if (window_.NextTicked(-1) < 0 || !MayUseRecords()) return;
+        (void)WritableDatabase(saved_); // or it throws, before anything is asked
+        if (!window_.Ask(u"Forget that the ticked e-mails have been saved?\r\n\r\nTheir records are deleted, "
+                         u"so that the next export saves these e-mails again. Files stay where they are."))
+            return;
+        // Of those that look the same each has a record of its own then.
+        const std::int32_t most = Options().lookAlikes ? 1 : std::numeric_limits<std::int32_t>::max();
+        std::int32_t forgotten = 0;
+        for (int place = window_.NextTicked(-1); place >= 0 && !closeAsked_;
+             place = window_.NextTicked(place)) {
+            const ResultsRow& row = window_.ResultsRowAt(place);
+            const Text& crc = Cell(row, ResultsColumn::crc);
+            const Text& folder = Cell(row, ResultsColumn::folder);
+            const std::int32_t rows = crc.empty() ? 0 : ForgetSavedEmail(saved_, crc, folder, most);
+            if (rows > 0)
+                LogLine(u"Forgotten: " + folder + u" - " + Cell(row, ResultsColumn::subject) + u" : " + crc,
+                        Record::yes);
+            forgotten += rows;
+            window_.Untick(place);
+            window_.ProcessEvents();
+        }
+        const Text words = DecimalText(forgotten) + u" record(s) of the ticked e-mails were deleted";
+        LogLine(words, Record::yes);
+        window_.ShowBox(BoxIcon::information, words);
     });
 }
 

@@ -23,7 +23,8 @@ struct ProgramWindow : RunView {
     virtual void Appear() = 0;
     // The first box of all, with a title of its own.
     virtual void ShowFirstBox(const Text& title, const Text& words) = 0;
-    virtual void CloseBox() = 0; // the box that stands over the window, if one does
+    virtual bool Ask(const Text& words) = 0; // "Yes" or "No", which is chosen at first
+    virtual void CloseBox() = 0;             // the box that stands over the window, if one does
     virtual void Destroy() = 0;
 
     // Around every command: what may be pressed is asked for anew (Program::IsEnabled); the keyboard comes

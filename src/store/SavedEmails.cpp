@@ -17,13 +17,6 @@ std::unique_ptr<Database> OpenChecked(const DatabaseMaker& maker, const Text& pa
     return database;
 }
 
-Text RecordsSql(const Text& crc, const Text& folder)
-{
-    return folder.empty()
-               ? u"SELECT * FROM saved WHERE ecrc='" + crc + u"'"
-               : u"SELECT * FROM saved WHERE (ecrc='" + crc + u"') AND (efolder='" + SqlQuote(folder) + u"')";
-}
-
 void FindOutWhetherWritable(SavedEmails& saved)
 {
     Readiness found;
@@ -88,15 +81,22 @@ Database& WritableDatabase(SavedEmails& saved)
     return database;
 }
 
+std::unique_ptr<Recordset> RecordsOf(Database& database, const Text& crc, const Text& folder)
+{
+    return database.OpenRecordset(folder.empty() ? u"SELECT * FROM saved WHERE ecrc='" + crc + u"'"
+                                                 : u"SELECT * FROM saved WHERE (ecrc='" + crc +
+                                                       u"') AND (efolder='" + SqlQuote(folder) + u"')");
+}
+
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder)
 {
-    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(RecordsSql(crc, folder));
+    const std::unique_ptr<Recordset> rows = RecordsOf(OpenedDatabase(saved), crc, folder);
     return !rows->AtEnd() && !rows->AtBeginning();
 }
 
 std::int32_t CountRecords(SavedEmails& saved, const Text& crc, const Text& folder)
 {
-    const std::unique_ptr<Recordset> rows = OpenedDatabase(saved).OpenRecordset(RecordsSql(crc, folder));
+    const std::unique_ptr<Recordset> rows = RecordsOf(OpenedDatabase(saved), crc, folder);
     return rows->Count();
 }
 

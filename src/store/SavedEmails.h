@@ -39,6 +39,8 @@ Database& WritableDatabase(SavedEmails& saved);
 
 // Whether the CRC is recorded under the folder, or, with an empty folder, under any.
 bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder);
+// The rows that have the CRC under the folder, or, with an empty folder, under any.
+std::unique_ptr<Recordset> RecordsOf(Database& database, const Text& crc, const Text& folder);
 // How many rows have the CRC under the folder.
 std::int32_t CountRecords(SavedEmails& saved, const Text& crc, const Text& folder);
 // Adds a row; whether there is one already is the caller's to ask. On disk when this returns.

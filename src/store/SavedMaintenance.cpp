@@ -35,6 +35,14 @@ Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
     return list;
 }
 
+std::int32_t ForgetSavedEmail(SavedEmails& saved, const Text& crc, const Text& folder, std::int32_t most)
+{
+    std::int32_t forgotten = 0;
+    const auto rows = RecordsOf(WritableDatabase(saved), crc, folder);
+    for (; !rows->AtEnd() && forgotten < most; rows->MoveNext(), ++forgotten) rows->Delete();
+    return forgotten;
+}
+
 Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int percent)>& goOn)
 {
     Database& database = WritableDatabase(saved);

@@ -8,6 +8,9 @@
 Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
                    const std::function<void()>& yield);
 
+// Deletes rows that have the CRC under the folder, so many at the most; how many it were.
+std::int32_t ForgetSavedEmail(SavedEmails& saved, const Text& crc, const Text& folder, std::int32_t most);
+
 struct Condensed {
     std::int32_t removed = 0;
     bool stopped = false; // before the last row

@@ -19,7 +19,9 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     std::vector<int> knownColumns;               // as the box of the columns has them chosen at first
     std::vector<std::vector<int>> chosenColumns; // what the user tries, then gives up
     std::vector<int> wrongExtras;                // of each try, -1 for none
-    std::set<int> ticked;                        // of results
+    std::vector<Text> asked;
+    bool answersYes = true;
+    std::set<int> ticked; // of results
     std::function<void()> onBox, onBusy;
     ComparisonType comparison = ComparisonType::database; // cboComparison, which no file keeps
     bool keepsProgress = false;
@@ -58,6 +60,11 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     }
     void Appear() override { Step(u"appear"); }
     void ShowFirstBox(const Text& title, const Text&) override { Step(title, onBox); }
+    bool Ask(const Text& words) override
+    {
+        asked.push_back(words);
+        return answersYes;
+    }
     void CloseBox() override { Step(u"close box"); }
     void Destroy() override { Step(u"destroy"); }
     void BeginCommand() override { Step(u"begin"); }

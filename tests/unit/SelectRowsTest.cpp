@@ -26,25 +26,30 @@ TEST(SelectRows, EveryEmailIsReadOnce)
         {"the Down key does nothing", [](RunBench& bench) { bench.fake.ignoreDownKey = true; }},
         {"a click above", [](RunBench& bench) { bench.fake.selected = {0}; }},
         {"a click below", [](RunBench& bench) { bench.fake.selected = {7}; }},
-        {"two are selected", [](RunBench& bench) { bench.fake.selected = {2, 5}; }},
+        {"two are selected",
+         [](RunBench& bench) {
+             bench.fake.selected = {2, 5};
+         }},
         {"nothing is selected", [](RunBench& bench) { bench.fake.selected = {}; }},
         {"the list is turned round", Reverse},
-        {"... and back", [](RunBench& bench) {
+        {"... and back",
+         [](RunBench& bench) {
              Reverse(bench);
              bench.AfterSave(6, [&] { Reverse(bench); });
          }},
-        {"the list is turned round, and the first is selected", [](RunBench& bench) {
+        {"the list is turned round, and the first is selected",
+         [](RunBench& bench) {
              Reverse(bench);
              bench.fake.selected = {0};
          }},
-        {"mail comes on top", [](RunBench& bench) {
+        {"mail comes on top",
+         [](RunBench& bench) {
              bench.fake.selected = {Selected(bench) + 2};
              for (const char16_t* subject : {u"NewA", u"NewB"})
                  bench.Mail().insert(bench.Mail().begin(), MailRow(subject));
          }},
-        {"two are grouped below another", [](RunBench& bench) {
-             bench.Mail().erase(bench.Mail().begin() + 4, bench.Mail().begin() + 6);
-         }},
+        {"two are grouped below another",
+         [](RunBench& bench) { bench.Mail().erase(bench.Mail().begin() + 4, bench.Mail().begin() + 6); }},
     };
     for (const auto& [why, what] : cases) {
         SCOPED_TRACE(why);

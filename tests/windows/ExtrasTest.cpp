@@ -35,6 +35,51 @@ TEST_P(ExtrasTest, EachOfThoseThatLookAlikeIsSavedOnlyWithTheExtra)
     EXPECT_EQ(IsStored(L"Inbox\\0001_Twin.eml") && IsStored(L"Inbox\\0002_Twin.eml"), GetParam());
 }
 
+TEST_P(ExtrasTest, AListWhoseDownKeyIsDeadIsReadToItsEndOnlyWithTheExtra)
+{
+    AddFolder(L"Inbox", 4);
+    ASSERT_TRUE(StartWithExtra("Select Rows=1", L"--ignore-down-key"));
+    Run(cmdExport);
+    EXPECT_TRUE(IsStored(L"Inbox\\0000_Inbox0.eml"));
+    EXPECT_EQ(IsStored(L"Inbox\\0003_Inbox3.eml"), GetParam());
+}
+
+// The client makes an empty file and fills it later; the second one never.
+TEST_P(ExtrasTest, AFileThatStaysEmptyCountsOnlyWithoutTheExtra)
+{
+    AddFolder(L"Inbox", 2);
+    ASSERT_TRUE(StartWithExtra("Verify Saved=1", L"--at=save:1:empty:3000 --at=save:2:empty"));
+    ASSERT_TRUE(Press(Control(cmdExport)));
+    EXPECT_EQ(WaitForWindow(program.Process().Id(), L"#32770", L"Quillbox", 90'000) != nullptr, true);
+    EXPECT_TRUE(Contains(Log(), GetParam() ? "1 passed, 1 failed" : "2 passed, 0 failed"));
+    EXPECT_EQ(Contains(Log(), "Not taken for saved, as it is empty, or still being written"), GetParam());
+}
+
+TEST_P(ExtrasTest, AFileGetsTheDateOfItsEmailOnlyWithTheExtra)
+{
+    AddFolder(L"Inbox", 1);
+    ASSERT_TRUE(StartWithExtra("File Date=1"));
+    Run(cmdExport);
+    WIN32_FIND_DATAW found{};
+    const HANDLE search =
+        FindFirstFileW((program.Folder() + Stored(L"Inbox\\0000_Inbox0.eml")).c_str(), &found);
+    ASSERT_NE(search, INVALID_HANDLE_VALUE);
+    FindClose(search);
+    SYSTEMTIME universal{}, local{};
+    FileTimeToSystemTime(&found.ftLastWriteTime, &universal);
+    SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local);
+    EXPECT_EQ(local.wYear == 2007 && local.wMonth == 4 && local.wDay == 3, GetParam());
+}
+
+TEST_P(ExtrasTest, TheDatabaseStandsInTheStoreOnlyWithTheExtra)
+{
+    AddFolder(L"Inbox", 2);
+    ASSERT_TRUE(StartWithExtra("Database In Store=1"));
+    Run(cmdExport);
+    EXPECT_EQ(program.Read(L"store\\saved.mdb").empty(), !GetParam());
+    EXPECT_EQ(program.Read(L"saved.mdb").empty(), GetParam());
+}
+
 INSTANTIATE_TEST_SUITE_P(WithoutAndWith, ExtrasTest, testing::Bool());
 
 } // namespace
