@@ -65,7 +65,7 @@ void Form1::WaitForKeysUp()
 
 int Form1::ShowMessage(const Text& title, UINT kind, const Text& words)
 {
-    if (program_.TakesBox(words)) return;
+    if (program_.TakesBox(words)) return 0;
     splash_.Release(window_);
     WaitForKeysUp();
     if (program_.IsClosing()) return 0;
