@@ -9,7 +9,6 @@
 namespace {
 
 using Minute = std::int64_t;
-constexpr char16_t kParting = u'\n';             // between the addresses of a list, none of which holds it
 constexpr std::int64_t kEpoch = 25569LL * 86400; // the beginning of 1970, in seconds from day 0
 
 // A cell holds 127 characters; what is shorter by less than an address may lose in the reading is whole.
