@@ -65,7 +65,8 @@ private:
         } else {
             for (std::size_t count = 1; count <= writes; ++count) // as the program alone would be stopped
                 add([count](std::size_t i) { return Part{i < count ? kAllSectors : 0}; });
-            for (std::size_t sample = 0; sample < kSampled; ++sample) isIn(random_());
+            for (std::size_t sample = 0; sample < kSampled; ++sample)
+                add([&](std::size_t) { return Part{random_() & 1 ? kAllSectors : 0}; });
         }
         for (std::size_t sample = 0; writes > 0 && sample < kHalfWritten; ++sample) {
             add([this](std::size_t) {

@@ -6,7 +6,11 @@
 
 namespace {
 
-struct StoreDatabaseTest : testing::Test, ProgramBench {
+struct Disk { // outlives the program, which has its files open to its end
+    std::map<Text, MemoryFiles> disk;
+};
+
+struct StoreDatabaseTest : testing::Test, Disk, ProgramBench {
     StoreDatabaseTest()
     {
         files.directories.insert({u"c:\\second", u"c:\\second\\below"});
@@ -31,7 +35,6 @@ struct StoreDatabaseTest : testing::Test, ProgramBench {
         Start();
     }
 
-    std::map<Text, MemoryFiles> disk;
     std::vector<Text> made, opened;
     std::set<Text> refused;
 };
