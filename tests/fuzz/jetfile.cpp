@@ -82,7 +82,6 @@ void ReadAndExtend(const MemoryImage& image)
         Require(sample.Image() == image, "what is refused keeps every byte");
         return;
     }
-    Require(whole, "what is taken for writing can be read");
     Require(sample.Image().Size() % jet::kPageSize == 0, "a partial page is cut off");
     for (const std::size_t subject : {5, 2100}) {
         const std::vector<Text> row = {u"added", Text(subject, u'a'), u"ADDED"};
@@ -94,7 +93,8 @@ void ReadAndExtend(const MemoryImage& image)
         first = {found->Field(u"efolder"), found->Field(u"esubject"), found->Field(u"ecrc")};
         found->Delete();
     });
-    if (gone) rows.erase(std::find(rows.begin(), rows.end(), first));
+    if (gone && whole) rows.erase(std::find(rows.begin(), rows.end(), first));
+    if (!whole) return; // a row that cannot be read keeps nobody from adding others
     Rows after;
     sample.Open();
     Require(Works([&] { after = RowsOf(*sample.database); }), "a table that could be read still can");

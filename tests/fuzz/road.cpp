@@ -27,7 +27,7 @@ bool IsLegalName(TextView name)
     for (const TextView device : {u"con", u"prn", u"aux", u"nul", u"conin$", u"conout$"})
         if (stem == device) return false;
     const bool isPort = stem.starts_with(u"com") || stem.starts_with(u"lpt");
-    const TextView numbers = u"0123456789\u00B9\u00B2\u00B3";
+    const TextView numbers = u"123456789\u00B9\u00B2\u00B3";
     return !(isPort && stem.size() == 4 && numbers.find(stem[3]) != TextView::npos);
 }
 
