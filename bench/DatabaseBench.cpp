@@ -1,15 +1,12 @@
 // DatabaseBench.cpp: what the program asks of saved.mdb, beside what people would use instead: mdb-export for
 // all rows, SQLite for questions, additions and condensing, and the work that cannot be left out (reading the
-// file, waiting for the disk). Answers are compared first. Ratios of medians with their goals come last; exit
-// code 1 when one is missed. Files are made in a directory of their own in the system's place for temporary
-// ones.
+// file, waiting for the disk).
 //   bench-database [--rows=N] [options of Google Benchmark]
 #include "bench/SavedRows.h"
 #include "platform/posix/PosixFiles.h"
 #include "store/SavedMaintenance.h"
 
 #include <algorithm>
-#include <benchmark/benchmark.h>
 #include <cstdio>
 #include <sstream>
 #include <unistd.h>
@@ -190,19 +187,9 @@ void CheckAnswers(const Sample& sample)
         Fail("other repeated rows");
 }
 
-using Work = std::function<void(benchmark::State&)>;
-
-void Register(const std::string& name, Work work, benchmark::TimeUnit unit = benchmark::kMillisecond)
+void RegisterQuestions(const std::string& among, std::size_t count)
 {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [work = std::move(work)](benchmark::State& state) { work(state); })
-        ->UseRealTime()
-        ->Unit(unit);
-}
-
-void RegisterQuestions(std::size_t count)
-{
-    const std::string name = "ask/" + std::to_string(count);
+    const std::string name = "ask/" + among;
     Register(
         name + "/quillbox",
         [count](benchmark::State& state) {
@@ -238,7 +225,9 @@ void RegisterAll(std::size_t count)
     Register("rows/mdb-export", [count](benchmark::State& state) {
         for (auto _ : state) benchmark::DoNotOptimize(Exported(SampleOf(count).JetPath()));
     });
-    for (const std::size_t rows : {count / 10, count, count * 10}) RegisterQuestions(rows);
+    RegisterQuestions("tenth", count / 10);
+    RegisterQuestions("all", count);
+    RegisterQuestions("tenfold", count * 10);
     Register("open/quillbox", [count](benchmark::State& state) {
         const Question question = Questions(SampleOf(count))[0];
         for (auto _ : state) {
@@ -297,75 +286,14 @@ void RegisterAll(std::size_t count)
     });
 }
 
-// Keeps the medians.
-class Medians : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
-        for (const Run& run : runs)
-            if (run.aggregate_name == "median") // name/real_time
-                nanoseconds_[run.run_name.function_name] =
-                    run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
-        ConsoleReporter::ReportRuns(runs);
-    }
-
-    // Whether the ratio is within its goal; nothing is missed that was not measured.
-    bool Compare(const std::string& what, const std::string& work, const std::string& other,
-                 double goal) const
-    {
-        const auto a = nanoseconds_.find(work), b = nanoseconds_.find(other);
-        if (a == nanoseconds_.end() || b == nanoseconds_.end()) return true;
-        const double ratio = a->second / b->second;
-        std::printf("%-62s %8.3f   goal %6.3f%s\n", what.c_str(), ratio, goal,
-                    ratio <= goal ? "" : "   MISSED");
-        return ratio <= goal;
-    }
-
-private:
-    std::map<std::string, double> nanoseconds_;
-};
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    std::size_t rows = 100000;
-    // Each in turn, so that what else the machine does meets all of them.
-    std::vector<std::string> given = {argv[0], "--benchmark_enable_random_interleaving=true",
-                                      "--benchmark_repetitions=9", "--benchmark_min_time=0.2"};
-    for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
-        if (argument.starts_with("--rows="))
-            rows = std::max(100ul, std::stoul(argument.substr(7)));
-        else
-            given.push_back(argument);
-    }
-    std::vector<char*> arguments;
-    for (std::string& argument : given) arguments.push_back(argument.data());
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
-
+    benchmark::Initialize(&argc, argv);
+    const std::size_t rows = SizeOption(argc, argv, "--rows=", 100000);
     CheckAnswers(SampleOf(rows));
     RegisterAll(rows);
-    Medians medians;
-    benchmark::RunSpecifiedBenchmarks(&medians);
-    const std::string all = std::to_string(rows), tenth = std::to_string(rows / 10),
-                      tenfold = std::to_string(rows * 10);
-    bool met = true;
-    std::puts("\nTime over the peer's, medians:");
-    met &= medians.Compare("all rows, over mdb-export", "rows/quillbox", "rows/mdb-export", 0.1);
-    met &= medians.Compare("is it saved, over SQLite", "ask/" + all + "/quillbox", "ask/" + all + "/sqlite",
-                           0.5);
-    met &= medians.Compare("is it saved, over the same among a hundredth of the rows",
-                           "ask/" + tenfold + "/quillbox", "ask/" + tenth + "/quillbox", 5);
-    met &= medians.Compare("open and first answer, over reading and decoding", "open/quillbox",
-                           "open/read-and-decode", 2);
-    met &= medians.Compare("durable add, over two pages written and synced", "add/quillbox",
-                           "add/two-pages-synced", 1.3);
-    met &= medians.Compare("a folder's CRCs, over SQLite", "crcs/quillbox", "crcs/sqlite", 0.35);
-    met &= medians.Compare("condensing, over SQLite", "condense/quillbox", "condense/sqlite", 0.5);
-    std::error_code ignored;
-    std::filesystem::remove_all(Directory(), ignored);
-    return met ? 0 : 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
 }

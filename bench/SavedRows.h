@@ -1,12 +1,10 @@
 // SavedRows.h: made-up records of saved e-mails, as a saved.mdb and as an SQLite database.
 #pragma once
+#include "bench/Bench.h"
 #include "tests/support/JetSamples.h"
 
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <random>
 #include <sqlite3.h>
 
@@ -14,12 +12,6 @@ struct SavedRow {
     std::string folder, subject, crc;
     bool operator==(const SavedRow&) const = default;
 };
-
-[[noreturn]] inline void Fail(const std::string& why)
-{
-    std::cerr << "bench-database: " << why << '\n';
-    std::exit(2);
-}
 
 // One in ten repeats an earlier one; subjects are of one to twelve words, one in five of another script.
 inline std::vector<SavedRow> MadeRows(std::size_t count)
@@ -49,12 +41,8 @@ inline std::vector<SavedRow> MadeRows(std::size_t count)
 
 inline const std::filesystem::path& Directory()
 {
-    static const std::filesystem::path made = [] {
-        std::string name = (std::filesystem::temp_directory_path() / "quillbox-bench.XXXXXX").string();
-        if (!mkdtemp(name.data())) Fail("no directory for temporary files");
-        return std::filesystem::path(name);
-    }();
-    return made;
+    static const ScratchFolder scratch;
+    return scratch.Path();
 }
 
 // SQLite with what makes it fast: an index for each kind of question.

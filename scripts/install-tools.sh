@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Install what building and testing need on Debian 12: the packages below that are not there yet.
 # Needs root, or sudo. Prints nothing when there is nothing to do.
+# usage: install-tools.sh [bench]   bench: also what the measurements need
 set -euo pipefail
 
 packages=(
@@ -13,6 +14,10 @@ packages=(
     zip unzip cmark-gfm                                # the package
     chromium chromium-driver                           # the index page in a browser
     git clang-format shellcheck cppcheck clang-tidy python3 # the rules of the house
+)
+[ "${1-}" != bench ] || packages+=(
+    libbenchmark-dev pkg-config
+    libgmime-3.0-dev libvmime-dev libsqlite3-dev zlib1g-dev # who is measured beside
 )
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null) == ii* ]]; }

@@ -1,6 +1,7 @@
 // MatchScoreTest.cpp: matching e-mails of the client's list with saved message files.
 #include "folders/MatchScore.h"
 #include "mail/HeaderDates.h"
+#include "tests/support/PlainSearch.h"
 
 #include <gtest/gtest.h>
 
@@ -30,25 +31,6 @@ EmlSummary Record(Text subject, Text from, Text to, Text delivery, Text date, Te
     record.ReceivedDateText = std::move(received);
     return record;
 }
-
-// The search as it is told in words.
-class PlainSearch {
-public:
-    explicit PlainSearch(const std::vector<EmlSummary>& records) : records_(records) {}
-    int Match(const EmailEntry& entry)
-    {
-        for (int j = start_; j < static_cast<int>(records_.size()); ++j) {
-            if (MatchScore(entry, records_[static_cast<std::size_t>(j)]) != 100) continue;
-            if (j - 100 >= 0) start_ = j - 100;
-            return j;
-        }
-        return -1;
-    }
-
-private:
-    const std::vector<EmlSummary>& records_;
-    int start_ = 0;
-};
 
 class Dice {
 public:

@@ -1,0 +1,38 @@
+#!/usr/bin/env bash
+# Measures what the program does beside what people would use instead, in turns, all answers compared first;
+# prints a table of ratios with their goals and ends with 1 when one is missed. Installs what is missing.
+# usage: bench.sh [--quick] [--keep]
+#   --quick   fewer e-mails, rows and repetitions: a look, no figures to keep
+#   --keep    writes docs/performance.md and its plots, too
+set -euo pipefail
+cd "$(dirname "$0")"
+
+files=5000 rows=100000 emails=100000 repetitions=9 keep=()
+for argument in "$@"; do
+    case $argument in
+        --quick) files=500 rows=10000 emails=10000 repetitions=3 ;;
+        --keep) keep=(--keep) ;;
+        *)
+            sed -n '4,6s/^# //p' "$0" >&2
+            exit 2
+            ;;
+    esac
+done
+
+scripts/install-tools.sh bench
+scripts/build.sh bench bench-headers bench-database bench-comparison
+results=build/bench/results
+rm -rf "$results"
+mkdir -p "$results"
+measure() { # NAME SIZE
+    echo "== Measuring $1 ($2)"
+    # Each in turn, so that what else the machine does meets all of them.
+    "build/bench/bench-$1" "$2" --benchmark_enable_random_interleaving=true --benchmark_repetitions="$repetitions" \
+        --benchmark_min_time=0.2 --benchmark_report_aggregates_only=true \
+        --benchmark_out="$results/$1.json" --benchmark_out_format=json >"$results/$1.txt" 2>&1 ||
+        { tail -n 5 "$results/$1.txt" >&2; exit 2; }
+}
+measure headers --files="$files"
+measure comparison --emails="$emails"
+measure database --rows="$rows"
+python3 bench/report.py "${keep[@]}" "$results"/*.json

@@ -1,0 +1,162 @@
+"""report.py [--keep] RESULTS...: ratios of medians from Google Benchmark's JSON files, with their goals. Ends with
+1 when a goal is missed. --keep writes the table of docs/performance.md and a plot for each of its parts."""
+import json
+import math
+import pathlib
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+PAGE = ROOT / "docs/performance.md"
+BEFORE = ROOT / "bench/before.json"  # medians of the program as it was before this page began
+
+# Name of the plot, title, rows. A row: the work, the measured benchmark, what it is held against, the goal. A goal
+# "at most" is of the time over the other's, one "at least" of the speed over the other's.
+PARTS = [
+    ("headers", "The headers of 5,000 saved e-mails (200 MB)", [
+        ("time over just reading the files", "headers/quillbox", "headers/read", ("at most", 1.5)),
+        ("speed against GMime, header block", "headers/quillbox", "headers/gmime-headers", ("at least", 8)),
+        ("speed against GMime, whole message", "headers/quillbox", "headers/gmime-whole", ("at least", 11)),
+        ("speed against VMime", "headers/quillbox", "headers/vmime", ("at least", 20)),
+        ("speed against Python's email", "headers/quillbox", "headers/python", ("at least", 25)),
+    ]),
+    ("database", "saved.mdb with 100,000 rows", [
+        ("all rows: speed against mdb-export", "rows/quillbox", "rows/mdb-export", ("at least", 10)),
+        ("is it saved: time over SQLite", "ask/all/quillbox", "ask/all/sqlite", ("at most", 0.5)),
+        ("the same among 1,000,000 rows: time over 10,000 rows", "ask/tenfold/quillbox", "ask/tenth/quillbox",
+         ("at most", 5)),
+        ("open and first answer: time over reading and decoding", "open/quillbox", "open/read-and-decode",
+         ("at most", 2)),
+        ("durable add: time over two pages written and synced", "add/quillbox", "add/two-pages-synced",
+         ("at most", 1.3)),
+        ("a folder's CRCs: time over SQLite", "crcs/quillbox", "crcs/sqlite", ("at most", 0.35)),
+        ("condensing, durable: time over SQLite", "condense/quillbox", "condense/sqlite", ("at most", 0.5)),
+    ]),
+    ("comparison", "A check of 100,000 e-mails", [
+        ("CRC of an e-mail's identity: time over zlib", "crc/quillbox", "crc/zlib", ("at most", 1)),
+        ("files in the order of the list: time over the plain search", "same-order/quillbox",
+         "same-order/plain-search", ("at most", 0.4)),
+        ("every other e-mail unsaved: time over the plain search", "half-unsaved/quillbox",
+         "half-unsaved/plain-search", ("at most", 0.003)),
+    ]),
+]
+
+NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+
+
+def medians(paths):
+    """By name, in nanoseconds; of one item where the benchmark counts items."""
+    found = {}
+    for path in paths:
+        for run in json.loads(path.read_text())["benchmarks"]:
+            if run.get("aggregate_name") == "median":
+                time = run["real_time"] * NANOSECONDS[run["time_unit"]]
+                found[run["run_name"].removesuffix("/real_time")] = (
+                    1e9 / run["items_per_second"] if "items_per_second" in run else time)
+    return found
+
+
+def figure(found, row):
+    """The ratio in the goal's sense; None where it was not measured."""
+    _, work, other, (sense, _) = row
+    if work not in found or other not in found:
+        return None
+    ratio = found[work] / found[other]
+    return ratio if sense == "at most" else 1 / ratio
+
+
+def is_met(value, goal):
+    return value <= goal[1] if goal[0] == "at most" else value >= goal[1]
+
+
+def number(value):
+    return "–" if value is None else f"{value:.2g}" if value < 1 else f"{value:.2f}" if value < 10 else f"{value:.0f}"
+
+
+def lines(found, before):
+    for _, title, rows in PARTS:
+        yield title, "", "", "", ""
+        for row in rows:
+            value, goal = figure(found, row), row[3]
+            if value is not None:
+                yield ("  " + row[0], number(value), f"{goal[0]} {goal[1]:g}", number(figure(before, row)),
+                       "" if is_met(value, goal) else "MISSED")
+
+
+def print_table(found, before):
+    for work, value, goal, was, missed in [("", "now", "goal", "before", ""), *lines(found, before)]:
+        print(f"{work:62} {value:>8}   {goal:16} {was:>8}  {missed}".rstrip())
+
+
+STYLE = """
+  text { font: 13px sans-serif; fill: #24292f } .title { font-weight: bold; font-size: 15px }
+  .soft { fill: #57606a } .grid { stroke: #d0d7de } .goal { stroke: #24292f; stroke-width: 2 }
+  .met { fill: #2da44e } .missed { fill: #bc4c00 } .was { stroke: #57606a; stroke-width: 2; fill: none }
+  @media (prefers-color-scheme: dark) {
+    text { fill: #e6edf3 } .soft { fill: #9198a1 } .grid { stroke: #3d444d } .goal { stroke: #e6edf3 }
+    .met { fill: #3fb950 } .missed { fill: #f0883e } .was { stroke: #9198a1 }
+  }"""
+
+
+def plot(title, rows, found, before):
+    """A bar for each row: how much of what its goal allows is used, on a logarithmic scale."""
+    shown = [row for row in rows if figure(found, row) is not None]
+    left, width, top, step = 410, 400, 70, 30
+    height = top + step * len(shown) + 12
+
+    def place(part):
+        return left + width * min(max((math.log10(part) + 1.5) / 2.5, 0), 1)  # 1/32 to 10 times the goal
+
+    def part(value, goal):
+        return value / goal[1] if goal[0] == "at most" else goal[1] / value
+
+    out = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {left + width + 80} {height}" role="img">',
+           f"<title>{title}</title><style>{STYLE}\n</style>", f'<text class="title" x="10" y="22">{title}</text>',
+           '<text class="soft" x="10" y="44">Left of the line: the goal is reached. A ring: before.</text>']
+    for mark, words in [(0.1, "10 times better"), (1, "goal"), (10, "10 times worse")]:
+        kind = "goal" if mark == 1 else "grid"
+        out.append(f'<text class="soft" x="{place(mark)}" y="{top - 10}" text-anchor="middle">{words}</text>'
+                   f'<line class="{kind}" x1="{place(mark)}" x2="{place(mark)}" y1="{top - 4}" y2="{height - 8}"/>')
+    for at, row in enumerate(shown):
+        value, was, goal, y = figure(found, row), figure(before, row), row[3], top + step * at
+        kind = "met" if is_met(value, goal) else "missed"
+        out.append(f'<text x="{left - 12}" y="{y + 18}" text-anchor="end">{row[0]}</text>'
+                   f'<rect class="{kind}" x="{left}" y="{y + 4}" width="{max(place(part(value, goal)) - left, 2):.0f}" '
+                   f'height="20" rx="2"/><text x="{left + width + 10}" y="{y + 18}">{number(value)}</text>')
+        if was is not None:
+            out.append(f'<circle class="was" cx="{place(part(was, goal)):.0f}" cy="{y + 14}" r="5"/>')
+    return "\n".join(out) + "\n</svg>\n"
+
+
+def keep(found, before):
+    told = []
+    for name, title, rows in PARTS:
+        (ROOT / f"docs/pictures/performance-{name}.svg").write_text(plot(title, rows, found, before), encoding="utf-8")
+        told += ["", f"## {title}", "", f"![{title}](pictures/performance-{name}.svg)", "",
+                 "| | now | goal | before |", "|---|---|---|---|"]
+        for row in rows:
+            value, goal = figure(found, row), row[3]
+            if value is not None:
+                bold = "" if is_met(value, goal) else "**"
+                told.append(f"| {row[0]} | {bold}{number(value)}{bold} | {goal[0]} {goal[1]:g} "
+                            f"| {number(figure(before, row))} |")
+    commit = subprocess.run(["git", "log", "-1", "--format=%h of %ad", "--date=short"], cwd=ROOT, check=True,
+                            capture_output=True, text=True).stdout.strip()
+    begin, end = "<!-- table -->\n", "\n<!-- end of table -->"
+    page = PAGE.read_text(encoding="utf-8")
+    head, rest = page.split(begin)
+    PAGE.write_text(head + begin + f"Measured at {commit}.\n" + "\n".join(told) + end + rest.split(end)[1],
+                    encoding="utf-8")
+
+
+def main(arguments):
+    found = medians([pathlib.Path(argument) for argument in arguments if argument != "--keep"])
+    before = json.loads(BEFORE.read_text())
+    print_table(found, before)
+    if "--keep" in arguments:
+        keep(found, before)
+    values = [(figure(found, row), row[3]) for _, _, rows in PARTS for row in rows]
+    return 1 if any(value is not None and not is_met(value, goal) for value, goal in values) else 0
+
+
+sys.exit(main(sys.argv[1:]))
