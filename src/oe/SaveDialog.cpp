@@ -183,6 +183,12 @@ SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, c
         saved = client.files.FileExists(path);
         return saved || hasBox();
     });
+    // A slow client is closing its dialog only now, and writes the file behind that without answering.
+    if (pressed && !saved && !hasBox()) {
+        WaitUntil(client, kFileTries, kInterval, [&] { return !client.desktop.IsThere(dialog) || hasBox(); });
+        if (!AwaitClient(client)) return SaveResult::untried;
+        saved = client.files.FileExists(path);
+    }
     // What it has to say about the file comes right behind it. One that fell silent or ended over the file
     // may not have finished it.
     if (saved && !AwaitClient(client)) return SaveResult::untried;

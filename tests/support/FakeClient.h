@@ -34,8 +34,9 @@ struct Manners {
     bool keepDialog = false;     // it stays open after Save and after Cancel
     bool deafEdit = false;       // the box for the name takes no text
     bool saveNothing = false;
-    int fileAfter = 0;  // milliseconds until there is a file, which is whole...
-    int wholeAfter = 0; // ...so much later, and has so many bytes until then:
+    bool writesSilently = false; // it answers nothing until there is a file
+    int fileAfter = 0;           // milliseconds until there is a file, which is whole...
+    int wholeAfter = 0;          // ...so much later, and has so many bytes until then:
     std::size_t firstBytes = 0;
     struct Box {
         Text words;

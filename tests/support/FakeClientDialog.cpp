@@ -66,6 +66,7 @@ void FakeClient::PressSave(WindowHandle dialog)
         boxesLeft_ = {{u"The path does not exist.", {u"OK"}}};
     if (!boxesLeft_.empty()) return ShowNextBox(dialog);
     const auto save = [this, path = filled.typed, email = filled.email] { SaveTo(path, email); };
+    if (fileAfter > 0 && writesSilently) FallSilent(fileAfter);
     if (fileAfter > 0)
         Later(fileAfter, save);
     else if (!saveNothing)

@@ -274,6 +274,11 @@ const Fault kFaults[] = {
      "box-of-the-client"},
     {"files come after 1.5 s", kDialog, Set(&Manners::fileAfter, 1'500)},
     {"files come after 5 s", kDialog, Set(&Manners::fileAfter, 5'000), {kFail}},
+    {"files come after 5 s, and the client answers nothing meanwhile", kDialog,
+     [](B& b) {
+         b.fake.fileAfter = 5'000;
+         b.fake.writesSilently = true;
+     }},
     {"files are empty for 10 s", kDialog, Set(&Manners::wholeAfter, 10'000)},
     {"files grow for 10 s", kDialog,
      [](B& b) {
