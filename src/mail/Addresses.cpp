@@ -34,11 +34,12 @@ Text ProtectEscapes(Text value)
 
 Text RestoreEscapes(Text value)
 {
-    if (value.find_first_of(u"\x01\x02\x03\x04") == Text::npos) return value;
+    const auto isPlaceholder = [](char16_t unit) { return unit >= 1 && unit <= 4; };
+    if (std::none_of(value.begin(), value.end(), isPlaceholder)) return value;
     Text out;
     out.reserve(value.size());
     for (const char16_t unit : value) {
-        if (unit >= 1 && unit <= 4)
+        if (isPlaceholder(unit))
             out.append({u'\\', kEscapable[unit - 1]});
         else
             out += unit;
@@ -151,7 +152,8 @@ Text CleanGroupName(Text piece)
 // Every parenthesis behind exactly one backslash.
 Text EscapeParens(Text text)
 {
-    if (text.find_first_of(u"()\x05\x06") == Text::npos) return text;
+    const auto isParen = [](char16_t unit) { return unit == u'(' || unit == u')' || unit == 5 || unit == 6; };
+    if (std::none_of(text.begin(), text.end(), isParen)) return text;
     Text out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {

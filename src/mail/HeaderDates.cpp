@@ -68,7 +68,7 @@ DateSlots WeekdayFirst(TextView text, const Words& words, Locale& locale)
 // The slots are parts of text, which a date literal first replaces by what it quotes.
 DateSlots SlotsOf(Text& text, Locale& locale)
 {
-    if (EqualNoCase(Words(text)[1], u"{ts")) {
+    if (EqualNoCase(FieldOf(text, u" ", 1), u"{ts")) {
         text = QuotedPart(text);
         const Words words(text);
         const TextView date = words[1];
@@ -125,10 +125,12 @@ int ZoneOffset(TextView zone)
 
 std::int64_t SecondsOfText(TextView text)
 {
-    if (CountOf(text, u":") < 2) return 0; // Kept: a time without seconds counts as midnight
-    const int hour = ToInt16(LeadingNumber(FieldOf(text, u":", 1)));
-    const int minute = ToInt16(LeadingNumber(FieldOf(text, u":", 2)));
-    const int second = ToInt16(LeadingNumber(FieldOf(text, u":", 3)));
+    const std::size_t first = text.find(u':');
+    const std::size_t last = first == TextView::npos ? first : text.find(u':', first + 1);
+    if (last == TextView::npos) return 0;          // Kept: a time without seconds counts as midnight
+    const int hour = ToInt16(LeadingNumber(text)); // which ends before the colon
+    const int minute = ToInt16(LeadingNumber(text.substr(first + 1)));
+    const int second = ToInt16(LeadingNumber(text.substr(last + 1)));
     return hour * 3600 + minute * 60 + second;
 }
 

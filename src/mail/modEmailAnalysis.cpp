@@ -137,6 +137,13 @@ void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& contex
     summary.ReceivedDateText = FormatListDate(summary.ReceivedDate, false);
 }
 
+// Of the file's name in its path.
+std::size_t NameStart(TextView path)
+{
+    const char16_t separator = path.find(u'\\') != TextView::npos ? u'\\' : u'/';
+    return path.rfind(separator) + 1; // npos + 1 is 0
+}
+
 } // namespace
 
 Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& summary)
@@ -163,23 +170,21 @@ Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& sum
 
 Text FileExtension(TextView path)
 {
-    const Text name = FileNameOf(path);
+    const TextView name = path.substr(NameStart(path));
     return FoldCase(name.substr(name.rfind(u'.') + 1)); // npos + 1 is 0: the whole name
 }
 
 Text FileNameOf(TextView path)
 {
-    const char16_t separator = path.find(u'\\') != TextView::npos ? u'\\' : u'/';
-    return Text(path.substr(path.rfind(separator) + 1));
+    return Text(path.substr(NameStart(path)));
 }
 
 Text FolderOf(TextView path, TextView firstFolder)
 {
     const std::size_t start = FindNoCase(path, firstFolder);
     if (start != TextView::npos) path.remove_prefix(start);
-    const char16_t separator = path.find(u'\\') != TextView::npos ? u'\\' : u'/';
-    const std::size_t last = path.rfind(separator);
-    return last == TextView::npos ? Text() : Text(path.substr(0, last));
+    const std::size_t name = NameStart(path);
+    return Text(path.substr(0, name - std::min<std::size_t>(name, 1)));
 }
 
 void CollectHeaders(std::string_view block, std::span<HeaderQuery> queries)
@@ -189,9 +194,9 @@ void CollectHeaders(std::string_view block, std::span<HeaderQuery> queries)
         const std::string_view line = block.substr(start, end - start);
         start = end + 2;
         if (line.empty()) continue;
+        const char first = Lower(line[0]); // tells most lines from all that is sought
         for (HeaderQuery& query : queries) {
-            if (query.closed || Lower(query.name[0]) != Lower(line[0]) || !StartsWithName(line, query.name))
-                continue;
+            if (first != Lower(query.name[0]) || query.closed || !StartsWithName(line, query.name)) continue;
             query.closed = query.firstOnly;
             const std::string_view value = TrimmedBytes(line.substr(query.name.size()));
             if (!value.empty()) query.value.append(query.value.empty() ? "" : "; ").append(value);
@@ -220,22 +225,11 @@ void KeepHeaderBlock(std::string& message)
 
 bool HasAttachmentMark(std::string_view message)
 {
-    static constexpr std::string_view kMark = "content-disposition: attachment;\r\n";
-    // How far the mark may move when this byte stands under its last one. Nothing in the mark but its end is
-    // a line feed, and a byte that is not in it at all moves it by its whole length.
-    static constexpr auto kSkip = [] {
-        std::array<std::uint8_t, 256> skip{};
-        skip.fill(kMark.size());
-        for (std::size_t i = 0; i + 1 < kMark.size(); ++i) {
-            const auto byte = static_cast<unsigned char>(kMark[i]);
-            skip[byte] = static_cast<std::uint8_t>(kMark.size() - 1 - i);
-            if (byte >= 'a' && byte <= 'z') skip[byte - 32] = skip[byte];
-        }
-        return skip;
-    }();
-    for (std::size_t end = kMark.size() - 1; end < message.size();
-         end += kSkip[static_cast<unsigned char>(message[end])]) {
-        if (message[end] == '\n' && StartsWithName(message.substr(end + 1 - kMark.size()), kMark))
+    // Up to its semicolon, which in most messages is the rarest of its characters.
+    static constexpr std::string_view kMark = "content-disposition: attachment", kRest = ";\r\n";
+    for (std::size_t at = message.find(';'); at != message.npos; at = message.find(';', at + 1)) {
+        if (at >= kMark.size() && message.substr(at, kRest.size()) == kRest &&
+            StartsWithName(message.substr(at - kMark.size()), kMark))
             return true;
     }
     return false;

@@ -3,13 +3,17 @@
 #include "text/Numbers.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace {
 
+using std::chrono::days, std::chrono::months, std::chrono::sys_days, std::chrono::year_month_day;
+
 constexpr std::int64_t kSecondsPerDay = 86400;
 constexpr std::int64_t kFirstDay = -657434; // 1 January 100
 constexpr std::int64_t kLastDay = 2958465;  // 31 December 9999
+constexpr std::int64_t kDaysBefore1970 = 25569;
 
 std::int64_t FloorDivide(std::int64_t value, std::int64_t by)
 {
@@ -17,19 +21,18 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t by)
     return value % by < 0 ? quotient - 1 : quotient;
 }
 
-// Day number of a day of the proleptic Gregorian calendar. Years are counted from March, so that the leap
-// day comes last; 693899 days lie between 1 March of the year 0 and day 0.
-std::int64_t DayOf(std::int64_t year, int month, std::int64_t day)
+std::int64_t DayOf(year_month_day date)
 {
-    if (month <= 2) --year;
-    const std::int64_t monthFromMarch = month > 2 ? month - 3 : month + 9;
-    const std::int64_t leapDays = FloorDivide(year, 4) - FloorDivide(year, 100) + FloorDivide(year, 400);
-    return year * 365 + leapDays + (153 * monthFromMarch + 2) / 5 + day - 1 - 693899;
+    return sys_days(date).time_since_epoch().count() + kDaysBefore1970;
 }
 
-int DaysInMonth(int year, int month)
+// The first day of a month that is counted from January of the year 0.
+year_month_day FirstOf(std::int64_t month)
 {
-    return static_cast<int>(month == 12 ? 31 : DayOf(year, month + 1, 1) - DayOf(year, month, 1));
+    const std::int64_t year = FloorDivide(month, 12);
+    if (year < -0x7FFF || year > 0x7FFF) throw ValueFault(Fault::invalidCall);
+    return std::chrono::year(static_cast<int>(year)) /
+           std::chrono::month(static_cast<unsigned>(month - year * 12) + 1) / 1;
 }
 
 double Checked(std::int64_t day)
@@ -52,24 +55,24 @@ double AddSeconds(double date, double count, std::int64_t unit)
     return DateFromSeconds(SecondsOf(date) + static_cast<std::int64_t>(CheckedCount(count)) * unit);
 }
 
-// What a letter of a pattern stands for; -1 for the letters that stand for themselves.
-int PartOf(const DateFields& fields, char16_t letter)
+// What a letter of a pattern stands for; null for the letters that stand for themselves.
+int* PartOf(DateFields& fields, char16_t letter)
 {
     switch (letter) {
     case u'y':
-        return fields.year;
+        return &fields.year;
     case u'm':
-        return fields.month;
+        return &fields.month;
     case u'd':
-        return fields.day;
+        return &fields.day;
     case u'h':
-        return fields.hour;
+        return &fields.hour;
     case u'n':
-        return fields.minute;
+        return &fields.minute;
     case u's':
-        return fields.second;
+        return &fields.second;
     default:
-        return -1;
+        return nullptr;
     }
 }
 
@@ -93,9 +96,7 @@ double DateFromSeconds(std::int64_t seconds)
 double DateFromYmd(int year, int month, int day)
 {
     if (year >= 0 && year <= 99) year += year < 30 ? 2000 : 1900;
-    const std::int64_t months = std::int64_t(year) * 12 + month - 1;
-    const std::int64_t carried = FloorDivide(months, 12);
-    return Checked(DayOf(carried, static_cast<int>(months - carried * 12) + 1, day));
+    return Checked(DayOf(FirstOf(std::int64_t(year) * 12 + month - 1)) + day - 1);
 }
 
 DateFields FieldsOf(double date)
@@ -104,27 +105,24 @@ DateFields FieldsOf(double date)
     const std::int64_t dayNumber = FloorDivide(seconds, kSecondsPerDay);
     Checked(dayNumber); // half a second before the year 10000 is rounded into it
     const int time = static_cast<int>(seconds - dayNumber * kSecondsPerDay);
-
-    // 146097 days make 400 years; the estimate is at most one year too late.
-    int year = static_cast<int>(FloorDivide((dayNumber + 693899) * 400, 146097)) + 1;
-    while (DayOf(year, 1, 1) > dayNumber) --year;
-    int month = 1;
-    while (month < 12 && DayOf(year, month + 1, 1) <= dayNumber) ++month;
-    const int day = static_cast<int>(dayNumber - DayOf(year, month, 1)) + 1;
-    const int weekday = static_cast<int>((dayNumber + 6 + 7 * 100000) % 7); // day 0 is a Saturday
-    return {year, month, day, time / 3600, time / 60 % 60, time % 60, weekday};
+    const sys_days day{days(static_cast<int>(dayNumber - kDaysBefore1970))};
+    const year_month_day calendar(day);
+    return {static_cast<int>(calendar.year()),
+            static_cast<int>(static_cast<unsigned>(calendar.month())),
+            static_cast<int>(static_cast<unsigned>(calendar.day())),
+            time / 3600,
+            time / 60 % 60,
+            time % 60,
+            static_cast<int>(std::chrono::weekday(day).c_encoding())};
 }
 
 double AddMonths(double date, double count)
 {
     const DateFields from = FieldsOf(date);
-    const std::int64_t months =
-        std::int64_t(from.year) * 12 + from.month - 1 + static_cast<std::int64_t>(CheckedCount(count));
-    const std::int64_t year = FloorDivide(months, 12);
-    if (year < 100 || year > 9999) throw ValueFault(Fault::invalidCall);
-    const int month = static_cast<int>(months - year * 12) + 1;
-    const std::int64_t day =
-        DayOf(year, month, std::min(from.day, DaysInMonth(static_cast<int>(year), month)));
+    const year_month_day first = FirstOf(std::int64_t(from.year) * 12 + from.month - 1 +
+                                         static_cast<std::int64_t>(CheckedCount(count)));
+    const std::int64_t last = DayOf(first.year() / first.month() / std::chrono::last);
+    const std::int64_t day = std::min(DayOf(first) + from.day - 1, last);
     return DateFromSeconds(day * kSecondsPerDay + from.hour * 3600 + from.minute * 60 + from.second);
 }
 
@@ -140,14 +138,13 @@ double AddMinutes(double date, double count)
 
 Text FormatDate(double date, TextView pattern)
 {
-    const DateFields fields = FieldsOf(date);
+    DateFields fields = FieldsOf(date);
     Text out(pattern);
-    for (std::size_t i = 0, end = 0; i < pattern.size(); i = end) {
-        while (end < pattern.size() && pattern[end] == pattern[i]) ++end;
-        int part = PartOf(fields, pattern[i]);
-        if (part < 0) continue;
-        for (std::size_t digit = end; digit-- > i; part /= 10)
-            out[digit] = static_cast<char16_t>(u'0' + part % 10);
+    for (std::size_t i = out.size(); i-- > 0;) {
+        int* const part = PartOf(fields, out[i]);
+        if (part == nullptr) continue;
+        out[i] = static_cast<char16_t>(u'0' + *part % 10);
+        *part /= 10;
     }
     return out;
 }

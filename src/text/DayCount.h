@@ -29,8 +29,8 @@ double AddMonths(double date, double count);
 double AddHours(double date, double count);
 double AddMinutes(double date, double count);
 
-// Writes date by a pattern in which yyyy, mm, dd, hh, nn (minutes) and ss stand for their digits and
-// everything else for itself.
+// Writes date by a pattern in which yyyy, mm, dd, hh, nn (minutes) and ss, each once at the most, stand for
+// their digits and everything else for itself.
 Text FormatDate(double date, TextView pattern);
 inline constexpr TextView kMinuteFormat = u"dd/mm/yyyy hh:nn";
 inline constexpr TextView kSecondFormat = u"dd/mm/yyyy hh:nn:ss";

@@ -60,11 +60,6 @@ struct Digits {
 
     double Value() const
     {
-        if (exponent == 0 && kept.size() <= 15) { // exact in a double, and nearly every number there is
-            std::int64_t whole = 0;
-            for (const char digit : kept) whole = whole * 10 + (digit - '0');
-            return static_cast<double>(whole);
-        }
         const std::string plain =
             moreBehind ? kept + "1e" + std::to_string(exponent - 1) : kept + "e" + std::to_string(exponent);
         return std::strtod(plain.c_str(), nullptr);
@@ -96,6 +91,17 @@ ScannedNumber ScanNumber(TextView text)
     std::size_t at = SkipWhite(text, 0);
     const bool negative = at < text.size() && text[at] == u'-';
     if (negative || (at < text.size() && text[at] == u'+')) ++at;
+
+    // Nearly every number there is: so few digits, and nothing else, are exact in a double.
+    constexpr std::size_t kExact = 15;
+    std::int64_t whole = 0;
+    std::size_t end = at;
+    for (; end < text.size() && end - at < kExact && IsDigit(text[end]); ++end)
+        whole = whole * 10 + (text[end] - u'0');
+    const char16_t next = end < text.size() ? text[end] : u' ';
+    if (end > at && !IsDigit(next) && next != u'.' && next != u'e' && next != u'E')
+        return {static_cast<double>(negative ? -whole : whole), end};
+
     Digits digits;
     for (; at < text.size() && IsDigit(text[at]); ++at) digits.Take(text[at], false);
     if (at < text.size() && text[at] == u'.') {
