@@ -349,9 +349,10 @@ void CreateJetDatabase(Files& files, const Text& path, TextView createTable, dou
     FileError error = FileError::none;
     std::unique_ptr<RandomFile> file = files.Open(unfinished, OpenMode::createNew, error);
     if (!file) fail(Describe(error));
-    const bool written = file->WriteAt(0, image.data(), image.size()) && file->Flush();
+    error = file->WriteAt(0, image.data(), image.size());
+    if (error == FileError::none) error = file->Flush();
     file.reset();
-    error = written ? files.Rename(unfinished, path) : FileError::writeFailed;
+    if (error == FileError::none) error = files.Rename(unfinished, path);
     if (error != FileError::none) {
         files.Delete(unfinished);
         fail(Describe(error));

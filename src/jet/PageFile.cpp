@@ -37,7 +37,8 @@ std::string PageFile::Tail()
 
 void PageFile::CutTail()
 {
-    if (!File().Resize(Offset(count_))) FailWrite(u"The unfinished page at its end cannot be cut off");
+    if (!File().Resize(Offset(count_)))
+        FailWrite(u"The unfinished page at its end cannot be cut off", FileError::writeFailed);
 }
 
 RandomFile& PageFile::File()
@@ -85,13 +86,14 @@ void PageFile::Write(PageNumber page, std::string bytes)
     if (page > kMostPages) throw DatabaseError(u"The database is full (2 GB)");
     const bool extends = page == count_;
     const PageRef before = extends ? nullptr : Read(page);
-    if (!file.WriteAt(Offset(page), bytes.data(), kPageSize)) {
+    const FileError error = file.WriteAt(Offset(page), bytes.data(), kPageSize);
+    if (error != FileError::none) {
         // The write may have got half way.
         if (extends)
             (void)file.Resize(Offset(count_));
         else
             (void)file.WriteAt(Offset(page), before->data(), kPageSize);
-        FailWrite(u"Page " + DecimalText(page) + u" of the database cannot be written");
+        FailWrite(u"Page " + DecimalText(page) + u" of the database cannot be written", error);
     }
     if (extends) ++count_;
     old_.erase(page);
@@ -100,11 +102,13 @@ void PageFile::Write(PageNumber page, std::string bytes)
 
 void PageFile::Flush()
 {
-    if (!File().Flush()) FailWrite(u"The database cannot be written to the disk");
+    if (const FileError error = File().Flush(); error != FileError::none)
+        FailWrite(u"The database cannot be written to the disk", error);
 }
 
-void PageFile::FailWrite(Text words)
+void PageFile::FailWrite(Text words, FileError error)
 {
+    if (error == FileError::full) words += u". " + Describe(error); // which the user can mend
     ++writeFailures_;
     young_.clear(); // what the disk holds now is to be read again
     old_.clear();

@@ -42,7 +42,7 @@ private:
     using Cache = std::unordered_map<PageNumber, PageRef>;
     RandomFile& File();
     void Remember(PageNumber page, PageRef bytes);
-    [[noreturn]] void FailWrite(Text words);
+    [[noreturn]] void FailWrite(Text words, FileError error);
 
     std::unique_ptr<RandomFile> file_;
     Text whyReadOnly_;

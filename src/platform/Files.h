@@ -15,12 +15,12 @@ Text Describe(FileError error); // plain words for a message, without a full sto
 struct RandomFile {
     virtual ~RandomFile() = default; // closes
     virtual std::uint64_t Size() = 0;
-    // Both are all or nothing as far as the answer goes: a short read or write is false.
+    // All or nothing as far as the answer goes: a short read is false, a short write an error.
     virtual bool ReadAt(std::uint64_t offset, char* bytes, std::size_t count) = 0;
     // Past the end it extends the file.
-    virtual bool WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) = 0;
+    virtual FileError WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) = 0;
     virtual bool Resize(std::uint64_t size) = 0;
-    virtual bool Flush() = 0; // down to the disk
+    virtual FileError Flush() = 0; // down to the disk
 };
 
 enum class OpenMode {

@@ -72,7 +72,7 @@ class Pulled:
 # What goes wrong, and what is said of it; what does not last need not be noticed.
 TROUBLES = {
     "the store's disk is full": (lambda room: SmallDisk(room / "store", 9), "FAIL: "),
-    "the program's disk is full": (lambda room: SmallDisk(room / "program", 4), "cannot be written"),
+    "the program's disk is full": (lambda room: SmallDisk(room / "program", 4), "The disk is full"),
     "the store is gone for two seconds": (lambda room: Pulled(room / "store", 2), ""),
     "the store is gone": (lambda room: Pulled(room / "store", 0), "FAIL: "),
 }

@@ -15,9 +15,9 @@ struct BytesFile final : RandomFile { // that can only be read
     {
         return offset + count <= bytes.size() && bytes.copy(to, count, offset) == count;
     }
-    bool WriteAt(std::uint64_t, const char*, std::size_t) override { return false; }
+    FileError WriteAt(std::uint64_t, const char*, std::size_t) override { return FileError::writeFailed; }
     bool Resize(std::uint64_t) override { return false; }
-    bool Flush() override { return true; }
+    FileError Flush() override { return FileError::none; }
     std::string bytes;
 };
 

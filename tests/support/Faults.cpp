@@ -27,7 +27,7 @@ const Text kSilent = u"Outlook Express has stopped responding", kFail = u"FAIL: 
            kSelect = u"Please ensure a folder has been selected in Outlook Express",
            kEmpty = u"No emails to export.", kNoDialog = u"No dialog found",
            kSays = u"Outlook Express says: ", kNotMade = u"The export folder could not be made",
-           kDatabase = u"Database error: ", kMoved = u" skipped: met a second time",
+           kFull = u"The disk is full", kMoved = u" skipped: met a second time",
            kAlike = u" look exactly like another e-mail of this folder",
            kAnew = u"Outlook Express was started anew", kNotStored = u" been stored.",
            kFigures = u" e-mail(s) handled in this run are saved", kRights = u"higher rights",
@@ -350,13 +350,13 @@ const Fault kFaults[] = {
     {"another program's dialog has the same caption", kAnywhere,
      [](B& b) { b.fake.AddForeign(u"#32770", u"Save Message As"); }},
     {"a window of the client stands beside", kAnywhere, [](B& b) { b.fake.AddModeless(u"#32770"); }, {kSays}},
-    {"the database cannot be written any more",
+    {"the database's disk is full from then on",
      kAnywhere,
      [](B& b) {
          b.databaseFiles.failForGood = true;
          b.databaseFiles.failAt = b.databaseFiles.changes + 1;
      },
-     {kDatabase}},
+     {kFull}},
     {"the store folder is read-only", kAnywhere, Refuse, {kNotMade, kSays}},
     {"the store folder is deleted", kAnywhere, DeleteStore, {kSays, kFigures, kNotStored, kFail}, kFilesStay},
     {"the drive goes",

@@ -152,13 +152,13 @@ public:
         ++files_.reads;
         return image_->Read(offset, bytes, count);
     }
-    bool WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) override
+    FileError WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) override
     {
         const bool fails = files_.Fails();
         image_->Write(offset, bytes, fails ? std::min(count, files_.tornBytes) : count);
         if (files_.record) files_.written.push_back({offset, std::string(bytes, count)});
         files_.Note();
-        return !fails;
+        return fails ? FileError::full : FileError::none;
     }
     bool Resize(std::uint64_t size) override
     {
@@ -167,11 +167,11 @@ public:
         files_.Note();
         return true;
     }
-    bool Flush() override
+    FileError Flush() override
     {
         ++files_.flushes;
         if (files_.record) files_.flushedAt.push_back(files_.history.size());
-        return !files_.Fails();
+        return files_.Fails() ? FileError::full : FileError::none;
     }
 
 private:

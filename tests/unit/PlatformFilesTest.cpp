@@ -142,7 +142,7 @@ TEST_F(PlatformFiles, OpenRefusesASecondExclusiveUserAndWhatIsNoFile)
     ASSERT_TRUE(reader);
     EXPECT_EQ(ErrorOfOpening(u"saved.mdb", OpenMode::read), FileError::none);
     EXPECT_EQ(ErrorOfOpening(u"saved.mdb", OpenMode::exclusive), FileError::inUse);
-    EXPECT_FALSE(reader->WriteAt(0, "x", 1));
+    EXPECT_NE(reader->WriteAt(0, "x", 1), FileError::none);
     EXPECT_FALSE(reader->Resize(0));
 }
 
@@ -150,8 +150,8 @@ TEST_F(PlatformFiles, ReadsAndWritesAtAnyPlace)
 {
     auto file = files.Open(scratch / u"pages", OpenMode::createNew, error);
     ASSERT_TRUE(file);
-    EXPECT_TRUE(file->WriteAt(4096, "end", 3)) << "past the end: zeros between";
-    EXPECT_TRUE(file->WriteAt(0, "start", 5));
+    EXPECT_EQ(file->WriteAt(4096, "end", 3), FileError::none) << "past the end: zeros between";
+    EXPECT_EQ(file->WriteAt(0, "start", 5), FileError::none);
     EXPECT_EQ(file->Size(), 4099u);
     char buffer[8] = {};
     EXPECT_TRUE(file->ReadAt(4094, buffer, 5));
@@ -159,7 +159,8 @@ TEST_F(PlatformFiles, ReadsAndWritesAtAnyPlace)
     EXPECT_FALSE(file->ReadAt(4094, buffer, 6)) << "one byte too many";
     EXPECT_FALSE(file->ReadAt(1u << 20, buffer, 1));
     EXPECT_TRUE(file->ReadAt(4099, buffer, 0));
-    EXPECT_TRUE(file->Resize(5) && file->Resize(7) && file->Flush());
+    EXPECT_TRUE(file->Resize(5) && file->Resize(7));
+    EXPECT_EQ(file->Flush(), FileError::none);
     EXPECT_EQ(file->Size(), 7u);
     file.reset();
     EXPECT_EQ(Content(u"pages"), std::string("start\0\0", 7));

@@ -112,9 +112,11 @@ public:
         return Transfer(offset, bytes, count, ::pread);
     }
 
-    bool WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) override
+    FileError WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) override
     {
-        return Transfer(offset, bytes, count, ::pwrite);
+        errno = 0;
+        return Transfer(offset, bytes, count, ::pwrite) ? FileError::none
+                                                        : ErrorOf(errno, FileError::writeFailed);
     }
 
     bool Resize(std::uint64_t size) override
@@ -122,9 +124,10 @@ public:
         return Repeated([&] { return ::ftruncate(descriptor_.Number(), static_cast<off_t>(size)); }) == 0;
     }
 
-    bool Flush() override
+    FileError Flush() override
     {
-        return Repeated([&] { return ::fsync(descriptor_.Number()); }) == 0;
+        const bool done = Repeated([&] { return ::fsync(descriptor_.Number()); }) == 0;
+        return done ? FileError::none : ErrorOf(errno, FileError::writeFailed);
     }
 
 private:

@@ -95,9 +95,9 @@ public:
         return Transfer(offset, bytes, count, ReadFile);
     }
 
-    bool WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) override
+    FileError WriteAt(std::uint64_t offset, const char* bytes, std::size_t count) override
     {
-        return Transfer(offset, bytes, count, WriteFile);
+        return Result(Transfer(offset, bytes, count, WriteFile));
     }
 
     bool Resize(std::uint64_t size) override
@@ -107,9 +107,13 @@ public:
         return SetFilePointerEx(file_, place, nullptr, FILE_BEGIN) && SetEndOfFile(file_);
     }
 
-    bool Flush() override { return FlushFileBuffers(file_) != 0; }
+    FileError Flush() override { return Result(FlushFileBuffers(file_)); }
 
 private:
+    static FileError Result(bool done)
+    {
+        return done ? FileError::none : ErrorOf(GetLastError(), FileError::writeFailed);
+    }
     template <class Byte, class Call>
     bool Transfer(std::uint64_t offset, Byte* bytes, std::size_t count, Call call)
     {
