@@ -41,34 +41,34 @@ RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, std
 
 } // namespace
 
-LongValue ReadLongValue(PageFile& file, ByteView header)
+LongValue::LongValue(PageFile& file, ByteView header) : page_(header.Page())
 {
-    LongValue value;
     const std::uint32_t word = header.U32(0), kind = word >> 30;
     const std::size_t size = word & kMostBytes;
     if (kind & kInRow) {
-        value.bytes = header.Sub(kHeader, size).Bytes();
-        return value;
+        whole_ = header.Sub(kHeader, size).Bytes();
+        return;
     }
-    PageRef hold;
     RowId place = FromPointer(header.U32(4));
     while (place.page != 0) {
-        if (value.places.size() > file.Count() || value.bytes.size() > size)
+        if (places_.size() > file.Count() || parts_.size() > size)
             ThrowDamaged(place.page, u"a long value runs in a circle");
-        const ByteView page = file.View(place.page, hold);
+        const ByteView page = file.View(place.page, hold_);
         NeedDataPage(page, kLongValueOwner);
         if (SlotAt(page, place.slot).flags != 0)
             ThrowDamaged(place.page, u"part of a long value was deleted");
         const ByteView row = RowAt(page, place.slot);
-        value.places.push_back(place);
-        value.bytes += kind & kOneRow
-                           ? row.Bytes()
-                           : row.Sub(kPointer, row.Size() - std::min(row.Size(), kPointer)).Bytes();
-        place = kind & kOneRow ? RowId{} : FromPointer(row.U32(0));
+        places_.push_back(place);
+        if (kind & kOneRow) {
+            whole_ = row.Bytes();
+            break;
+        }
+        parts_ += row.Sub(kPointer, row.Size() - std::min(row.Size(), kPointer)).Bytes();
+        place = FromPointer(row.U32(0));
     }
-    if (value.bytes.size() < size) ThrowDamaged(header.Page(), u"a long value is cut short");
-    value.bytes.resize(size);
-    return value;
+    if (Bytes().Size() < size) ThrowDamaged(page_, u"a long value is cut short");
+    whole_ = whole_.substr(0, size);
+    parts_.resize(std::min(parts_.size(), size));
 }
 
 std::vector<FreeSpace> FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,

@@ -6,11 +6,19 @@
 
 namespace jet {
 
-struct LongValue {
-    std::string bytes;
-    std::vector<RowId> places; // the rows that hold it; none when it stands behind its header
+class LongValue {
+public:
+    LongValue(PageFile& file, ByteView header); // whose bytes must outlive it
+    ByteView Bytes() const { return {(parts_.empty() ? whole_ : parts_), page_}; }
+    const std::vector<RowId>& Places() const { return places_; } // none when it stands behind its header
+
+private:
+    PageNumber page_;        // of the header
+    std::string_view whole_; // of one that is in one piece
+    PageRef hold_;           // keeps it
+    std::string parts_;      // put together
+    std::vector<RowId> places_;
 };
-LongValue ReadLongValue(PageFile& file, ByteView header);
 
 // A page of a free map and the bytes that a new row on it may have.
 struct FreeSpace {

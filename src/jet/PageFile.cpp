@@ -53,12 +53,17 @@ void PageFile::Remember(PageNumber page, PageRef bytes)
         old_ = std::move(young_);
         young_.clear();
     }
+    latest_ = {page, bytes};
     young_[page] = std::move(bytes);
 }
 
 PageRef PageFile::Read(PageNumber page)
 {
-    if (const auto found = young_.find(page); found != young_.end()) return found->second;
+    if (latest_.second && latest_.first == page) return latest_.second;
+    if (const auto found = young_.find(page); found != young_.end()) {
+        latest_ = *found;
+        return found->second;
+    }
     PageRef bytes;
     if (const auto found = old_.find(page); found != old_.end()) {
         bytes = found->second;
@@ -106,12 +111,18 @@ void PageFile::Flush()
         FailWrite(u"The database cannot be written to the disk", error);
 }
 
+void PageFile::Forget() noexcept
+{
+    young_.clear();
+    old_.clear();
+    latest_ = {};
+}
+
 void PageFile::FailWrite(Text words, FileError error)
 {
     if (error == FileError::full) words += u". " + Describe(error); // which the user can mend
     ++writeFailures_;
-    young_.clear(); // what the disk holds now is to be read again
-    old_.clear();
+    Forget(); // what the disk holds now is to be read again
     throw DatabaseError(std::move(words));
 }
 
@@ -119,8 +130,7 @@ void PageFile::Close() noexcept
 {
     if (file_ && whyReadOnly_.empty()) (void)file_->Flush(); // closing has no one to tell
     file_.reset();
-    young_.clear();
-    old_.clear();
+    Forget();
 }
 
 ByteView WriteSet::View(PageNumber page)

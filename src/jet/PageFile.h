@@ -42,6 +42,7 @@ private:
     using Cache = std::unordered_map<PageNumber, PageRef>;
     RandomFile& File();
     void Remember(PageNumber page, PageRef bytes);
+    void Forget() noexcept;
     [[noreturn]] void FailWrite(Text words, FileError error);
 
     std::unique_ptr<RandomFile> file_;
@@ -50,6 +51,8 @@ private:
     unsigned writeFailures_ = 0;
     // Two generations: what is used while the young one fills survives, the rest goes with the old one.
     Cache young_, old_;
+    // The page that was read or written last: rows are mostly sought one behind the other.
+    std::pair<PageNumber, PageRef> latest_;
 };
 
 // When a page of an operation is written. Whenever the program is stopped or the power goes, every row

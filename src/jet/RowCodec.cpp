@@ -3,6 +3,9 @@
 #include "platform/Database.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
+#include <utility>
 
 namespace jet {
 
@@ -38,12 +41,14 @@ Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_
     if (variableCount_ > table.variableColumns || mask_ - 2 < kColumnCount + tableSize)
         ThrowDamaged(bytes.Page(), u"a row has too many columns of varying length");
     offsetTable_ = mask_ - 2 - tableSize;
-    for (std::size_t i = 0; i < variableCount_; ++i)
-        if (VariableOffset(i) > VariableOffset(i + 1))
-            ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
-    if (VariableOffset(0) < kColumnCount || VariableOffset(variableCount_) > offsetTable_)
-        ThrowDamaged(bytes.Page(), u"a column lies outside its row");
     fixedEnd_ = VariableOffset(0);
+    std::size_t end = fixedEnd_;
+    for (std::size_t i = 1; i <= variableCount_; ++i) {
+        const std::size_t start = std::exchange(end, VariableOffset(i));
+        if (start > end) ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
+    }
+    if (fixedEnd_ < kColumnCount || end > offsetTable_)
+        ThrowDamaged(bytes.Page(), u"a column lies outside its row");
 }
 
 std::size_t Row::VariableOffset(std::size_t index) const
@@ -134,12 +139,11 @@ void DecodeText(ByteView bytes, Text& text)
     text.clear();
     const std::size_t size = bytes.Size();
     const auto appendWide = [&](std::size_t at, std::size_t units) {
+        static_assert(std::endian::native == std::endian::little); // as the file has them
         const std::string_view wide = bytes.Sub(at, 2 * units).Bytes();
         const std::size_t before = text.size();
         text.resize(before + units);
-        for (std::size_t i = 0; i < units; ++i)
-            text[before + i] = static_cast<char16_t>(static_cast<unsigned char>(wide[2 * i]) |
-                                                     static_cast<unsigned char>(wide[2 * i + 1]) << 8);
+        std::memcpy(text.data() + before, wide.data(), wide.size());
     };
     if (size < 2 || bytes.U16(0) != 0xFEFF) return appendWide(0, (size + 1) / 2);
     // Runs of one byte a character and of two take turns; a zero byte in the place of a character ends one.
@@ -150,7 +154,10 @@ void DecodeText(ByteView bytes, Text& text)
             ++at;
         } else if (narrow) {
             const std::string_view run = bytes.Bytes().substr(at, bytes.Bytes().find('\0', at) - at);
-            for (const char unit : run) text += static_cast<unsigned char>(unit);
+            const std::size_t before = text.size();
+            text.resize(before + run.size());
+            std::transform(run.begin(), run.end(), text.data() + before,
+                           [](char unit) { return static_cast<unsigned char>(unit); });
             at += run.size();
         } else {
             appendWide(at, 1);

@@ -6,7 +6,9 @@ namespace jet {
 
 void SortKeys::Add(TextView text)
 {
-    for (char16_t unit : text) units_ += FoldCase(unit);
+    units_ += text;
+    std::transform(text.begin(), text.end(), units_.end() - std::ssize(text),
+                   [](char16_t unit) { return FoldCase(unit); });
     starts_.push_back(units_.size());
 }
 

@@ -82,11 +82,11 @@ void Table::ReadColumn(const Row& row, const Column& column, Text& text) const
     text.clear();
     const std::optional<std::string_view> cell = row.Cell(column);
     if (!cell || (column.IsLong() && cell->empty())) return; // a long value may lack even its header
-    const ByteView bytes(*cell, row.Page());
-    if (column.type == ColumnType::text)
+    ByteView bytes(*cell, row.Page());
+    std::optional<LongValue> value;
+    if (column.IsLong()) bytes = value.emplace(file_, bytes).Bytes();
+    if (column.type == ColumnType::text || column.type == ColumnType::memo)
         DecodeText(bytes, text);
-    else if (column.IsLong())
-        text = DisplayText(column, ByteView(ReadLongValue(file_, bytes).bytes, row.Page()));
     else
         text = DisplayText(column, bytes);
 }

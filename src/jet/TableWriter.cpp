@@ -63,17 +63,16 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
     return EncodeText(*value, column.compressed ? Compression::compressed : Compression::plain);
 }
 
-// A page that has room again is offered for new rows.
-void OfferAgain(WriteSet& writes, RowId freeMap, std::vector<FreeSpace>& spaces, PageNumber page)
+// Pages that have room again are offered for new rows.
+void OfferAgain(WriteSet& writes, RowId freeMap, std::vector<FreeSpace>& spaces, std::set<PageNumber> pages)
 {
-    const std::size_t bytes = FreeSpaceIn(writes.View(page)).value_or(0);
-    const auto known = std::find_if(spaces.begin(), spaces.end(),
-                                    [&](const FreeSpace& space) { return space.page == page; });
-    if (known != spaces.end()) {
-        known->bytes = bytes;
-    } else if (bytes >= kWorthOffering && freeMap.page != 0) {
+    const auto room = [&writes](PageNumber page) { return FreeSpaceIn(writes.View(page)).value_or(0); };
+    for (FreeSpace& space : spaces)
+        if (pages.erase(space.page) != 0) space.bytes = room(space.page);
+    for (const PageNumber page : pages) {
+        if (room(page) < kWorthOffering || freeMap.page == 0) continue;
         AddToMap(writes, freeMap, page, Phase::tidy);
-        spaces.push_back({page, bytes});
+        spaces.push_back({page, room(page)});
     }
 }
 
@@ -218,10 +217,10 @@ void TableWriter::InspectRow(const StoredRow& stored, Inspected& inspected) cons
         const ByteView bytes(*cell, row.Page());
         if (column.type == ColumnType::text) DecodeText(bytes, inspected.text);
         if (!column.IsLong()) continue;
-        const LongValue value = ReadLongValue(table_.File(), bytes);
-        if (column.type == ColumnType::memo) DecodeText(ByteView(value.bytes, row.Page()), inspected.text);
+        const LongValue value(table_.File(), bytes);
+        if (column.type == ColumnType::memo) DecodeText(value.Bytes(), inspected.text);
         const std::vector<PageNumber>& listed = inspected.longValuePages.at(column.number);
-        for (RowId place : value.places) {
+        for (RowId place : value.Places()) {
             inspected.places.push_back(ToPointer(place));
             if (!std::binary_search(listed.begin(), listed.end(), place.page))
                 inspected.unlisted.emplace(column.number, place.page);
@@ -291,22 +290,32 @@ void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
     TableSpaces spaces = spaces_;
     const std::uint32_t left = rowCount_ - static_cast<std::uint32_t>(rows.size());
     WriteRowCount(writes, table.page, left, Phase::prepare);
+    std::set<PageNumber> rowPages;
+    std::map<std::uint16_t, std::set<PageNumber>> longValuePages; // by column number
     for (const StoredRow& stored : rows) {
         const Row row(table, stored.bytes);
         DeleteRow(writes.Edit(stored.id.page, Phase::commit), stored.id.slot);
-        for (RowId place : stored.moves) DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
+        rowPages.insert(stored.id.page);
+        for (RowId place : stored.moves) {
+            DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
+            rowPages.insert(place.page);
+        }
         for (const Column& column : table.columns) {
             const std::optional<std::string_view> cell = row.Cell(column);
             if (!cell || cell->empty() || !column.IsLong()) continue;
-            for (RowId place : ReadLongValue(table_.File(), ByteView(*cell, row.Page())).places) {
+            const LongValue value(table_.File(), ByteView(*cell, row.Page()));
+            for (RowId place : value.Places()) {
                 CheckDirectory(writes.View(place.page));
                 DeleteRow(writes.Edit(place.page, Phase::tidy), place.slot);
-                OfferAgain(writes, column.freeMap, spaces.longValues[column.number], place.page);
+                longValuePages[column.number].insert(place.page);
             }
         }
-        OfferAgain(writes, table.freeMap, spaces.rows, stored.id.page);
-        for (RowId place : stored.moves) OfferAgain(writes, table.freeMap, spaces.rows, place.page);
     }
+    for (const Column& column : table.columns)
+        if (column.IsLong())
+            OfferAgain(writes, column.freeMap, spaces.longValues[column.number],
+                       longValuePages[column.number]);
+    OfferAgain(writes, table.freeMap, spaces.rows, std::move(rowPages));
     MarkFreshPagesUsed(writes); // of a free map that had to grow
     writes.Commit();
     spaces_ = std::move(spaces);

@@ -48,8 +48,8 @@ Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int perc
     Database& database = WritableDatabase(saved);
     const auto rows = database.OpenRecordset(u"SELECT * FROM saved ORDER BY ecrc, efolder");
     const std::int64_t count = rows->Count();
-    // Each batch waits for the disk, and each of its rows may lock a page.
-    constexpr std::int32_t kMostInBatch = 1000;
+    // Each batch waits for the disk, and each of its rows may lock two pages, of 9,500 that DAO allows.
+    constexpr std::int32_t kMostInBatch = 4000;
     std::unique_ptr<DeletionBatch> batch;
     std::int32_t inBatch = 0;
     Condensed done;

@@ -71,7 +71,8 @@ void ExpectListed(MemoryFiles& files)
         const std::optional<StoredRow> stored = table.Fetch(id);
         const auto cell = Row(table.Definition(), stored->bytes).Cell(subject);
         if (!cell) continue;
-        for (RowId place : ReadLongValue(file, ByteView(*cell, id.page)).places)
+        const LongValue value(file, ByteView(*cell, id.page));
+        for (RowId place : value.Places())
             EXPECT_TRUE(std::binary_search(listed.begin(), listed.end(), place.page)) << place.page;
     }
 }

@@ -103,10 +103,10 @@ TEST_F(SavedMaintenanceTest, CondensingKeepsOneOfEachCrcAndFolder)
 // What the disk waits for does not grow with the rows.
 TEST_F(SavedMaintenanceTest, CondensingWaitsForTheDiskOnceABatch)
 {
-    Fill(4500, 1500);
+    Fill(5700, 1500);
     files.flushes = 0;
-    EXPECT_EQ(Condense(), 3000);
-    EXPECT_EQ(files.flushes, 6u) << "count and rows of each thousand";
+    EXPECT_EQ(Condense(), 4200);
+    EXPECT_EQ(files.flushes, 4u) << "count and rows of the first 4,000 and of the rest";
     EXPECT_EQ(Count(), 1500u);
 }
 
