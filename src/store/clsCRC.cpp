@@ -1,21 +1,32 @@
 #include "store/clsCRC.h"
 
+#include <array>
+
 namespace {
 
-std::array<std::uint32_t, 256> MakeTable32()
+using Table = std::array<std::uint32_t, 256>;
+
+// The first is the table of the algorithm; each further one is what its entry becomes by one more byte of 0,
+// so that the steps of eight bytes do not wait for each other.
+constexpr std::array<Table, 8> MakeTables32()
 {
-    std::array<std::uint32_t, 256> table{};
+    std::array<Table, 8> tables{};
     for (std::uint32_t i = 0; i < 256; ++i) {
         std::uint32_t entry = i;
         for (int bit = 0; bit < 8; ++bit) entry = (entry >> 1) ^ ((entry & 1) ? 0xEDB88320u : 0u);
-        table[i] = entry;
+        tables[0][i] = entry;
     }
-    return table;
+    for (std::size_t further = 1; further < tables.size(); ++further)
+        for (std::size_t i = 0; i < 256; ++i) {
+            const std::uint32_t before = tables[further - 1][i];
+            tables[further][i] = (before >> 8) ^ tables[0][before & 0xFF];
+        }
+    return tables;
 }
 
-std::array<std::uint32_t, 256> MakeTable16()
+constexpr Table MakeTable16()
 {
-    std::array<std::uint32_t, 256> table{};
+    Table table{};
     for (std::uint32_t i = 0; i < 256; ++i) {
         std::uint32_t crc = 0;
         for (std::uint32_t c = i << 8, bit = 0; bit < 8; ++bit, c <<= 1)
@@ -25,18 +36,37 @@ std::array<std::uint32_t, 256> MakeTable16()
     return table;
 }
 
+constexpr std::array<Table, 8> kTables32 = MakeTables32();
+constexpr Table kTable16 = MakeTable16();
+
+std::uint32_t Word(std::string_view bytes, std::size_t at)
+{
+    std::uint32_t word = 0;
+    for (std::size_t i = 4; i-- > 0;) word = word << 8 | static_cast<unsigned char>(bytes[at + i]);
+    return word;
+}
+
+std::uint32_t Step32(std::uint32_t crc, char byte)
+{
+    return (crc >> 8) ^ kTables32[0][(crc ^ static_cast<unsigned char>(byte)) & 0xFF];
+}
+
+// As eight steps.
+std::uint32_t StepsOfEight(std::uint32_t crc, std::string_view bytes)
+{
+    const std::uint32_t low = crc ^ Word(bytes, 0), high = Word(bytes, 4);
+    return kTables32[7][low & 0xFF] ^ kTables32[6][low >> 8 & 0xFF] ^ kTables32[5][low >> 16 & 0xFF] ^
+           kTables32[4][low >> 24] ^ kTables32[3][high & 0xFF] ^ kTables32[2][high >> 8 & 0xFF] ^
+           kTables32[1][high >> 16 & 0xFF] ^ kTables32[0][high >> 24];
+}
+
 } // namespace
 
-clsCRC::clsCRC(CodePage& codePage) : codePage_(codePage)
-{
-    SetAlgorithm(1);
-}
+clsCRC::clsCRC(CodePage& codePage) : codePage_(codePage) {}
 
 void clsCRC::SetAlgorithm(std::int32_t algorithm)
 {
     crc32_ = algorithm != 0;
-    if (crc32_ && !table32_) table32_ = std::make_unique<const Table>(MakeTable32());
-    if (!crc32_ && !table16_) table16_ = std::make_unique<const Table>(MakeTable16());
     Clear();
 }
 
@@ -49,17 +79,12 @@ void clsCRC::Clear()
 std::int32_t clsCRC::AddBytes(std::string_view bytes)
 {
     if (crc32_) {
-        const Table& table = *table32_;
-        std::uint32_t crc = register32_;
-        for (const char byte : bytes)
-            crc = (crc >> 8) ^ table[(crc ^ static_cast<unsigned char>(byte)) & 0xFF];
-        register32_ = crc;
+        for (; bytes.size() >= 8; bytes.remove_prefix(8)) register32_ = StepsOfEight(register32_, bytes);
+        for (const char byte : bytes) register32_ = Step32(register32_, byte);
     } else {
-        const Table& table = *table16_;
-        std::uint32_t crc = register16_;
         for (const char byte : bytes)
-            crc = table[((crc >> 8) ^ static_cast<unsigned char>(byte)) & 0xFF] ^ ((crc & 0xFF) << 8);
-        register16_ = crc;
+            register16_ = kTable16[((register16_ >> 8) ^ static_cast<unsigned char>(byte)) & 0xFF] ^
+                          ((register16_ & 0xFF) << 8);
     }
     return Value();
 }
@@ -100,10 +125,11 @@ void clsCRC::SetValue(std::int32_t value)
 Text CrcText(std::int32_t value)
 {
     auto rest = static_cast<std::uint32_t>(value);
-    Text digits;
+    std::array<char16_t, 8> digits;
+    std::size_t first = digits.size();
     do {
-        digits.insert(digits.begin(), u"0123456789ABCDEF"[rest & 0xF]);
+        digits[--first] = u"0123456789ABCDEF"[rest & 0xF];
         rest >>= 4;
     } while (rest != 0);
-    return digits;
+    return {digits.begin() + first, digits.end()};
 }

@@ -4,9 +4,7 @@
 #include "platform/CodePage.h"
 #include "platform/Files.h"
 
-#include <array>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -34,12 +32,10 @@ public:
     void SetValue(std::int32_t value);
 
 private:
-    using Table = std::array<std::uint32_t, 256>;
     CodePage& codePage_;
     bool crc32_ = true;
     std::uint32_t register32_ = 0xFFFFFFFFu;
     std::uint32_t register16_ = 0;
-    std::unique_ptr<const Table> table32_, table16_; // built when their algorithm is first selected
 };
 
 // A CRC as the system writes it: upper-case hexadecimal of the 32 bits, without leading zeros.
