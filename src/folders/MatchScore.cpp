@@ -12,13 +12,25 @@ constexpr std::int32_t kStepBack = 100; // records before the last match
 // From so many checks on, a score with one of them failed is rounded up to 100 (99.5, half to even).
 constexpr std::size_t kRoundsUp = 200;
 
-// Stand in a pair for "any minute" and for "the minute of both Delivery-date and Date".
-constexpr std::uint32_t kAny = 0, kBoth = 1, kFirstNumber = 2;
-constexpr std::uint32_t kUnknown = 0xFFFFFFFF; // a minute that no record has
-
-constexpr std::uint64_t Pair(std::uint32_t sent, std::uint32_t received)
+// Of a date as the list shows it, such that most mail comes in the order of these numbers. The largest years
+// fall onto small ones.
+std::uint32_t MinuteNumber(TextView minute)
 {
-    return std::uint64_t{sent} << 32 | received;
+    std::uint32_t number = 0;
+    for (const auto& [at, most] : {std::pair{6u, 10u},
+                                   {7u, 10u},
+                                   {8u, 10u},
+                                   {9u, 10u},
+                                   {3u, 2u},
+                                   {4u, 10u},
+                                   {0u, 4u},
+                                   {1u, 10u},
+                                   {11u, 3u},
+                                   {12u, 10u},
+                                   {14u, 6u},
+                                   {15u, 10u}})
+        number = number * most + (at < minute.size() ? minute[at] - u'0' : 0u);
+    return number;
 }
 
 bool Contains(const Text& text, const Text& sought)
@@ -85,9 +97,21 @@ int MatchScore(const EmailEntry& entry, const EmlSummary& record)
 
 RecordSearch::RecordSearch(const std::vector<EmlSummary>& records) : records_(records)
 {
-    for (std::size_t i = 0; i < records.size(); ++i) AddPlaces(static_cast<std::int32_t>(i));
-    std::sort(places_.begin(), places_.end());
-    places_.erase(std::unique(places_.begin(), places_.end()), places_.end());
+    const Text missing = FormatListDate(kNoListDate, false);
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        const auto record = static_cast<std::int32_t>(i);
+        const EmlSummary& summary = records[i];
+        const std::uint32_t delivery = MinuteNumber(summary.DeliveryDateText);
+        const std::uint32_t date = MinuteNumber(summary.SentDateText);
+        const std::uint32_t received = MinuteNumber(summary.ReceivedDateText);
+        bySent_.push_back({date, record});
+        if (delivery != date) bySent_.push_back({delivery, record});
+        byReceived_.push_back({date, record});
+        if (received != date) byReceived_.push_back({received, record});
+        if (summary.DeliveryDateText == missing && summary.SentDateText == missing) unsent_.push_back(record);
+    }
+    std::sort(bySent_.begin(), bySent_.end());
+    std::sort(byReceived_.begin(), byReceived_.end());
 }
 
 std::int32_t RecordSearch::Match(const EmailEntry& entry, const Places& passedOver)
@@ -99,61 +123,34 @@ std::int32_t RecordSearch::Match(const EmailEntry& entry, const Places& passedOv
     return found;
 }
 
-std::uint32_t RecordSearch::NumberOf(const Text& minute)
+bool RecordSearch::Fits(const EmailEntry& entry, std::int32_t record, const Places& passedOver)
 {
-    const auto next = static_cast<std::uint32_t>(minuteNumbers_.size()) + kFirstNumber;
-    return minuteNumbers_.try_emplace(minute, next).first->second;
+    if (passedOver.count(record) != 0) return false;
+    ++compared_;
+    return MatchScore(entry, records_[static_cast<std::size_t>(record)]) == 100;
 }
 
-// kAny for a date that is not checked.
-std::uint32_t RecordSearch::KnownNumberOf(double date) const
+std::int32_t RecordSearch::FindByDates(const EmailEntry& entry, const Places& passedOver)
 {
-    if (!IsChecked(date)) return kAny;
-    const auto found = minuteNumbers_.find(FormatListDate(date, false));
-    return found == minuteNumbers_.end() ? kUnknown : found->second;
-}
-
-// Every pair under which an e-mail that passes the checks of its dates may ask for the record.
-void RecordSearch::AddPlaces(std::int32_t record)
-{
-    const EmlSummary& summary = records_[static_cast<std::size_t>(record)];
-    const std::uint32_t delivery = NumberOf(summary.DeliveryDateText);
-    const std::uint32_t date = NumberOf(summary.SentDateText);
-    const std::uint32_t received = NumberOf(summary.ReceivedDateText);
-    for (const std::uint32_t second : {received, date, kAny}) {
-        places_.push_back({Pair(delivery, second), record});
-        places_.push_back({Pair(date, second), record});
-    }
-    places_.push_back({Pair(kAny, received), record});
-    places_.push_back({Pair(kAny, date), record});
-    // The check of Sent passes twice then, which makes up for Received.
-    if (delivery == date) places_.push_back({Pair(date, kBoth), record});
-}
-
-bool RecordSearch::Fits(const EmailEntry& entry, std::int32_t record, const Places& passedOver) const
-{
-    return passedOver.count(record) == 0 &&
-           MatchScore(entry, records_[static_cast<std::size_t>(record)]) == 100;
-}
-
-std::int32_t RecordSearch::FindByDates(const EmailEntry& entry, const Places& passedOver) const
-{
-    const std::uint32_t sent = KnownNumberOf(entry.Sent);
-    const std::uint64_t pair = Pair(sent, KnownNumberOf(entry.Received));
-    const std::uint64_t twice = Pair(sent == kAny ? kUnknown : sent, kBoth);
-    auto first = std::lower_bound(places_.begin(), places_.end(), Place{pair, start_});
-    auto second = std::lower_bound(places_.begin(), places_.end(), Place{twice, start_});
+    // A list without the column Sent has no date there, and most files have none in Delivery-date: these two
+    // would fit each other throughout.
+    const bool bySent = entry.Sent > kNoListDate || !IsChecked(entry.Received);
+    const std::vector<Place>& index = bySent ? bySent_ : byReceived_;
+    const std::uint32_t minute = MinuteNumber(FormatListDate(bySent ? entry.Sent : entry.Received, false));
+    auto next = std::lower_bound(index.begin(), index.end(), Place{minute, start_});
+    // The check of a missing Sent passes twice then, which makes up for Received.
+    auto unsent = bySent || !IsChecked(entry.Sent) ? unsent_.end()
+                                                   : std::lower_bound(unsent_.begin(), unsent_.end(), start_);
     for (;;) {
-        const bool moreFirst = first != places_.end() && first->minutes == pair;
-        const bool moreSecond = second != places_.end() && second->minutes == twice;
-        if (!moreFirst && !moreSecond) return -1;
-        const bool takeFirst = moreFirst && (!moreSecond || first->record <= second->record);
-        const std::int32_t record = takeFirst ? (first++)->record : (second++)->record;
+        const bool more = next != index.end() && next->minute == minute;
+        if (!more && unsent == unsent_.end()) return -1;
+        const bool takeNext = more && (unsent == unsent_.end() || next->record <= *unsent);
+        const std::int32_t record = takeNext ? (next++)->record : *unsent++;
         if (Fits(entry, record, passedOver)) return record;
     }
 }
 
-std::int32_t RecordSearch::FindInAll(const EmailEntry& entry, const Places& passedOver) const
+std::int32_t RecordSearch::FindInAll(const EmailEntry& entry, const Places& passedOver)
 {
     for (std::int32_t record = start_; record < std::ssize(records_); ++record)
         if (Fits(entry, record, passedOver)) return record;

@@ -5,7 +5,6 @@
 #include "text/DayCount.h"
 
 #include <set>
-#include <unordered_map>
 
 // Of an e-mail whose dates are not to be compared. kNoListDate is one that the file must lack, too.
 inline constexpr double kAnyDate = kNoListDate - 1;
@@ -25,22 +24,23 @@ public:
     // there is none.
     std::int32_t Match(const EmailEntry& entry, const Places& passedOver = {});
 
+    // How many records were compared with an e-mail so far.
+    std::int64_t Compared() const { return compared_; }
+
 private:
-    // A record that has a pair of minutes, as numbers of their texts.
     struct Place {
-        std::uint64_t minutes;
+        std::uint32_t minute; // as a number; others may have the same one
         std::int32_t record;
         auto operator<=>(const Place&) const = default;
     };
-    std::uint32_t NumberOf(const Text& minute);
-    std::uint32_t KnownNumberOf(double date) const;
-    void AddPlaces(std::int32_t record);
-    std::int32_t FindByDates(const EmailEntry& entry, const Places& passedOver) const;
-    std::int32_t FindInAll(const EmailEntry& entry, const Places& passedOver) const;
-    bool Fits(const EmailEntry& entry, std::int32_t record, const Places& passedOver) const;
+    std::int32_t FindByDates(const EmailEntry& entry, const Places& passedOver);
+    std::int32_t FindInAll(const EmailEntry& entry, const Places& passedOver);
+    bool Fits(const EmailEntry& entry, std::int32_t record, const Places& passedOver);
 
     const std::vector<EmlSummary>& records_;
-    std::unordered_map<Text, std::uint32_t> minuteNumbers_;
-    std::vector<Place> places_; // sorted
+    // By the minutes that the checks of Sent and Received look at, sorted.
+    std::vector<Place> bySent_, byReceived_;
+    std::vector<std::int32_t> unsent_; // those with neither Delivery-date nor Date
     std::int32_t start_ = 0;
+    std::int64_t compared_ = 0;
 };
