@@ -251,7 +251,9 @@ void RegisterAll(std::size_t count)
         for (auto _ : state) {
             for (int times = 0; times < 2; ++times) {
                 ++page[0];
-                if (!file->WriteAt(last, page.data(), page.size()) || !file->Flush()) Fail("cannot write");
+                if (file->WriteAt(last, page.data(), page.size()) != FileError::none ||
+                    file->Flush() != FileError::none)
+                    Fail("cannot write");
             }
         }
     });
