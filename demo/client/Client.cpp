@@ -13,7 +13,7 @@ constexpr wchar_t kMainClass[] = L"Outlook Express Browser Class";
 constexpr wchar_t kProgramName[] = L"Outlook Express";
 constexpr int kSaveAsCommand = 40101, kExitCommand = 40102;
 constexpr UINT_PTR kTimer = 1;
-constexpr UINT kTimerStep = 20; // milliseconds
+constexpr UINT kTimerStep = 10; // milliseconds
 constexpr int kNavigationWidth = 200;
 
 HMENU CreateMainMenu(const Language& language)

@@ -101,7 +101,9 @@ private:
     Form1Progress progress_;
     Form1Results results_;
     Program program_;
-    HWND lastFocus_ = nullptr;    // where the keyboard was when the window lost it
-    HWND commandFocus_ = nullptr; // where it was when the command under way began
-    DWORD lastShown_ = 0;         // GetTickCount of the last ShowAdded
+    HWND lastFocus_ = nullptr;      // where the keyboard was when the window lost it
+    HWND commandFocus_ = nullptr;   // where it was when the command under way began
+    std::optional<Text> display_{}; // that ShowAdded will show
+    DWORD lastShown_ = 0;           // GetTickCount of the last ShowAdded
+    DWORD lastPainted_ = 0;         // ... and of the last look at what is to be painted
 };

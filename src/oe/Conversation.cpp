@@ -7,6 +7,7 @@
 namespace {
 
 constexpr int kEventInterval = 50;             // milliseconds between two looks at what the user does
+constexpr int kFirstPause = 1;                 // milliseconds, doubled up to the chosen poll interval
 constexpr std::uint32_t kPatience = 60'000;    // milliseconds, for an act or an empty message
 constexpr std::uint32_t kLastPatience = 2'000; // for an empty message when the program is to close
 constexpr std::uint32_t kEmpty = 0;            // WM_NULL
@@ -21,6 +22,7 @@ ActEnd AwaitAct(OeClient& client, const std::function<bool()>& isEnough)
         if (isEnough && isEnough()) return ActEnd::enough;
         if (client.desktop.Milliseconds() - began >= kPatience) return ActEnd::timedOut;
         client.desktop.AwaitMessage(kEventInterval);
+        if (client.desktop.IsActOver()) break;
         client.reporter.ProcessEvents();
         if (client.flags.stopRequested && !told) {
             told = true;
@@ -90,16 +92,18 @@ void Pause(OeClient& client, int milliseconds)
 
 bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition)
 {
+    const int longest = LookInterval(client, intervalMilliseconds);
+    int pause = longest < intervalMilliseconds ? kFirstPause : longest;
     bool met = condition();
     for (; !met && tries >= 1; --tries) {
         const std::uint32_t began = client.desktop.Milliseconds();
-        for (int left = intervalMilliseconds; !met && left > 0;) {
-            const int pause = std::min(left, LookInterval(client, intervalMilliseconds));
-            Pause(client, pause);
+        for (int left = intervalMilliseconds; !met && left > 0; pause = std::min(2 * pause, longest)) {
+            const int now = std::min(left, pause);
+            Pause(client, now);
             met = condition();
             // The system's sleeps are longer than was asked for, and many short ones would add up.
             const auto passed = static_cast<int>(client.desktop.Milliseconds() - began);
-            left = std::min(left - pause, intervalMilliseconds - passed);
+            left = std::min(left - now, intervalMilliseconds - passed);
         }
     }
     return met;

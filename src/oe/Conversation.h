@@ -11,7 +11,7 @@
 
 // The one way to wait: asks the condition, then up to `tries` times sleeps and asks again. Whether the
 // condition came true. The window lives meanwhile, and answers within 50 ms. With a shorter poll interval in
-// the settings it asks as often as that, for as long.
+// the settings it asks at least as often as that, at first more often, for as long.
 bool WaitUntil(OeClient& client, int tries, int intervalMilliseconds, const std::function<bool()>& condition);
 
 // Nothing when there is no answer: it ran out of time, the window has gone, or the client is silent.

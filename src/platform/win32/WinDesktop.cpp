@@ -159,7 +159,8 @@ bool WinDesktop::IsActOver()
 
 void WinDesktop::AwaitMessage(int milliseconds)
 {
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(milliseconds), QS_ALLINPUT);
+    // What is to be painted has time.
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(milliseconds), QS_ALLINPUT & ~QS_PAINT);
 }
 
 void WinDesktop::Post(WindowHandle window, std::uint32_t message, std::int32_t wParam, std::int32_t lParam)
