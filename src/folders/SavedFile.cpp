@@ -1,6 +1,7 @@
 #include "folders/SavedFile.h"
 
 #include "mail/EncodedWords.h"
+#include "mail/MessageDates.h"
 #include "mail/modEmailAnalysis.h"
 #include "oe/Conversation.h"
 #include "text/Numbers.h"
@@ -41,50 +42,14 @@ std::optional<Text> PlainHeader(FolderRun& run, std::string_view block, std::str
     }
 }
 
-// Of text[at] on; nothing when these are not so many digits.
-std::optional<int> Digits(TextView text, std::size_t at, std::size_t count)
-{
-    if (text.size() < at + count) return std::nullopt;
-    int number = 0;
-    for (const char16_t unit : text.substr(at, count)) {
-        if (unit < u'0' || unit > u'9') return std::nullopt;
-        number = number * 10 + (unit - u'0');
-    }
-    return number;
-}
-
-// "10:15" or "10:15:30" in seconds.
-std::optional<int> SecondsOfTime(TextView text)
-{
-    const auto hour = Digits(text, 0, 2), minute = Digits(text, 3, 2);
-    const auto second = text.size() == 5 ? std::optional(0) : Digits(text, 6, 2);
-    if (!hour || !minute || !second || text[2] != u':' || (text.size() != 5 && text.size() != 8))
-        return std::nullopt;
-    return *hour * 3600 + *minute * 60 + *second;
-}
-
-// "+0200" in seconds.
-std::optional<int> SecondsOfZone(TextView text)
-{
-    const auto hour = Digits(text, 1, 2), minute = Digits(text, 3, 2);
-    if (!hour || !minute || text.size() != 5 || (text[0] != u'+' && text[0] != u'-')) return std::nullopt;
-    return (*hour * 3600 + *minute * 60) * (text[0] == u'-' ? -1 : 1);
-}
-
-// Seconds in Universal Time of "Tue, 3 Apr 2007 10:15:30 +0200" (RFC 5322); nothing for any other shape.
+// In Universal Time. Two digits of a year are not certain, nor is midnight, which may stand for no time.
 std::optional<std::int64_t> SecondsOfDate(std::string_view block)
 {
-    Text value = FromAscii(HeaderValue(block, "date:", true));
-    value.erase(0, value.find(u',') + 1); // npos + 1 is 0
-    std::vector<Text> parts = SplitAt(value, u" ");
-    std::erase_if(parts, [](Text& part) { return (part = ReplaceAll(part, u"\r", u"")).empty(); });
-    if (parts.size() < 5 || parts[0].size() > 2 || parts[1].size() != 3) return std::nullopt;
-    const std::size_t month = FindNoCase(u"JanFebMarAprMayJunJulAugSepOctNovDec", parts[1]);
-    const auto day = Digits(parts[0], 0, parts[0].size()), year = Digits(parts[2], 0, 4);
-    const auto time = SecondsOfTime(parts[3]), zone = SecondsOfZone(parts[4]);
-    if (!day || !year || parts[2].size() != 4 || *year < 1900 || !time || !zone) return std::nullopt;
-    if (month == Text::npos || month % 3 != 0) return std::nullopt;
-    return SecondsOf(DateFromYmd(*year, static_cast<int>(month / 3 + 1), *day)) + *time - *zone;
+    const std::string value = HeaderValue(block, "date:", true);
+    const std::optional<std::int64_t> moment = ReadMessageDate(value);
+    if (!moment || *moment % (24 * kHour) == 0) return std::nullopt;
+    if (value.find(std::to_string(FieldsOfMoment(*moment).year)) == value.npos) return std::nullopt;
+    return kBefore1970 + *moment;
 }
 
 // The list shows the minute of some zone. These differ by quarters of an hour; it may have been cut or

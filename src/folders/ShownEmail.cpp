@@ -11,52 +11,73 @@ namespace {
 
 constexpr char16_t kParting = u'\n'; // between the addresses of a list, none of which holds it
 
-// A list may show what the code page lacks, or "?" in its place.
-ShownText ShownIn(const Text& cell, Text (*read)(const Text& cell, CodePage& codePage), CodePage& codePage)
+// The header as clients join its lines that drop the tab by which one is continued. (Others put a blank.)
+std::string WithoutTabs(std::string_view message)
 {
-    ShownText shown;
-    shown.forms = {read(cell, codePage), read(codePage.FromAnsi(codePage.ToAnsi(cell)), codePage)};
-    if (shown.forms[0] == shown.forms[1]) shown.forms.pop_back();
-    return shown;
+    std::string header;
+    for (std::size_t at = 0; at < message.size();) {
+        const std::string_view line = TakeLine(message, at);
+        if (line.empty()) break;
+        const bool continues = line.front() == '\t' && !header.empty();
+        if (continues) header.pop_back();
+        header.append(line.substr(continues ? 1 : 0)).append("\n");
+    }
+    return header;
 }
+
+// The values that a field may have, and the character set of what it holds beside encoded words.
+struct Field {
+    std::vector<std::string_view> values;
+    std::string_view charset;
+};
 
 // Not what was sent in a character set that is not known here, or in none.
 bool IsCertain(std::string_view value, TextView readable)
 {
-    const bool ascii = std::all_of(value.begin(), value.end(), [](char byte) { return byte >= 0; });
-    return ascii && readable.find(u"=?") == TextView::npos;
+    const bool isPlain = std::all_of(value.begin(), value.end(), [](char byte) { return byte >= ' '; });
+    return isPlain && readable.find(u"=?") == TextView::npos;
 }
 
-ShownText ShownSubject(std::string_view value, CodePage& codePage)
+// What the cell is compared by. A list may show what the code page lacks, or "?" in its place.
+void AddForms(ShownText& shown, const Text& cell, Text (*read)(const Text& cell, CodePage& codePage),
+              CodePage& codePage)
 {
-    const Text readable = ReadableText(value, {}, codePage);
-    ShownText shown = ShownIn(
-        readable, [](const Text& cell, CodePage& page) { return ComparedText(SubjectIn(cell, page)); },
-        codePage);
-    shown.isCertain = IsCertain(value, readable);
+    for (const Text& form : {read(cell, codePage), read(codePage.FromAnsi(codePage.ToAnsi(cell)), codePage)})
+        if (std::find(shown.forms.begin(), shown.forms.end(), form) == shown.forms.end())
+            shown.forms.push_back(form);
+}
+
+ShownText ShownSubject(const Field& field, CodePage& codePage)
+{
+    ShownText shown;
+    for (const std::string_view value : field.values) {
+        const Text readable = ReadableText(value, field.charset, codePage);
+        AddForms(
+            shown, readable,
+            [](const Text& cell, CodePage& page) { return ComparedText(SubjectIn(cell, page)); }, codePage);
+        shown.isCertain = shown.isCertain && IsCertain(value, readable);
+    }
     return shown;
 }
 
 // By their names. How comments and groups are shown is not known.
-ShownText ShownAddresses(std::string_view value, CodePage& codePage)
+ShownText ShownAddresses(const Field& field, CodePage& codePage)
 {
-    Text cell;
-    for (const MailAddress& address : ReadAddresses(value)) {
-        if (!cell.empty()) cell += u"; ";
-        cell += ReadableText(address.name.empty() ? address.address : address.name, {}, codePage);
+    ShownText shown;
+    for (const std::string_view value : field.values) {
+        Text cell;
+        for (const MailAddress& address : ReadAddresses(value)) {
+            if (!cell.empty()) cell += u"; ";
+            const std::string& name = address.name.empty() ? address.address : address.name;
+            cell += ReadableText(name, field.charset, codePage);
+        }
+        AddForms(
+            shown, cell, [](const Text& text, CodePage&) { return ComparedList(AddressesIn(text)); },
+            codePage);
+        shown.isCertain =
+            shown.isCertain && IsCertain(value, cell) && value.find_first_of("(:") == value.npos;
     }
-    ShownText shown = ShownIn(
-        cell, [](const Text& text, CodePage&) { return ComparedList(AddressesIn(text)); }, codePage);
-    shown.isCertain = IsCertain(value, cell) && value.find_first_of("(:") == value.npos;
     return shown;
-}
-
-// Not of the calendar's last year, whose end may be in the next one elsewhere.
-std::optional<std::int64_t> DateIn(std::string_view value)
-{
-    constexpr std::int64_t kYear9999 = 253370764800;
-    const std::optional<std::int64_t> moment = ReadMessageDate(value);
-    return moment && *moment < kYear9999 ? moment : std::nullopt;
 }
 
 } // namespace
@@ -85,16 +106,23 @@ Text ComparedList(const std::vector<Text>& addresses)
 ShownEmail ShownOf(std::string_view message, CodePage& codePage)
 {
     const MessageFields fields = ReadMessageFields(message);
+    const MessageFields joined = ReadMessageFields(WithoutTabs(message));
+    const std::string charset = FieldParameter(FieldValue(fields, "content-type"), "charset");
+    const auto field = [&](std::string_view name) {
+        Field found{{FieldValue(fields, name)}, charset};
+        if (FieldValue(joined, name) != found.values[0]) found.values.push_back(FieldValue(joined, name));
+        return found;
+    };
     ShownEmail shown;
-    shown.subject = ShownSubject(FieldValue(fields, "subject"), codePage);
-    shown.from = ShownAddresses(FieldValue(fields, "from"), codePage);
-    shown.to = ShownAddresses(FieldValue(fields, "to"), codePage);
-    shown.sent = DateIn(FieldValue(fields, "date"));
+    shown.subject = ShownSubject(field("subject"), codePage);
+    shown.from = ShownAddresses(field("from"), codePage);
+    shown.to = ShownAddresses(field("to"), codePage);
+    shown.sent = ReadMessageDate(FieldValue(fields, "date"));
     std::string_view hop = FieldValue(fields, "received"); // the topmost: the last one
     const std::size_t semicolon = hop.rfind(';');          // one too many is seen in real mail
     if (semicolon == hop.npos) hop = {};
     for (const std::string_view date :
          {hop.substr(std::min(semicolon + 1, hop.size())), FieldValue(fields, "delivery-date")})
-        if (const auto moment = DateIn(date)) shown.received.push_back(*moment);
+        if (const auto moment = ReadMessageDate(date)) shown.received.push_back(*moment);
     return shown;
 }

@@ -12,6 +12,7 @@
 struct ShownText {
     std::vector<Text> forms;
     bool isCertain = true; // false: the list may show something else
+    bool operator==(const ShownText&) const = default;
 };
 
 // What the list would show of a message file.
@@ -19,6 +20,7 @@ struct ShownEmail {
     ShownText subject, from, to;
     std::optional<std::int64_t> sent;   // seconds since the beginning of 1970, in Universal Time
     std::vector<std::int64_t> received; // any of them; empty: not known
+    bool operator==(const ShownEmail&) const = default;
 };
 ShownEmail ShownOf(std::string_view message, CodePage& codePage);
 

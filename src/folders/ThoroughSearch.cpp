@@ -1,5 +1,6 @@
 #include "folders/ThoroughSearch.h"
 
+#include "mail/MessageDates.h"
 #include "oe/MessageDetails.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@
 namespace {
 
 using Minute = std::int64_t;
-constexpr std::int64_t kEpoch = 25569LL * 86400; // the beginning of 1970, in seconds from day 0
 
 // A cell holds 127 characters; what is shorter by less than an address may lose in the reading is whole.
 constexpr std::size_t kMayBeCut = 110;
@@ -20,6 +20,7 @@ enum class Agreement { differs, unknown, same };
 struct Listed {
     std::optional<Text> subject, from, to;
     std::optional<Minute> sent, received;
+    bool operator==(const Listed&) const = default;
 };
 
 std::optional<Minute> MinuteOf(double date)
@@ -62,7 +63,7 @@ Minutes MinutesOf(OeClient& client, const ShownEmail& file, std::optional<int> m
 {
     const auto shown = [&](std::int64_t moment) {
         const int east = minutesEast ? *minutesEast : client.clock.MinutesEast(moment);
-        return *MinuteOf(AdjustedDate(client, DateFromSeconds(kEpoch + moment + east * 60)));
+        return *MinuteOf(AdjustedDate(client, DateFromSeconds(kBefore1970 + moment + east * 60)));
     };
     Minutes minutes;
     if (file.sent) minutes.sent = shown(*file.sent);
@@ -202,25 +203,24 @@ private:
     }
 
     // Of the places that visit hands over, none of which is taken twice, the one that fits and is not given
-    // away. Without a date all have to be looked at, those that are given among them.
-    template <class Visit, class FitAt, class IsGiven>
-    static std::optional<std::size_t> OnlyOne(Visit visit, FitAt fitAt, IsGiven isGiven)
+    // away, or the first of several that are alike in all that they show. Without a date all have to be
+    // looked at, those that are given among them.
+    template <class Visit, class FitAt, class IsGiven, class AreAlike>
+    static std::optional<std::size_t> OnlyOne(Visit visit, FitAt fitAt, IsGiven isGiven, AreAlike areAlike)
     {
-        std::optional<std::size_t> only;
-        std::size_t left = 0, given = 0;
+        std::vector<std::size_t> left, given;
         Fit best = Fit::none;
         visit([&](std::size_t place) {
             const Fit fit = fitAt(place);
             if (fit == Fit::none) return;
-            if (isGiven(place)) {
-                ++given;
-                return;
-            }
-            ++left;
-            only = place;
-            best = fit;
+            (isGiven(place) ? given : left).push_back(place);
+            if (!isGiven(place)) best = std::max(best, fit);
         });
-        if (left != 1 || (best == Fit::undated && given > 0)) return std::nullopt;
+        if (left.empty()) return std::nullopt;
+        const std::size_t only = *std::min_element(left.begin(), left.end());
+        const auto isOther = [&](std::size_t place) { return !areAlike(only, place); };
+        if (std::any_of(left.begin(), left.end(), isOther)) return std::nullopt;
+        if (best == Fit::undated && std::any_of(given.begin(), given.end(), isOther)) return std::nullopt;
         return only;
     }
 
@@ -232,7 +232,8 @@ private:
                 for (std::size_t file = 0; file < files_.size(); ++file) take(file);
             },
             [&](std::size_t file) { return FitOf(entry, file); },
-            [&](std::size_t file) { return isGiven_[file]; });
+            [&](std::size_t file) { return isGiven_[file]; },
+            [&](std::size_t a, std::size_t b) { return files_[a] == files_[b]; });
     }
 
     std::optional<std::size_t> OnlyEntry(std::size_t file) const
@@ -243,7 +244,8 @@ private:
                 for (std::size_t entry = 0; entry < listed_.size(); ++entry) take(entry);
             },
             [&](std::size_t entry) { return FitOf(entry, file); },
-            [&](std::size_t entry) { return fileOf_[entry] >= 0; });
+            [&](std::size_t entry) { return fileOf_[entry] >= 0; },
+            [&](std::size_t a, std::size_t b) { return listed_[a] == listed_[b]; });
     }
 
     void Live(std::size_t entry) const

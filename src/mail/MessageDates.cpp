@@ -118,7 +118,7 @@ std::optional<std::int64_t> ReadMessageDate(std::string_view value)
     }
     const year_month_day date{year{slots.year}, month{static_cast<unsigned>(std::max(slots.month, 0))},
                               day{static_cast<unsigned>(std::max(slots.day, 0))}};
-    if (!date.ok() || slots.year < 1900 || slots.year > 9999) return std::nullopt;
+    if (!date.ok() || slots.year < 1900 || slots.year > 9998) return std::nullopt;
     if (slots.hour > 24 || slots.minute > 59 || slots.second > 60) return std::nullopt;
     int hour = std::max(slots.hour, 0);
     if (slots.afternoon && hour < 12) hour += 12;
@@ -138,6 +138,5 @@ std::optional<std::int64_t> DateOfMessage(const MessageFields& message)
 
 DateFields FieldsOfMoment(std::int64_t secondsSince1970)
 {
-    constexpr std::int64_t kDaysBefore1970 = 25569; // of a day count
-    return FieldsOf(DateFromSeconds(secondsSince1970 + kDaysBefore1970 * 24 * 60 * 60));
+    return FieldsOf(DateFromSeconds(kBefore1970 + secondsSince1970));
 }

@@ -6,9 +6,12 @@
 
 #include <optional>
 
+inline constexpr std::int64_t kBefore1970 = 25569LL * 24 * 60 * 60; // seconds from day 0 to 1970
+
 // Seconds since the beginning of 1970 in Universal Time, of a date in the form of RFC 5322, of its older ones
-// or of asctime, zones by name included; one without a zone is taken for Universal Time. Nothing for what is
-// no date of the years 1900 to 9999.
+// or of asctime, zones by name included; one without a zone is taken for Universal Time, one without a time
+// for midnight. Nothing for what is no date of the years 1900 to 9998: the next one ends beyond the calendar
+// somewhere on earth.
 std::optional<std::int64_t> ReadMessageDate(std::string_view value);
 
 // When the message was sent, else when its last hop received it.

@@ -15,7 +15,7 @@ PIECES = [b"From ", b">From ", b">>From x\r\n", b"From", b"From\t", b"from ", b"
           b"\r\r\n", b" From ", b"text", b"\0", b"\xff\xfe", b"=20\r\n", b"> ", b"\n\n\nFrom a@b Mon Jan  1 00:00:00 2007\n"]
 FIXED = [HEAD + b"body\r\n", HEAD, HEAD + b"no end", HEAD + b"From me\r\n\r\nFrom you", b"Subject: cut",
          b"From a@b Mon Jan  1 00:00:00 2007\r\nSubject: of an mbox file\r\n\r\nx\r\n", b"From: no date\n\nFrom \n",
-         b"From: \"From \" <>\r\nDate: 31 Dec 9999 23:59:59 +0000\r\n\r\n" + b"From \r\n" * 2000, b"\r\n\r\n", b"x"]
+         b"From: \"From \" <>\r\nDate: 31 Dec 9999 23:59:59 -1400\r\n\r\n" + b"From \r\n" * 2000, b"\r\n\r\n", b"x"]
 
 
 def plain(message):

@@ -82,6 +82,15 @@ TEST_F(ThoroughSearchTest, AFileIsKnownHoweverItIsWritten)
     } cases[] = {
         {"as it is", kPlain, kMinutes},
         {"lines of other systems", kPlain, unixLines},
+        {"a tab that a client drops",
+         {u"Ann Archer", u"Minutesof us", u"bob@example.com", kNoonText, kLater},
+         Header(ann, "Minutes\r\n\tof us", bob, kDate, kReceived)},
+        {"and that another does not",
+         {u"Ann Archer", u"Minutes of us", u"bob@example.com", kNoonText, kLater},
+         Header(ann, "Minutes\n\tof us", bob, kDate, kReceived)},
+        {"escape sequences",
+         {u"Ann Archer", u"????", u"bob@example.com", kNoonText, kLater},
+         Header(ann, "\x1B$B;3ED\x1B(B", bob, kDate, kReceived)},
         {"a zone of half hours", kPlain,
          Header(ann, "Minutes", bob, "Tue, 3 Apr 2007 17:30:00 +0530", kReceived)},
         {"a zone by name", kPlain, Header(ann, "Minutes", bob, "Tue, 3 Apr 2007 05:00:00 PDT", kReceived)},
@@ -156,6 +165,8 @@ TEST_F(ThoroughSearchTest, WhatIsAlikeIsGivenOnceAndWhatIsUnsureOnlyToOne)
     const std::string undated = Header("Ann Archer <ann@example.com>", "Minutes", "bob@example.com", "", "");
     Cells noDate = kPlain, other = kPlain;
     noDate.sent = noDate.received = u"";
+    Cells another = noDate;
+    another.received = kLater;
     other.sent = other.received = u"05/04/2007 09:00";
     const struct {
         const char* why;
@@ -166,7 +177,8 @@ TEST_F(ThoroughSearchTest, WhatIsAlikeIsGivenOnceAndWhatIsUnsureOnlyToOne)
         {"twins", {kPlain, kPlain}, {kMinutes, kMinutes}, {0, 1}},
         {"a twin's file is gone", {kPlain, kPlain}, {kMinutes}, {0, -1}},
         {"more files", {kPlain}, {kMinutes, kMinutes}, {0}},
-        {"two might be without date", {noDate, noDate}, {undated}, {-1, -1}},
+        {"two without a date that differ", {noDate, another}, {undated}, {-1, -1}},
+        {"twins without a date", {noDate, noDate}, {undated}, {0, -1}},
         {"each might be the other's", {kPlain, other}, {undated}, {-1, -1}},
         {"a dated one has its own", {kPlain, noDate}, {kMinutes}, {0, -1}},
         {"it might be of a deleted e-mail", {kPlain, noDate}, {undated}, {-1, -1}},
