@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 
 namespace {
 
@@ -98,6 +97,24 @@ void MatchGroup(Group& group, const std::vector<ReadEmail>& emails)
                       [&](std::size_t file) { return sign(emails[file], SubjectInName(emails[file].name)); });
 }
 
+// An e-mail's record that stands twice lacks no second file, unless there are e-mails that look alike: then
+// more of them than one have a file.
+void LeaveOutDoubles(std::vector<std::size_t>& recordsAlone, const std::vector<SavedRecord>& records)
+{
+    std::map<std::pair<Text, Text>, std::size_t> filesOf;
+    const auto files = [&](const SavedRecord& record) -> std::size_t& {
+        return filesOf[{record.folder, record.crc}];
+    };
+    for (const SavedRecord& record : records) ++files(record);
+    for (const std::size_t i : recordsAlone) --files(records[i]);
+    std::erase_if(recordsAlone, [&](std::size_t i) {
+        std::size_t& count = files(records[i]);
+        const bool isDouble = count == 1;
+        count = std::max<std::size_t>(count, 1); // without a file it is missed once
+        return isDouble;
+    });
+}
+
 } // namespace
 
 Text FolderKey(TextView folder, CodePage& codePage)
@@ -115,10 +132,8 @@ Matching MatchRecords(const std::vector<SavedRecord>& records, const std::vector
 {
     std::map<Text, Group> groups;
     for (const Text& folder : folders) groups[FolderKey(folder, codePage)];
-    std::set<std::pair<Text, Text>> met;
     for (std::size_t i = 0; i < records.size(); ++i)
-        if (met.emplace(records[i].folder, records[i].crc).second)
-            groups[FolderKey(records[i].folder, codePage)].records.Add(records[i].subject, i);
+        groups[FolderKey(records[i].folder, codePage)].records.Add(records[i].subject, i);
 
     Matching matching;
     std::vector<Group*> groupOf;
@@ -137,6 +152,7 @@ Matching MatchRecords(const std::vector<SavedRecord>& records, const std::vector
         matching.filesAlone.insert(matching.filesAlone.end(), group.files.begin(), group.files.end());
     }
     std::sort(matching.recordsAlone.begin(), matching.recordsAlone.end());
+    LeaveOutDoubles(matching.recordsAlone, records);
     std::sort(matching.filesAlone.begin(), matching.filesAlone.end());
     return matching;
 }

@@ -96,6 +96,8 @@ TEST_F(VerifyTest, RecordsAndFilesAreMatchedByFolderAndSubject)
     store.Write("In/0005_.eml", Mail("\xD0\x9E"));
     store.Write("In/0006_" + longSubject.substr(0, 30) + "b.eml", Mail("cut"));
     store.Write("In/0007_Other.eml", Mail("Other"));
+    for (const char* each : {"1", "2"}) // look alike
+        store.Write("In/001" + std::string(each) + "_Twin.eml", Mail("Twin", each));
     store.Write("a_b/0000_One.eml", Mail("One"));
     store.Write("a_b_2/0000_Two.eml", Mail("Two"));
     store.Write("a_b_2/c/0000_Three.eml", Mail("Three"));
@@ -118,11 +120,15 @@ TEST_F(VerifyTest, RecordsAndFilesAreMatchedByFolderAndSubject)
         {u"a?b\\c", u"Three", u"A"},
         {u"In", u"Gone", u"B"},
         {u"Nowhere\\x", u"Lost", u"C"},
+        {u"In", u"Twin", u"D"},
+        {u"In", u"Twin", u"D"},
+        {u"In", u"Twin", u"D"},
     };
     folders = {u"known"};
-    EXPECT_EQ(Found(&records), "file-alone In/0007_Other.eml (Other)\nrecord-alone In/ (Gone)\n"
-                               "file-alone Known/0001_y.eml (y)\nstray-directory Stray/ (2)\n"
-                               "record-alone Nowhere\\x/ (Lost)\n");
+    EXPECT_EQ(Found(&records),
+              "file-alone In/0007_Other.eml (Other)\nrecord-alone In/ (Gone)\n"
+              "record-alone In/ (Twin)\nfile-alone Known/0001_y.eml (y)\nstray-directory Stray/ (2)\n"
+              "record-alone Nowhere\\x/ (Lost)\n");
     EXPECT_EQ(Verify(&records).findings[1].crc, u"B");
     EXPECT_EQ(Found(), "") << "without records";
     // A folder whose own name holds a backslash.
