@@ -2,10 +2,18 @@
 #pragma once
 #include "oe/OeClient.h"
 
-// The identities of the first and of the last rows, in the order of their texts; of a short list all. Empty
-// when the list does not have `count` rows, or one of them could not be read.
-std::vector<Text> SampleList(OeClient& client, std::int32_t count);
+// Of a list of `count` rows: the identities of the first and the last ones, of a short list all.
+class ListSample {
+public:
+    ListSample(OeClient& client, std::int32_t count);
 
-// Whether the samples are of two folders: less than half is in both. A list that mail comes into, or a short
-// one that is sorted anew, stays the same list. Two folders that hold mostly the same e-mails pass for one.
-bool AreOfTwoLists(const std::vector<Text>& before, const std::vector<Text>& now);
+    // Whether the list, of `count` rows by now, is another folder's: less than half of the sample is in it,
+    // wherever. A list that mail comes into or that is sorted anew stays the same. Two folders that hold
+    // mostly the same e-mails pass for one, and so does a list of which a row cannot be read.
+    bool IsRebuilt(std::int32_t count);
+
+private:
+    OeClient& client_;
+    std::vector<Text> before_;
+    std::vector<Text> sortedAnew_{}; // the sample of a list that was found to be the same one
+};

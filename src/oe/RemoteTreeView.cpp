@@ -68,7 +68,7 @@ public:
     {
         // A caption that stays as it is tells of a change only from a folder of the same name.
         if (!shown || !EqualNoCase(shown->Name(), folderName)) captionBefore_ = Caption();
-        if (client.settings.equalCounts) sample_ = SampleList(client, before_);
+        if (client.settings.equalCounts) sample_.emplace(client, before_);
     }
 
     void Look()
@@ -102,8 +102,7 @@ private:
     // be ahead of the list, whose rows are then still those of the folder before.
     bool IsRebuilt()
     {
-        return !sample_.empty() && HasEqualCount() && Caption() != captionBefore_ &&
-               AreOfTwoLists(sample_, SampleList(client_, now_));
+        return sample_ && HasEqualCount() && Caption() != captionBefore_ && sample_->IsRebuilt(now_);
     }
 
     OeClient& client_;
@@ -111,7 +110,7 @@ private:
     std::int32_t before_, now_ = 0;
     std::size_t hit_ = Text::npos; // of the folder's name in the caption
     Text captionBefore_{};
-    std::vector<Text> sample_{}; // of the list before
+    std::optional<ListSample> sample_{}; // of the list before
     bool waited_ = false;
 };
 

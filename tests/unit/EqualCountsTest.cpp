@@ -41,6 +41,9 @@ TEST(EqualCounts, TheListTellsWhenItIsTheNewFolders)
     const auto swap = [](RunBench& bench) { std::swap(bench.Mail().front(), bench.Mail().back()); };
     const auto renew = [](RunBench& bench) { bench.Mail()[0] = MailRow(u"Just come"); };
     const auto reverse = [](RunBench& bench) { std::reverse(bench.Mail().begin(), bench.Mail().end()); };
+    const auto shuffle = [](RunBench& bench) { // others come to both ends
+        std::rotate(bench.Mail().begin(), bench.Mail().begin() + 30, bench.Mail().end());
+    };
     const struct {
         const char* why;
         Change change;
@@ -57,6 +60,7 @@ TEST(EqualCounts, TheListTellsWhenItIsTheNewFolders)
         {"... and is sorted the other way round",
          {Mails(60), Rows(u"O", 60), u"Other", 4000, reverse},
          false},
+        {"... and is sorted by something else", {Mails(60), Rows(u"O", 60), u"Other", 4000, shuffle}, false},
         {"... and one e-mail goes as another comes", {Mails(6), Rows(u"O", 6), u"Other", 4000, renew}, false},
         {"the same e-mails in both", {Mails(6), Mails(6)}, false},
     };
