@@ -102,14 +102,21 @@ NoResult SayNoResult(FolderRun& run)
 
 void LogMissingColumns(FolderRun& run)
 {
+    OeClient& client = run.client;
     Text names;
-    for (const Text& title : MissingColumns(run.client)) names += (names.empty() ? u"" : u", ") + title;
+    for (const Text& title : MissingColumns(client)) names += (names.empty() ? u"" : u", ") + title;
     if (names.empty()) return;
     run.Log(u"The message list has no column titled: " + names);
     Text shown; // in quotes, as a caption of settings.ini may stand
-    for (const ListColumn& column : run.client.columns)
-        if (!column.title.empty()) shown += (shown.empty() ? u"\"" : u", \"") + column.title + u'"';
+    std::size_t titles = 0;
+    for (const ListColumn& column : client.columns) {
+        if (column.title.empty()) continue;
+        shown += (shown.empty() ? u"\"" : u", \"") + column.title + u'"';
+        ++titles;
+    }
     if (!shown.empty()) run.Log(u"Its columns are titled: " + shown);
+    // With as many titles as are needed they may be there in another language.
+    if (titles >= client.words.ColumnTitles().size()) NoteOtherLanguage(client);
 }
 
 Text NotSavedText(std::int32_t emails)

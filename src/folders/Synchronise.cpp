@@ -56,6 +56,7 @@ void Synchronise(FolderRun& run)
     }
     run.view.UnlockCommands();
     if (run.client.handles.listViewFound) SelectFolderOfClient(run);
+    SayMissedExtras(run);
     SweepRemoteMemory(run.client.memory);
 }
 

@@ -202,7 +202,14 @@ WindowHandle FindFolderTree(OeClient& client)
     if (client.settings.anyLanguage) return FindTreeByParts(client, pane);
     const WindowHandle frame = FindChildWindowEx(desktop, pane, client.words.folderPane, kPaneFrame);
     const WindowHandle holder = FindChildWindowEx(desktop, frame, u"", kTreeHolder);
-    return FindChildWindowEx(desktop, holder, client.words.folderTree, kTree);
+    const WindowHandle tree = FindChildWindowEx(desktop, holder, client.words.folderTree, kTree);
+    if (tree == 0 && FindTreeByParts(client, pane) != 0) NoteOtherLanguage(client);
+    return tree;
+}
+
+void NoteOtherLanguage(OeClient& client)
+{
+    NoteMissedExtra(client, u"Any Language", client.settings.anyLanguage);
 }
 
 WindowHandle FindSaveDialog(OeClient& client)

@@ -28,6 +28,8 @@ void SayNoMessageList(Reporter& reporter, Record record);
 enum class DialogButton : std::int32_t { ok = 1, cancel = 2, no = 7 }; // control ids, as Windows has them
 // The folder tree's control below client.handles.mainWindow: by captions, or in the pane that holds a tree.
 WindowHandle FindFolderTree(OeClient& client);
+// That the client seems to speak another language than the captions: an extra would have helped.
+void NoteOtherLanguage(OeClient& client);
 // The client's own "Save Message As", as another program may have a dialog of that name: by its caption, or
 // by its owner, its class and its parts. 0 in any language also when two look like one.
 WindowHandle FindSaveDialog(OeClient& client);

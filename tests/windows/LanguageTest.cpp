@@ -1,4 +1,5 @@
 // LanguageTest.cpp: the stand-in speaking other languages than English.
+#include "app/ColumnsIds.h"
 #include "tests/windows/MailRun.h"
 
 namespace {
@@ -10,10 +11,30 @@ const std::string kFrench = // in the code page 1252
     "Folders=Dossiers\r\nFolder List=Liste des dossiers\r\nSave Message As=Enregistrer le message sous\r\n"
     "Save=&Enregistrer\r\nCancel=Annuler\r\n";
 
+TEST_F(MailRun, ColumnsAreNamedByTheirBoxAlone)
+{
+    AddFolder(L"Inbox", 1);
+    ASSERT_TRUE(StartDemoClient(client, program.Folder(), L"--language=de"));
+    StartedProcess quillbox(L"\"" + program.Folder() + L"quillbox.exe\" /captions", program.Folder());
+    const HWND box = WaitForWindow(quillbox.Id(), L"#32770", L"Columns of the message list", kPatience);
+    HWND list = GetDlgItem(box, ID_FIRST_COLUMN);
+    for (const wchar_t* title : {L"Von", L"Betreff", L"An", L"Erhalten", L"Gesendet"}) {
+        const LRESULT place =
+            SendMessageW(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(title));
+        SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(place), 0);
+        list = GetNextDlgTabItem(box, list, FALSE);
+    }
+    PostMessageW(box, WM_COMMAND, IDOK, 0);
+    PressOk(WaitForWindow(quillbox.Id(), L"#32770", L"Quillbox", kPatience));
+    EXPECT_TRUE(quillbox.WaitForEnd(kPatience));
+    EXPECT_EQ(program.Read(L"settings.ini"), kGermanTitles);
+}
+
 TEST_F(MailRun, AClientThatSpeaksGermanIsNotUnderstood)
 {
     AddFolder(L"Inbox", 1);
     ASSERT_TRUE(Start(kGermanTitles, L"--language=de"));
+    EXPECT_TRUE(Contains(Log(), "The extra \"Any Language\" is made for what was left out here."));
     Press(Control(cmdExport));
     EXPECT_TRUE(EndOfRun().starts_with(L"Please ensure a folder has been selected"));
     EXPECT_EQ(program.Read(Stored(L"Inbox\\0000_Inbox0.eml")), "");

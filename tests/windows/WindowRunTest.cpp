@@ -136,6 +136,14 @@ TEST_F(WindowRunTest, AStoppedRunEndsAndTheResultsAreMarkedFromTheKeyboard)
     EXPECT_FALSE(isTicked()) << "unticked, and still there";
     SendMessageW(program.Window(), WM_COMMAND, mnTickSel, 0);
     EXPECT_TRUE(isTicked());
+    PostMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
+    ASSERT_TRUE(Menu());
+    key(Menu(), L'F');
+    const HWND question = program.WaitForBox(L"Quillbox");
+    PostMessageW(question, WM_COMMAND, IDYES, 0);
+    EXPECT_TRUE(Eventually([&] { return !IsWindow(question); }, kPatience));
+    EXPECT_EQ(EndOfRun(), L"1 record(s) of the ticked e-mails were deleted");
+    SendMessageW(program.Window(), WM_COMMAND, mnTickSel, 0);
     PostMessageW(list, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(30, 30));
     PostMessageW(list, WM_RBUTTONUP, 0, MAKELPARAM(30, 30));
     ASSERT_TRUE(Menu()) << "so does the right mouse button";
