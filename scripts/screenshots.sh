@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Takes the pictures of the documentation anew, from the running program: splash, start, idle, busy, tree,
+# Takes the pictures of the documentation anew, from the running program: splash, start, idle, busy, store, tree,
 # results and summary, at 96 dpi (DIR/NAME.png) and at 192 (DIR/192/NAME.png).
 # usage: screenshots.sh [DIR]    default: docs/pictures
 set -euo pipefail

@@ -364,17 +364,11 @@ void Demonstration::Answer(HWND box)
     ++boxesAnswered_;
 }
 
-// As by a click: the program hears of the change.
-void Demonstration::ShowTab(Tab tab)
-{
-    const HWND strip = FindControl(window_, WC_TABCONTROLW);
-    if (!strip) throw std::runtime_error("Quillbox shows no tabs");
-    SendMessageW(strip, TCM_SETCURFOCUS, static_cast<WPARAM>(tab), 0);
-}
-
 void Demonstration::ShowOutcome()
 {
     constexpr const wchar_t* kImages[] = {L"", L"", L"", L"green", L"yellow", L"red"};
+    ShowTab(Tab::store);
+    Picture(L"store");
     ShowTab(Tab::summary);
     Picture(L"summary");
     const HWND summary = FindControl(window_, L"Edit");

@@ -1,5 +1,8 @@
-// DemonstrationPictures.cpp: asks for pictures of the window, and waits until they are taken.
+// DemonstrationPictures.cpp: turns the pages of the window, asks for pictures of it, and waits until they are
+// taken.
 #include "demo/driver/main/Demonstration.h"
+
+#include <commctrl.h>
 
 #include <stdexcept>
 
@@ -19,6 +22,14 @@ void WriteFileText(const std::wstring& path, const std::string& text)
 }
 
 } // namespace
+
+// As by a click: the program hears of the change.
+void Demonstration::ShowTab(Tab tab)
+{
+    const HWND strip = FindControl(window_, WC_TABCONTROLW);
+    if (!strip) throw std::runtime_error("Quillbox shows no tabs");
+    SendMessageW(strip, TCM_SETCURFOCUS, static_cast<WPARAM>(tab), 0);
+}
 
 void Demonstration::Picture(const std::wstring& name)
 {
