@@ -23,18 +23,6 @@ TEST_P(ExtrasTest, NeighboursWithEqualCountsEndARunOnlyWithoutTheExtra)
     EXPECT_EQ(Contains(Log(), "The extra \"Equal Counts\" is made for what was left out here."), !GetParam());
 }
 
-TEST_P(ExtrasTest, EachOfThoseThatLookAlikeIsSavedOnlyWithTheExtra)
-{
-    CreateFolder(L"mail");
-    CreateFolder(L"mail\\Inbox");
-    for (const wchar_t* name : {L"0", L"1", L"2"})
-        program.Write(std::wstring(L"mail\\Inbox\\") + name + L".eml", Message("Twin", 5));
-    ASSERT_TRUE(StartWithExtra("Look-alikes=1"));
-    Run(cmdSaveAll);
-    EXPECT_TRUE(IsStored(L"Inbox\\0000_Twin.eml"));
-    EXPECT_EQ(IsStored(L"Inbox\\0001_Twin.eml") && IsStored(L"Inbox\\0002_Twin.eml"), GetParam());
-}
-
 TEST_P(ExtrasTest, AListWhoseDownKeyIsDeadIsReadToItsEndOnlyWithTheExtra)
 {
     AddFolder(L"Inbox", 4);
@@ -69,18 +57,6 @@ TEST_P(ExtrasTest, AFileGetsTheDateOfItsEmailOnlyWithTheExtra)
     FileTimeToSystemTime(&found.ftLastWriteTime, &universal);
     SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local);
     EXPECT_EQ(local.wYear == 2007 && local.wMonth == 4 && local.wDay == 3, GetParam());
-}
-
-TEST_P(ExtrasTest, TheDatabaseStandsInTheStoreOnlyWithTheExtra)
-{
-    AddFolder(L"Inbox", 2);
-    ASSERT_TRUE(StartWithExtra("Database In Store=1"));
-    Run(cmdExport);
-    const auto isThere = [this](const wchar_t* name) { // open, and so not to be read
-        return GetFileAttributesW((program.Folder() + name).c_str()) != INVALID_FILE_ATTRIBUTES;
-    };
-    EXPECT_EQ(isThere(L"store\\saved.mdb"), GetParam());
-    EXPECT_EQ(isThere(L"saved.mdb"), !GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(WithoutAndWith, ExtrasTest, testing::Bool());

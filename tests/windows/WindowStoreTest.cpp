@@ -92,25 +92,4 @@ TEST_F(WindowStoreTest, AFolderIsMadeByKeys)
     ASSERT_TRUE(program.Close()) << "the box is no hindrance";
 }
 
-// Without a mail client: what is wrong with the store stands in the table, and its page beside its files.
-TEST_F(WindowStoreTest, TheStoreIsVerifiedAndGetsItsPage)
-{
-    CreateFolder(L"store");
-    CreateFolder(L"store\\In #1");
-    program.Write(L"store\\In #1\\0003_a.eml", Message("<b>Hello</b>", 1));
-    program.Write(L"store\\In #1\\0004_.eml", "");
-    const std::string store(program.Folder().begin(), program.Folder().end());
-    program.Write(L"settings.ini", "[Paths]\r\nStore=" + store + "store\r\n");
-    ASSERT_TRUE(program.PassStartUp());
-    EXPECT_EQ(Run(cmdIndexPage).substr(0, 41), L"The index page of 2 e-mail file(s) is mad");
-    const std::string page = program.Read(L"store\\index.html");
-    EXPECT_TRUE(Contains(page, "\"path\":\"In%20%231/\""));
-    EXPECT_TRUE(Contains(page, "\"\\u003cb>Hello\\u003c/b>\""));
-    EXPECT_EQ(Run(cmdVerifyStore),
-              L"2 e-mail file(s) looked through, 2 finding(s), which stand in the results table.");
-    EXPECT_EQ(SendMessageW(Control(lvResults), LVM_GETITEMCOUNT, 0, 0), 2);
-    EXPECT_TRUE(Contains(Log(), "2 e-mail file(s) looked through, 2 finding(s)"));
-    ASSERT_TRUE(program.Close());
-}
-
 } // namespace

@@ -46,34 +46,6 @@ TEST(WindowTest, StartsAndClosesWithoutSettingsAndClient)
     EXPECT_NE(program.Read(L"saved.mdb"), "");
 }
 
-TEST(WindowTest, EndOfTheSessionWritesWhatClosingWrites)
-{
-    ProgramUnderTest program;
-    program.Write(L"settings.ini", "[Extras]\r\nKept=yes\r\n[Options]\r\nID only=1\r\nSendkeys=1\r\n"
-                                   "First folder to ignore=Trash\r\n");
-    ASSERT_TRUE(program.PassStartUp());
-    for (const int box : {chkIDonly, chkSkipFiles}) SendMessageW(program.Control(box), BM_CLICK, 0, 0);
-    EXPECT_EQ(SendMessageW(program.Window(), WM_QUERYENDSESSION, 0, 0), TRUE);
-    SendMessageW(program.Window(), WM_ENDSESSION, TRUE, 0);
-    EXPECT_TRUE(program.Process().WaitForEnd(20000));
-    EXPECT_TRUE(Messages(program.Read(L"log.txt")).ends_with("\nClosing Quillbox\n"));
-    const std::string settings = program.Read(L"settings.ini");
-    for (const char* line :
-         {"Kept=yes\r\n", "ID only=0\r\n", "Sendkeys=1\r\n", "First folder to ignore=Trash\r\n",
-          "Skip Identical Files=1\r\n", "Jump to remaining=0\r\n"})
-        EXPECT_NE(settings.find(line), std::string::npos) << line;
-}
-
-TEST(WindowTest, ClosingBehindTheStartUpBoxEndsTheProgramProperly)
-{
-    ProgramUnderTest program;
-    ASSERT_TRUE(program.Start());
-    ASSERT_TRUE(program.Close());
-    EXPECT_EQ(Messages(program.Read(L"log.txt")),
-              kSeparator + "\nStarted Quillbox - 1.0.0\nClosing Quillbox\n");
-    EXPECT_NE(program.Read(L"settings.ini").find("Time Offset=0"), std::string::npos);
-}
-
 TEST(WindowTest, DarkColoursStayLegible)
 {
     const SystemColours theUsers;
