@@ -322,6 +322,7 @@ std::int32_t FakeClient::HeaderMessage(std::uint32_t message, std::int32_t wPara
 
 void FakeClient::PutText(RemoteAddress address, const Text& text, std::int32_t textMax)
 {
-    const Text cut = Cut(text, textMax) + (withoutNul ? Text() : Text(1, u'\0'));
-    Put(address, cut.data(), cut.size() * 2, "text");
+    const Text cut = Cut(text, textMax);
+    const bool hasEnd = cut.size() == text.size() || !withoutNul;
+    Put(address, cut.c_str(), (cut.size() + hasEnd) * 2, "text");
 }

@@ -23,7 +23,7 @@ struct Manners {
     bool keepsList = false;         // the list is filled anew instead of rebuilt
     bool captionFirst = false;      // until the new list is there only the caption is the new folder's
     std::set<std::uint32_t> unread; // rows whose texts it does not tell
-    bool withoutNul = false;        // a text that fills its buffer has no end
+    bool withoutNul = false;        // a text that is cut has no end
     bool noHeader = false;
     bool silentHeader = false; // the header answers neither order nor titles, but its count
     bool ignoreDownKey = false, doubleDownKey = false;

@@ -1,5 +1,5 @@
-// ClientTest.cpp: the stand-in client misbehaves as it is told; the tests of what drives it rely on that. That
-// dialogs are late and boxes stand in front of them is said by the runs that meet them.
+// ClientTest.cpp: the stand-in client misbehaves as it is told; the tests of what drives it rely on that.
+// That dialogs are late and boxes stand in front of them is said by the runs that meet them.
 #include "demo/client/Options.h"
 #include "tests/support/MailDirectory.h"
 #include "tests/windows/DemoClient.h"
