@@ -92,7 +92,7 @@ wine_tests() { # PROGRAM PART PARTS
     scripts/wine-run.sh -t 900 -- wine "build/win32/$1.exe" --gtest_brief=1
 }
 browser() {
-    timeout 300 python3 tests/archive/browser.py build/asan/quillbox-inspect
+    timeout 300 /usr/bin/python3 tests/archive/browser.py build/asan/quillbox-inspect
 }
 layout() { # the window's, at other resolutions
     local dpi

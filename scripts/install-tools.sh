@@ -12,7 +12,7 @@ packages=(
     wine wine32:i386 xvfb imagemagick                  # the program at work, and pictures of it
     fonts-wine fonts-liberation tzdata locales
     zip unzip cmark-gfm                                # the package
-    chromium chromium-driver                           # the index page in a browser
+    chromium chromium-driver python3-selenium          # the index page in a browser
     git clang-format shellcheck cppcheck clang-tidy python3 # the rules of the house
 )
 [ "${1-}" != bench ] || packages+=(

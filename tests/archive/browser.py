@@ -1,6 +1,7 @@
 """Opens the index page of stores in a browser: one that wants to break it, and one of forty thousand e-mails.
 usage: browser.py QUILLBOX_INSPECT [PICTURES]
   PICTURES   a directory that gets screenshots"""
+import base64
 import csv
 import io
 import pathlib
@@ -11,7 +12,12 @@ import tempfile
 import time
 import urllib.parse
 
-from webdriver import Browser
+from selenium import webdriver
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.common.print_page_options import PrintOptions
+from selenium.webdriver.support.wait import WebDriverWait
 
 HACK = "window.hacked=1"
 HOSTILE = [  # subjects
@@ -24,6 +30,42 @@ FOLDERS = ["Local Folders/Inbox", "Local Folders/Inbox/50% #1 & more?", "Local F
 NAMES = ["0001_#1.eml", "0002_100%.eml", "0003_%41.eml", "0004_gr\u00fc\u00df.eml", "0005_a b+c&d?e.eml",
          "0006_'\".eml", "javascript:x.eml", "0007_\U0001f4ee.eml"]
 MANY = 40000
+KEYS = {"Down": Keys.DOWN, "End": Keys.END, "Home": Keys.HOME, "PageDown": Keys.PAGE_DOWN, "Enter": Keys.ENTER,
+        "Escape": Keys.ESCAPE}
+
+
+class Browser(webdriver.Chrome):
+    """Without a window. What WebDriver has no word for is told by Chromium's own protocol."""
+
+    def __init__(self, home):
+        options = webdriver.ChromeOptions()
+        for switch in ("headless=new", "no-sandbox", "disable-gpu", "disable-dev-shm-usage", "force-device-scale-factor=1"):
+            options.add_argument(f"--{switch}")
+        super().__init__(options=options, service=Service("/usr/bin/chromedriver", env={
+            "HOME": home, "TMPDIR": home, "PATH": "/usr/bin:/bin", "TZ": "UTC", "LANG": "C.UTF-8"}))
+        self.run = self.execute_script
+        self.resize(1100, 720)
+
+    def chromium(self, command, **params):
+        return self.execute_cdp_cmd(command, params)
+
+    def click(self, css):
+        self.find_element(By.CSS_SELECTOR, css).click()
+
+    def press(self, *keys):  # one after the other, wherever the focus is
+        webdriver.ActionChains(self, duration=0).send_keys(*(KEYS.get(key, key) for key in keys)).perform()
+
+    def resize(self, width, height, phone=False):
+        self.chromium("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=phone)
+
+    def scheme(self, name):
+        self.chromium("Emulation.setEmulatedMedia", features=[{"name": "prefers-color-scheme", "value": name}])
+
+    def pages(self):  # of the page in view, printed
+        return base64.b64decode(self.print_page(PrintOptions())).count(b"/Type /Page\n")
+
+    def eventually(self, script, *args):
+        return WebDriverWait(self, 10, 0.1).until(lambda _: self.run(script, *args))
 
 
 def write(path, subject, date="Sun, 14 Nov 2004 09:30:59 +0000", sender="Ann Archer <ann@x.example>", more=""):
@@ -89,7 +131,7 @@ def test_hostile(browser, inspect, store):
         assert line["Attachment"] == ("yes" if "Disposition" in text else "no")
 
     browser.resize(1100, 4000)
-    browser.open(url)
+    browser.get(url)
     assert browser.run("return document.querySelectorAll('.row').length") == count
     rows = browser.run("""return Array.from(document.querySelectorAll('.row a'), a =>
         [a.textContent, a.href, a.children.length])""")
@@ -146,7 +188,7 @@ def test_many(browser, inspect, store, pictures):
     browser.resize(1100, 720)
     browser.chromium("Performance.enable", timeDomain="threadTicks")
     before = cpu(browser)
-    browser.open(url)
+    browser.get(url)
     wall = browser.run("return performance.getEntriesByType('navigation')[0].domContentLoadedEventEnd / 1000")
     rows = browser.run("return document.querySelectorAll('.row').length")
     loading = cpu(browser) - before
@@ -207,7 +249,7 @@ def test_many(browser, inspect, store, pictures):
     assert all("2004" in text for text in texts(browser, "date"))
     if pictures:
         browser.press("/", "garden")
-        browser.picture(pictures / "archive.png")
+        browser.save_screenshot(pictures / "archive.png")
         browser.press("Escape")
 
     # Printed are the rows that are chosen, not those in view.
@@ -239,7 +281,7 @@ def test_many(browser, inspect, store, pictures):
         grounds.add(browser.run("return getComputedStyle(document.body).backgroundColor"))
     assert len(grounds) == 2
     if pictures:
-        browser.picture(pictures / "archive-dark.png")
+        browser.save_screenshot(pictures / "archive-dark.png")
     browser.scheme("light")
 
     # On a phone nothing runs over the edge, and the folders open on demand.
@@ -251,7 +293,7 @@ def test_many(browser, inspect, store, pictures):
     assert all(b - a == 58 for a, b in zip(tops, tops[1:])), "rows do not lie on each other"
     assert browser.run("return document.getElementById('tree').offsetParent === null")
     if pictures:
-        browser.picture(pictures / "archive-phone.png")
+        browser.save_screenshot(pictures / "archive-phone.png")
     browser.click("#choose")
     browser.click(".folder .label")
     assert browser.run("return document.getElementById('tree').offsetParent === null")
@@ -261,12 +303,12 @@ def main():
     inspect = str(pathlib.Path(sys.argv[1]).resolve())
     pictures = pathlib.Path(sys.argv[2]) if len(sys.argv) > 2 else None
     with tempfile.TemporaryDirectory() as scratch:
-        browser = Browser()
+        browser = Browser(scratch)
         try:
             test_hostile(browser, inspect, pathlib.Path(scratch, "50% of #1 \u65e5\u672c"))
             test_many(browser, inspect, pathlib.Path(scratch, "Store"), pictures)
         finally:
-            browser.close()
+            browser.quit()
     print("browser: the page held")
 
 
