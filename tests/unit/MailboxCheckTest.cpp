@@ -34,27 +34,10 @@ protected:
         return result.problems;
     }
 
-    MailFolder root{u"Local Folders",
-                    {},
-                    {{u"Inbox", {{u"1", kFirst}, {u"2", kSecond}, {u"3", kTwin}}, {}},
-                     {u"Pro?", {{u"1", kSecond}}, {{u"Sub", {{u"1", kFirst}}, {}}}},
-                     {u"Pro_", {{u"1", kFirst}}, {}}}};
+    MailFolder root{u"Local Folders", {}, {{u"Inbox", {{u"1", kFirst}, {u"2", kSecond}, {u"3", kTwin}}, {}}}};
     CheckInput input;
     CheckResult result;
 };
-
-TEST_F(MailboxCheckTest, OutcomesOfALogAreRead)
-{
-    const auto log = ReadExportLog(LogOf("-Inbox", 3, "1 passed, 0 failed, 2 skipped") +
-                                   "03/04/2007 10:15:00 1 passed, 0 failed, 2 skipped today\nshort\n" +
-                                   LogOf("caf\xE9", 2, "2 passed, 0 failed, 0 skipped"));
-    ASSERT_EQ(log.size(), 2u);
-    EXPECT_EQ(log[0].messages, 3u);
-    EXPECT_EQ(log[0].skipped, 2u);
-    EXPECT_EQ(SkippedForGood(log, u"Inbox", 3), 2u);
-    EXPECT_EQ(SkippedForGood(log, u"Inbox", 4), 0u) << "another folder of that name";
-    EXPECT_EQ(SkippedForGood(log, u"caf\u00E9", 2), 0u);
-}
 
 TEST_F(MailboxCheckTest, ClosingLineAgreesWithTheDisk)
 {
@@ -125,28 +108,6 @@ TEST_F(MailboxCheckTest, OnlyAFileOfTheRowWithTheSameBytesIsAnExport)
               longer);
 }
 
-TEST_F(MailboxCheckTest, MovedRowsAreKnownByTheirSubjects)
-{
-    std::vector<MailMessage>& messages = root.folders[0].messages;
-    messages = {{u"1", kFirst},
-                {u"2", kSecond},
-                {u"3", "Subject: Re: a \"b\" <c> - three\r\n\r\n"},
-                {u"4", "Subject: one a\r\n\r\n"}};
-    input.rows = Rows::move;
-    StoreFiles files = {{"Inbox/0007_one.eml", kFirst},
-                        {"Inbox/0000_two.eml", kSecond},
-                        {"Inbox/0000_Reabc-three.eml", messages[2].bytes},
-                        {"Inbox/0002_onea.eml", messages[3].bytes}, // a name of its own, not a second "one"
-                        {"Inbox/0001_twoa.eml", kSecond}};          // saved once more
-    EXPECT_EQ(Problems(u"Inbox", files), Lines());
-    files.insert(files.end(), {{"Inbox/0001_two.eml", kFirst}, {"Inbox/0003_three.eml", kFirst}});
-    const Lines told = {"Inbox: 0001_two.eml holds another e-mail than its name says: that of row 0",
-                        "Inbox: 0003_three.eml is no e-mail of the folder by its name"};
-    EXPECT_EQ(Problems(u"Inbox", files), told);
-    messages.push_back({u"5", kTwin});
-    EXPECT_TRUE(Problems(u"Inbox", files)[0].starts_with("Inbox: two messages with the subject \"one\""));
-}
-
 TEST_F(MailboxCheckTest, FilesAndRecordsTellOfTheSameEmails)
 {
     const std::string one = R"({"efolder": "local folders\\inbox", "esubject": "one", "ecrc": "A"})"
@@ -156,7 +117,6 @@ TEST_F(MailboxCheckTest, FilesAndRecordsTellOfTheSameEmails)
                       three =
                           R"({"efolder": "Local Folders\\Inbox", "esubject": "Gr\u00fc\"\\e", "ecrc": null})"
                           "\n";
-    root.folders.resize(1);
     root.folders[0].messages[2].bytes = "Subject: =?iso-8859-1?Q?Gr=FC=22=5Ce?=\r\n\r\n";
     StoreFiles files = {{"Inbox/0000_one.eml", kFirst},
                         {"Inbox/0001_two.eml", kSecond},
@@ -208,47 +168,6 @@ TEST_F(MailboxCheckTest, ASkippedMessageMustBeAccountedFor)
     };
     for (const auto& c : cases) EXPECT_EQ(Problems(u"Inbox", c.files, c.log).size(), c.problems) << c.why;
     EXPECT_EQ(result.notes, Lines{"Inbox: row 2 (3) was skipped: a stored one looks the same in the list"});
-}
-
-// One message read again and again is skipped again and again: the others are lost all the same.
-TEST_F(MailboxCheckTest, ASkippedMessageNeedsAStoredTwin)
-{
-    const auto message = [](const std::string& second, const std::string& hop, const std::string& minute) {
-        return "From: a\r\nDate: Tue, 3 Apr 2007 10:15:" + second + " +0100\r\nReceived: by " + hop +
-               "; 3 Apr 2007 10:" + minute + ":00\r\n\r\n" + second;
-    };
-    const struct {
-        const char* why;
-        std::string second;
-        std::size_t problems;
-    } cases[] = {
-        {"the list shows no seconds and no hops", message("59", "c", "16"), 0},
-        {"another minute", message("01", "b", "17"), 1},
-        {"other details", kSecond, 1},
-    };
-    const std::string first = message("00", "b", "16");
-    for (const auto& c : cases) {
-        root.folders = {{u"Inbox", {{u"x", first}, {u"x", c.second}}, {}}};
-        const std::string log = LogOf("Inbox", 2, "1 passed, 0 failed, 1 skipped");
-        EXPECT_EQ(Problems(u"Inbox", {{"Inbox/0000.eml", first}}, log).size(), c.problems) << c.why;
-    }
-}
-
-TEST_F(MailboxCheckTest, EachFolderHasADirectoryOfItsOwn)
-{
-    const StoreFiles files = {
-        {"Pro_/0000_one.eml", kFirst}, {"Pro__2/0000_two.eml", kSecond}, {"Pro__2/Sub/0000_one.eml", kFirst}};
-    EXPECT_EQ(Problems(u"Pro?/Sub", files), Lines());
-    EXPECT_EQ(Problems(u"Pro_", files), Lines());
-    EXPECT_EQ(Problems(u"", files).size(), 4u) << "the Inbox is missing, and its sum";
-    EXPECT_EQ(result.exported, 3u);
-    EXPECT_EQ(result.messages, 6u);
-    // "Pro" is not exported: it must not be looked for in the directory of "Pro file".
-    root.folders = {{u"Pro", {{u"1", kSecond}}, {}}, {u"Pro file", {{u"1", kFirst}}, {}}};
-    EXPECT_EQ(Problems(u"", {{"Pro file/0000_one.eml", kFirst}})[0],
-              "Local Folders/Pro: row 0 (1) is not stored");
-    EXPECT_EQ(result.exported, 1u);
-    EXPECT_THROW(CheckFolder(root, u"pro", input), MailboxError) << "no such folder";
 }
 
 } // namespace
