@@ -81,41 +81,6 @@ TEST_F(AllFoldersTest, ExportsWhatTheCheckFoundAndNothingTwice)
     EXPECT_EQ(view.percentages.back(), (std::pair<Bar, int>{Bar::allFolders, 100}));
 }
 
-TEST_F(AllFoldersTest, MoreFilesThanEmailsCountAsSaved)
-{
-    view.options.comparison = ComparisonType::simple;
-    for (const Text name : {u"0000.eml", u"0001.eml", u"0002.eml"}) files.AddFile(kDirectory + name);
-    CheckAll();
-    ExpectLog("surplus", {u"Local Folders\\Inbox - has 1 too many emails saved",
-                          u"1 folder(s) saved, 1 folder(s) not saved, 1 empty folder(s)."});
-    EXPECT_EQ(view.marks[1], (std::pair<Text, Text>{u"3/2", u""})) << "the image stays";
-}
-
-TEST_F(AllFoldersTest, AStopBetweenTwoEmailsEndsTheCheckAndTheExportBehindIt)
-{
-    files.AddFile(kDirectory + u"0000.eml");
-    view.onEvents = [this] {
-        if (!view.shown.empty() && view.shown.back().starts_with(u"[1 of 3]")) Stop();
-    };
-    SaveAll();
-    ExpectLog("reading", {}, {u"-> Local Folders\\Inbox\\O'Brien"});
-    EXPECT_TRUE(view.boxes.empty()) << "it is not the client that does not answer";
-    EXPECT_TRUE(run.exportList.empty() && fake.saved.empty());
-
-    // Where no e-mail needs to be read, the check ends with the folder.
-    view.onEvents = [this] {
-        if (Logged(u"O'Brien - has all 1 emails to be exported.")) Stop();
-    };
-    files.files.clear();
-    CheckAll();
-    ExpectLog("counting", {u"User aborted folder export."}, {u"-> Local Folders\\Empty"});
-    EXPECT_EQ(view.log[view.log.size() - 2], u"3 email(s) to be saved.") << "what was found until then";
-    view.onEvents = nullptr;
-    ExportAll();
-    EXPECT_TRUE(fake.saved.empty()) << "the user has asked for the end of all";
-    ExpectLog("it was the user", {u"User aborted on email export."});
-}
-
 TEST_F(AllFoldersTest, TheIgnoreNameDecidesWhereTheRunEnds)
 {
     const struct {

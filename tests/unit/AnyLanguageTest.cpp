@@ -98,21 +98,6 @@ TEST(AnyLanguage, AWrongDialogIsNeverTypedInto)
     }
 }
 
-TEST(AnyLanguage, BoxesAreAnsweredByTheIdsOfTheirButtons)
-{
-    RunBench bench(1);
-    SpeakGerman(bench);
-    TakeCaptions(bench, {u"From", u"Subject", u"Received", u"Sent", u"To"});
-    bench.settings.anyLanguage = true;
-    Synchronise(bench.run);
-    bench.fake.boxes = {{u"Ersetzen?", {u"&Yes", u"&No"}}};
-    bench.Export();
-    EXPECT_EQ(bench.fake.pressed, (Texts{u"&Save", u"&No", u"Cancel"}));
-    bench.ExpectLog("German", {u"Outlook Express says: Nachricht speichern unter - Ersetzen?"});
-    bench.fake.boxes.clear();
-    bench.ExpectRestIsSaved("German");
-}
-
 TEST(AnyLanguage, LettersForTheMenuAreThoseOfTheKeyboard)
 {
     for (const auto& [stored, want] :

@@ -298,17 +298,6 @@ TEST_F(CheckFolderTest, WithoutAWritableRecordACheckByFilesRecordsNothingAndSays
     EXPECT_EQ(Count(closed), 1);
 }
 
-TEST_F(CheckFolderTest, ARowThatCannotBeReadIsNotSaved)
-{
-    // A sent message, say: what is unread would have its dates, which are none.
-    Store(u"0002_a.eml", "Date: Tue, 3 Apr 2007 10:16:30 +0000\r\n\r\n");
-    fake.unread = {2};
-    Check(ComparisonType::file);
-    EXPECT_EQ(view.log[view.log.size() - 3], u"Not saved 2 - ");
-    EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"0/4", u"red"}));
-    EXPECT_TRUE(rows.empty());
-}
-
 TEST_F(CheckFolderTest, FileComparisonTellsTheDifferenceOfTheCounts)
 {
     for (int i = 0; i < 4; ++i) Store(u"000" + DecimalText(i) + u"_a.eml", Message(i));
@@ -321,13 +310,4 @@ TEST_F(CheckFolderTest, FileComparisonTellsTheDifferenceOfTheCounts)
     EXPECT_EQ(view.log.front(), kInbox + u" - there are -2 more saved emails.") << "kept: the minus sign";
     EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"4/4", u"green"}))
         << "surplus files are no e-mails of the list";
-}
-
-TEST_F(CheckFolderTest, FilesBeyondNumber9999AreFoundInTheirPlace)
-{
-    Mail() = Inbox(240);
-    for (int i = 0; i < 240; ++i) Store(DecimalText(9880 + i) + u"_a.eml", Message(i));
-    Check(ComparisonType::file);
-    ExpectVerdict(u"Inbox has 240 saved email(s). All emails have been saved.",
-                  "a search goes back 100 files at the most");
 }

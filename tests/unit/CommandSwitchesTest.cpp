@@ -131,19 +131,6 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
     }
 }
 
-TEST(UnattendedRun, ChecksWhatAnEarlierOneHasSaved)
-{
-    ProgramBench first;
-    first.Start();
-    first.Press(&Program::cmdSaveAll);
-    for (const char* which : {"/all", "/folder:Local Folders\\Inbox"}) {
-        Unattended later;
-        later.files.files = first.files.files;
-        later.files.directories = first.files.directories;
-        EXPECT_EQ(later.Run({"/check", "/comparison:simple", which}), ExitCode::allSaved) << which;
-    }
-}
-
 TEST(UnattendedRun, DoesNothingWithWrongSwitches)
 {
     for (const bool close : {false, true}) {

@@ -153,20 +153,6 @@ TEST(DotGlowTest, LitDotsShineUnlitOnesShow)
     EXPECT_TRUE(gap < halo && halo < DotGlow::kLit) << halo;
 }
 
-TEST(DotGlowTest, AnySizeIsDrawnInside)
-{
-    DotDisplay display;
-    display.SetText(u"##");
-    for (int pitch = 1; pitch < 9; ++pitch) {
-        for (const auto& [width, height] : {std::pair(1, 1), {30, 3}, {3, 30}, {97, 61}}) {
-            display.Resize(width / pitch, height / pitch);
-            std::vector<std::uint8_t> pixels(static_cast<std::size_t>(width * height));
-            DotGlow(pitch).Render(display, width, height, width, pixels.data()); // under AddressSanitizer
-            EXPECT_GT(*std::max_element(pixels.begin(), pixels.end()), 0);
-        }
-    }
-}
-
 TEST(DotGlowTest, PitchFollowsTheRoom)
 {
     const struct {

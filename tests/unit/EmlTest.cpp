@@ -186,44 +186,6 @@ TEST(Eml, AFaultIsToldAndLeavesTheSummaryEmpty)
     }
 }
 
-// A text that does not fit into memory is a fault of its file and of no other.
-TEST(Eml, AFileLargerThanMemoryIsToldAsSuch)
-{
-    struct NoMemoryForText final : CodePage1252 {
-        explicit NoMemoryForText(bool longerThanAText) : tooLong(longerThanAText) {}
-        Text FromAnsi(std::string_view bytes) override
-        {
-            if (bytes.size() < 1000) return CodePage1252::FromAnsi(bytes);
-            if (tooLong) throw std::length_error("too long");
-            throw std::bad_alloc();
-        }
-        bool tooLong;
-    };
-    OneFile files;
-    for (const char* name : {"From: ", "Bcc: ", "Received: ", "Subject: =?iso-8859-1?b?"})
-        for (const bool tooLong : {false, true}) {
-            files.content = name + std::string(2000, 'Q') + "?=";
-            const Read read = ReadFile(files, NoMemoryForText(tooLong));
-            EXPECT_EQ(read.error, u"There is not enough memory to read the file") << name << tooLong;
-            EXPECT_EQ(read.summary.FileName + read.summary.Subject, u"") << name << tooLong;
-        }
-}
-
-// Where 0x96 begins a character of two bytes, a single one reads as a question mark.
-TEST(Eml, OnlyAnEnDashOfTheCodePageIsReplaced)
-{
-    struct NoEnDash final : CodePage1252 {
-        Text FromAnsi(std::string_view bytes) override
-        {
-            return ReplaceAll(CodePage1252::FromAnsi(bytes), u"\u2013", u"?");
-        }
-    };
-    OneFile files;
-    files.content = "Subject: Who? What? \x96\r\nX:\r\n\r\n";
-    EXPECT_EQ(ReadFile(files, NoEnDash()).summary.SubjectKey, u"Who? What? ?");
-    EXPECT_EQ(ReadFile(files).summary.SubjectKey, u"Who? What? \x16");
-}
-
 // A rule of this program's own: records name a folder from the first folder on.
 TEST(Eml, APathIsTakenApartAtTheSeparatorsThatItHas)
 {
@@ -269,25 +231,4 @@ TEST(Eml, TheAttachmentMarkIsFoundAtEveryPlace)
         EXPECT_FALSE(HasAttachmentMark(mark.substr(0, i))) << i;
     }
     EXPECT_FALSE(HasAttachmentMark("Content-Disposition: attachment; filename=\"a.txt\"\r\n"));
-}
-
-// Whoever sends mail may send these. Read in a time that grows with the square of their size, they would take
-// hours instead of a moment; bench/EmlBench.cpp measures it.
-TEST(Eml, HostileMessagesAreReadToTheEnd)
-{
-    const struct {
-        const char *begin, *repeated, *end;
-    } cases[] = {
-        {"Subject: ", "=?a?b?c", ""},
-        {"Subject: ", " =?iso-8859-1?q?a?=", ""},
-        {"To: ", "<a>", "@"},
-        {"Date: ", "a ", ""},
-        {"", "\r\n ", ""},
-        {"", "To: a@b,\r\n", ""},
-    };
-    for (const auto& c : cases) {
-        std::string message = c.begin;
-        while (message.size() < 1 << 20) message += c.repeated;
-        EXPECT_FALSE(ReadMessage(message + c.end).summary.HasAttachment) << c.begin << c.repeated;
-    }
 }

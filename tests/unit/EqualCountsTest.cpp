@@ -85,15 +85,4 @@ TEST(EqualCounts, ARunOverNeighboursOfEqualCounts)
     }
 }
 
-TEST(EqualCounts, WhatTheClosingLinesNameIsAnExtra)
-{
-    RunBench bench(Mails(2), kFurther);
-    bench.fake.keepsList = true;
-    bench.CheckAll();
-    ASSERT_FALSE(bench.client.missedExtras.empty());
-    for (const Text& key : bench.client.missedExtras)
-        EXPECT_TRUE(std::any_of(ExtraRows().begin(), ExtraRows().end(),
-                                [&](const ExtraRow& row) { return row.key == key; }));
-}
-
 } // namespace

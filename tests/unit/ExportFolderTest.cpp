@@ -98,43 +98,6 @@ TEST_F(ExportFolderTest, AnEmailWithoutAnyDetailsIsExportedAndAnUnreadOneIsNot)
     EXPECT_EQ(Count(u"An e-mail could not be read from the message list and was not exported."), 4);
 }
 
-TEST_F(ExportFolderTest, AStopTakesEffectAfterTheEmailBeingSaved)
-{
-    fake.onSave = [this](int saves) {
-        if (saves == 2 || saves == 4) Stop();
-        if (saves == 3) flags.stopAfterEmail = true; // the program's own
-    };
-    Export();
-    EXPECT_FALSE(flags.runCompleted);
-    EXPECT_FALSE(flags.stopAfterEmail || flags.stopRequested || flags.stopAfterFolder);
-    EXPECT_EQ(view.log[4], u"User aborted on email export.");
-    ExpectOutcome(u"2 passed, 0 failed, 0");
-
-    fake.selected = {2};
-    Export(true);
-    ExpectLog("part of a run over all folders", {u"Program forced to abort."});
-    EXPECT_TRUE(flags.stopAfterFolder) << "which is told";
-
-    fake.selected = {3};
-    Export();
-    EXPECT_TRUE(flags.runCompleted) << "pressed on the last e-mail: the loop ends as it would have";
-}
-
-TEST_F(ExportFolderTest, AClientThatClosesEndsTheRun)
-{
-    AfterSave(2, [this] { fake.End(); });
-    Export();
-    EXPECT_FALSE(flags.runCompleted);
-    const Texts tail(view.log.end() - 5, view.log.end());
-    EXPECT_EQ(tail, (Texts{u"Terminated unexpectedly", u"OE has closed unexpectedly",
-                           u"1 passed, 1 failed, 0 skipped", u"Export complete", Closing(1, 2, 2)}))
-        << "the file over which it ended may not be whole";
-    Forget();
-    EXPECT_FALSE(SelectShownFolder(run));
-    EXPECT_TRUE(view.boxes.empty()) << "without a client only its line";
-    EXPECT_EQ(view.shown.back(), u"Could not find Outlook Express window");
-}
-
 TEST_F(ExportFolderTest, WhatCannotRunSaysWhy)
 {
     const Text select = u"Please ensure a folder has been selected in Outlook Express";
@@ -173,16 +136,6 @@ TEST_F(ExportFolderTest, WhatCannotRunSaysWhy)
         EXPECT_EQ(Logged(u"Outlook Express runs with higher rights than Quillbox"), c.isElevated) << c.why;
         EXPECT_TRUE(fake.saved.empty()) << c.why;
     }
-}
-
-TEST_F(ExportFolderTest, ADatabaseFaultEndsTheRunWithItsWords)
-{
-    static_cast<MemoryDatabase&>(*saved.database).failAdds = true;
-    Export();
-    EXPECT_FALSE(flags.runCompleted);
-    EXPECT_EQ(view.boxes.back(), u"Database error: the disk is full");
-    EXPECT_EQ(fake.saved.size(), 1u) << "nothing is exported without a record of it";
-    EXPECT_EQ(view.log.back(), Closing(0, 1, 3));
 }
 
 TEST_F(ExportFolderTest, TheSelectedEmailIsShownInTheSummary)

@@ -63,13 +63,4 @@ TEST_F(ForgetTest, AForgottenEmailIsSavedAgain)
     EXPECT_EQ(fake.saved.back().subject, first[1]);
 }
 
-TEST_F(ForgetTest, ADatabaseThatFailsForgetsNothing)
-{
-    Start();
-    databaseFiles.failForGood = true;
-    databaseFiles.failAt = databaseFiles.changes + 1;
-    EXPECT_TRUE(Press(&Program::mnForget).starts_with(u"Database error: "));
-    EXPECT_EQ(window.ticked.count(0), 1u);
-}
-
 } // namespace

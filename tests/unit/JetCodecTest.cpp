@@ -161,31 +161,3 @@ TEST(JetCodec, RowsComeAndGoInTheirPage)
     while (SlotCount(ByteView(page, 3)) < (512 - 14) / 2) AddRow(page, "");
     EXPECT_FALSE(FreeSpaceIn(ByteView(page, 3))) << "the entry would stand in the second sector";
 }
-
-TEST(JetCodec, UsageMapsGrow)
-{
-    SavedSample sample;
-    sample.Image().Resize(40000 * kPageSize);
-    PageFile file = OpenPages(sample.files);
-    const RowId map{kMaps, 0};
-    const auto add = [&](PageNumber page) {
-        WriteSet writes(file);
-        AddToMap(writes, map, page, Phase::commit);
-        MarkFreshPagesUsed(writes);
-        writes.Commit();
-    };
-    for (const PageNumber page : {1003, 1000}) add(page); // an empty map moves to where it is needed
-    EXPECT_EQ(PagesOf(file, map), (std::vector<PageNumber>{1000, 1003}));
-    EXPECT_EQ(file.Count(), 40000u);
-    for (const PageNumber page : {999, 32735}) add(page); // becomes a list of bitmap pages
-    EXPECT_EQ(file.Count(), 40003u)
-        << "one for it, two for the map of free pages, which cannot reach it else";
-    add(32736); // the first page of the second bitmap
-    EXPECT_EQ(PagesOf(file, {kMaps, 1}), std::vector<PageNumber>{}) << "the map beside it";
-
-    WriteSet writes(file);
-    for (const PageNumber page : {1003, 39999}) TakeFromMap(writes, map, page, Phase::commit);
-    EXPECT_THROW(AddToMap(writes, map, 17 * 32736, Phase::commit), DatabaseError) << "a list of 17";
-    writes.Commit();
-    EXPECT_EQ(PagesOf(file, map), (std::vector<PageNumber>{999, 1000, 32735, 32736}));
-}

@@ -126,29 +126,6 @@ TEST(JetDatabase, OrdersByFoldedTextsAndThenByPlace)
     EXPECT_EQ(order, "462351");
 }
 
-TEST(JetDatabase, DeletedRowsKeepTheirPlaceUntilTheNext)
-{
-    SavedSample sample;
-    for (int i = 0; i < 400; ++i)
-        sample.Add({{u"f", Text(static_cast<std::size_t>(i) * 20, u'x'), DecimalText(i)}});
-    int place = 0;
-    const auto rows = sample.database->OpenRecordset(u"SELECT * FROM saved");
-    for (; !rows->AtEnd(); rows->MoveNext(), ++place) {
-        if (place % 3 == 0) continue;
-        rows->Delete();
-        EXPECT_THROW(rows->Delete(), DatabaseError);
-        EXPECT_THROW(rows->Field(u"ecrc"), DatabaseError);
-    }
-    EXPECT_EQ(place, 400);
-    const std::uint64_t size = sample.Image().Size();
-    for (int i = 0; i < 40; ++i) sample.Add({{u"f", Text(100, u'y'), u"new"}});
-    EXPECT_EQ(sample.Image().Size(), size) << "the space of deleted rows is used";
-    sample.Open();
-    ASSERT_EQ(RowsOf(*sample.database).size(), 134u + 40u);
-    EXPECT_EQ(RowsOf(*sample.database, u"SELECT * FROM saved WHERE ecrc='399'"),
-              (Rows{{u"f", Text(399 * 20, u'x'), u"399"}}));
-}
-
 // Without its end a batch deletes nothing; and nothing twice.
 TEST(JetDatabase, ABatchThatIsGivenUpDeletesNothing)
 {

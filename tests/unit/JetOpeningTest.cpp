@@ -232,15 +232,6 @@ TEST(JetOpening, MendsWhatAStopLeftAndTellsIt)
     EXPECT_EQ(saved.database->PrepareForWriting(u"saved", {}).notes, std::vector<Text>{}) << "once";
     CloseSavedEmails(saved);
     EXPECT_TRUE(files[kSavedPath].Bytes() == right.Bytes());
-
-    // A disk that fails meanwhile: known at opening, too.
-    files[kSavedPath] = left;
-    files.failAt = files.changes + 1;
-    files.failForGood = true;
-    EXPECT_EQ(Open(saved, files), u"");
-    EXPECT_EQ(saved.whyReadOnly, u"The unfinished page at its end cannot be cut off");
-    CloseSavedEmails(saved);
-    EXPECT_TRUE(files[kSavedPath].Bytes() == left.Bytes());
 }
 
 // Files of other kinds; ours, and those that other programs have made (in the folder QUILLBOX_SAMPLES), cut

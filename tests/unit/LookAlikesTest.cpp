@@ -71,21 +71,6 @@ TEST(LookAlikes, EachIsSavedOnlyWithTheExtra)
     }
 }
 
-TEST(LookAlikes, ARunThatGoesOnSavesWhatIsMissing)
-{
-    for (int first = 1; first <= 5; ++first) {
-        SCOPED_TRACE(first);
-        AlikeBench bench;
-        bench.then = [&](int saves) {
-            if (saves == first) bench.Stop();
-        };
-        bench.Export();
-        bench.then = {};
-        bench.ExportFrom(first % 2 == 0 ? 0 : first); // from the top, or where it was stopped
-        bench.ExpectEachOnce(6);
-    }
-}
-
 TEST(LookAlikes, ChecksSeeTheSecondAndTheThird)
 {
     for (const auto type : {ComparisonType::database, ComparisonType::file}) {
@@ -109,17 +94,6 @@ TEST(LookAlikes, ChecksSeeTheSecondAndTheThird)
             EXPECT_EQ(bench.Count(u"Not saved"), 0);
         }
     }
-}
-
-TEST(LookAlikes, ACheckByFilesRecordsEachThatHasAFile)
-{
-    AlikeBench bench;
-    bench.Export();
-    bench.rows.clear();
-    bench.files.Delete(kDirectory + u"0003_Twin.eml");
-    bench.Check(ComparisonType::file);
-    EXPECT_EQ(bench.rows.size(), 5u);
-    EXPECT_EQ(bench.Count(u"Not saved"), 1);
 }
 
 // What looks the same must not be taken for one another when the list moves, whatever that costs.

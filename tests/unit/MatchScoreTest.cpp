@@ -123,39 +123,6 @@ TEST(MatchScoreTest, CountsWhatFits)
     EXPECT_EQ(MatchScore(Entry(u"", many, {u""}, 0, 0), file), 100) << "199 of 200 are rounded";
 }
 
-TEST(RecordSearchTest, BeginsUpToAHundredBeforeTheLastMatch)
-{
-    const auto subject = [](int number) { return DecimalText(1000 + number); };
-    std::vector<EmlSummary> records;
-    for (int i = 0; i < 300; ++i)
-        records.push_back(Record(subject(i), u"", u"", kNoDateText, kNoonText, kNoonText));
-    RecordSearch search(records);
-    const struct {
-        const char* why;
-        int asked;
-        bool found;
-    } steps[] = {
-        {"near the beginning the search goes on from there", 99, true},
-        {"so the first is still found", 0, true},
-        {"a hundred before 199 is 99", 199, true},
-        {"98 is passed over", 98, false},
-        {"99 is not, and leaves the start as it is", 99, true},
-        {"98 is still passed over", 98, false},
-        {"further on", 250, true},
-        {"149 is passed over", 149, false},
-        {"a match far back moves the start back", 150, true},
-        {"to 50", 49, false},
-        {"the record there is found", 50, true},
-        {"a match at 100 is a hundred from the first", 100, true},
-        {"which is found again", 0, true},
-        {"no such record", 300, false},
-    };
-    for (const auto& step : steps) {
-        const EmailEntry entry = Entry(subject(step.asked), {u""}, {u""}, kNoon, kNoon);
-        EXPECT_EQ(search.Match(entry), step.found ? step.asked : -1) << step.why;
-    }
-}
-
 TEST(RecordSearchTest, FindsWhatThePlainSearchFinds)
 {
     int matches = 0, tries = 0;

@@ -116,15 +116,6 @@ TEST_F(PlatformFiles, AFileIsReadAsItIsOrNotAtAll)
     EXPECT_EQ(bytes, "");
 }
 
-TEST_F(PlatformFiles, AppendCreatesAndThenGoesOn)
-{
-    for (const char* line : {"one\r\n", "two\r\n"})
-        EXPECT_EQ(files.Append(scratch / u"log.txt", line), FileError::none);
-    EXPECT_EQ(Content(u"log.txt"), "one\r\ntwo\r\n");
-    EXPECT_EQ(files.Append(scratch / u"", "x"), FileError::denied);
-    EXPECT_EQ(files.Append(scratch / u"no/log.txt", "x"), FileError::notFound);
-}
-
 TEST_F(PlatformFiles, OpenRefusesASecondExclusiveUserAndWhatIsNoFile)
 {
     EXPECT_EQ(ErrorOfOpening(u"missing", OpenMode::exclusive), FileError::notFound);
@@ -191,13 +182,6 @@ TEST_F(PlatformFiles, ANulIsNeverTheEndOfAPath)
     EXPECT_FALSE(files.MakeDirectory((scratch / u"dir") + nul));
     EXPECT_FALSE(files.DirectoryExists((scratch / u"") + nul));
     EXPECT_EQ(Content(u"a.eml"), "x");
-}
-
-TEST_F(PlatformFiles, EveryErrorHasItsWords)
-{
-    for (int number = 1; number <= static_cast<int>(FileError::outOfMemory); ++number)
-        EXPECT_FALSE(Describe(static_cast<FileError>(number)).empty()) << number;
-    EXPECT_EQ(Describe(FileError::none), u"");
 }
 
 #ifndef _WIN32

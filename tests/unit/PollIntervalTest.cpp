@@ -39,31 +39,4 @@ TEST(PollInterval, DoesNotAddUpWhatLookingTakes)
     EXPECT_LE(bench.fake.sleptMilliseconds, 20 * 105 + 5);
 }
 
-TEST(PollInterval, ShortensAnExportAndAChangeOfFolder)
-{
-    int took[2] = {};
-    for (const int chosen : {10, 100}) {
-        RunBench bench;
-        bench.settings.pollInterval = static_cast<std::int16_t>(chosen);
-        bench.fake.dialogDelays = {20, 20, 20, 20, 20, 20, 20, 20, 20};
-        bench.fake.sleptMilliseconds = 0;
-        bench.SaveAll();
-        EXPECT_EQ(bench.rows.size(), 9u);
-        took[chosen / 100] = bench.fake.sleptMilliseconds;
-    }
-    EXPECT_LE(took[0] * 3, took[1]);
-}
-
-TEST(PollInterval, AFolderThatDoesNotComeIsGivenUpAfterTheSameTime)
-{
-    for (const int chosen : {10, 100}) {
-        TreeBench bench;
-        bench.settings.pollInterval = static_cast<std::int16_t>(chosen);
-        bench.fake.refreshAfter = 100'000;
-        bench.fake.sleptMilliseconds = 0;
-        EXPECT_FALSE(ChangeFolder(bench.client, 3, u"Work"));
-        EXPECT_EQ(bench.fake.sleptMilliseconds, 3100);
-    }
-}
-
 } // namespace

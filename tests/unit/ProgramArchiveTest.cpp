@@ -69,17 +69,4 @@ TEST_F(ProgramArchiveTest, BothCanBeStopped)
     }
 }
 
-TEST_F(ProgramArchiveTest, AMissingStoreIsNotMistakenForAnEmptyOne)
-{
-    profile.values[u"Paths/Store"] = u"D:\\gone";
-    Start();
-    for (const auto command : {&Program::cmdVerifyStore, &Program::cmdIndexPage}) {
-        ProgramBench bench;
-        bench.profile.values[u"Paths/Store"] = u"D:\\gone";
-        bench.Start();
-        EXPECT_TRUE(bench.Press(command).starts_with(u"The store folder of the settings cannot be found"));
-        EXPECT_FALSE(bench.Stepped(u"busy"));
-    }
-}
-
 } // namespace

@@ -61,24 +61,6 @@ TEST_F(RemoteListView, RowsAreReadWithOneTextMoreThanColumnsAndCut)
     EXPECT_TRUE(ReadItemTexts(client, 99).empty()) << "a row that is gone";
 }
 
-TEST_F(RemoteListView, ARowTakesItsBlocksAndSweepingTakesWhatStaysBehind)
-{
-    fake.columnTitles = {u"From", u"Subject"};
-    SweepRemoteMemory(client.memory);
-    fake.calls.clear();
-    ReadItemTexts(client, 0);
-    const std::vector<std::string> want = {"open",     "alloc 40", "open",     "alloc 256", "write 40",
-                                           "read 256", "write 40", "read 256", "write 40",  "read 256",
-                                           "free",     "close",    "free",     "close"};
-    EXPECT_EQ(fake.calls, want);
-    EXPECT_EQ(fake.LiveBlocks(), 1u) << "kept: the first block stays behind";
-    EXPECT_EQ(fake.OpenHandles(), 1u);
-    for (int row = 0; row < 3; ++row) ReadItemTexts(client, row);
-    SweepRemoteMemory(client.memory);
-    EXPECT_EQ(fake.LiveBlocks(), 0u);
-    EXPECT_EQ(fake.OpenHandles(), 0u);
-}
-
 TEST_F(RemoteListView, ARowIsReadWholeOrNotAtAll)
 {
     std::vector<Text> own = MailRow(u"Three"), texts;

@@ -106,37 +106,6 @@ TEST_F(SaveDialogTest, SavesUnderTheNameOrItsVariant)
     EXPECT_EQ(Save(), SaveResult::saved);
 }
 
-TEST_F(SaveDialogTest, WhatGoesWrongHasItsWords)
-{
-    const Text failed = u"FAIL: 5 Re: Test #1";
-    const struct {
-        const char* why;
-        std::function<void(SaveBench&)> spoil;
-        Text want;
-        int sleeps;
-        bool dialogLeft;
-    } cases[] = {
-        {"no dialog", [](SaveBench& b) { b.fake.noDialog = true; }, u"No dialog found", 20, false},
-        {"no combo box", [](SaveBench& b) { b.fake.noCombo = true; }, u"No combo found", 0, true},
-        {"no edit box", [](SaveBench& b) { b.fake.noEdit = true; }, u"No edit found", 0, true},
-        {"no file", [](SaveBench& b) { b.fake.saveNothing = true; }, failed, 20, false},
-        {"no client", [](SaveBench& b) { b.fake.End(); }, u"No dialog found", 20, false},
-        {"a box that takes no name: nor is it saved under the one that the client proposes",
-         [](SaveBench& b) { b.fake.deafEdit = true; }, failed, 0, false},
-        {"a path that cannot be typed", [](SaveBench& b) { b.request.exportFolder = u"C:\\\u0416\\"; },
-         failed, 0, false},
-    };
-    for (const auto& c : cases) {
-        SaveBench bench;
-        c.spoil(bench);
-        EXPECT_EQ(bench.Save(), SaveResult::failed) << c.why;
-        EXPECT_EQ(bench.view.log, std::vector<Text>{c.want}) << c.why;
-        EXPECT_EQ(bench.fake.Sleeps(), c.sleeps) << c.why;
-        EXPECT_EQ(bench.fake.Find(u"#32770") != 0, c.dialogLeft) << c.why;
-        EXPECT_TRUE(bench.fake.saved.empty()) << c.why;
-    }
-}
-
 TEST_F(SaveDialogTest, KeysAreTypedIntoNoOtherProgram)
 {
     request.sendKeys = true;
@@ -207,23 +176,6 @@ TEST_F(SaveDialogTest, HoweverLateDialogsComeNoEmailIsSavedUnderAnothersName)
                 delays[place] = 70000;
                 ExpectLateDialogsAreTold(delays, takesAtOpening);
             }
-}
-
-TEST_F(SaveDialogTest, AStopEndsTheWaitForALateDialogAndTheEmailIsNotFailed)
-{
-    fake.dialogDelays = {30'000};
-    EXPECT_EQ(Save(), SaveResult::failed);
-    view.onEvents = [this] { flags.stopAfterEmail = flags.stopRequested = fake.sleptMilliseconds > 9000; };
-    EXPECT_EQ(Save(), SaveResult::untried);
-    EXPECT_EQ(fake.Asks(), 1u) << "no other was asked for";
-    EXPECT_LT(fake.sleptMilliseconds, 10'000);
-    EXPECT_EQ(view.log, std::vector<Text>{u"No dialog found"});
-
-    view.onEvents = nullptr;
-    flags = {};
-    EXPECT_EQ(Save(), SaveResult::saved) << "in the next run the wait goes on";
-    EXPECT_GT(fake.sleptMilliseconds, 30'000);
-    EXPECT_EQ(fake.saved.size(), 1u);
 }
 
 TEST_F(SaveDialogTest, WhatIsOwedIsAskedForNoOftenerThanNeeded)

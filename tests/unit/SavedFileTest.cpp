@@ -73,20 +73,6 @@ TEST(VerifySaved, OnlyWhatBothSidesShowForCertainContradicts)
     }
 }
 
-TEST(VerifySaved, DatesThatTheListDoesNotShowForCertainDoNot)
-{
-    RunBench bench(0);
-    bench.files.AddFile(kPath, MessageWith("Plan", "Ann", "Thu, 5 Apr 2007 10:15:20 +0000"));
-    EmailEntry entry = EntryOf(u"Plan", u"Ann");
-    bench.settings.timeOffset = 1; // moved by the user's wish
-    EXPECT_EQ(WhyNotVerified(bench.run, entry, kPath), u"");
-    bench.settings.timeOffset = 0;
-    entry.Sent = DateFromYmd(2007, 4, 3); // days alone
-    EXPECT_EQ(WhyNotVerified(bench.run, entry, kPath), u"");
-    entry.Sent = kNoListDate;
-    EXPECT_EQ(WhyNotVerified(bench.run, entry, kPath), u"");
-}
-
 TEST(VerifySaved, AFileIsWaitedForUntilItIsWhole)
 {
     const struct {

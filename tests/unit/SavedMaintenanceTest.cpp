@@ -126,34 +126,3 @@ TEST_F(SavedMaintenanceTest, CondensingCanBeStopped)
     done = CondenseDatabase(saved, [](int percent) { return percent < 100; });
     EXPECT_FALSE(done.stopped) << "nothing was left to be looked at";
 }
-
-// Ends anywhere in a batch: what is reported as removed is, nothing else is lost, and the next time goes on.
-TEST_F(SavedMaintenanceTest, ADiskThatFailsInMidBatchLosesNoRecord)
-{
-    Fill(1400, 700, 300);
-    saved.database.reset();
-    const MemoryImage start = files[kSavedPath];
-    std::size_t failures = 0;
-    for (std::size_t change = 1;; change += 5, ++failures) {
-        SCOPED_TRACE(change);
-        const bool forGood = change % 2 == 0;
-        files = {};
-        files[kSavedPath] = start;
-        Open();
-        files.failAt = files.changes + change;
-        files.tornBytes = 1000;
-        files.failForGood = forGood;
-        try {
-            Condense();
-            break;
-        } catch (const DatabaseError&) {
-        }
-        files.failForGood = false;
-        if (!forGood) Condense(); // the same connection goes on
-        Open();
-        EXPECT_EQ(saved.database->PrepareForWriting(u"saved", {}).refusal, u"");
-        Condense();
-        EXPECT_EQ(Count(), 700u);
-    }
-    EXPECT_GT(failures, 5u);
-}

@@ -69,16 +69,6 @@ TEST(SelectRows, EveryEmailIsReadOnce)
     }
 }
 
-TEST(SelectRows, ARunFromTheMiddleLeavesWhatIsAbove)
-{
-    RunBench bench(8);
-    bench.view.options.selectRows = true;
-    bench.fake.selected = {3};
-    bench.AfterSave(2, [&] { bench.fake.selected = {0}; });
-    bench.Export();
-    EXPECT_EQ(bench.rows.size(), 5u);
-}
-
 TEST(SelectRows, AListThatTakesNoSelectionEndsTheRun)
 {
     RunBench bench(8);

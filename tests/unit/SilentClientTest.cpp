@@ -79,33 +79,6 @@ TEST(SilentClient, IsLetFinishTheEmailUnderWayBeforeTheProgramCloses)
     EXPECT_EQ(bench.rows.size(), 1u);
 }
 
-TEST(SilentClient, MayTakeLongForAnActAndTheWindowLives)
-{
-    for (const bool pumps : {false, true}) {
-        RunBench bench(3);
-        bench.fake.actTakes = 20'000;
-        bench.fake.pumps = pumps;
-        int longest = 0, last = bench.fake.sleptMilliseconds;
-        bench.view.onEvents = [&] {
-            longest = std::max(longest, bench.fake.sleptMilliseconds - last);
-            last = bench.fake.sleptMilliseconds;
-        };
-        bench.Export();
-        EXPECT_LE(longest, 200) << "milliseconds between two looks at what the user does";
-        EXPECT_EQ(bench.rows.size(), 3u);
-        EXPECT_EQ(bench.fake.keys.size(), 3u) << "no key is sent twice";
-
-        bench.Mail().push_back(MailRow(u"Last"));
-        bench.view.onEvents = [&] {
-            bench.flags.stopRequested |= bench.fake.sleptMilliseconds > last + 30'000;
-        };
-        bench.Export();
-        const auto told = std::count(bench.view.shown.begin(), bench.view.shown.end(),
-                                     u"Stopping as soon as Outlook Express has answered");
-        EXPECT_TRUE(told > 0 && told < 10) << told << " times, for each act once";
-    }
-}
-
 TEST(ClientBoxes, AreAnsweredAndTold)
 {
     using Box = FakeClient::Box;
@@ -165,16 +138,4 @@ TEST(ClientBoxes, OverTheMainWindowEndTheRunWhenTheyStandForTenInARow)
     tenth.Export();
     tenth.ExpectLog("not in a row", {}, {kSilent});
     EXPECT_EQ(tenth.fake.saved.size(), 3u);
-}
-
-TEST(ClientBoxes, OtherWindowsAreLeftAlone)
-{
-    RunBench bench;
-    const WindowHandle others[] = {bench.fake.AddForeign(u"#32770", u"Save Message As"),
-                                   bench.fake.AddModeless(u"#32770")};
-    bench.fake.onMessage =
-        AtEach(message::kLeftUp, [&](int) { bench.fake.AddModeless(u"tooltips_class32"); });
-    bench.Export();
-    EXPECT_EQ(bench.rows.size(), 6u);
-    for (const WindowHandle other : others) EXPECT_TRUE(bench.fake.IsThere(other));
 }

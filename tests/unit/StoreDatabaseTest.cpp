@@ -41,15 +41,6 @@ struct StoreDatabaseTest : testing::Test, Disk, ProgramBench {
 
 using Texts = std::vector<Text>;
 
-TEST_F(StoreDatabaseTest, WithoutItTheProgramsFolderHasTheOnlyOne)
-{
-    StartWith(false);
-    program.Store().Choose(u"C:\\Second");
-    Press(&Program::cmdExport);
-    EXPECT_EQ(opened, Texts{u"C:\\Quillbox\\saved.mdb"});
-    EXPECT_TRUE(made.empty());
-}
-
 TEST_F(StoreDatabaseTest, EachStoreThatIsUsedHasItsOwn)
 {
     StartWith(true);

@@ -72,37 +72,6 @@ TEST(Store, ApostrophesAreDoubledInSqlAlone)
     EXPECT_EQ(statements.back(), u"SELECT * FROM saved WHERE ecrc='1A2B'");
 }
 
-TEST(Store, ADatabaseThatCannotBeWrittenIsOpenAndSaysWhy)
-{
-    const Text readOnly = u"The database of saved emails can be read but not written: ";
-    const struct {
-        Readiness found;
-        Text reason, note;
-    } cases[] = {
-        {{u"", {u"this was mended"}}, u"", u"Database of saved emails: this was mended"},
-        {{u"A reason", {}}, u"A reason", readOnly + u"A reason"},
-        {{u"throw", {}}, u"The engine is broken", readOnly + u"The engine is broken"},
-    };
-    for (const auto& c : cases) {
-        MemoryRows rows = {{{u"ecrc", u"A1"}, {u"efolder", u"f"}}};
-        FakeFiles files;
-        files.AddFile(kPath);
-        const DatabaseMaker engine{nullptr, [&](const Text&) {
-                                       auto database = std::make_unique<MemoryDatabase>(rows);
-                                       database->readiness = c.found;
-                                       return database;
-                                   }};
-        SavedEmails saved;
-        EXPECT_EQ(OpenSavedEmails(saved, files, kPath, {engine}), u"");
-        EXPECT_EQ(saved.whyReadOnly, c.reason);
-        EXPECT_EQ(saved.notes, std::vector<Text>{c.note});
-        EXPECT_TRUE(IsSaved(saved, u"A1", u"f"));
-        if (saved.IsWritable()) continue;
-        EXPECT_THROW(AddSavedEmail(saved, u"f", {}), DatabaseError);
-        EXPECT_EQ(rows.size(), 1u);
-    }
-}
-
 TEST(Store, TheFirstEngineThatCanOpensTheDatabase)
 {
     MemoryRows rows;

@@ -56,40 +56,6 @@ TEST_F(ControlsTest, DisplayShowsOneTextInPlaceOfTheLast)
     EXPECT_TRUE(Picture(display.Window()) == dark);
 }
 
-TEST_F(ControlsTest, DisplayRollsALongTextToItsEnd)
-{
-    OrbVacuum display, shows;
-    display.Create(parent, 1, {0, 0, 240, 30});
-    shows.Create(parent, 1, {0, 40, 240, 70});
-    shows.ShowText(L"the end");
-    const Picture end(shows.Window());
-    const std::wstring text = L"A message of many words that cannot stand on one line, and\nthe end";
-    display.ShowText(text.c_str());
-    UpdateWindow(display.Window());
-    const Picture beginning(display.Window());
-    const DWORD start = GetTickCount();
-    while (Picture(display.Window()) == beginning && GetTickCount() - start < 10000) { // by its own timer
-        MSG message = {};
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
-        Sleep(20);
-    }
-    EXPECT_GT(GetTickCount() - start, 1000u) << "after time to read the first line";
-    EXPECT_FALSE(Picture(display.Window()) == beginning);
-    const auto seen = [&](const Picture& wanted) { // within as many turns of its timer as lines have rows
-        for (int i = 0; i < 200; ++i) {
-            SendMessageW(display.Window(), WM_TIMER, 1, 0);
-            if (Picture(display.Window()) == wanted) return true;
-        }
-        return false;
-    };
-    EXPECT_TRUE(seen(end));
-    EXPECT_TRUE(seen(beginning)) << "it comes back";
-    EXPECT_FALSE(seen(end)) << "and stays";
-    SendMessageW(display.Window(), WM_LBUTTONDOWN, MK_LBUTTON, 0);
-    EXPECT_TRUE(seen(end)) << "a click rolls it again";
-    EXPECT_EQ(TextOfWindow(display.Window()), text);
-}
-
 TEST_F(ControlsTest, LabelKeepsToItsGroundAndShowsItsText)
 {
     OrbLabel label;

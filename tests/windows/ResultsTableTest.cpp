@@ -92,19 +92,6 @@ protected:
     HWND parent = nullptr, list = nullptr;
 };
 
-TEST_F(ResultsTableTest, ShowsCellsAndKeepsThemWhole)
-{
-    const Text subject(1500, u'x');
-    results.Add({u"Local Folders\\O'Brien", u"12", subject, u"03/04/2007", u"BEEF"});
-    results.ShowAdded();
-    const Text shown = Shown(0, ResultsColumn::subject);
-    const Texts cells = {u"Local Folders\\O'Brien", u"12", shown, u"03/04/2007", u"BEEF"};
-    for (int i = 0; i < 5; ++i)
-        EXPECT_EQ(Shown(0, static_cast<ResultsColumn>(i)), cells[static_cast<std::size_t>(i)]) << i;
-    EXPECT_TRUE(subject.starts_with(shown) && shown.size() > 200) << "the list may cut what it draws";
-    EXPECT_EQ(Cell(results.RowAt(0), ResultsColumn::subject), subject);
-}
-
 TEST_F(ResultsTableTest, TicksAndSelectionGoWithTheirRows)
 {
     for (const int id : {10, 2, 30, 4}) Add(id);
