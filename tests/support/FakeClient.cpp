@@ -302,7 +302,7 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
         if (wParam >= 0 && (item->state & 2)) selected.insert(wParam);
         return 1;
     }
-    if (item->item >= Rows().size() || unread.count(item->item)) return 0;
+    if (item->item >= Rows().size()) return 0;
     const std::vector<Text>& row = Rows()[item->item];
     PutText(item->text, item->subItem < row.size() ? row[item->subItem] : Text(), item->textMax);
     return 1;

@@ -19,11 +19,10 @@ struct Manners {
     std::vector<Text> columnTitles{u"!", u"From", u"Subject", u"Received", u"Sent", u"To"};
     std::vector<std::int32_t> columnOrder{0, 1, 2, 3, 4, 5};
     bool refusesFolder = false;
-    int refreshAfter = 0;           // milliseconds between selecting a folder and the new list
-    bool keepsList = false;         // the list is filled anew instead of rebuilt
-    bool captionFirst = false;      // until the new list is there only the caption is the new folder's
-    std::set<std::uint32_t> unread; // rows whose texts it does not tell
-    bool withoutNul = false;        // a text that is cut has no end
+    int refreshAfter = 0;      // milliseconds between selecting a folder and the new list
+    bool keepsList = false;    // the list is filled anew instead of rebuilt
+    bool captionFirst = false; // until the new list is there only the caption is the new folder's
+    bool withoutNul = false;   // a text that is cut has no end
     bool noHeader = false;
     bool silentHeader = false; // the header answers neither order nor titles, but its count
     bool ignoreDownKey = false, doubleDownKey = false;

@@ -66,6 +66,13 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
     using enum ExitCode;
     const Words exportAll = {"/export", "/all"}, checkAll = {"/check", "/all"};
     const Words inbox = {"/export", "/folder:local folders\\inbox"};
+    const auto afterTwo = [](void (*what)(Unattended&)) { // e-mails
+        return [what](Unattended& b) {
+            b.fake.onSave = [&b, what](int saves) {
+                if (saves == 2) what(b);
+            };
+        };
+    };
     const struct {
         const char* why;
         Words switches;
@@ -89,27 +96,11 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
          u"FAIL"},
         {"look-alikes", exportAll, [](auto& b) { b.fake.folders[3].rows.push_back(MailRow(u"Sent0")); },
          unsaved, 4, u"look exactly like"},
-        {"a stop", exportAll,
-         [](auto& b) {
-             b.fake.onSave = [&b](int n) {
-                 if (n == 2) b.program.cmdStopAfterEmail();
-             };
-         },
-         unsaved, 2, u"User aborted"},
-        {"the window is closed", exportAll,
-         [](auto& b) {
-             b.fake.onSave = [&b](int n) {
-                 if (n == 2) b.program.AskToClose();
-             };
-         },
-         unsaved, 2, u""},
-        {"the client ends", exportAll,
-         [](auto& b) {
-             b.fake.onSave = [&b](int n) {
-                 if (n == 2) b.fake.End();
-             };
-         },
-         unsaved, 2, u""},
+        {"a stop", exportAll, afterTwo([](auto& b) { b.program.cmdStopAfterEmail(); }), unsaved, 2,
+         u"User aborted"},
+        {"the window is closed", exportAll, afterTwo([](auto& b) { b.program.AskToClose(); }), unsaved, 2,
+         u""},
+        {"the client ends", exportAll, afterTwo([](auto& b) { b.fake.End(); }), unsaved, 2, u""},
         {"no client", exportAll, [](auto& b) { b.fake.End(); }, unusable, 0,
          u"Outlook Express cannot be used"},
         {"no database", exportAll, [](auto& b) { b.outside.databaseMakers.clear(); }, unusable, 0,

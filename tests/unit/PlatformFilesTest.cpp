@@ -191,16 +191,6 @@ TEST_F(PlatformFiles, AFullDiskIsToldFromOtherFailures)
     EXPECT_EQ(files.Append(u"/dev/full", "x"), FileError::full);
 }
 
-TEST_F(PlatformFiles, LinksCountAsWhatTheyLeadTo)
-{
-    Write(u"real", "x");
-    ASSERT_TRUE(files.MakeDirectory(scratch / u"dir"));
-    std::filesystem::create_symlink("real", scratch.Path() / "link.eml");
-    std::filesystem::create_symlink("nowhere", scratch.Path() / "broken.eml");
-    std::filesystem::create_symlink("dir", scratch.Path() / "dir.eml");
-    EXPECT_EQ(files.ListEmlFiles(scratch / u""), std::vector<Text>{u"link.eml"});
-    EXPECT_EQ(files.ListDirectories(scratch / u""), (std::vector<Text>{u"dir", u"dir.eml"}));
-}
 #endif
 
 TEST_F(PlatformFiles, TheLastChangeIsSetInTheUsersTimeOfThatDay)

@@ -92,20 +92,6 @@ TEST_F(RemoteListView, ARefusedCallNeverMovesATitleOrAFolderNameToAnother)
     EXPECT_EQ(client.lstTree.size(), fake.folders.size()) << "the last round met no refusal";
 }
 
-TEST_F(RemoteListView, TheOldFamilyGoesThroughSharedMappings)
-{
-    TreeBench old;
-    old.client.memory.platformChecked = false;
-    old.fake.platform = 1;
-    old.fake.calls.clear();
-    EXPECT_EQ(ReadItemTexts(old.client, 2)[2], u"Three");
-    EXPECT_EQ(old.fake.calls.front(), "map 40");
-    OeBench bench({});
-    bench.fake.platformFailures = 1;
-    EXPECT_FALSE(IsNtPlatform(bench.client.memory));
-    EXPECT_TRUE(IsNtPlatform(bench.client.memory)) << "asked again until one ask succeeds";
-}
-
 TEST_F(RemoteListView, SelectingComparesACountWithAnIndex)
 {
     SelectListItem(client, 1, OtherItems::clear);

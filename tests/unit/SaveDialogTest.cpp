@@ -162,12 +162,12 @@ TEST_F(SaveDialogTest, HoweverLateDialogsComeNoEmailIsSavedUnderAnothersName)
 {
     // Each limit of the driver is met: the 2 s that a dialog is waited for, the second until a dialog that
     // came late is cancelled, and what is left of the minute behind both.
-    const int limits[] = {0, 100, 500, 1000, 1900, 2000, 2100, 3000, 3300, 5000, 30000, 58000, 59900, 60000};
-    constexpr int kLimits = 14, kPatterns = kLimits * kLimits * kLimits * kLimits;
+    const int limits[] = {0, 500, 1000, 1900, 2000, 2100, 3300, 30000, 59900, 60000};
+    constexpr int kLimits = 10, kPatterns = kLimits * kLimits * kLimits * kLimits;
     for (int pattern = 0; pattern < kPatterns; pattern += 11) {
         std::vector<int> delays;
         for (int left = pattern, i = 0; i < 4; ++i, left /= kLimits) delays.push_back(limits[left % kLimits]);
-        ExpectLateDialogsAreTold(delays, pattern % 2 == 0);
+        ExpectLateDialogsAreTold(delays, pattern % 3 == 0);
     }
     for (const bool takesAtOpening : {false, true}) // one is written off
         for (std::size_t place = 0; place < 4; ++place)

@@ -140,26 +140,6 @@ TEST_F(VerifyTest, RecordsAndFilesAreMatchedByFolderAndSubject)
                 }).findings.empty());
 }
 
-TEST_F(VerifyTest, TellsHowFarItIsAndStops)
-{
-    for (const char* name : {"A/1.eml", "B/1.eml", "B/2.eml"}) store.Write(name, "");
-    std::vector<std::pair<std::size_t, std::size_t>> told;
-    const std::vector<SavedRecord> records = {{u"A", u"x", u"1"}};
-    for (const std::size_t stopAt : {4u, 1u}) {
-        told.clear();
-        const Verification found =
-            VerifyStore(files, codePage, store / u"", &records, {}, [&](std::size_t done, std::size_t all) {
-                told.emplace_back(done, all);
-                return done != stopAt;
-            });
-        const bool stopped = stopAt == 1;
-        EXPECT_EQ(found.stopped, stopped);
-        EXPECT_EQ(told.size(), stopped ? 2u : 4u);
-        EXPECT_EQ(told.back(), (std::pair<std::size_t, std::size_t>(stopped ? 1 : 3, 3)));
-        EXPECT_EQ(found.findings.size(), stopped ? 1u : 6u) << "what was seen until then; no records";
-    }
-}
-
 // Whatever lies in a store, the rest of it is looked through, nothing is waited for and nothing is done
 // twice.
 TEST_F(VerifyTest, NothingInAHostileStoreStopsIt)
