@@ -16,14 +16,6 @@ bool IsRow(const Slot& slot)
 
 } // namespace
 
-std::vector<PageNumber> Table::Pages() const
-{
-    std::vector<PageNumber> pages = PagesOf(file_, definition_.ownedMap);
-    PageRef hold;
-    for (PageNumber page : pages) NeedDataPage(file_.View(page, hold), definition_.page);
-    return pages;
-}
-
 ByteView Table::RowsView(PageNumber page, const std::string& bytes) const
 {
     const ByteView view(bytes, page);
@@ -40,7 +32,7 @@ std::vector<RowId> Table::Rows() const
 {
     std::vector<RowId> rows;
     PageRef hold;
-    for (PageNumber page : PagesOf(file_, definition_.ownedMap)) {
+    for (PageNumber page : Pages()) {
         hold = file_.Read(page);
         const ByteView view = RowsView(page, *hold);
         for (std::size_t slot = 0; slot < ScannedSlots(view); ++slot)

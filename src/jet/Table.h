@@ -22,16 +22,18 @@ public:
 
     PageFile& File() const { return file_; }
     const TableDefinition& Definition() const { return definition_; }
-    std::vector<PageNumber> Pages() const; // all data pages, each one checked to be the table's
+    std::vector<PageNumber> Pages() const { return PagesOf(file_, definition_.ownedMap); }
     std::vector<RowId> Rows() const;
-    // visit(StoredRow) for each row, without seeking each of them.
-    template <class Visit>
-    void ForEachRow(Visit visit) const
+    // visit(StoredRow) for each row, without seeking each of them; visitPage(ByteView) before the rows of a
+    // page.
+    template <class VisitPage, class Visit>
+    void ForEachRow(VisitPage visitPage, Visit visit) const
     {
         StoredRow stored{nullptr, ByteView({}, 0), {}, {}};
-        for (const PageNumber page : PagesOf(file_, definition_.ownedMap)) {
+        for (const PageNumber page : Pages()) {
             stored.hold = file_.Read(page);
             const ByteView view = RowsView(page, *stored.hold);
+            visitPage(view);
             for (std::size_t slot = 0; slot < ScannedSlots(view); ++slot) {
                 const Slot found = SlotAt(view, slot);
                 const RowId id{page, static_cast<std::uint8_t>(slot)};
@@ -44,6 +46,12 @@ public:
                 }
             }
         }
+    }
+
+    template <class Visit>
+    void ForEachRow(Visit visit) const
+    {
+        ForEachRow([](ByteView) {}, visit);
     }
 
     // Nothing when the place holds no row any more.

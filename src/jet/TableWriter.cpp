@@ -144,9 +144,7 @@ void TableWriter::Inspect()
     Inspected inspected;
     for (const Column& column : table.columns)
         if (column.IsLong()) inspected.longValuePages[column.number] = PagesOf(file, column.ownedMap);
-    PageRef hold;
-    for (PageNumber page : pages) CheckDirectory(file.View(page, hold));
-    table_.ForEachRow([&](const StoredRow& stored) {
+    table_.ForEachRow(CheckDirectory, [&](const StoredRow& stored) {
         InspectRow(stored, inspected);
         ++rowCount_;
     });
