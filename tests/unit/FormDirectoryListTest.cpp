@@ -50,10 +50,4 @@ TEST(FormDirectoryListTest, LinesLeadFromTheRootToTheSubdirectories)
     EXPECT_TRUE(DirectoryLines(u"", {}).empty());
 }
 
-TEST(FormDirectoryListTest, DriveIsTheLetter)
-{
-    EXPECT_EQ(DriveOf(u"C:\\Mail"), u"C:");
-    EXPECT_EQ(DriveOf(u"\\\\server\\share"), u"");
-}
-
 } // namespace

@@ -42,7 +42,7 @@ TableDefinition ThreeTexts()
 
 } // namespace
 
-TEST(JetCodec, TextToBytes)
+TEST(JetCodec, TextsAreCompressedWhereTheyCanBe)
 {
     const struct {
         const char* why;
@@ -63,7 +63,7 @@ TEST(JetCodec, TextToBytes)
     for (const auto& c : cases) EXPECT_EQ(Hex(EncodeText(c.text, c.compression)), c.want) << c.why;
 }
 
-TEST(JetCodec, BytesToText)
+TEST(JetCodec, CompressedRunsTakeTurns)
 {
     const struct {
         const char* why;
@@ -79,7 +79,7 @@ TEST(JetCodec, BytesToText)
         EXPECT_THROW(DecodeText(ByteView(Unhex(cut), 1)), DatabaseError) << cut;
 }
 
-TEST(JetCodec, RowToBytesAndBack)
+TEST(JetCodec, RowsAreReadBackAndDamagedOnesRefused)
 {
     const TableDefinition table = ThreeTexts();
     const std::string row = EncodeRow(
@@ -101,7 +101,7 @@ TEST(JetCodec, RowToBytesAndBack)
         EXPECT_THROW(Row(table, ByteView(Unhex(bad), 1)), DatabaseError) << bad;
 }
 
-TEST(JetCodec, ValuesForPeople)
+TEST(JetCodec, ValuesAreShownAsPeopleWriteThem)
 {
     const struct {
         ColumnType type;

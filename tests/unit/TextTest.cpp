@@ -19,7 +19,7 @@ TEST(Text, CollapseSpacesKeepsItsLoss)
     for (const Case& c : cases) EXPECT_EQ(CollapseSpaces(c.in), c.want) << c.why;
 }
 
-TEST(Text, FieldOfAndCountOf)
+TEST(Text, FieldsAreCountedFromOneAndMayBeEmpty)
 {
     struct Case {
         const char* why;
@@ -42,7 +42,7 @@ TEST(Text, FieldOfAndCountOf)
     }
 }
 
-TEST(Text, Utf8BothWays)
+TEST(Text, Utf8GoesBothWaysAndBadBytesAreReplaced)
 {
     struct Case {
         const char* why;
