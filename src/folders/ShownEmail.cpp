@@ -52,9 +52,12 @@ ShownText ShownSubject(const Field& field, CodePage& codePage)
     ShownText shown;
     for (const std::string_view value : field.values) {
         const Text readable = ReadableText(value, field.charset, codePage);
-        AddForms(
-            shown, readable,
-            [](const Text& cell, CodePage& page) { return ComparedText(SubjectIn(cell, page)); }, codePage);
+        const auto read = [](const Text& cell, CodePage& page) {
+            return ComparedText(SubjectIn(cell, page));
+        };
+        AddForms(shown, readable, read, codePage);
+        // A client without the character set shows it as it was sent.
+        if (value.find("=?") != value.npos) AddForms(shown, FromUtf8(value), read, codePage);
         shown.isCertain = shown.isCertain && IsCertain(value, readable);
     }
     return shown;

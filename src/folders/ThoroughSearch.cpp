@@ -88,7 +88,7 @@ Agreement AgreeReceived(const Listed& listed, const Minutes& minutes)
 }
 
 // How well a file fits an entry that it does not differ from.
-enum class Fit { none, undated, dated, whole };
+enum class Fit { none, undated, dated, allDates, whole };
 
 // The places of entries or of files by a minute that they show, and those that show none.
 struct Calendar {
@@ -146,25 +146,30 @@ public:
         return given;
     }
 
-    // What is left and fits no other, as far as both show something. One may leave another alone.
+    // What is left and fits no other as well, as far as both show something. One may leave another alone.
     void GiveUnique()
+    {
+        for (const Fit least : {Fit::allDates, Fit::dated, Fit::undated}) GiveUnique(least);
+    }
+
+    const std::vector<std::int32_t>& FileOf() const { return fileOf_; }
+
+private:
+    void GiveUnique(Fit least)
     {
         for (bool again = true; again;) {
             again = false;
             for (std::size_t entry = 0; entry < listed_.size(); ++entry) {
                 Live(entry);
                 if (fileOf_[entry] >= 0) continue;
-                const std::optional<std::size_t> file = OnlyFile(entry);
-                if (!file || OnlyEntry(*file) != entry) continue;
+                const std::optional<std::size_t> file = OnlyFile(entry, least);
+                if (!file || OnlyEntry(*file, least) != entry) continue;
                 Give(entry, *file);
                 again = true;
             }
         }
     }
 
-    const std::vector<std::int32_t>& FileOf() const { return fileOf_; }
-
-private:
     void Give(std::size_t entry, std::size_t file)
     {
         fileOf_[entry] = static_cast<std::int32_t>(file);
@@ -198,21 +203,23 @@ private:
         if (isDated && hasAllDates && hasAllTexts && hasTexts) return Fit::whole;
         const bool isSubject = subject == same && listed.subject.value_or(Text()) != Text();
         const bool isSender = from == same && listed.from.value_or(Text()) != Text();
-        if (isDated) return isSubject || isSender ? Fit::dated : Fit::none;
-        return isSubject && hasAllTexts ? Fit::undated : Fit::none;
+        if (!isSubject && !isSender) return Fit::none;
+        if (isDated) return hasAllDates ? Fit::allDates : Fit::dated;
+        return hasAllTexts ? Fit::undated : Fit::none;
     }
 
     // Of the places that visit hands over, none of which is taken twice, the one that fits and is not given
     // away, or the first of several that are alike in all that they show. Without a date all have to be
     // looked at, those that are given among them.
     template <class Visit, class FitAt, class IsGiven, class AreAlike>
-    static std::optional<std::size_t> OnlyOne(Visit visit, FitAt fitAt, IsGiven isGiven, AreAlike areAlike)
+    static std::optional<std::size_t> OnlyOne(Fit least, Visit visit, FitAt fitAt, IsGiven isGiven,
+                                              AreAlike areAlike)
     {
         std::vector<std::size_t> left, given;
         Fit best = Fit::none;
         visit([&](std::size_t place) {
             const Fit fit = fitAt(place);
-            if (fit == Fit::none) return;
+            if (fit < least) return;
             (isGiven(place) ? given : left).push_back(place);
             if (!isGiven(place)) best = std::max(best, fit);
         });
@@ -224,9 +231,10 @@ private:
         return only;
     }
 
-    std::optional<std::size_t> OnlyFile(std::size_t entry) const
+    std::optional<std::size_t> OnlyFile(std::size_t entry, Fit least) const
     {
         return OnlyOne(
+            least,
             [&](auto take) {
                 if (listed_[entry].sent) return filesBySent_.Visit(*listed_[entry].sent, take);
                 for (std::size_t file = 0; file < files_.size(); ++file) take(file);
@@ -236,9 +244,10 @@ private:
             [&](std::size_t a, std::size_t b) { return files_[a] == files_[b]; });
     }
 
-    std::optional<std::size_t> OnlyEntry(std::size_t file) const
+    std::optional<std::size_t> OnlyEntry(std::size_t file, Fit least) const
     {
         return OnlyOne(
+            least,
             [&](auto take) {
                 if (minutes_[file].sent) return entriesBySent_.Visit(*minutes_[file].sent, take);
                 for (std::size_t entry = 0; entry < listed_.size(); ++entry) take(entry);
