@@ -29,7 +29,6 @@ bool SetComparison(const Text& name, std::optional<ComparisonType>& comparison)
 bool Take(const Argument& argument, CommandSwitches& switches)
 {
     const auto& [name, value, hasValue] = argument;
-    if (hasValue && value.empty()) return false;
     if (name == u"/folder") return !(switches.folder = value).empty();
     if (name == u"/store") return !(switches.store = value).empty();
     if (name == u"/comparison") return SetComparison(value, switches.comparison);

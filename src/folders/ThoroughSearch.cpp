@@ -128,22 +128,12 @@ public:
         }
     }
 
-    // What fits in all that the list shows; how many.
+    // What fits in all that the list shows; how many. A file that has been received is an e-mail's that shows
+    // no such date only when no other is.
     std::size_t GiveWhole()
     {
-        std::size_t given = 0;
-        for (std::size_t entry = 0; entry < listed_.size(); ++entry) {
-            Live(entry);
-            const auto fits = [&](std::size_t file) {
-                return !isGiven_[file] && FitOf(entry, file) == Fit::whole;
-            };
-            const std::vector<std::size_t>& files = DatedAlike(listed_[entry]);
-            const auto found = std::find_if(files.begin(), files.end(), fits);
-            if (found == files.end()) continue;
-            Give(entry, *found);
-            ++given;
-        }
-        return given;
+        const std::size_t alike = GiveWhole(true);
+        return alike + GiveWhole(false);
     }
 
     // What is left and fits no other as well, as far as both show something. One may leave another alone.
@@ -155,6 +145,25 @@ public:
     const std::vector<std::int32_t>& FileOf() const { return fileOf_; }
 
 private:
+    std::size_t GiveWhole(bool asReceived)
+    {
+        std::size_t given = 0;
+        for (std::size_t entry = 0; entry < listed_.size(); ++entry) {
+            Live(entry);
+            if (fileOf_[entry] >= 0) continue;
+            const auto fits = [&](std::size_t file) {
+                if (isGiven_[file] || FitOf(entry, file) != Fit::whole) return false;
+                return !asReceived || listed_[entry].received || minutes_[file].received.empty();
+            };
+            const std::vector<std::size_t>& files = DatedAlike(listed_[entry]);
+            const auto found = std::find_if(files.begin(), files.end(), fits);
+            if (found == files.end()) continue;
+            Give(entry, *found);
+            ++given;
+        }
+        return given;
+    }
+
     void GiveUnique(Fit least)
     {
         for (bool again = true; again;) {

@@ -41,6 +41,7 @@ TEST(VerifySaved, OnlyWhatBothSidesShowForCertainContradicts)
          kDate},
         {"letters beyond ASCII", u"Pl?n", u"J?rg", "=?utf-8?b?UGzDpG4=?=", "=?utf-8?b?SsO2cmc=?= <a@b.c>",
          kDate},
+        {"a letter that is shown by another", u"Plan", u"Ann", "=?utf-8?b?UGzDpG4=?=", "Ann <a@b.c>", kDate},
         {"a character set that is not known", u"Plan", u"Ann",
          "=?big5?b?pECk6Q==?=", "=?big5?b?pECk6Q==?= <a@b.c>", kDate},
         {"escape sequences", u"Plan", u"Ann", "\x1B$B;3ED\x1B(B", "Ann <a@b.c>", kDate},
