@@ -265,14 +265,48 @@ TEST(DisturbedAllFolders, FoldersThatCannotBeMadeCostOneLineEachAndOneBox)
     EXPECT_EQ(gone.view.log.back(), Closing(0, 0, 6));
 }
 
-TEST(DisturbedAllFolders, WithoutADatabaseACheckEndsWithItsWords)
+TEST(DisturbedAllFolders, FoldersThatTheCheckDidNotComeToAreNamed)
 {
-    RunBench bench;
-    bench.Export();
-    CloseSavedEmails(bench.saved);
-    bench.CheckAll();
+    RunBench stopped;
+    stopped.view.onEvents = [&] {
+        if (stopped.Logged(u"Inbox - has all 6 emails to be exported.") && !stopped.Logged(u"Exporting"))
+            stopped.StopAfterFolder();
+    };
+    stopped.SaveAll([&] { stopped.view.onEvents = nullptr; });
+    stopped.ExpectLog("stopped", {u"2 folder(s) were not checked."});
+    EXPECT_EQ(stopped.view.log.back(), Closing(6, 6, 0));
+
+    RunBench failed; // the last folder is never shown
+    failed.fake.onMessage = At(message::kTreeSelectItem, 4, [&] { failed.fake.refreshAfter = 100'000; });
+    failed.SaveAll();
+    failed.ExpectLog("failed",
+                     {u"Outlook Express failed to change folders.", u"1 folder(s) were not checked."});
+    EXPECT_NE(failed.view.log.back().find(u" e-mail(s) handled in this run"), Text::npos);
+
+    RunBench lost; // the client does not come back: no second box
+    lost.fake.onMessage = At(message::kListItemCount, 1, [&] { lost.fake.FallSilent(kForGood); });
+    lost.SaveAll();
+    EXPECT_EQ(lost.view.boxes, Texts{kSilent});
+    lost.ExpectLog("lost", {u"3 folder(s) were not checked."});
+
+    RunBench broken;
+    broken.Export();
+    CloseSavedEmails(broken.saved);
+    broken.CheckAll();
     const Text words = u"Database error: the database of saved emails is not open";
-    EXPECT_EQ(bench.Count(words), 1);
-    EXPECT_EQ(bench.view.boxes, Texts{words});
-    EXPECT_EQ(bench.Count(u"-> "), 1) << "it ends the run";
+    EXPECT_EQ(broken.Count(words), 1);
+    EXPECT_EQ(broken.view.boxes, Texts{words});
+    EXPECT_EQ(broken.Count(u"-> "), 1) << "it ends the run";
+}
+
+TEST(DisturbedExport, WhereADialogWasWrittenOffTheFileTellsWhoseItIs)
+{
+    // The dialog of the first e-mail comes after 70 s, just when the second one of another is waited for.
+    for (int third = 3500; third <= 4500; third += 100) {
+        RunBench bench(5);
+        bench.fake.dialogDelays = {70'000, 1000, third, 1000, third};
+        bench.Export();
+        bench.client.saveDialog = {};
+        bench.ExpectRestIsSaved(std::to_string(third));
+    }
 }

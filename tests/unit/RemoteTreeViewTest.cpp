@@ -84,3 +84,34 @@ TEST_F(RemoteTreeView, TheSettleTimeIsSleptInFull)
     EXPECT_FALSE(ChangeFolder(client, 3, u"Work"));
     EXPECT_EQ(fake.sleptMilliseconds, 22'500) << "only closing ends it";
 }
+
+TEST_F(RemoteTreeView, AFolderThatTheClientCannotShowEndsTheRun)
+{
+    const Text silent = u"Outlook Express has stopped responding - please restart Outlook Express.";
+    const Text again = u"Waiting for Outlook Express to answer again";
+    const struct {
+        const char* why;
+        std::function<void(FakeClient&)> spoil; // when the folder is selected
+        bool want;
+        int atMost; // milliseconds
+        std::vector<Text> log;
+    } cases[] = {
+        {"silent for good",
+         [](FakeClient& f) { f.FallSilent(2'000'000'000); },
+         false,
+         122'000,
+         {again, silent}},
+        {"back in time", [](FakeClient& f) { f.FallSilent(80'000); }, true, 84'000, {again}},
+        {"a list without columns", [](FakeClient& f) { f.columnTitles.clear(); }, false, 0, {silent}},
+    };
+    for (const auto& c : cases) {
+        TreeBench bench;
+        bench.fake.onMessage = [&, selects = 0](WindowHandle, std::uint32_t message) mutable {
+            if (message == message::kTreeSelectItem && ++selects == 2) c.spoil(bench.fake);
+        };
+        EXPECT_EQ(ChangeFolder(bench.client, 3, u"Work"), c.want) << c.why;
+        EXPECT_EQ(bench.flags.stopAfterEmail && bench.flags.stopAfterFolder, !c.want) << c.why;
+        EXPECT_LE(bench.fake.sleptMilliseconds, c.atMost) << c.why;
+        EXPECT_EQ(bench.view.log, c.log) << c.why;
+    }
+}
