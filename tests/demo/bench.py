@@ -70,11 +70,11 @@ class Bench:
         self.inspect(database, "load", text="".join("\t".join(row) + "\n" for row in rows))
         return room
 
-    def drive(self, room, steps, store=None, beside=None):
+    def drive(self, room, steps, store=None, beside=None, extras=""):
         """Does the driver's steps; answers what it has printed."""
         (room / "program/settings.ini").write_text(
             f"[Paths]\r\nStore={windows_path(store or room / 'store')}\r\n"
-            "[Options]\r\nOE Folder Settle Time=0.1\r\n", newline="")
+            f"[Options]\r\nOE Folder Settle Time=0.1\r\n[Extras]\r\n{extras}\r\n", newline="")
         command = ["wine", self.programs / "demo-driver.exe", "--program", windows_path(room / "program/quillbox.exe")]
         command += ["--beside", beside] if beside else []
         command += [word for step in steps for word in ("--do", step)]
