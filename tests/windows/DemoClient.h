@@ -14,6 +14,6 @@ inline HWND StartDemoClient(StartedProcess& process, const std::wstring& folder,
             window = FindProgramWindow(process.Id(), L"Outlook Express Browser Class");
             return window && TextOf(window).ends_with(L"Outlook Express");
         },
-        60000);
+        kPatience);
     return window;
 }

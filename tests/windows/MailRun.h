@@ -7,8 +7,6 @@
 
 class MailRun : public testing::Test {
 protected:
-    static constexpr DWORD kPatience = 60000;
-
     static std::string Message(const std::string& subject, int minute)
     {
         return "From: Ann Writer <ann@example.com>\r\nTo: Bob Reader <bob@example.com>\r\nSubject: " +

@@ -99,7 +99,7 @@ TEST_F(OeClientTest, ABoxOfTheSystemsOwnDialogIsAnswered)
     EXPECT_TRUE(view.log.front().starts_with(u"Outlook Express says: ")) << ToUtf8(view.log.front());
     EXPECT_EQ(view.log.back(), u"FAIL: 0 Price \u00A3 0:  now");
     EXPECT_TRUE(
-        Eventually([&] { return FindTopWindowEx(desktop, u"Save Message As", u"#32770") == 0; }, 2000))
+        Eventually([&] { return FindTopWindowEx(desktop, u"Save Message As", u"#32770") == 0; }, kPatience))
         << "nothing stays behind";
     EXPECT_EQ(Save(Request(0)), SaveResult::saved);
     EXPECT_EQ(BytesOf(Saved(0)), Message(0));

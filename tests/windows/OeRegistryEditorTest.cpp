@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr DWORD kPatience = 20000;
 constexpr wchar_t kKey[] = L"Software\\Quillbox tests";
 // The last one is longer than a cell that is read, and not of the ANSI code page.
 const std::map<Text, Text> kValues = {{u"first", u"one"},

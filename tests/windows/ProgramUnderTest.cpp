@@ -3,12 +3,6 @@
 #include <fstream>
 #include <iterator>
 
-namespace {
-
-constexpr DWORD kPatience = 20000;
-
-} // namespace
-
 std::vector<std::wstring> LinesOf(HWND listBox)
 {
     std::vector<std::wstring> lines;

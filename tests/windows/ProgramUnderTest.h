@@ -9,6 +9,9 @@
 #include <string>
 #include <vector>
 
+// Milliseconds after which what must come is missing, on a machine that has much else to do.
+inline constexpr DWORD kPatience = 60000;
+
 std::vector<std::wstring> LinesOf(HWND listBox);
 std::string BytesOf(const std::filesystem::path& path); // empty when there is no such file
 std::wstring FolderOfTests(); // where this test program and the programs under test lie; ends in a backslash

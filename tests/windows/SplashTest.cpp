@@ -22,7 +22,7 @@ TEST(SplashTest, StaysLongEnoughToBeReadAndHoldsNothingUp)
         GetWindowRect(box, &boxPlace);
         EXPECT_FALSE(IntersectRect(&both, &place, &boxPlace)) << "it could not be seen";
     }
-    EXPECT_TRUE(Eventually([&] { return !splash(); }, 5000));
+    EXPECT_TRUE(Eventually([&] { return !splash(); }, kPatience));
     EXPECT_GE(GetTickCount() - start, 1500u);
     EXPECT_TRUE(IsWindow(box));
     EXPECT_TRUE(program.Close());

@@ -108,7 +108,7 @@ protected:
     }
     bool WaitForFocus(int id) const
     {
-        return Eventually([&] { return program.Focus() == Control(id); }, 5000);
+        return Eventually([&] { return program.Focus() == Control(id); }, kPatience);
     }
     // All that is shown stands within its parent and beside its neighbours.
     void ExpectOrder(const std::string& when) const

@@ -174,7 +174,7 @@ TEST_F(WindowRunTest, NewColoursAndFontsAreTakenAtOnce)
     SetPixel(dc, 2, 2, other);
     EXPECT_EQ(GetPixel(dc, 2, 2), other);
     SendMessageW(program.Window(), WM_SYSCOLORCHANGE, 0, 0);
-    EXPECT_TRUE(Eventually([&] { return GetPixel(dc, 2, 2) == ground; }, 5000)) << "drawn anew";
+    EXPECT_TRUE(Eventually([&] { return GetPixel(dc, 2, 2) == ground; }, kPatience)) << "drawn anew";
     ReleaseDC(program.Window(), dc);
 }
 

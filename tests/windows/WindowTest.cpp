@@ -67,9 +67,10 @@ TEST(WindowTest, DarkColoursStayLegible)
         ReleaseDC(program.Window(), dc);
         return count;
     };
-    EXPECT_TRUE(Eventually([&] { return counts(summary, GetSysColor(COLOR_WINDOWTEXT)) > 20; }, 5000));
+    EXPECT_TRUE(Eventually([&] { return counts(summary, GetSysColor(COLOR_WINDOWTEXT)) > 20; }, kPatience));
     EXPECT_GT(counts(summary, GetSysColor(COLOR_WINDOW)), 500);
-    EXPECT_TRUE(Eventually([&] { return counts(program.Window(), GetSysColor(COLOR_BTNFACE)) > 100; }, 5000))
+    EXPECT_TRUE(
+        Eventually([&] { return counts(program.Window(), GetSysColor(COLOR_BTNFACE)) > 100; }, kPatience))
         << "no light ground beside dark lists";
     EXPECT_EQ(counts(program.Window(), LightPalette().window), 0);
 }
