@@ -11,7 +11,9 @@ PAGE = ROOT / "docs/performance.md"
 BEFORE = ROOT / "bench/before.json"  # medians of the program as it was before this page began
 
 # Name of the plot, title, rows. A row: the work, the measured benchmark, what it is held against, the goal. A goal
-# "at most" is of the time over the other's, one "at least" of the speed over the other's.
+# "at most" is of the time over the other's, one "at least" of the speed over the other's. Both are processor time, but
+# by the clock where one waits for the disk or for another process.
+BY_CLOCK = ("headers/python", "rows/mdb-export", "add/two-pages-synced", "condense/sqlite")
 PARTS = [
     ("headers", "The headers of 5,000 saved e-mails (200 MB)", [
         ("time over just reading the files", "headers/quillbox", "headers/read", ("at most", 1.5)),
@@ -45,14 +47,16 @@ NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 def medians(paths):
-    """By name, in nanoseconds; of one item where the benchmark counts items."""
+    """By name: nanoseconds by the clock and of processor time; of one item where the benchmark counts items."""
     found = {}
     for path in paths:
         for run in json.loads(path.read_text())["benchmarks"]:
-            if run.get("aggregate_name") == "median":
-                time = run["real_time"] * NANOSECONDS[run["time_unit"]]
-                found[run["run_name"].removesuffix("/real_time")] = (
-                    1e9 / run["items_per_second"] if "items_per_second" in run else time)
+            if run.get("aggregate_name") != "median":
+                continue
+            unit = NANOSECONDS[run["time_unit"]]
+            items = run.get("items_per_second", 0) * run["real_time"] * unit / 1e9 or 1
+            found[run["run_name"].removesuffix("/real_time")] = [run["real_time"] * unit / items,
+                                                                 run["cpu_time"] * unit / items]
     return found
 
 
@@ -61,7 +65,8 @@ def figure(found, row):
     _, work, other, (sense, _) = row
     if work not in found or other not in found:
         return None
-    ratio = found[work] / found[other]
+    which = 0 if other in BY_CLOCK else 1
+    ratio = found[work][which] / found[other][which]
     return ratio if sense == "at most" else 1 / ratio
 
 
@@ -91,10 +96,10 @@ def print_table(found, before):
 STYLE = """
   text { font: 13px sans-serif; fill: #24292f } .title { font-weight: bold; font-size: 15px }
   .soft { fill: #57606a } .grid { stroke: #d0d7de } .goal { stroke: #24292f; stroke-width: 2 }
-  .met { fill: #2da44e } .missed { fill: #bc4c00 } .was { stroke: #57606a; stroke-width: 2; fill: none }
+  .met { fill: #2da44e } .missed { fill: #bc4c00 } .was { stroke: #24292f; stroke-width: 2; fill: none }
   @media (prefers-color-scheme: dark) {
     text { fill: #e6edf3 } .soft { fill: #9198a1 } .grid { stroke: #3d444d } .goal { stroke: #e6edf3 }
-    .met { fill: #3fb950 } .missed { fill: #f0883e } .was { stroke: #9198a1 }
+    .met { fill: #3fb950 } .missed { fill: #f0883e } .was { stroke: #e6edf3 }
   }"""
 
 
@@ -142,11 +147,10 @@ def keep(found, before):
                             f"| {number(figure(before, row))} |")
     commit = subprocess.run(["git", "log", "-1", "--format=%h of %ad", "--date=short"], cwd=ROOT, check=True,
                             capture_output=True, text=True).stdout.strip()
-    begin, end = "<!-- table -->\n", "\n<!-- end of table -->"
-    page = PAGE.read_text(encoding="utf-8")
-    head, rest = page.split(begin)
-    PAGE.write_text(head + begin + f"Measured at {commit}.\n" + "\n".join(told) + end + rest.split(end)[1],
-                    encoding="utf-8")
+    begin, end = "<!-- table -->", "<!-- end of table -->"
+    head, rest = PAGE.read_text(encoding="utf-8").split(begin)
+    table = "\n".join([begin, f"Measured at {commit}. Bold: the goal is missed.", *told, "", end])
+    PAGE.write_text(head + table + rest.split(end)[1], encoding="utf-8")
 
 
 def main(arguments):
