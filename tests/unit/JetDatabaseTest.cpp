@@ -147,6 +147,17 @@ TEST(JetDatabase, ABatchThatIsGivenUpDeletesNothing)
     EXPECT_EQ(RowsOf(*sample.database).size(), 4u) << "at once again";
 }
 
+TEST(JetDatabase, RoomOfDeletedRowsIsFilledAndNoMore)
+{
+    SavedSample sample(WithRows(40));
+    for (const int crc : {35, 36, 37}) sample.Delete(DecimalText(crc));
+    for (int crc = 100; crc < 160; ++crc)
+        AddRow(*sample.database, {kLongFolder, Text(100, u's'), DecimalText(crc)});
+    sample.Open();
+    EXPECT_EQ(RowsOf(*sample.database).size(), 97u);
+    EXPECT_EQ(sample.database->PrepareForWriting(u"saved", {}).refusal, u"");
+}
+
 TEST(JetDatabase, TextsThatDoNotFitAreRefusedAndNothingIsStored)
 {
     SavedSample sample;
