@@ -87,25 +87,28 @@ WindowHandle ClientBoxes::Newest() const
     return found;
 }
 
-void ClientBoxes::Answer() const
+bool ClientBoxes::Answer() const
 {
     Desktop& desktop = client_.desktop;
     const ClientWords& words = client_.words;
+    bool saidNo = false;
     for (int answered = 0; answered < kMostBoxes; ++answered) {
         const WindowHandle box = Newest();
-        if (box == 0) return;
+        if (box == 0) break;
         // It is there before its texts and buttons are.
         WindowHandle button = 0;
         WaitUntil(client_, kFillTries, kInterval, [&] {
             button = FindButton(client_, box, words.noButton, DialogButton::no);
+            saidNo = saidNo || button != 0;
             if (button == 0) button = FindButton(client_, box, words.cancelButton, DialogButton::cancel);
             if (button == 0) button = FindButton(client_, box, words.okButton, DialogButton::ok);
             return button != 0 || !desktop.IsThere(box);
         });
         LogWordsOfBox(client_.reporter, WordsOfBox(desktop, box));
-        if (button == 0) return;
+        if (button == 0) break;
         const auto gone = [&] { return !desktop.IsThere(box); };
         SendClick(client_, button, MouseButton::left, gone);
-        if (!WaitUntil(client_, kCloseTries, kInterval, gone)) return;
+        if (!WaitUntil(client_, kCloseTries, kInterval, gone)) break;
     }
+    return saidNo;
 }

@@ -17,8 +17,9 @@ public:
 
     WindowHandle Newest() const; // the topmost such box; 0: none
     // Presses "No", else "Cancel", else "OK" in each, never another button, and logs its words. Gives up
-    // after three boxes, and at one that has none of these or does not go.
-    void Answer() const;
+    // after three boxes, and at one that has none of these or does not go. Whether one had a "No": that asks
+    // before it does anything.
+    bool Answer() const;
 
 private:
     enum class Scope { dialog, mainWindowToo };

@@ -44,7 +44,7 @@ bool CloseDialogs(OeClient& client)
     bool closed = WaitUntil(client, kCloseTries, kInterval, gone);
     for (int round = 0; !closed && round < kCloseRounds; ++round) {
         const WindowHandle dialog = FindSaveDialog(client);
-        ClientBoxes::InFrontOf(client, dialog).Answer();
+        (void)ClientBoxes::InFrontOf(client, dialog).Answer();
         const Text words = WordsOfBox(client.desktop, dialog);
         if (!Cancel(client, dialog) &&
             ClickButton(client, dialog,
@@ -170,6 +170,8 @@ SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, c
 {
     // Without the path in it the dialog would save under a name of its own.
     if (!AskToTakeText(client, nameBox, path)) return SaveResult::failed;
+    // Another program may have taken the name since it was chosen, or a disk has come back with its files.
+    if (client.files.FileExists(path)) return SaveResult::failed;
     const ClientBoxes boxes(client, dialog);
     const auto hasBox = [&boxes] { return boxes.Newest() != 0; };
     const WindowHandle button = FindButtonOf(client, dialog, client.words.saveButton, DialogButton::ok);
@@ -194,8 +196,8 @@ SaveResult SaveAs(OeClient& client, WindowHandle dialog, WindowHandle nameBox, c
     if (saved && !AwaitClient(client)) return SaveResult::untried;
     if (saved && !client.desktop.IsThere(client.handles.mainWindow)) return SaveResult::failed;
     if (hasBox()) {
-        boxes.Answer(); // the client has not saved it as it was told to
-        if (client.files.FileExists(path) && client.files.Delete(path))
+        // The client has not saved it as it was told to. What it asks about may be another's file.
+        if (!boxes.Answer() && client.files.FileExists(path) && client.files.Delete(path))
             client.reporter.LogLine(u"What was saved of it was removed", Record::yes);
         return SaveResult::failed;
     }

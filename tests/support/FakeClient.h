@@ -69,6 +69,7 @@ public:
     // user and the mail do meanwhile.
     std::function<void(WindowHandle window, std::uint32_t message)> onMessage;
     std::function<void(int saves)> onSave;
+    std::function<void(const Text& path)> onName; // when the dialog has taken it
 
     // What was seen.
     static constexpr int kSleep = 100; // milliseconds

@@ -64,6 +64,8 @@ void FakeClient::PressSave(WindowHandle dialog)
     boxesLeft_ = boxes;
     if (boxes.empty() && !saveTo_.TakesFile(filled.typed))
         boxesLeft_ = {{u"The path does not exist.", {u"OK"}}};
+    else if (boxes.empty() && !saveNothing && saveTo_.FileExists(filled.typed))
+        boxesLeft_ = {{u"It exists. Replace it?", {u"&Yes", u"&No"}}};
     if (!boxesLeft_.empty()) return ShowNextBox(dialog);
     const auto save = [this, path = filled.typed, email = filled.email] { SaveTo(path, email); };
     if (fileAfter > 0 && writesSilently) FallSilent(fileAfter);
@@ -132,6 +134,7 @@ Answer FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
     const Answer answer = Send(window, kSetText, 0, 0);
     if (answer.reply != Reply::given) return answer; // late, it takes no name
     if (deafEdit || ClassOf(window, 100) != u"Edit") return {Reply::given, 0};
-    dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
+    const Text path = dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
+    if (onName) onName(path);
     return {Reply::given, 1};
 }

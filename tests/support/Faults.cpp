@@ -122,6 +122,22 @@ auto Set(Member M::*member, Member value)
 {
     return [=](FaultBench& b) { b.fake.*member = value; };
 }
+// Another program saves under the name first, or so many milliseconds behind it; its file stays.
+auto TakeName(int after)
+{
+    return [=](FaultBench& b) {
+        b.fake.saveNothing = after == 0;
+        b.fake.actTakes = 2 * after;
+        b.fake.onName = [&b, after](const Text& path) {
+            const auto save = [&b, path] { b.files.AddFile(path, "another's"); };
+            after == 0 ? save() : b.fake.Later(after, save);
+            b.undo.push_back([&b, path] {
+                b.fake.onName = nullptr;
+                EXPECT_EQ(b.files.files[FakeFiles::Key(path)], "another's") << ToUtf8(path);
+            });
+        };
+    };
+}
 // For the message under way alone.
 auto Once(bool M::*member)
 {
@@ -215,6 +231,10 @@ const Fault kFaults[] = {
         [](B& b) {
             AnswerSave(b, u"It exists. Replace it?", {u"&Yes", u"&No"});
         }),
+    Row("another program saves a file of that name first, and the client none", kDialog, {{kFail}},
+        TakeName(0)),
+    Row("another program saves a file of that name while the client is slow", kDialog, {{kSays}},
+        TakeName(10'000)),
     Row("a box of the client: the disk is full", kDialog, {{kSays}, {}, "boxes"},
         [](B& b) { AnswerSave(b, u"The disk is full.", {u"OK"}, true); }),
     Row("a box of the client without a button that is known", kDialog, {{kSays}},
