@@ -67,7 +67,8 @@ public:
           before_(ListItemCount(client).value_or(0))
     {
         // A caption that stays as it is tells of a change only from a folder of the same name.
-        if (!shown || !EqualNoCase(shown->Name(), folderName)) captionBefore_ = Caption();
+        const Text nameBefore = shown ? ThroughAnsi(client.codePage, shown->Name()) : Text();
+        if (!EqualNoCase(nameBefore, folderName_)) captionBefore_ = Caption();
         if (client.settings.equalCounts) sample_.emplace(client, before_);
     }
 
@@ -76,7 +77,9 @@ public:
         // A list that has gone counts nothing; one that does not answer has not changed yet.
         const bool isThere = client_.desktop.IsThere(client_.handles.listView);
         now_ = isThere ? ListItemCount(client_).value_or(before_) : 0;
-        hit_ = FindNoCase(Caption(), folderName_);
+        // The name may be part of the name of the folder before.
+        const Text caption = Caption();
+        hit_ = caption == captionBefore_ ? Text::npos : FindNoCase(caption, folderName_);
     }
 
     // Before the first wait it goes by the look that was taken when the folder had just been selected. Count
@@ -100,10 +103,7 @@ private:
 
     // Beyond the rule, by the user's choice: a list of as many rows that holds other e-mails. The caption may
     // be ahead of the list, whose rows are then still those of the folder before.
-    bool IsRebuilt()
-    {
-        return sample_ && HasEqualCount() && Caption() != captionBefore_ && sample_->IsRebuilt(now_);
-    }
+    bool IsRebuilt() { return sample_ && HasEqualCount() && sample_->IsRebuilt(now_); }
 
     OeClient& client_;
     const Text folderName_;

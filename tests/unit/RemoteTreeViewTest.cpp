@@ -29,6 +29,7 @@ TEST_F(RemoteTreeView, AFolderChangeWaitsForCountAndCaption)
         bool want;
         int sleeps;
         bool keepsList = false;
+        int mailAfter = 0;
     } cases[] = {
         {"at once", 2, 3, 0, true, 0},
         {"a list that is rebuilt: the old one counts nothing", 3, 5, 0, true, 0},
@@ -38,11 +39,17 @@ TEST_F(RemoteTreeView, AFolderChangeWaitsForCountAndCaption)
         {"an empty folder after an empty one: the first wait", 1, 4, 0, true, 1},
         {"kept: the same count in the same list never passes", 3, 5, 0, false, 31, true},
         {"already there", 2, 2, 0, true, 0},
+        {"the caption has the name in it before, and mail comes", 6, 7, 20, true, 20, true, 5},
     };
     for (const auto& c : cases) {
-        TreeBench bench({{u"Other", 2, {MailRow(u"Single")}}});
+        TreeBench bench({{u"Other", 2, {MailRow(u"Single")}},
+                         {u"E-Mail", 2, {MailRow(u"One"), MailRow(u"Two")}},
+                         {u"Mail", 2, {MailRow(u"Single")}}});
         bench.fake.ShowFolder(c.from);
         FindOeHandles(bench.client);
+        if (c.mailAfter > 0)
+            bench.fake.Later(100 * c.mailAfter,
+                             [&] { bench.fake.folders[6].rows.push_back(MailRow(u"New")); });
         bench.fake.keepsList = c.keepsList;
         bench.fake.refreshAfter = 100 * c.refreshAfter;
         bench.fake.keys.clear();
