@@ -110,7 +110,12 @@ void Program::CheckAllFolders()
     window_.SetSummary(u"");
     BeginRunList();
     RunAllFolders(run_, AllFoldersMode::check);
-    window_.ShowBox(BoxIcon::information, u"All folders have been checked - " + run_.checkSummary);
+    const Text checked = u"All folders have been checked - " + run_.checkSummary,
+               unchecked = NotCheckedText(run_);
+    if (unchecked.empty())
+        window_.ShowBox(BoxIcon::information, checked);
+    else
+        window_.ShowBox(BoxIcon::warning, checked + u"\r\n\r\nBut " + unchecked);
 }
 
 void Program::cmdExport()

@@ -205,6 +205,10 @@ void SayTotals(FolderRun& run, const CheckTotals& totals)
             u" folder(s) not saved, " + DecimalText(totals.foldersEmpty) + u" empty folder(s).");
     run.Log(run.checkSummary);
     run.Log(DecimalText(totals.emailsSaved) + u" email(s) already saved.");
+    if (const Text unchecked = NotCheckedText(run); !unchecked.empty()) {
+        run.Log(unchecked);
+        run.view.AppendSummary(unchecked);
+    }
     SayMissedExtras(run);
 }
 

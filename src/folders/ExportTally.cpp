@@ -249,8 +249,7 @@ void SayClosingLine(FolderRun& run)
     const ExportTotals& totals = run.exported;
     SayMissedExtras(run);
     if (totals.handled == 0 && totals.notLookedAt == 0 && run.uncheckedFolders == 0) return;
-    if (run.uncheckedFolders > 0)
-        run.Log(DecimalText(run.uncheckedFolders) + u" folder(s) were not checked.");
+    if (const Text unchecked = NotCheckedText(run); !unchecked.empty()) run.Log(unchecked);
     Text line = DecimalText(totals.saved) + u" of " + DecimalText(totals.handled) +
                 u" e-mail(s) handled in this run are saved; " + DecimalText(totals.handled - totals.saved) +
                 u" are not.";

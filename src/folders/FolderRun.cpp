@@ -135,6 +135,12 @@ void SummariseNothingStored(FolderRun& run, std::int32_t emails)
                            u" emails need to be exported.");
 }
 
+Text NotCheckedText(const FolderRun& run)
+{
+    if (run.uncheckedFolders == 0) return {};
+    return DecimalText(run.uncheckedFolders) + u" folder(s) were not checked.";
+}
+
 void SayMissedExtras(FolderRun& run)
 {
     for (const Text& key : run.client.missedExtras) {

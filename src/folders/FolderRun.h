@@ -88,6 +88,10 @@ Text NotSavedText(std::int32_t emails);
 void SummariseNotSaved(FolderRun& run, std::int32_t emails);
 void SummariseNothingStored(FolderRun& run, std::int32_t emails);
 
+// Of a check of all folders, whose figures are only those of the others; empty when it came to each one's
+// end.
+Text NotCheckedText(const FolderRun& run);
+
 // In log and summary, before the closing line: the extras that would have done more.
 void SayMissedExtras(FolderRun& run);
 
