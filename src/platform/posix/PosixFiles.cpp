@@ -224,11 +224,17 @@ FileError PosixFiles::ListAll(const Text& directory, std::vector<DirectoryEntry>
     entries.clear();
     DIR* const stream = ::opendir(PathOf(directory).c_str());
     if (!stream) return ErrorOf(errno, FileError::readFailed);
-    while (const dirent* entry = ::readdir(stream)) {
+    const auto next = [stream] { return errno = 0, ::readdir(stream); };
+    while (const dirent* entry = next()) {
         const std::string_view name = entry->d_name;
         if (name != "." && name != "..") entries.push_back(EntryOf(::dirfd(stream), entry->d_name));
     }
+    const int end = errno; // 0 but for what cut it short
     ::closedir(stream);
+    if (end != 0) {
+        entries.clear();
+        return ErrorOf(end, FileError::readFailed);
+    }
     std::sort(entries.begin(), entries.end(),
               [](const DirectoryEntry& a, const DirectoryEntry& b) { return NamePrecedes(a.name, b.name); });
     return FileError::none;

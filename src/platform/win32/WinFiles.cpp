@@ -149,8 +149,9 @@ FileError Walk(const Text& directory, Take take)
     }
     do take(found);
     while (FindNextFileW(search, &found));
+    const DWORD end = GetLastError();
     FindClose(search);
-    return FileError::none;
+    return end == ERROR_NO_MORE_FILES ? FileError::none : ErrorOf(end, FileError::readFailed);
 }
 
 bool IsDirectory(const WIN32_FIND_DATAW& found)
@@ -224,6 +225,7 @@ FileError WinFiles::ListAll(const Text& directory, std::vector<DirectoryEntry>& 
                 {std::move(name), IsLink(found) ? EntryKind::directoryLink : EntryKind::directory});
         }
     });
+    if (error != FileError::none) entries.clear(); // it was cut short
     std::sort(entries.begin(), entries.end(),
               [](const DirectoryEntry& a, const DirectoryEntry& b) { return NamePrecedes(a.name, b.name); });
     return error;
