@@ -12,7 +12,6 @@
 #include "text/Numbers.h"
 
 #include <algorithm>
-#include <map>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -258,19 +257,6 @@ FindThoroughly(FolderRun& run, const std::vector<const EmailEntry*>& entries, st
     return found;
 }
 
-using ByDates = std::map<std::pair<double, double>, std::vector<const EmailEntry*>>; // sent, received
-
-// A subject that is part of the file's fits, too, though the e-mail of the whole subject may be in the list.
-// What was recorded by another e-mail's file would never be saved.
-bool IsRatherOfAnother(const std::vector<const EmailEntry*>& alike, const EmailEntry& entry,
-                       const EmlSummary& record)
-{
-    if (entry.Subject == record.Subject) return false;
-    return std::any_of(alike.begin(), alike.end(), [&](const EmailEntry* other) {
-        return other->Subject.size() > entry.Subject.size() && MatchScore(*other, record) == 100;
-    });
-}
-
 std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t expected,
                                                  std::span<const Text> emlFiles)
 {
@@ -286,8 +272,6 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t ex
     if (IsStopped(run)) return std::nullopt;
     if (!thorough) LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
-    ByDates byDates;
-    for (const EmailEntry* entry : entries) byDates[{entry->Sent, entry->Received}].push_back(entry);
     if (!run.saved.IsWritable()) run.Log(u"Nothing is recorded: " + WhyNotWritable(run.saved));
     const bool eachCounts = run.view.Options().lookAlikes;
     std::unordered_map<Text, RecordSearch::Places> taken; // by the CRC of those that look the same
@@ -295,12 +279,7 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t ex
     const auto hasFile = [&](const EmailEntry& entry) {
         if (thorough) return found.count(&entry) != 0;
         RecordSearch::Places& places = taken[entry.Crc];
-        std::int32_t place = search.Match(entry, places);
-        while (place >= 0 && IsRatherOfAnother(byDates.at({entry.Sent, entry.Received}), entry,
-                                               records[static_cast<std::size_t>(place)])) {
-            places.insert(place);
-            place = search.Match(entry, places);
-        }
+        const std::int32_t place = search.Match(entry, places);
         if (place >= 0 && eachCounts) places.insert(place);
         return place >= 0;
     };

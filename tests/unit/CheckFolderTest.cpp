@@ -280,19 +280,6 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     ExpectVerdict(verdict, "files can be compared without a database");
 }
 
-TEST_F(CheckFolderTest, AFileIsThatOfTheLongestSubjectThatFits)
-{
-    Mail() = {MailRow(u"Other"), MailRow(u"Mail 1"), MailRow(u""), MailRow(u"Mail 10")};
-    Store(u"0002_Mail10.eml", Message(10, "15"));
-    Store(u"0002_Mail10a.eml", Message(10, "15"));
-    Check(ComparisonType::file);
-    EXPECT_EQ(ResultIds(), (Texts{u"0", u"1", u"2"}));
-    EXPECT_EQ(RecordedSubjects(), Texts{u"Mail 10"});
-    Store(u"0001_Mail1.eml", Message(1, "15"));
-    Check(ComparisonType::file);
-    EXPECT_EQ(RecordedSubjects(), (Texts{u"Mail 10", u"Mail 1"}));
-}
-
 TEST_F(CheckFolderTest, WithoutAWritableRecordACheckByFilesRecordsNothingAndSaysSo)
 {
     saved.whyReadOnly = u"The table has lost rows: it should have 5 and has 0";
