@@ -8,6 +8,9 @@
 #include <optional>
 #include <vector>
 
+// A cell holds 127 characters; what is shorter by less than an address may lose in the reading is whole.
+inline constexpr std::size_t kMayBeCut = 110;
+
 // How a field of a message would stand in the list, in each of the ways that clients show it.
 struct ShownText {
     std::vector<Text> forms;

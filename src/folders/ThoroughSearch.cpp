@@ -11,9 +11,6 @@ namespace {
 
 using Minute = std::int64_t;
 
-// A cell holds 127 characters; what is shorter by less than an address may lose in the reading is whole.
-constexpr std::size_t kMayBeCut = 110;
-
 enum class Agreement { differs, unknown, same };
 
 // The texts of an entry, and its dates as minutes; nothing for what the list does not show.
@@ -44,11 +41,15 @@ Agreement Agree(const std::optional<Text>& listed, const ShownText& shown)
     using enum Agreement;
     if (!listed) return same;
     const bool isCut = listed->size() >= kMayBeCut;
-    for (const Text& form : shown.forms)
+    const Text beginning = listed->substr(0, kMayBeCut / 2);
+    bool mayBe = false; // as the end of what is cut is not known
+    for (const Text& form : shown.forms) {
         if (form == *listed || (isCut && form.starts_with(*listed))) return same;
+        mayBe = mayBe || (isCut && form.starts_with(beginning));
+    }
     // A field that the file lacks may be shown by something else.
     const bool lacks = shown.forms[0].empty();
-    return shown.isCertain && !lacks && !isCut ? differs : unknown;
+    return shown.isCertain && !lacks && !mayBe ? differs : unknown;
 }
 
 // A file's dates as the list would show them by one rule.
@@ -82,9 +83,9 @@ Agreement AgreeReceived(const Listed& listed, const Minutes& minutes)
     if (!listed.received) return Agreement::unknown;
     const auto& all = minutes.received;
     if (std::find(all.begin(), all.end(), *listed.received) != all.end()) return Agreement::same;
+    if (!all.empty()) return Agreement::differs;
     // What no server has stamped the client dates itself.
-    if (listed.received == minutes.sent) return Agreement::same;
-    return all.empty() ? Agreement::unknown : Agreement::differs;
+    return listed.received == minutes.sent ? Agreement::same : Agreement::unknown;
 }
 
 // How well a file fits an entry that it does not differ from.
