@@ -1,5 +1,6 @@
 #include "folders/SavedFile.h"
 
+#include "folders/ShownEmail.h"
 #include "mail/EncodedWords.h"
 #include "mail/MessageDates.h"
 #include "mail/modEmailAnalysis.h"
@@ -62,11 +63,13 @@ bool AreOneMoment(std::int64_t listed, std::int64_t universal)
     return std::abs(difference) <= kFarthestZones && (beyond <= kMinute || beyond >= kQuarter - kMinute);
 }
 
-bool IsSameSubject(const std::optional<Text>& listed, const std::optional<Text>& stored)
+bool IsSameSubject(const Text& shown, const std::optional<Text>& stored)
 {
+    const std::optional<Text> listed = PlainLetters(shown);
     if (!listed || !stored) return true;
-    // The list shows the beginning of a long one.
-    return stored->starts_with(*listed) || listed->starts_with(*stored);
+    const bool isCut = shown.size() >= kMayBeCut && stored->starts_with(*listed);
+    // Of a header whose lines are broken in an unusual way its beginning is read.
+    return isCut || listed->starts_with(*stored);
 }
 
 bool IsSameSender(const EmailEntry& entry, const std::optional<Text>& stored)
@@ -103,7 +106,7 @@ Text WhyNotVerified(FolderRun& run, const EmailEntry& entry, const Text& path)
         run.files.ReadWhole(path, block) != FileError::none)
         return u"it is empty, or still being written";
     KeepHeaderBlock(block);
-    if (!IsSameSubject(PlainLetters(entry.Subject), PlainHeader(run, block, "subject:")))
+    if (!IsSameSubject(entry.Subject, PlainHeader(run, block, "subject:")))
         return u"its subject is another one";
     if (!IsSameSender(entry, PlainHeader(run, block, "from:"))) return u"its sender is another one";
     if (!IsSameDate(run, entry, SecondsOfDate(block))) return u"its date is another one";

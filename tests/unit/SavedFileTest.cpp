@@ -47,6 +47,8 @@ TEST(VerifySaved, OnlyWhatBothSidesShowForCertainContradicts)
         {"escape sequences", u"Plan", u"Ann", "\x1B$B;3ED\x1B(B", "Ann <a@b.c>", kDate},
         {"no subject on one side", u"", u"Ann", "Plan", "Ann <a@b.c>", kDate},
         {"another subject", u"Plan", u"Ann", "Bill", "Ann <a@b.c>", kDate, u"its subject is another one"},
+        {"one that goes on", u"Plan 1", u"Ann", "Plan 12", "Ann <a@b.c>", kDate,
+         u"its subject is another one"},
         {"another encoded one", u"Plan", u"Ann", "=?utf-8?q?Bill?=", "Ann <a@b.c>", kDate,
          u"its subject is another one"},
         {"another sender", u"Plan", u"Ann", "Plan", "Bob <b@b.c>", kDate, u"its sender is another one"},
