@@ -102,11 +102,18 @@ bool Program::CanBegin()
         LogLine(u"Outlook Express cannot be used: nothing was begun", Record::yes);
         return false;
     }
-    if (store_.IsSettled()) UseDatabase();
+    if (!store_.IsSettled()) return true; // the run says so, and that is all it does
+    UseDatabase();
     if (told_.run == UnattendedRun::check)
         return saved_.IsOpen() || settings_.options.comparison == ComparisonType::simple;
-    // Beside files of which a new database knows nothing an export would save them all again.
-    return saved_.IsWritable() && (!saved_.created || CountStoredFiles(run_).files == 0);
+    if (!saved_.IsWritable()) return false;
+    // All that is there would be saved again: also in the night after the one in which it was made anew.
+    const bool knowsNothing = saved_.beganEmpty && CountStoredFiles(run_).files > 0;
+    if (knowsNothing)
+        LogLine(u"Nothing is exported, as saved.mdb has no record of any e-mail, but the store folder holds "
+                u"saved e-mails",
+                Record::yes);
+    return !knowsNothing;
 }
 
 // As the buttons do, but a single folder is shown by the program, and exported from its first row.

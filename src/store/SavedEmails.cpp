@@ -9,12 +9,12 @@ std::vector<ColumnNeed> SavedColumns()
     return {{u"efolder", 1, false}, {u"esubject", 1, true}, {u"ecrc", 8, false}};
 }
 
-std::unique_ptr<Database> OpenChecked(const DatabaseMaker& maker, const Text& path)
+void OpenChecked(SavedEmails& saved, const DatabaseMaker& maker, const Text& path)
 {
     std::unique_ptr<Database> database = maker.open(path);
     // A database of another program, or without the table, is found out now and not by the first e-mail.
-    database->OpenRecordset(u"SELECT efolder, esubject, ecrc FROM saved");
-    return database;
+    saved.beganEmpty = database->OpenRecordset(u"SELECT efolder, esubject, ecrc FROM saved")->AtEnd();
+    saved.database = std::move(database);
 }
 
 void FindOutWhetherWritable(SavedEmails& saved)
@@ -45,7 +45,7 @@ Text OpenSavedEmails(SavedEmails& saved, Files& files, const Text& path,
                 maker.create(path, kCreateSaved);
                 saved.created = true;
             }
-            saved.database = OpenChecked(maker, path);
+            OpenChecked(saved, maker, path);
             FindOutWhetherWritable(saved);
             return {};
         } catch (const DatabaseError& error) {

@@ -18,6 +18,7 @@ struct SavedEmails {
     Text whyReadOnly{};                   // why it can be read but not written; empty: it can be written
     std::vector<Text> notes{};            // for the log: what opening has mended, or why it is read-only
     bool created = false;                 // by OpenSavedEmails, as there was no file
+    bool beganEmpty = false;              // without a record, when it was opened
 
     bool IsOpen() const { return database != nullptr; }
     bool IsWritable() const { return IsOpen() && whyReadOnly.empty(); }

@@ -111,6 +111,15 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
          unsaved,
          0,
          u"4 email(s) to be saved."},
+        {"files of which the database knows nothing", exportAll,
+         [](auto& b) { b.files.AddFile(u"C:\\Store\\Local Folders\\Inbox\\0000_Mail0.eml"); }, unusable, 0,
+         u"Nothing is exported, as saved.mdb has no record of any e-mail"},
+        {"the store folder with its database is missing", exportAll,
+         [](auto& b) {
+             b.profile.values[u"Paths/Store"] = u"Q:\\gone";
+             b.profile.values[u"Extras/Database In Store"] = u"1";
+         },
+         unsaved, 0, u"The store folder of the settings cannot be found: Q:\\gone"},
         {"the store folder is missing",
          {"/export", "/all", "/store:Q:\\none"},
          {},
