@@ -264,7 +264,14 @@ void Program::mnMarkSaved()
                         Record::yes);
                 continue;
             }
-            if (!IsSaved(saved_, entry.Crc, folder)) AddSavedEmail(saved_, folder, entry);
+            const bool isRecorded = IsSaved(saved_, entry.Crc, folder);
+            if (isRecorded && Options().lookAlikes) { // which of them has the record only the list tells
+                LogLine(u"Not marked, as this e-mail or one that looks the same is recorded: " + folder +
+                            u" - " + Cell(row, ResultsColumn::id),
+                        Record::yes);
+                continue;
+            }
+            if (!isRecorded) AddSavedEmail(saved_, folder, entry);
             LogLine(u"Mark as saved: " + folder + u" - " + entry.Subject + u" : " + entry.Crc, Record::yes);
             window_.Untick(place);
             window_.ProcessEvents();

@@ -147,6 +147,16 @@ TEST_F(ProgramCommandsTest, TickedRowsAreMarkedAsSavedOnce)
     EXPECT_EQ(Records(), (std::vector<Texts>{{u"In", u"It's one", u"A1"}, {u"In", u"Last", u"D4"}}));
     EXPECT_EQ(window.ticked, (std::set<int>{1})) << "the others are unticked, and stay";
 
+    ProgramBench alike;
+    alike.profile.values[u"Extras/Look-alikes"] = u"1";
+    alike.Start();
+    alike.window.results = window.results;
+    alike.window.ticked = {0, 3};
+    alike.Press(&Program::mnMarkSaved);
+    EXPECT_EQ(alike.window.log,
+              (Texts{said, u"Not marked, as this e-mail or one that looks the same is recorded: In - 3"}));
+    EXPECT_EQ(alike.window.ticked, (std::set<int>{3}));
+
     window.ticked = {5};
     databaseFiles.failForGood = true;
     databaseFiles.failAt = databaseFiles.changes + 1;
