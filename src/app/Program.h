@@ -110,8 +110,9 @@ private:
     // While the database is new: e-mails in the store that it does not know. Said once for each store folder;
     // true when it has been said now.
     bool SayFilesWithoutRecords();
-    // Whether a run may use the store folder. Said once: that another stands in for the one of the settings.
-    bool MayUseStore();
+    // Whether the store folder may be used. Said once: that another stands in for the one of the settings.
+    bool HasStore();
+    bool MayUseStore(); // for a run that needs its records: those are open then, or a box says why not
     bool ShowFilesDone(std::size_t done, std::size_t all); // of the store; false: stop
     void CheckAllFolders();
     void SaveAll();

@@ -33,14 +33,16 @@ bool Program::ShowFilesDone(std::size_t done, std::size_t all)
 void Program::cmdVerifyStore()
 {
     Run([this] {
-        if (!MayUseStore()) return;
+        if (!HasStore()) return;
+        if (outside_.files.FileExists(DatabasePath())) UseDatabase(); // looking makes none
+        const bool hasRecords = saved_.IsOpen() && EqualNoCase(databasePath_, DatabasePath());
         window_.EnterBusyLayout();
         window_.ClearResults();
         window_.ShowText(u"Looking through the store...");
         std::vector<SavedRecord> records;
-        if (saved_.IsOpen()) records = ReadRecords(saved_);
+        if (hasRecords) records = ReadRecords(saved_);
         const Verification found = VerifyStore(
-            outside_.files, outside_.codePage, store_.Path(), saved_.IsOpen() ? &records : nullptr,
+            outside_.files, outside_.codePage, store_.Path(), hasRecords ? &records : nullptr,
             run_.folderPaths, [this](std::size_t done, std::size_t all) { return ShowFilesDone(done, all); });
         // The sentence stands where an e-mail's subject does; what is recorded keeps its CRC, so that the
         // commands of the table can be used on it.
@@ -52,6 +54,7 @@ void Program::cmdVerifyStore()
         if (!found.findings.empty())
             words = CountText(found.files) + u" e-mail file(s) looked through, " +
                     CountText(found.findings.size()) + u" finding(s), which stand in the results table.";
+        if (!hasRecords) words = u"There is no record to hold the store against. " + words;
         if (found.stopped) words = u"Looking through the store was stopped. Until then: " + words;
         LogLine(words, Record::yes);
         window_.ShowBox(found.findings.empty() ? BoxIcon::information : BoxIcon::warning, words);
@@ -61,7 +64,7 @@ void Program::cmdVerifyStore()
 void Program::cmdIndexPage()
 {
     Run([this] {
-        if (!MayUseStore()) return;
+        if (!HasStore()) return;
         window_.EnterBusyLayout();
         window_.ShowText(u"Making the index page...");
         const MailIndex index =
@@ -72,12 +75,15 @@ void Program::cmdIndexPage()
         const FileError error =
             WriteIndexPage(outside_.files, index, path, FormatDate(outside_.clock.LocalNow(), u"yyyy-mm-dd"));
         for (const Text& unread : index.unread)
-            LogLine(u"In the index without its header, as it cannot be read: " + unread, Record::yes);
+            LogLine(u"Not in the index but by its name, as it cannot be read: " + unread, Record::yes);
         Text words =
             u"The index page of " + CountText(index.emails.size()) + u" e-mail file(s) is made: " + path;
+        if (!index.unread.empty())
+            words += u"\r\n" + CountText(index.unread.size()) + u" could not be read; the log names them.";
         if (error != FileError::none)
             words = u"The index page cannot be written: " + path + u" - " + Describe(error);
         LogLine(words, Record::yes);
-        window_.ShowBox(error == FileError::none ? BoxIcon::information : BoxIcon::warning, words);
+        const bool isWhole = error == FileError::none && index.unread.empty();
+        window_.ShowBox(isWhole ? BoxIcon::information : BoxIcon::warning, words);
     });
 }

@@ -46,11 +46,15 @@ bool Program::SayFilesWithoutRecords()
 
 bool Program::MayUseStore()
 {
+    if (!HasStore()) return false;
+    UseDatabase();
+    return true;
+}
+
+bool Program::HasStore()
+{
     if (!store_.IsSettled() && missingStoreSaid_) store_.AcceptStandIn(); // pressed again: so be it
-    if (store_.IsSettled()) {
-        UseDatabase();
-        return true;
-    }
+    if (store_.IsSettled()) return true;
     missingStoreSaid_ = true;
     const bool full = IsFullPath(NormalDirectoryPath(store_.Missing()));
     const Text reason = u"The store folder of the settings " +

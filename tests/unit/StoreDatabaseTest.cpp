@@ -63,6 +63,17 @@ TEST_F(StoreDatabaseTest, EachStoreThatIsUsedHasItsOwn)
     EXPECT_EQ(opened.size(), 3u) << "as long as the store is the same it stays open";
 }
 
+TEST_F(StoreDatabaseTest, LookingMakesNoneAndTakesNoOtherStores)
+{
+    StartWith(true);
+    Press(&Program::cmdExport);
+    program.Store().Choose(u"C:\\Second");
+    EXPECT_EQ(Press(&Program::cmdVerifyStore), u"There is no record to hold the store against. 0 e-mail "
+                                               u"file(s) looked through: nothing is wrong with the store.");
+    Press(&Program::cmdIndexPage);
+    EXPECT_EQ(made, Texts{u"C:\\Store\\saved.mdb"});
+}
+
 TEST_F(StoreDatabaseTest, OneThatCannotBeOpenedStopsOnlyItsStore)
 {
     StartWith(true);
