@@ -102,20 +102,11 @@ void WriteData(ReplacingFile& file, const MailIndex& index, const Text& made)
     file.Write("]}");
 }
 
-bool IsOwnPage(Files& files, const Text& path)
-{
-    constexpr std::size_t kHead = 1000; // bytes that hold the mark
-    std::string bytes;
-    return files.ReadWhole(path, bytes) == FileError::none &&
-           bytes.substr(0, kHead).find(kMark) != bytes.npos;
-}
-
 } // namespace
 
 FileError WriteIndexPage(Files& files, const MailIndex& index, const Text& path, const Text& made)
 {
-    if (files.FileExists(path) && !IsOwnPage(files, path)) return FileError::exists;
-    ReplacingFile file(files, path);
+    ReplacingFile file(files, path, kMark);
     std::string_view page = kPageHtml;
     for (std::size_t brace = page.find('{'); brace != page.npos; brace = page.find('{')) {
         const std::size_t end = page.find('}', brace) + 1;

@@ -77,6 +77,13 @@ std::string Cell(const Text& text)
     return quoted + '"';
 }
 
+bool IsMarked(Files& files, const Text& path, std::string_view mark)
+{
+    constexpr std::size_t kHead = 1000; // bytes that hold the mark
+    std::string bytes;
+    return files.ReadWhole(path, bytes) == FileError::none && bytes.substr(0, kHead).find(mark) != bytes.npos;
+}
+
 std::string IsoDate(std::int64_t seconds)
 {
     const DateFields at = FieldsOfMoment(seconds);
@@ -112,10 +119,11 @@ MailIndex ReadMailIndex(Files& files, CodePage& codePage, const Text& store, con
 
 FileError WriteCsv(Files& files, const MailIndex& index, const Text& path)
 {
-    ReplacingFile file(files, path);
-    file.Write(
-        "\xEF\xBB\xBF"
-        "Folder,File,Date,From,To,Cc,Subject,Size,Attachment,Message-ID,To count,Cc count,Bcc count\r\n");
+    constexpr std::string_view kTitles =
+        "Folder,File,Date,From,To,Cc,Subject,Size,Attachment,Message-ID,To count,Cc count,Bcc count\r\n";
+    ReplacingFile file(files, path, kTitles);
+    file.Write("\xEF\xBB\xBF");
+    file.Write(kTitles);
     for (const IndexedEmail& email : index.emails) {
         std::string line = Cell(index.store.directories[email.directory].folder);
         const auto add = [&line](const std::string& cell) { line += "," + cell; };
@@ -132,9 +140,10 @@ FileError WriteCsv(Files& files, const MailIndex& index, const Text& path)
     return file.Finish();
 }
 
-ReplacingFile::ReplacingFile(Files& files, const Text& path)
+ReplacingFile::ReplacingFile(Files& files, const Text& path, std::string_view mark)
     : files_(files), path_(path), beside_(path + u".new")
 {
+    if (files.FileExists(path) && !IsMarked(files, path, mark)) error_ = FileError::exists;
     (void)files_.Delete(beside_); // of a run that was ended from outside
 }
 

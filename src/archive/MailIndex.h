@@ -25,13 +25,14 @@ struct MailIndex {
 MailIndex ReadMailIndex(Files& files, CodePage& codePage, const Text& store, const GoOn& goOn);
 
 // RFC 4180, in UTF-8 with a byte order mark, which spreadsheets know the encoding by; a line for each e-mail.
-// Replaces an earlier one at the path. Dates are those of ISO 8601 in Universal Time.
+// Replaces as IndexPage.h. Dates are those of ISO 8601 in Universal Time.
 FileError WriteCsv(Files& files, const MailIndex& index, const Text& path);
 
-// Writes what may be large piece by piece, beside the file of that name, which is replaced at the end.
+// Writes what may be large piece by piece, beside the file of that name, which is replaced at the end: one
+// that has the mark near its beginning. Another one is not touched: FileError::exists.
 class ReplacingFile {
 public:
-    ReplacingFile(Files& files, const Text& path);
+    ReplacingFile(Files& files, const Text& path, std::string_view mark);
     ~ReplacingFile(); // nothing is left of what did not come to its end
     ReplacingFile(const ReplacingFile&) = delete;
     ReplacingFile& operator=(const ReplacingFile&) = delete;

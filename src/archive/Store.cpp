@@ -20,7 +20,9 @@ void Read(Files& files, Store& store, StoreDirectory directory)
     std::vector<StoreDirectory> below;
     for (DirectoryEntry& entry : entries) {
         if (entry.kind == EntryKind::directory || entry.kind == EntryKind::directoryLink) {
-            const Text folder = directory.folder.empty() ? entry.name : directory.folder + u'\\' + entry.name;
+            // Where a name may hold a backslash it leads nowhere else.
+            const Text name = ReplaceAll(entry.name, u"\\", u"_");
+            const Text folder = directory.folder.empty() ? name : directory.folder + u'\\' + name;
             below.push_back({PathIn(directory.path, entry.name), folder});
             below.back().isLink = entry.kind == EntryKind::directoryLink;
         } else if (IsEmlName(entry.name)) {

@@ -26,7 +26,8 @@ HOSTILE = [  # subjects
     "=SUM(1,2)", "caf\u00e9 \u65e5\u672c\u8a9e \U0001f4ee \u05e9\u05dc\u05d5\u05dd", "", "a,b \"quoted\"; c",
 ]
 FOLDERS = ["Local Folders/Inbox", "Local Folders/Inbox/50% #1 & more?", "Local Folders/Gr\u00fc\u00dfe \u65e5\u672c",
-           f"Local Folders/<img src=x onerror={HACK}>", "Local Folders/a:b+c=d;e@f'g\"h"]
+           f"Local Folders/<img src=x onerror={HACK}>", "Local Folders/a:b+c=d;e@f'g\"h",
+           "constructor/a", "__proto__"]
 NAMES = ["0001_#1.eml", "0002_100%.eml", "0003_%41.eml", "0004_gr\u00fc\u00df.eml", "0005_a b+c&d?e.eml",
          "0006_'\".eml", "javascript:x.eml", "0007_\U0001f4ee.eml"]
 MANY = 40000
@@ -129,6 +130,10 @@ def test_hostile(browser, inspect, store):
         assert f"Message-ID: {line['Message-ID']}" in text and f"Subject: {line['Subject']}\n" in text, (line, text)
         assert (line["Date"] == "2004-11-14T09:30:59Z") == ("14 Nov" in text), line
         assert line["Attachment"] == ("yes" if "Disposition" in text else "no")
+    index(inspect, store, "--csv")
+    (store / "index.csv").write_text("mine")
+    done = subprocess.run([inspect, "index", store, "--csv"], capture_output=True, text=True, timeout=120)
+    assert done.returncode == 2 and "exists already" in done.stderr and (store / "index.csv").read_text() == "mine"
 
     browser.resize(1100, 4000)
     browser.get(url)

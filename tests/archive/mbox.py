@@ -31,7 +31,7 @@ def main():
         store, target = pathlib.Path(scratch, "store"), pathlib.Path(scratch, "mail")
         made = FIXED + [HEAD + b"".join(choose.choices(PIECES, k=choose.randrange(40))) for _ in range(500)]
         folders = {"Local Folders/Inbox": made[::2], "Local Folders/Inbox/Work & \u65e5\u672c": made[1::2], "": made[:1],
-                   "Local Folders/Inbox.mbox/x": made[:2]}
+                   "Local Folders/Inbox.mbox/x": made[:2], "..\\..\\out": made[:3]}
         for folder, messages in folders.items():
             (store / folder).mkdir(parents=True, exist_ok=True)
             for number, message in enumerate(messages):
@@ -44,7 +44,8 @@ def main():
         read = 0
         for folder, messages in folders.items():
             # One of the folders has the directory that another's file would be.
-            path = target / ("Local Folders/Inbox_2.mbox" if folder.endswith("Inbox") else folder + ".mbox" if folder else "store.mbox")
+            name = folder.replace("\\", "_")  # of a name: it parts no levels
+            path = target / ("Local Folders/Inbox_2.mbox" if folder.endswith("Inbox") else name + ".mbox" if folder else "store.mbox")
             box = mailbox.mbox(path, create=False)
             assert len(box) == len(messages), (path, len(box), len(messages))
             for key, message in zip(sorted(box.keys()), messages):

@@ -26,7 +26,8 @@ bool IsThere(Files& files, const Text& store)
 std::string Shown(Text text)
 {
     std::replace_if(
-        text.begin(), text.end(), [](char16_t unit) { return unit < 0x20 || unit == 0x7F; }, u'?');
+        text.begin(), text.end(), [](char16_t unit) { return unit < 0x20 || (unit >= 0x7F && unit < 0xA0); },
+        u'?');
     return ToUtf8(text);
 }
 

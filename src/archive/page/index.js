@@ -259,9 +259,9 @@
   }
 
   // Folders: a tree by the levels of their names. Directories without e-mails of their own have a place, too.
-  var items = {};
+  var items = Object.create(null); // by name: a folder may be called "constructor"
   function makeTree() {
-    var counts = {};
+    var counts = Object.create(null);
     rows.forEach(function (row) {
       var levels = folders[row[FOLDER]].name.split('\\');
       for (var name = ''; ; name = name ? name + '\\' + levels.shift() : levels.shift()) {
