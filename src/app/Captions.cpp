@@ -1,7 +1,5 @@
 #include "app/Captions.h"
 
-#include <algorithm>
-
 namespace {
 
 constexpr const char16_t* kSection = u"Captions";
@@ -32,6 +30,21 @@ std::optional<Text> Letters(Text text)
     return text;
 }
 
+// One column would pass for two, and e-mails would look alike that are not: which title is right nobody
+// knows.
+std::optional<Text> RefuseTwins(ClientWords& words)
+{
+    const auto columns = std::span(kRows).first(kColumnCaptions);
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        for (std::size_t k = i + 1; k < columns.size(); ++k) {
+            const Text title = words.*columns[i].word;
+            if (!EqualNoCase(title, words.*columns[k].word)) continue;
+            for (const CaptionRow& row : columns) words.*row.word = kEnglishWords.*row.word;
+            return title;
+        }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::span<const CaptionRow> CaptionRows()
@@ -39,9 +52,9 @@ std::span<const CaptionRow> CaptionRows()
     return kRows;
 }
 
-std::optional<Text> LoadCaptions(ClientWords& words, ProfileFile& profile, Files& files, const Text& path)
+RefusedCaptions LoadCaptions(ClientWords& words, ProfileFile& profile, Files& files, const Text& path)
 {
-    std::optional<Text> refused;
+    RefusedCaptions refused;
     if (!files.FileExists(path)) return refused;
     for (const CaptionRow& row : kRows) {
         const Text stored(TrimSpaces(profile.Read(kSection, row.key, path)));
@@ -51,8 +64,9 @@ std::optional<Text> LoadCaptions(ClientWords& words, ProfileFile& profile, Files
         else if (const std::optional<Text> letters = Letters(stored))
             words.*row.word = *letters;
         else
-            refused = stored;
+            refused.letters = stored;
     }
+    refused.title = RefuseTwins(words);
     return refused;
 }
 

@@ -8,6 +8,7 @@
 
 #include <optional>
 #include <span>
+#include <vector>
 
 // A new word is a member of ClientWords, a row, and a row of the guide's list.
 struct CaptionRow {
@@ -16,9 +17,14 @@ struct CaptionRow {
 };
 std::span<const CaptionRow> CaptionRows();
 
-// What is not there, or empty, is as in English. The answer: the letters for the menu, if they are no
-// letters.
+struct RefusedCaptions {         // values of the file that cannot be
+    std::optional<Text> letters; // for the menu, that are none
+    std::optional<Text> title;   // of two columns: none of the titles holds then
+    bool operator==(const RefusedCaptions&) const = default;
+};
+
+// What is not there, or empty, is as in English.
 inline constexpr std::size_t kColumnCaptions = 5; // of the rows, the first ones
-std::optional<Text> LoadCaptions(ClientWords& words, ProfileFile& profile, Files& files, const Text& path);
+RefusedCaptions LoadCaptions(ClientWords& words, ProfileFile& profile, Files& files, const Text& path);
 // titles: of the columns, in the order of their rows. False when one could not be written.
 bool SaveColumnCaptions(const std::vector<Text>& titles, ProfileFile& profile, const Text& path);

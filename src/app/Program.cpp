@@ -58,7 +58,7 @@ void Program::StartUp(const CommandSwitches& told)
     settings_ = LoadSettings(outside_.profile, outside_.files, settingsFile);
     const std::vector<RefusedExtra> refused =
         LoadExtras(settings_, outside_.profile, outside_.files, settingsFile);
-    const std::optional<Text> noLetters =
+    const RefusedCaptions captions =
         LoadCaptions(settings_.words, outside_.profile, outside_.files, settingsFile);
     settingsUnread_ = WhyUnread(settingsFile);
     store_.TakeFromSettings(settings_.store);
@@ -75,8 +75,12 @@ void Program::StartUp(const CommandSwitches& told)
         if (!settingsUnread_.empty()) LogLine(settingsUnread_, Record::yes);
         for (const auto& [row, stored] : refused)
             LogLine(u"settings.ini: " + WhyRefused(row, stored), Record::yes);
-        if (noLetters)
-            LogLine(u"settings.ini: Sendkeys takes letters from A to Z, which these are not: " + *noLetters,
+        if (captions.letters)
+            LogLine(u"settings.ini: Sendkeys takes letters from A to Z, which these are not: " +
+                        *captions.letters,
+                    Record::yes);
+        if (captions.title)
+            LogLine(u"settings.ini: one title cannot be that of two columns: " + *captions.title,
                     Record::yes);
         for (const Text& note : saved_.notes) LogLine(note, Record::yes);
         WarnIfFolderIsReadOnly();

@@ -32,7 +32,7 @@ void TakeCaptions(RunBench& bench, const std::set<Text>& keys)
         if (keys.empty() || keys.count(key))
             profile.values[u"Captions/" + key] = key == english ? german : u" " + german;
     }
-    EXPECT_EQ(LoadCaptions(bench.clientWords, profile, bench.files, kFile), std::nullopt);
+    EXPECT_EQ(LoadCaptions(bench.clientWords, profile, bench.files, kFile), RefusedCaptions());
     bench.files.files.erase(kFile);
 }
 
@@ -107,8 +107,19 @@ TEST(AnyLanguage, LettersForTheMenuAreThoseOfTheKeyboard)
         files.AddFile(kFile);
         profile.values[u"Captions/Sendkeys"] = stored;
         ClientWords words = kEnglishWords;
-        const std::optional<Text> refused = LoadCaptions(words, profile, files, kFile);
+        const RefusedCaptions refused = LoadCaptions(words, profile, files, kFile);
         EXPECT_EQ(words.saveAsLetters, want);
-        EXPECT_EQ(refused.has_value(), !stored.empty() && want == u"FA");
+        EXPECT_EQ(refused.letters.has_value(), !stored.empty() && want == u"FA");
     }
+}
+
+TEST(AnyLanguage, NoColumnPassesForTwo)
+{
+    FakeProfile profile(kFile);
+    FakeFiles files;
+    files.AddFile(kFile);
+    profile.values = {{u"Captions/From", u"von"}, {u"Captions/Subject", u"Von"}, {u"Captions/To", u"An"}};
+    ClientWords words = kEnglishWords;
+    EXPECT_EQ(LoadCaptions(words, profile, files, kFile).title, u"von");
+    EXPECT_EQ(words.ColumnTitles(), kEnglishWords.ColumnTitles());
 }
