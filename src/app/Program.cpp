@@ -119,6 +119,10 @@ Text Program::DatabasePath() const
 void Program::UseDatabase()
 {
     if (EqualNoCase(databasePath_, DatabasePath())) return;
+    if (!databasePath_.empty()) { // nobody marks as saved here what was not found there
+        window_.ClearResults();
+        LogLine(u"The results table was cleared, as it was of another store folder", Record::yes);
+    }
     CloseSavedEmails(saved_);
     OpenDatabase();
     for (const Text& note : saved_.notes) LogLine(note, Record::yes);

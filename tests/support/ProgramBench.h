@@ -105,7 +105,11 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
     }
     void OpenFolder(const Text& path) override { opened.push_back(path); }
     int SelectedFolderNode() override { return selectedNode; }
-    void ClearResults() override { results.clear(); }
+    void ClearResults() override
+    {
+        results.clear();
+        ticked.clear();
+    }
     int NextTicked(int after) override
     {
         const auto next = ticked.upper_bound(after);

@@ -63,6 +63,18 @@ TEST_F(StoreDatabaseTest, EachStoreThatIsUsedHasItsOwn)
     EXPECT_EQ(opened.size(), 3u) << "as long as the store is the same it stays open";
 }
 
+TEST_F(StoreDatabaseTest, ResultsOfOneAreNotMarkedInAnother)
+{
+    StartWith(true);
+    Press(&Program::cmdExport);
+    window.results = {{u"In", u"0", u"One", u"", u"A1"}};
+    window.ticked = {0};
+    program.Store().Choose(u"C:\\Second");
+    Press(&Program::mnMarkSaved);
+    EXPECT_TRUE(window.results.empty());
+    EXPECT_FALSE(Logged(u"Mark as saved: "));
+}
+
 TEST_F(StoreDatabaseTest, LookingMakesNoneAndTakesNoOtherStores)
 {
     StartWith(true);
