@@ -96,6 +96,8 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
          u"FAIL"},
         {"look-alikes", exportAll, [](auto& b) { b.fake.folders[3].rows.push_back(MailRow(u"Sent0")); },
          unsaved, 4, u"look exactly like"},
+        {"no folder can be shown", exportAll, [](auto& b) { b.fake.refusesFolder = true; }, unsaved, 0,
+         u"folder(s) were not checked."},
         {"a stop", exportAll, afterTwo([](auto& b) { b.program.cmdStopAfterEmail(); }), unsaved, 2,
          u"User aborted"},
         {"the window is closed", exportAll, afterTwo([](auto& b) { b.program.AskToClose(); }), unsaved, 2,
