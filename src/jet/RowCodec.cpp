@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <utility>
 
 namespace jet {
@@ -143,7 +142,7 @@ void DecodeText(ByteView bytes, Text& text)
         const std::string_view wide = bytes.Sub(at, 2 * units).Bytes();
         const std::size_t before = text.size();
         text.resize(before + units);
-        std::memcpy(text.data() + before, wide.data(), wide.size());
+        wide.copy(reinterpret_cast<char*>(text.data() + before), wide.size());
     };
     if (size < 2 || bytes.U16(0) != 0xFEFF) return appendWide(0, (size + 1) / 2);
     // Runs of one byte a character and of two take turns; a zero byte in the place of a character ends one.
