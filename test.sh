@@ -3,7 +3,7 @@
 # Windows program and its parts under Wine, and the demo from end to end. Installs what is missing. What waits
 # runs side by side; the output of each part comes in one piece when it has ended.
 # usage: test.sh [--quick | --soak [SEED] | --fuzz MINUTES]
-#   --quick          the rules and the portable core only
+#   --quick          the rules and the portable core only, without the sanitizers
 #   --soak           only what takes hours: the program and the client killed at random moments, faults by twos and
 #                    threes, one long run; prints figures. SEED draws the moments (default: another one each time)
 #   --fuzz MINUTES   each fuzz target that long instead of a short, fixed number of inputs
@@ -62,9 +62,9 @@ program() {
     tests/imports/check.sh build/win32/quillbox.exe
     tests/package/check.sh
 }
-core() {
-    scripts/build.sh asan unit-tests quillbox-inspect
-    ctest --test-dir build/asan -j 2 --output-on-failure
+core() { # PRESET
+    scripts/build.sh "$1" unit-tests quillbox-inspect
+    ctest --test-dir "build/$1" -j 2 --output-on-failure
 }
 # A fuzz target starts from its seeds and from what it found before, which build/ keeps, and leaves there
 # what broke it.
@@ -84,7 +84,7 @@ fuzzing() {
 }
 core_and_fuzzing() {
     renice -n 10 "$BASHPID" >/dev/null # what runs beside it minds the clock
-    core
+    core asan
     fuzzing
 }
 wine_tests() { # PROGRAM PART PARTS
@@ -126,7 +126,7 @@ if [ -n "$soak" ]; then
 fi
 if [ -n "$quick" ]; then
     part "Rules" tests/rules/check.sh
-    part "Core" core
+    part "Core" core native # the sanitizers take seven times as long
     down_to 0
     echo "== Rules and core passed"
     exit
