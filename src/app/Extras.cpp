@@ -38,21 +38,20 @@ constexpr ExtraRow kRows[] = {
         u"earlier run are looked at again and new e-mails are never missed."),
     Switch<&RunOptions::thoroughComparison>(u"Thorough Comparison",
                                             u"\"File (slow)\" knows more files again: in every time zone, "
-                                            u"without dates, with names of any script "
-                                            u"and in lists that are sorted otherwise."),
+                                            u"without dates, with names of any script and in lists that are "
+                                            u"sorted otherwise."),
     Number<&OeSettings::pollInterval>(
         u"Poll Interval", 10, 100, 100,
         u"Milliseconds between two looks at a dialog, a file or a folder that is waited for. With 10 an "
-        u"export "
-        u"takes a fraction of the time; how long is waited at the most stays as it is."),
+        u"export takes a fraction of the time; how long is waited at the most stays as it is."),
     Switch<&OeSettings::equalCounts>(
         u"Equal Counts",
         u"A folder is taken for the next one's, too, when both have as many e-mails and the list shows other "
         u"ones; without it a run over all folders ends there."),
     Switch<&RunOptions::lookAlikes>(u"Look-alikes",
                                     u"Of e-mails that look exactly alike in the list each is saved, not only "
-                                    u"the first: the database then "
-                                    u"has as many records, and \"Condense database\" stays off."),
+                                    u"the first: the database then has as many records, and \"Condense "
+                                    u"database\" stays off."),
     Switch<&RunOptions::selectRows>(
         u"Select Rows",
         u"Where the Down key does not lead to the next e-mail, in a grouped or re-sorted list or behind a "
