@@ -35,6 +35,16 @@ bool Cancel(OeClient& client, WindowHandle dialog)
                        FindButtonOf(client, dialog, client.words.cancelButton, DialogButton::cancel));
 }
 
+// A box in front of it may be just closing: until it has gone the dialog takes no click, and a click among
+// its last messages is lost.
+void CancelAtLast(OeClient& client, WindowHandle dialog)
+{
+    const auto gone = [&] { return !client.desktop.IsThere(dialog); };
+    WaitUntil(client, kCloseTries, kInterval, [&] { return client.desktop.IsEnabled(dialog) || gone(); });
+    for (int round = 0; round < kCloseRounds && Cancel(client, dialog) && !client.silent; ++round)
+        if (WaitUntil(client, kCloseTries, kInterval, gone)) break;
+}
+
 // Whether no dialog is open any more. One may be just closing; otherwise it is cancelled, and so is what
 // stood behind it: the client's words about a bad name may be a box with the dialog's own caption and only an
 // "OK".
@@ -251,7 +261,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     if (nameBox == 0) return SaveResult::failed; // the dialog stays open
     result = HoldsThatEmail(client, request) ? SaveAs(client, dialog, nameBox, path) : SaveResult::failed;
     if (result == SaveResult::saved) return result;
-    Cancel(client, dialog);
+    CancelAtLast(client, dialog);
     client.reporter.ProcessEvents();
     if (client.silent || result == SaveResult::untried) return SaveResult::untried;
     logFailure();

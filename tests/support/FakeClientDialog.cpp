@@ -112,10 +112,15 @@ void FakeClient::PressButton(WindowHandle button)
     if (label == u"&Save") {
         PressSave(dialog);
     } else if (!dialogs_.count(dialog)) { // a box
-        const WindowHandle owner = windows_[dialog].owner;
-        RemoveWindow(dialog);
-        ShowNextBox(owner);
-    } else if (!keepDialog) {
+        const auto close = [this, dialog, owner = windows_[dialog].owner] {
+            RemoveWindow(dialog);
+            ShowNextBox(owner);
+        };
+        if (boxesStay > 0)
+            Later(boxesStay, close);
+        else
+            close();
+    } else if (!keepDialog && --lostClicks < 0) {
         RemoveWindow(dialog);
     }
 }
