@@ -141,34 +141,46 @@ FileError WriteCsv(Files& files, const MailIndex& index, const Text& path)
 }
 
 ReplacingFile::ReplacingFile(Files& files, const Text& path, std::string_view mark)
-    : files_(files), path_(path), beside_(path + u".new")
+    : files_(files), path_(path), mark_(mark)
 {
-    if (files.FileExists(path) && !IsMarked(files, path, mark)) error_ = FileError::exists;
-    (void)files_.Delete(beside_); // of a run that was ended from outside
+    // Under the first name that is free: nobody else's file is taken for a rest of ours.
+    constexpr int kMostTries = 100;
+    for (int number = 1; number <= kMostTries; ++number) {
+        const Text beside = path_ + u".new" + (number == 1 ? Text() : DecimalText(number));
+        file_ = files_.Open(beside, OpenMode::createNew, error_);
+        if (file_) beside_ = beside;
+        if (error_ != FileError::exists) return;
+    }
 }
 
 ReplacingFile::~ReplacingFile()
 {
-    (void)files_.Delete(beside_);
+    file_.reset();
+    if (!beside_.empty()) (void)files_.Delete(beside_);
 }
 
 void ReplacingFile::Write(std::string_view bytes)
 {
     constexpr std::size_t kEnough = 1 << 20;
-    bytes_ += bytes;
-    if (bytes_.size() >= kEnough) Flush();
+    piece_ += bytes;
+    if (piece_.size() >= kEnough) WritePiece();
 }
 
-void ReplacingFile::Flush()
+void ReplacingFile::WritePiece()
 {
-    if (error_ == FileError::none) error_ = files_.Append(beside_, bytes_);
-    bytes_.clear();
+    if (error_ == FileError::none) error_ = file_->WriteAt(file_->Size(), piece_.data(), piece_.size());
+    piece_.clear();
 }
 
 FileError ReplacingFile::Finish()
 {
-    Flush();
+    WritePiece();
+    if (error_ == FileError::none) error_ = file_->Flush();
+    file_.reset();
+    const bool isThere = files_.FileExists(path_);
+    if (error_ == FileError::none && isThere && !IsMarked(files_, path_, mark_)) error_ = FileError::exists;
     if (error_ != FileError::none) return error_;
-    (void)files_.Delete(path_); // where there is none, or it stays, the next line says
-    return files_.Rename(beside_, path_);
+    error_ = isThere ? files_.Replace(beside_, path_) : files_.Rename(beside_, path_);
+    if (error_ == FileError::none) beside_.clear(); // it has the other name now
+    return error_;
 }

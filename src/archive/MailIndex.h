@@ -28,8 +28,8 @@ MailIndex ReadMailIndex(Files& files, CodePage& codePage, const Text& store, con
 // Replaces as IndexPage.h. Dates are those of ISO 8601 in Universal Time.
 FileError WriteCsv(Files& files, const MailIndex& index, const Text& path);
 
-// Writes what may be large piece by piece, beside the file of that name, which is replaced at the end: one
-// that has the mark near its beginning. Another one is not touched: FileError::exists.
+// Writes what may be large piece by piece, into a new file beside the one of that name, which is replaced at
+// the end: one that has the mark near its beginning. Another one is not touched: FileError::exists.
 class ReplacingFile {
 public:
     ReplacingFile(Files& files, const Text& path, std::string_view mark);
@@ -40,9 +40,12 @@ public:
     FileError Finish();
 
 private:
-    void Flush();
+    void WritePiece();
     Files& files_;
-    const Text path_, beside_;
-    std::string bytes_;
+    const Text path_;
+    const std::string_view mark_;
+    Text beside_; // empty until it is made
+    std::unique_ptr<RandomFile> file_;
+    std::string piece_;
     FileError error_ = FileError::none;
 };

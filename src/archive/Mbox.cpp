@@ -81,8 +81,13 @@ private:
         return place.path;
     }
 
-    // Where the folder's file goes; the directories above it are made. Empty when they cannot be.
-    Text FileFor(const StoreDirectory& directory)
+    struct Output {
+        Text path;
+        std::unique_ptr<RandomFile> file; // none before the first bytes
+    };
+
+    // A new one; the directories above it are made.
+    FileError Make(Output& output, const StoreDirectory& directory)
     {
         StoreDirectory above{target_, {}};
         Text name = u"store";
@@ -91,28 +96,41 @@ private:
             name = levels.back();
             for (std::size_t i = 0; i + 1 < levels.size(); ++i) {
                 above.path = PathOf(above, levels[i]);
-                if (!files_.MakeDirectory(above.path)) return {};
+                (void)files_.MakeDirectory(above.path); // no file can be made where it fails
             }
         }
-        Text file = PathOf(above, name + u".mbox");
-        for (int number = 2; !taken_.insert(FoldCase(file)).second; ++number)
-            file = PathOf(above, name + u'_' + DecimalText(number) + u".mbox");
-        return file;
+        FileError error = FileError::exists;
+        for (int number = 1; error == FileError::exists; ++number) {
+            const Text suffix = number == 1 ? Text() : u'_' + DecimalText(number);
+            output.path = PathOf(above, name + suffix + u".mbox");
+            if (taken_.insert(FoldCase(output.path)).second)
+                output.file = files_.Open(output.path, OpenMode::createNew, error);
+        }
+        return error;
+    }
+
+    void Flush(Output& output, const StoreDirectory& directory, std::string& mbox)
+    {
+        FileError error = FileError::none;
+        if (!mbox.empty() && !output.file) error = Make(output, directory);
+        if (output.file) error = output.file->WriteAt(output.file->Size(), mbox.data(), mbox.size());
+        if (error != FileError::none) result_.failure = Describe(error) + u": " + output.path;
+        mbox.clear();
     }
 
     void WriteFolder(const StoreDirectory& directory, const GoOn& goOn)
     {
-        const Text file = FileFor(directory);
+        Output output;
         std::string mbox;
         for (const DirectoryEntry& email : directory.emails) {
             result_.stopped = !goOn(done_++, store_.emails);
             if (result_.stopped) break;
             Add(mbox, directory, email);
-            if (mbox.size() >= kEnoughToWrite) Flush(file, mbox);
+            if (mbox.size() >= kEnoughToWrite) Flush(output, directory, mbox);
             if (!result_.failure.empty()) return;
         }
-        Flush(file, mbox);
-        ++result_.folders;
+        Flush(output, directory, mbox);
+        if (output.file) ++result_.folders;
     }
 
     void Add(std::string& mbox, const StoreDirectory& directory, const DirectoryEntry& email)
@@ -139,14 +157,6 @@ private:
             mbox.resize(before);
             result_.leftOut.push_back(u"A file is left out: " + path + u" (" + Describe(error) + u")");
         }
-    }
-
-    void Flush(const Text& file, std::string& mbox)
-    {
-        const FileError error = file.empty() ? FileError::writeFailed : files_.Append(file, mbox);
-        if (error != FileError::none)
-            result_.failure = Describe(error) + u": " + (file.empty() ? target_ : file);
-        mbox.clear();
     }
 
     Files& files_;

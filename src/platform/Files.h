@@ -60,6 +60,8 @@ struct Files {
     // Null when it fails, and error says why.
     virtual std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) = 0;
     virtual FileError Rename(const Text& from, const Text& to) = 0; // never replaces
+    // A file of that name goes in the same step: there is always one of the two.
+    virtual FileError Replace(const Text& from, const Text& to) = 0;
     virtual bool Delete(const Text& path) = 0;
     // The time of the file's last change: a day count (text/DayCount.h) in the user's time zone, with summer
     // time as it was on that day. One that the file system cannot hold leaves it as it is, which is no error.

@@ -37,7 +37,7 @@ def main():
             for number, message in enumerate(messages):
                 (store / folder / f"{number:04}_x.eml").write_bytes(message)
         os.mkfifo(store / "pipe.eml")
-        (store / "Local Folders/empty.eml").write_bytes(b"")
+        (store / "Local Folders/empty.eml").write_bytes(b"")  # all that its folder has
         done = subprocess.run([inspect, "mbox", store, target], capture_output=True, text=True, timeout=60)
         assert done.returncode == 1, (done.returncode, done.stderr)  # two files were left out, and named
         assert "pipe.eml" in done.stderr and "empty.eml" in done.stderr, done.stderr
@@ -56,6 +56,7 @@ def main():
             assert box.get_message(0).get_from() != "", path
         first = mailbox.mbox(target / "store.mbox").get_message(0)
         assert first.get_from() == "ann@x.example Sun Nov 14 08:30:59 2004", first.get_from()
+        assert sum(path.is_file() for path in target.rglob("*")) == len(folders), "a folder of which nothing is left gets no file"
         again = subprocess.run([inspect, "mbox", store, target], capture_output=True, text=True, timeout=60)
         assert again.returncode == 2 and "not empty" in again.stderr, "an mbox file must not be written to twice"
         print(f"mbox: {read} messages of {len(folders)} folders came back")

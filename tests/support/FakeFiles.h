@@ -59,6 +59,11 @@ struct FakeFiles : NoFiles {
         files.insert(std::move(node));
         return FileError::none;
     }
+    FileError Replace(const Text& from, const Text& to) override
+    {
+        files.erase(Key(to));
+        return Rename(from, to);
+    }
     bool Delete(const Text& path) override { return !IsGone(path) && files.erase(Key(path)) != 0; }
     FileError SetLastChange(const Text& path, double localDate) override
     {

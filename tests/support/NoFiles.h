@@ -21,6 +21,7 @@ struct NoFiles : Files {
         return nullptr;
     }
     FileError Rename(const Text&, const Text&) override { return FileError::denied; }
+    FileError Replace(const Text&, const Text&) override { return FileError::denied; }
     bool Delete(const Text&) override { return false; }
     FileError SetLastChange(const Text&, double) override { return FileError::denied; }
 };

@@ -157,7 +157,7 @@ TEST_F(PlatformFiles, ReadsAndWritesAtAnyPlace)
     EXPECT_EQ(Content(u"pages"), std::string("start\0\0", 7));
 }
 
-TEST_F(PlatformFiles, RenameNeverReplaces)
+TEST_F(PlatformFiles, RenameNeverReplacesAndReplaceDoes)
 {
     Write(u"a", "A");
     Write(u"b", "B");
@@ -165,6 +165,12 @@ TEST_F(PlatformFiles, RenameNeverReplaces)
     EXPECT_EQ(Content(u"b"), "B");
     EXPECT_EQ(files.Rename(scratch / u"a", scratch / u"c"), FileError::none);
     EXPECT_EQ(files.Rename(scratch / u"a", scratch / u"d"), FileError::notFound);
+    EXPECT_EQ(files.Replace(scratch / u"c", scratch / u"b"), FileError::none);
+    EXPECT_EQ(Content(u"b"), "A");
+    EXPECT_EQ(files.Replace(scratch / u"c", scratch / u"b"), FileError::notFound);
+    ASSERT_TRUE(files.MakeDirectory(scratch / u"dir"));
+    EXPECT_EQ(files.Replace(scratch / u"b", scratch / u"dir"), FileError::denied);
+    EXPECT_EQ(files.Replace(scratch / u"b", scratch / u"c"), FileError::none) << "nothing to replace";
     EXPECT_TRUE(files.Delete(scratch / u"c"));
     EXPECT_FALSE(files.Delete(scratch / u"c"));
 }

@@ -51,10 +51,32 @@ TEST_F(ProgramArchiveTest, TheIndexPageIsMadeInTheStore)
     files.AddFile(u"C:\\Store\\In\\0009_a.eml", kMail);
     Press(&Program::cmdIndexPage);
     EXPECT_NE(files.files[FakeFiles::Key(kPage)], page) << "it replaces its own";
-    files.AddFile(kPage, "mine");
-    EXPECT_EQ(Press(&Program::cmdIndexPage),
-              u"The index page cannot be written: " + kPage + u" - A file of this name exists already");
-    EXPECT_EQ(files.files[FakeFiles::Key(kPage)], "mine");
+}
+
+TEST_F(ProgramArchiveTest, TheIndexPageTakesNobodyElsesPlace)
+{
+    Start();
+    Press(&Program::cmdIndexPage);
+    const std::string earlier = files.files[FakeFiles::Key(kPage)];
+    const struct {
+        const char* why;
+        std::string there; // as index.html
+        std::size_t room;
+        const char16_t* error; // empty: the page is made
+    } cases[] = {{"a page of its own", earlier, 1 << 20, u""},
+                 {"somebody's page", "mine", 1 << 20, u"A file of this name exists already"},
+                 {"a full disk", earlier, 100, u"The disk is full"}};
+    for (const auto& c : cases) {
+        files.AddFile(kPage, c.there);
+        files.AddFile(kPage + u".new", "mine, too");
+        files.room = c.room;
+        const std::size_t count = files.files.size();
+        const Text words = Press(&Program::cmdIndexPage), error = c.error;
+        EXPECT_TRUE(words.ends_with(error.empty() ? u"is made: " + kPage : u" - " + error)) << c.why;
+        EXPECT_EQ(files.files[FakeFiles::Key(kPage)], c.there) << c.why; // the store is the same
+        EXPECT_EQ(files.files[FakeFiles::Key(kPage + u".new")], "mine, too") << c.why;
+        EXPECT_EQ(files.files.size(), count) << "nothing is left behind " << c.why;
+    }
 }
 
 TEST_F(ProgramArchiveTest, BothCanBeStopped)

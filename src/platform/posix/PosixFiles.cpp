@@ -307,6 +307,12 @@ FileError PosixFiles::Rename(const Text& from, const Text& to)
     return ErrorOf(errno, FileError::writeFailed);
 }
 
+FileError PosixFiles::Replace(const Text& from, const Text& to)
+{
+    const bool done = ::rename(PathOf(from).c_str(), PathOf(to).c_str()) == 0;
+    return done ? FileError::none : ErrorOf(errno, FileError::writeFailed);
+}
+
 bool PosixFiles::Delete(const Text& path)
 {
     return ::unlink(PathOf(path).c_str()) == 0;

@@ -15,6 +15,7 @@ struct PosixFiles final : Files {
     // Shared and exclusive use is kept with flock, which binds programs that ask for it and no others.
     std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) override;
     FileError Rename(const Text& from, const Text& to) override;
+    FileError Replace(const Text& from, const Text& to) override;
     bool Delete(const Text& path) override; // files only
     FileError SetLastChange(const Text& path, double localDate) override;
 };

@@ -179,6 +179,12 @@ bool IsLink(const WIN32_FIND_DATAW& found)
     return tagged && (found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT || found.dwReserved0 == kLinkTag);
 }
 
+FileError Move(const Text& from, const Text& to, DWORD flags)
+{
+    if (MoveFileExW(WidePath(from), WidePath(to), flags)) return FileError::none;
+    return ErrorOf(GetLastError(), FileError::writeFailed);
+}
+
 } // namespace
 
 bool WinFiles::FileExists(const Text& path)
@@ -290,8 +296,12 @@ std::unique_ptr<RandomFile> WinFiles::Open(const Text& path, OpenMode mode, File
 
 FileError WinFiles::Rename(const Text& from, const Text& to)
 {
-    if (MoveFileExW(WidePath(from), WidePath(to), MOVEFILE_WRITE_THROUGH)) return FileError::none;
-    return ErrorOf(GetLastError(), FileError::writeFailed);
+    return Move(from, to, MOVEFILE_WRITE_THROUGH);
+}
+
+FileError WinFiles::Replace(const Text& from, const Text& to)
+{
+    return Move(from, to, MOVEFILE_WRITE_THROUGH | MOVEFILE_REPLACE_EXISTING);
 }
 
 bool WinFiles::Delete(const Text& path)

@@ -14,6 +14,7 @@ struct WinFiles final : Files {
     FileError Append(const Text& path, std::string_view bytes) override;
     std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) override;
     FileError Rename(const Text& from, const Text& to) override;
+    FileError Replace(const Text& from, const Text& to) override;
     bool Delete(const Text& path) override; // files only
     FileError SetLastChange(const Text& path, double localDate) override;
 };
