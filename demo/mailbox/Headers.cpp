@@ -50,6 +50,7 @@ std::string HeaderValue(std::string_view headers, std::string_view name)
     while (!headers.empty()) {
         const std::string_view line = TakeLine(headers);
         const std::size_t colon = line.find(':');
+        if (line.starts_with(' ') || line.starts_with('\t')) continue; // of another field
         if (colon == std::string_view::npos || !EqualNoCase(TrimBlanks(line.substr(0, colon)), name))
             continue;
         std::string value(line.substr(colon + 1));
