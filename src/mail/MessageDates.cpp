@@ -119,6 +119,7 @@ std::optional<std::int64_t> ReadMessageDate(std::string_view value)
     const year_month_day date{year{slots.year}, month{static_cast<unsigned>(std::max(slots.month, 0))},
                               day{static_cast<unsigned>(std::max(slots.day, 0))}};
     if (!date.ok() || slots.year < 1900 || slots.year > 9998) return std::nullopt;
+    if (slots.hour >= 0 && slots.minute < 0) return std::nullopt; // "12: 31" has no time for certain
     if (slots.hour > 24 || slots.minute > 59 || slots.second > 60) return std::nullopt;
     int hour = std::max(slots.hour, 0);
     if (slots.afternoon && hour < 12) hour += 12;

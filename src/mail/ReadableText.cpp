@@ -112,7 +112,7 @@ Text ReadableText(std::string_view value, std::string_view charset, CodePage& co
         const std::string_view between = value.substr(done, at - done);
         const bool follows =
             !bytesIn.empty() && IsBlankOnly(between); // blanks between two words do not count
-        if (!follows || word->charset != bytesIn) endWords();
+        if (!follows || FindCharset(word->charset) != FindCharset(bytesIn)) endWords();
         if (!follows) text += RawText(between, charset, codePage);
         bytesIn = word->charset;
         bytes += word->encoding == 'b' ? FromBase64(word->payload) : Unquoted(word->payload);

@@ -8,10 +8,13 @@
 // what the system puts in their place. ISO-8859-1 is read as Windows-1252, as most mail under that name is.
 std::optional<Text> TextInCharset(std::string_view charset, std::string_view bytes);
 
-// For the bodies of the above: a set that a system knows by number or by name.
+// A set that a system knows by number or by name.
 struct KnownCharset {
     std::string_view name; // lower case
     unsigned codePage;     // of Windows
     const char* iconv;
 };
 const KnownCharset* FindCharset(std::string_view name); // letter case does not matter; null: none
+
+// The system's part of the above; nothing when the set is not installed.
+std::optional<Text> TextInSystemCharset(const KnownCharset& charset, std::string_view bytes);

@@ -83,6 +83,12 @@ TEST(ReadableText, EncodedWordsAreDecoded)
          "=?windows-1251?Q?=CF=F0?= =?KOI8-R?Q?=C9=D7?=", u"\u041F\u0440\u0438\u0432"},
         {"Japanese", "=?Shift_JIS?B?k/qWew==?=", u"\u65E5\u672C"},
         {"ISO-8859-1 is Windows-1252", "=?iso-8859-1?Q?=93x=94?=", u"\u201Cx\u201D"},
+        {"Japanese in escape sequences",
+         "=?ISO-2022-JP?B?GyRCJVclaiVzJUgbKEI=?=", u"\u30D7\u30EA\u30F3\u30C8"},
+        {"over two words, with Latin ones",
+         "a =?iso-2022-jp?B?GyRCRnxLXBsoQkIg?= =?ISO-2022-JP?B?Q34bKElcGyhK?=", u"a \u65E5\u672CB C~\uFF9C"},
+        {"half a character", "=?iso-2022-jp?Q?=1B$BF|K?=", u"\u65E5K"},
+        {"seven bits", "=?UTF-7?B?TStBUHctbGxlcg==?=", u"M\u00FCller"},
         {"a language", "=?iso-8859-2*pl?Q?=A3=F3d=BC?=", u"\u0141\u00F3d\u017A"},
         {"within a word, as some send it", "Re:=?utf-8?Q?=C3=A9?=x", u"Re:\u00E9x"},
         {"two runs of spaces, and what stands behind", "a  b   c", u"a  b   c"},
@@ -99,9 +105,6 @@ TEST(ReadableText, EncodedWordsAreDecoded)
     for (const auto& c : cases)
         EXPECT_EQ(ToUtf8(ReadableText(c.value, "windows-1251", codePage)), ToUtf8(c.want)) << c.why;
     EXPECT_EQ(ReadableText("\xE9t\xE9", "x-unknown", codePage), u"\u00E9t\u00E9") << "else of the code page";
-    const std::string mail = "=?ISO-2022-JP?B?GyRCRnxLXBsoQg==?="; // not every system has this set
-    EXPECT_EQ(ReadableText(mail, "", codePage),
-              TextInCharset("iso-2022-jp", "") ? u"\u65E5\u672C" : FromUtf8(mail));
 }
 
 // RFC 5322, section 3.4, and what is met in breach of it.
@@ -150,6 +153,7 @@ TEST(MessageDates, AreMomentsInUniversalTime)
         {"14 Nov 1601 00:00:00", "-"},
         {"31 Feb 2004 00:00:00", "-"},
         {"14 Nov 2004 25:00:00", "-"},
+        {"14 Nov 2004 12: 31: 43 -0500", "-"},
         {"14 Nov 99999 09:30:00", "-"},
         {"Nov 2004 09:30:00", "-"},
         {"", "-"},

@@ -27,12 +27,9 @@ Text Converted(iconv_t conversion, std::string bytes)
 
 } // namespace
 
-std::optional<Text> TextInCharset(std::string_view charset, std::string_view bytes)
+std::optional<Text> TextInSystemCharset(const KnownCharset& charset, std::string_view bytes)
 {
-    const KnownCharset* const known = FindCharset(charset);
-    if (!known) return std::nullopt;
-    if (known->codePage == 65001) return FromUtf8(bytes);
-    const iconv_t conversion = ::iconv_open("UTF-16LE", known->iconv);
+    const iconv_t conversion = ::iconv_open("UTF-16LE", charset.iconv);
     if (conversion == reinterpret_cast<iconv_t>(-1)) return std::nullopt;
     Text text = Converted(conversion, std::string(bytes));
     ::iconv_close(conversion);
