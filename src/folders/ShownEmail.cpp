@@ -63,22 +63,26 @@ ShownText ShownSubject(const Field& field, CodePage& codePage)
     return shown;
 }
 
-// By their names. How comments and groups are shown is not known.
+// By their names, which may stand in comments, if clients see them there. How else comments and groups are
+// shown is not known.
 ShownText ShownAddresses(const Field& field, CodePage& codePage)
 {
     ShownText shown;
     for (const std::string_view value : field.values) {
-        Text cell;
+        Text cell, bare;
         for (const MailAddress& address : ReadAddresses(value)) {
-            if (!cell.empty()) cell += u"; ";
+            if (!cell.empty()) cell += u"; ", bare += u"; ";
             const std::string& name = address.name.empty() ? address.address : address.name;
             cell += ReadableText(name, field.charset, codePage);
+            bare += ReadableText(address.address, field.charset, codePage);
         }
-        AddForms(
-            shown, cell, [](const Text& text, CodePage&) { return ComparedList(AddressesIn(text)); },
-            codePage);
-        shown.isCertain =
-            shown.isCertain && IsCertain(value, cell) && value.find_first_of("(:") == value.npos;
+        const auto read = [](const Text& text, CodePage&) { return ComparedList(AddressesIn(text)); };
+        AddForms(shown, cell, read, codePage);
+        const bool hasOnlyComments = value.find('(') != value.npos && value.find('<') == value.npos;
+        if (hasOnlyComments) AddForms(shown, bare, read, codePage);
+        // Where nobody is named the client may.
+        shown.isCertain = shown.isCertain && IsCertain(value, cell) && !cell.empty() &&
+                          value.find_first_of("(:") == value.npos;
     }
     return shown;
 }
@@ -126,6 +130,7 @@ ShownEmail ShownOf(std::string_view message, CodePage& codePage)
     if (semicolon == hop.npos) hop = {};
     for (const std::string_view date :
          {hop.substr(std::min(semicolon + 1, hop.size())), FieldValue(fields, "delivery-date")})
-        if (const auto moment = ReadMessageDate(date)) shown.received.push_back(*moment);
+        if (const auto moment = ReadMessageDate(date); moment && shown.received != std::vector{*moment})
+            shown.received.push_back(*moment);
     return shown;
 }

@@ -15,7 +15,11 @@ inline constexpr std::size_t kMayBeCut = 110;
 struct ShownText {
     std::vector<Text> forms;
     bool isCertain = true; // false: the list may show something else
-    bool operator==(const ShownText&) const = default;
+    // Alike is what reads alike, however it was sent.
+    bool operator==(const ShownText& other) const
+    {
+        return forms.front() == other.forms.front() && isCertain == other.isCertain;
+    }
 };
 
 // What the list would show of a message file.

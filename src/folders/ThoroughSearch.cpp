@@ -47,9 +47,7 @@ Agreement Agree(const std::optional<Text>& listed, const ShownText& shown)
         if (form == *listed || (isCut && form.starts_with(*listed))) return same;
         mayBe = mayBe || (isCut && form.starts_with(beginning));
     }
-    // A field that the file lacks may be shown by something else.
-    const bool lacks = shown.forms[0].empty();
-    return shown.isCertain && !lacks && !mayBe ? differs : unknown;
+    return shown.isCertain && !mayBe ? differs : unknown;
 }
 
 // A file's dates as the list would show them by one rule.
@@ -88,8 +86,8 @@ Agreement AgreeReceived(const Listed& listed, const Minutes& minutes)
     return listed.received == minutes.sent ? Agreement::same : Agreement::unknown;
 }
 
-// How well a file fits an entry that it does not differ from.
-enum class Fit { none, undated, dated, allDates, whole };
+// How well a file fits an entry that it does not differ from. bare: neither has a date.
+enum class Fit { none, undated, bare, dated, allDates, whole };
 
 // The places of entries or of files by a minute that they show, and those that show none.
 struct Calendar {
@@ -120,7 +118,7 @@ public:
           files_(files),
           minutes_(std::move(minutes)),
           fileOf_(listed.size(), -1),
-          isGiven_(files.size())
+          givenBy_(files.size(), Fit::none)
     {
         for (std::size_t i = 0; i < listed_.size(); ++i) entriesBySent_.Add(listed_[i].sent, i);
         for (std::size_t i = 0; i < files_.size(); ++i) {
@@ -153,13 +151,13 @@ private:
             Live(entry);
             if (fileOf_[entry] >= 0) continue;
             const auto fits = [&](std::size_t file) {
-                if (isGiven_[file] || FitOf(entry, file) != Fit::whole) return false;
-                return !asReceived || listed_[entry].received || minutes_[file].received.empty();
+                if (givenBy_[file] != Fit::none || FitOf(entry, file) != Fit::whole) return false;
+                return !asReceived || ShowsReception(entry, file);
             };
             const std::vector<std::size_t>& files = DatedAlike(listed_[entry]);
             const auto found = std::find_if(files.begin(), files.end(), fits);
             if (found == files.end()) continue;
-            Give(entry, *found);
+            Give(entry, *found, Fit::whole);
             ++given;
         }
         return given;
@@ -174,16 +172,22 @@ private:
                 if (fileOf_[entry] >= 0) continue;
                 const std::optional<std::size_t> file = OnlyFile(entry, least);
                 if (!file || OnlyEntry(*file, least) != entry) continue;
-                Give(entry, *file);
+                Give(entry, *file, FitOf(entry, *file));
                 again = true;
             }
         }
     }
 
-    void Give(std::size_t entry, std::size_t file)
+    void Give(std::size_t entry, std::size_t file, Fit fit)
     {
         fileOf_[entry] = static_cast<std::int32_t>(file);
-        isGiven_[file] = true;
+        givenBy_[file] = fit;
+    }
+
+    // Whether the list tells when the file was received, if it was; the column may be missing.
+    bool ShowsReception(std::size_t entry, std::size_t file) const
+    {
+        return listed_[entry].received || minutes_[file].received.empty();
     }
 
     const std::vector<std::size_t>& DatedAlike(const Listed& listed) const
@@ -214,15 +218,18 @@ private:
         const bool isSubject = subject == same && listed.subject.value_or(Text()) != Text();
         const bool isSender = from == same && listed.from.value_or(Text()) != Text();
         if (!isSubject && !isSender) return Fit::none;
-        if (isDated) return hasAllDates ? Fit::allDates : Fit::dated;
-        return hasAllTexts ? Fit::undated : Fit::none;
+        if (isDated) return hasAllDates && ShowsReception(entry, file) ? Fit::allDates : Fit::dated;
+        const Minutes& minutes = minutes_[file];
+        const bool isBare = !listed.sent && !listed.received && !minutes.sent && minutes.received.empty();
+        return !hasAllTexts ? Fit::none : isBare ? Fit::bare : Fit::undated;
     }
 
     // Of the places that visit hands over, none of which is taken twice, the one that fits and is not given
     // away, or the first of several that are alike in all that they show. Without a date all have to be
-    // looked at, those that are given among them.
-    template <class Visit, class FitAt, class IsGiven, class AreAlike>
-    static std::optional<std::size_t> OnlyOne(Fit least, Visit visit, FitAt fitAt, IsGiven isGiven,
+    // looked at, those that are given among them; where nothing has a date, but for those that fit another
+    // one whole.
+    template <class Visit, class FitAt, class GivenBy, class AreAlike>
+    static std::optional<std::size_t> OnlyOne(Fit least, Visit visit, FitAt fitAt, GivenBy givenBy,
                                               AreAlike areAlike)
     {
         std::vector<std::size_t> left, given;
@@ -230,14 +237,17 @@ private:
         visit([&](std::size_t place) {
             const Fit fit = fitAt(place);
             if (fit < least) return;
-            (isGiven(place) ? given : left).push_back(place);
-            if (!isGiven(place)) best = std::max(best, fit);
+            const bool isLeft = givenBy(place) == Fit::none;
+            (isLeft ? left : given).push_back(place);
+            if (isLeft) best = std::max(best, fit);
         });
         if (left.empty()) return std::nullopt;
         const std::size_t only = *std::min_element(left.begin(), left.end());
         const auto isOther = [&](std::size_t place) { return !areAlike(only, place); };
         if (std::any_of(left.begin(), left.end(), isOther)) return std::nullopt;
-        if (best == Fit::undated && std::any_of(given.begin(), given.end(), isOther)) return std::nullopt;
+        if (best == Fit::bare)
+            std::erase_if(given, [&](std::size_t place) { return givenBy(place) == Fit::whole; });
+        if (best <= Fit::bare && std::any_of(given.begin(), given.end(), isOther)) return std::nullopt;
         return only;
     }
 
@@ -250,7 +260,7 @@ private:
                 for (std::size_t file = 0; file < files_.size(); ++file) take(file);
             },
             [&](std::size_t file) { return FitOf(entry, file); },
-            [&](std::size_t file) { return isGiven_[file]; },
+            [&](std::size_t file) { return givenBy_[file]; },
             [&](std::size_t a, std::size_t b) { return files_[a] == files_[b]; });
     }
 
@@ -263,7 +273,9 @@ private:
                 for (std::size_t entry = 0; entry < listed_.size(); ++entry) take(entry);
             },
             [&](std::size_t entry) { return FitOf(entry, file); },
-            [&](std::size_t entry) { return fileOf_[entry] >= 0; },
+            [&](std::size_t entry) {
+                return fileOf_[entry] < 0 ? Fit::none : givenBy_[static_cast<std::size_t>(fileOf_[entry])];
+            },
             [&](std::size_t a, std::size_t b) { return listed_[a] == listed_[b]; });
     }
 
@@ -279,8 +291,28 @@ private:
     Calendar entriesBySent_, filesBySent_;
     std::unordered_map<Minute, std::vector<std::size_t>> filesByReceived_;
     std::vector<std::int32_t> fileOf_;
-    std::vector<bool> isGiven_;
+    std::vector<Fit> givenBy_; // by what fit the file is an entry's; none: it is not
 };
+
+// With what is left and unique.
+std::vector<std::int32_t> FoundBy(Search& search)
+{
+    search.GiveUnique();
+    return search.FileOf();
+}
+
+// Of two rules that fit as well: what is found by the one that finds more, or by both. Some e-mails differ by
+// an hour alone.
+std::vector<std::int32_t> FoundByEither(std::vector<std::int32_t> a, const std::vector<std::int32_t>& b)
+{
+    const auto found = [](const std::vector<std::int32_t>& places) {
+        return std::count_if(places.begin(), places.end(), [](std::int32_t place) { return place >= 0; });
+    };
+    if (found(a) != found(b)) return found(a) > found(b) ? a : b;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (b[i] < 0) a[i] = -1;
+    return a;
+}
 
 } // namespace
 
@@ -293,15 +325,17 @@ std::vector<std::int32_t> SearchThoroughly(OeClient& client, std::span<const Ema
     for (const EmailEntry* entry : entries) // one that could not be read shows nothing
         listed.push_back(entry->Crc.empty() ? Listed{} : ListedOf(*entry, missing, client.words));
 
-    const auto search = [&](std::optional<int> minutesEast) {
+    const auto minutesBy = [&](std::optional<int> minutesEast) {
         std::vector<Minutes> minutes;
         for (const ShownEmail& file : files) minutes.push_back(MinutesOf(client, file, minutesEast));
-        return Search(listed, files, std::move(minutes), live);
+        return minutes;
     };
-    Search ofThatDay = search(std::nullopt),
-           ofToday = search(client.clock.MinutesEast(client.clock.UniversalNow()));
-    const bool thatDay = ofThatDay.GiveWhole() >= ofToday.GiveWhole();
-    Search& chosen = thatDay ? ofThatDay : ofToday;
-    chosen.GiveUnique();
-    return chosen.FileOf();
+    const std::vector<Minutes> thatDay = minutesBy(std::nullopt),
+                               today = minutesBy(client.clock.MinutesEast(client.clock.UniversalNow()));
+    Search ofThatDay(listed, files, thatDay, live), ofToday(listed, files, today, live);
+    const std::size_t whole = ofThatDay.GiveWhole();
+    if (thatDay == today) return FoundBy(ofThatDay);
+    const std::size_t wholeToday = ofToday.GiveWhole();
+    if (whole != wholeToday) return FoundBy(whole > wholeToday ? ofThatDay : ofToday);
+    return FoundByEither(FoundBy(ofThatDay), FoundBy(ofToday));
 }

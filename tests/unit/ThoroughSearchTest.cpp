@@ -94,6 +94,12 @@ TEST_F(ThoroughSearchTest, AFileIsKnownHoweverItIsWritten)
         {"a zone of half hours", kPlain,
          Header(ann, "Minutes", bob, "Tue, 3 Apr 2007 17:30:00 +0530", kReceived)},
         {"a zone by name", kPlain, Header(ann, "Minutes", bob, "Tue, 3 Apr 2007 05:00:00 PDT", kReceived)},
+        {"blanks in the time",
+         {u"Ann Archer", u"Minutes", u"bob@example.com", kNoonText, u"03/04/2007 00:00"},
+         Header(ann, "Minutes", bob, kDate, "Tue, 3 Apr 2007 12: 01: 59 +0000")},
+        {"a name in a comment",
+         {u"ann@example.com", u"", u"bob@example.com", kNoonText, kLater},
+         Header("ann@example.com (Ann Archer)", "", bob, kDate, kReceived)},
         {"a semicolon more", kPlain, Header(ann, "Minutes", bob, kDate, "id 7; " + kReceived)},
         {"no server's stamp", kPlain, Header(ann, "Minutes", bob, kDate, "")},
         {"dated by the client",
@@ -160,6 +166,7 @@ TEST_F(ThoroughSearchTest, NothingThatBothShowMayDiffer)
     for (const Cells& row : rows)
         EXPECT_EQ(IsFound(row, kMinutes), row.received.size() > 16)
             << testing::PrintToString(row.subject + row.from);
+    EXPECT_FALSE(IsFound(kPlain, Header("Ann Archer <ann@example.com>", "", "bob@example.com", kDate, "")));
     client.columnsKnown = false;
     EXPECT_FALSE(IsFound({u"", u"", u"", kNoonText, kLater}, kMinutes)) << "dates alone are no e-mail";
     EXPECT_FALSE(IsFound({u"", u"", u"", u"", u""}, "\r\n\r\n"));
@@ -168,11 +175,23 @@ TEST_F(ThoroughSearchTest, NothingThatBothShowMayDiffer)
 TEST_F(ThoroughSearchTest, WhatIsAlikeIsGivenOnceAndWhatIsUnsureOnlyToOne)
 {
     const std::string undated = Header("Ann Archer <ann@example.com>", "Minutes", "bob@example.com", "", "");
+    const std::string april5 = Header("Ann Archer <ann@example.com>", "Minutes", "bob@example.com",
+                                      "Thu, 5 Apr 2007 09:00:00 +0000", "");
     Cells noDate = kPlain, other = kPlain;
     noDate.sent = noDate.received = u"";
     Cells another = noDate;
     another.received = kLater;
     other.sent = other.received = u"05/04/2007 09:00";
+    // Recipients of whom it is not known how they are shown.
+    const Cells group = {u"Ann Archer", u"Minutes", u"all:", kNoonText, kLater},
+                unreceived = {u"Ann Archer", u"Minutes", u"all:", kNoonText, u""};
+    const auto toGroup = [](const std::string& received) {
+        return Header("Ann Archer <ann@example.com>", "Minutes", "all:;", kDate, received);
+    };
+    const Cells printed = {u"Ann Archer", u"\u30D7\u30EA\u30F3\u30C8", u"bob@example.com", u"", u""};
+    const auto print = [](const std::string& subject) {
+        return Header("Ann Archer <ann@example.com>", subject, "bob@example.com", "", "");
+    };
     const struct {
         const char* why;
         std::vector<Cells> rows;
@@ -187,6 +206,17 @@ TEST_F(ThoroughSearchTest, WhatIsAlikeIsGivenOnceAndWhatIsUnsureOnlyToOne)
         {"each might be the other's", {kPlain, other}, {undated}, {-1, -1}},
         {"a dated one has its own", {kPlain, noDate}, {kMinutes}, {0, -1}},
         {"it might be of a deleted e-mail", {kPlain, noDate}, {undated}, {-1, -1}},
+        {"or of one with a date", {kPlain, noDate}, {kMinutes, april5}, {0, -1}},
+        {"neither has one", {kPlain, noDate}, {kMinutes, undated}, {0, 1}},
+        {"twins but for a server's stamp",
+         {group, unreceived, group},
+         {toGroup(""), toGroup(kReceived), toGroup(kReceived)},
+         {1, 0, 2}},
+        {"and only the stamped one is saved", {group, unreceived}, {toGroup(kReceived)}, {0, -1}},
+        {"sent in two sets",
+         {printed, printed},
+         {print("=?utf-8?B?44OX44Oq44Oz44OI?="), print("=?ISO-2022-JP?B?GyRCJVclaiVzJUgbKEI=?=")},
+         {0, 1}},
     };
     for (const auto& c : cases) EXPECT_EQ(Found(c.rows, c.files), c.found) << c.why;
 }
@@ -196,6 +226,24 @@ int SummerZone(std::int64_t moment)
 {
     const std::int64_t day = moment / kDay % 365;
     return 9 * 60 + 30 + (day > 90 && day < 270 ? 60 : 0);
+}
+
+// By the rule of that day it is one e-mail's file, by today's another's.
+TEST_F(ThoroughSearchTest, WhatComesEachHourIsKnownOnlyByItsNeighbours)
+{
+    clock.zone = SummerZone;
+    clock.universalNow = kJanuary;
+    const auto row = [](const Text& time) {
+        return Cells{u"Ann Archer", u"Minutes", u"bob@example.com", u"03/07/2007 " + time, u""};
+    };
+    const auto file = [](const std::string& time) {
+        return Header("Ann Archer <ann@example.com>", "Minutes", "bob@example.com",
+                      "Tue, 3 Jul 2007 " + time + " +0000", "");
+    };
+    const std::vector<Cells> rows = {row(u"21:30"), row(u"22:30"), row(u"23:30")};
+    EXPECT_EQ(Found(rows, {file("12:00")}), (Places{-1, -1, -1}));
+    EXPECT_EQ(Found(rows, {file("12:00"), file("13:00")}), (Places{-1, 0, -1})) << "by both";
+    EXPECT_EQ(Found(rows, {file("12:00"), file("11:00")}), (Places{1, 0, -1}));
 }
 
 // What was saved is found, what was not is not, whatever rule the client shows its dates by, in any order of
