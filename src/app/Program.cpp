@@ -115,11 +115,18 @@ Text Program::DatabasePath() const
     return settings_.databaseInStore ? PathInDirectory(store_.Path(), name) : outside_.programFolder + name;
 }
 
+// One that could not be opened in a store may be free by the next press, or the right store back.
+bool Program::HasTriedDatabase() const
+{
+    return EqualNoCase(databasePath_, DatabasePath()) && (saved_.IsOpen() || !settings_.databaseInStore);
+}
+
 // Not before it is needed: a folder that is only passed through on the page "Store" gets no database.
 void Program::UseDatabase()
 {
-    if (EqualNoCase(databasePath_, DatabasePath())) return;
-    if (!databasePath_.empty()) { // nobody marks as saved here what was not found there
+    if (HasTriedDatabase()) return;
+    if (!databasePath_.empty() &&
+        !EqualNoCase(databasePath_, DatabasePath())) { // nobody marks as saved here what was not found there
         window_.ClearResults();
         LogLine(u"The results table was cleared, as it was of another store folder", Record::yes);
     }
@@ -168,7 +175,7 @@ bool Program::IsEnabled(Needs needs) const
         break;
     }
     // One that is not open yet tells its condition in a box.
-    return !running_ && (saved_.IsWritable() || !EqualNoCase(databasePath_, DatabasePath()));
+    return !running_ && (saved_.IsWritable() || !HasTriedDatabase());
 }
 
 RunOptions Program::Options()

@@ -92,6 +92,7 @@ private:
     static Text WhyRefused(const ExtraRow& row, const Text& value); // as an extra
     Text DatabasePath() const;
     void OpenDatabase();
+    bool HasTriedDatabase() const;
     void UseDatabase(); // opens another one when the store, or the choice where it stands, has changed
     void WarnIfFolderIsReadOnly();
     void WriteLastRecords(); // closing line and settings, once

@@ -262,7 +262,9 @@ void Program::mnMarkSaved()
             EmailEntry entry;
             entry.Subject = Cell(row, ResultsColumn::subject);
             entry.Crc = Cell(row, ResultsColumn::crc);
-            if (entry.Crc.empty()) { // nothing would find such a record
+            // Nothing would find a record without a CRC, and the finding that one has no file, which has no
+            // place in the list, shows a sentence for its subject.
+            if (entry.Crc.empty() || Cell(row, ResultsColumn::id).empty()) {
                 LogLine(u"Not marked, as the e-mail could not be read: " + folder + u" - " +
                             Cell(row, ResultsColumn::id),
                         Record::yes);

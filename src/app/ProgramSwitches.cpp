@@ -85,10 +85,10 @@ void Program::DoAsTold()
         std::find_if(paths, end, [this](const Text& each) { return EqualNoCase(each, told_.folder); });
     const bool isThere = !told_.store.empty() ? store_.GoTo(told_.store) : true;
     if (!told_.store.empty() && isThere) store_.Choose(told_.store);
-    if (!CanBegin())
-        code_ = ExitCode::unusable;
-    else if (!isThere)
+    if (!isThere) // and no other one's database is opened, or made
         LogLine(u"The folder of the switch /store cannot be found: " + told_.store, Record::yes);
+    if (!isThere || !CanBegin())
+        code_ = ExitCode::unusable;
     else if (!told_.folder.empty() && path == end)
         LogLine(u"Outlook Express has no such folder: " + told_.folder, Record::yes);
     else
@@ -102,8 +102,7 @@ bool Program::CanBegin()
         LogLine(u"Outlook Express cannot be used: nothing was begun", Record::yes);
         return false;
     }
-    if (!store_.IsSettled()) return true; // the run says so, and that is all it does
-    UseDatabase();
+    if (!MayUseStore()) return false;
     if (told_.run == UnattendedRun::check)
         return saved_.IsOpen() || settings_.options.comparison == ComparisonType::simple;
     if (!saved_.IsWritable()) return false;

@@ -66,12 +66,24 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
     using enum ExitCode;
     const Words exportAll = {"/export", "/all"}, checkAll = {"/check", "/all"};
     const Words inbox = {"/export", "/folder:local folders\\inbox"};
-    const auto afterTwo = [](void (*what)(Unattended&)) { // e-mails
+    const auto afterTwo = [](const std::function<void(Unattended&)>& what) { // e-mails
         return [what](Unattended& b) {
             b.fake.onSave = [&b, what](int saves) {
                 if (saves == 2) what(b);
             };
         };
+    };
+    const Words jump = {"/export", "/all", "/comparison:simple", "/jump"};
+    const Text kFirst = u"C:\\Store\\Local Folders\\Inbox\\0000_Mail0.eml";
+    const auto hasTwo = [&](Unattended& b) {
+        b.files.AddFile(kFirst);
+        b.files.AddFile(u"C:\\Store\\Local Folders\\Inbox\\0001_Mail1.eml");
+        AddRow(*OpenJetDatabase(b.databaseFiles, kSavedPath), {u"Local Folders\\Inbox", u"Mail0", u"A1"});
+    };
+    const auto mailComes = [](Unattended& b) {
+        auto& rows = b.fake.folders[2].rows;
+        rows.insert(rows.begin(), MailRow(u"New"));
+        b.fake.selected = {*b.fake.selected.begin() + 1};
     };
     const struct {
         const char* why;
@@ -121,13 +133,32 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
              b.profile.values[u"Paths/Store"] = u"Q:\\gone";
              b.profile.values[u"Extras/Database In Store"] = u"1";
          },
-         unsaved, 0, u"The store folder of the settings cannot be found: Q:\\gone"},
-        {"the store folder is missing",
+         unusable, 0, u"The store folder of the settings cannot be found: Q:\\gone"},
+        {"the store folder is missing, and the settings' own gets no database for that",
          {"/export", "/all", "/store:Q:\\none"},
-         {},
-         unsaved,
+         [](auto& b) {
+             b.profile.values[u"Extras/Database In Store"] = u"1";
+             b.engine.open = [](const Text&) -> std::unique_ptr<Database> {
+                 ADD_FAILURE() << "opened";
+                 throw DatabaseError(u"opened");
+             };
+             b.outside.databaseMakers = {b.engine};
+         },
+         unusable,
          0,
          u"cannot be found: Q:\\none"},
+        {"a jump passes over what is there", jump, hasTwo, allSaved, 2, u"0 email(s) to be saved."},
+        {"and that goes meanwhile", jump,
+         [&](auto& b) {
+             hasTwo(b);
+             afterTwo([&](auto& c) { c.files.Delete(kFirst); })(b);
+         },
+         unsaved, 2, u"1 email(s) to be saved."},
+        {"mail comes on top of a folder", exportAll, afterTwo(mailComes), unsaved, 4, u"1 more were not"},
+        {"and of the only one", inbox, afterTwo(mailComes), unsaved, 3, u"1 more were not"},
+        {"an export folder cannot be made", exportAll,
+         [](auto& b) { b.files.refused.insert(u"c:\\store\\local folders\\sent"); }, unsaved, 3,
+         u"The export folder could not be made"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
@@ -174,7 +205,7 @@ TEST(Captions, AreWrittenFromTheListThatIsOpen)
          {u"The titles of the columns could not"},
          ExitCode::unusable},
         {"too few columns",
-         [](ProgramBench& b) { b.fake.columnTitles.resize(3); },
+         [](ProgramBench& b) { b.fake.columnTitles.resize(4); },
          {},
          {u"Show a mail folder"},
          ExitCode::unusable},

@@ -63,7 +63,10 @@ TEST(LookAlikes, EachIsSavedOnlyWithTheExtra)
         AlikeBench bench(kThree, extra);
         bench.Export();
         bench.ExpectEachOnce(extra ? 6 : 4);
-        EXPECT_EQ(bench.Logged(u"The extra \"Look-alikes\" is made for what was left out here."), !extra);
+        const Text named = u"The extra \"Look-alikes\" is made for what was left out here.";
+        const Texts& summary = bench.view.summaryLines;
+        EXPECT_EQ(bench.Logged(named), !extra);
+        EXPECT_EQ(std::count(summary.begin(), summary.end(), named), extra ? 0 : 1);
         EXPECT_EQ(bench.view.log.back(), extra ? Closing(6, 6) : Closing(4, 6));
         bench.ExportFrom(0);
         bench.ExpectEachOnce(extra ? 6 : 4);

@@ -136,16 +136,21 @@ TEST_F(ProgramCommandsTest, ExtrasAreWrittenWhenAllThatIsChosenCanBeTaken)
 TEST_F(ProgramCommandsTest, TickedRowsAreMarkedAsSavedOnce)
 {
     Start();
-    window.results = {{u"In", u"0", u"It's one", u"", u"A1"},  {u"In", u"1", u"Unread", u"", u""},
-                      {u"In", u"2", u"Not ticked", u"", u"C"}, {u"In", u"3", u"It's one", u"", u"A1"},
-                      {u"In", u"4", u"Last", u"", u"D4"},      {u"In", u"5", u"Refused", u"", u"E5"}};
-    window.ticked = {0, 1, 3, 4};
+    window.results = {{u"In", u"0", u"It's one", u"", u"A1"},
+                      {u"In", u"1", u"Unread", u"", u""},
+                      {u"In", u"2", u"Not ticked", u"", u"C"},
+                      {u"In", u"3", u"It's one", u"", u"A1"},
+                      {u"In", u"4", u"Last", u"", u"D4"},
+                      {u"In", u"5", u"Refused", u"", u"E5"},
+                      {u"In", u"", u"Recorded as saved, but no file seems to be it: One", u"", u"F6"}};
+    window.ticked = {0, 1, 3, 4, 6};
     EXPECT_EQ(Press(&Program::mnMarkSaved), u"Finished updating database");
     const Text said = u"Mark as saved: In - It's one : A1";
     EXPECT_EQ(window.log, (Texts{said, u"Not marked, as the e-mail could not be read: In - 1", said,
-                                 u"Mark as saved: In - Last : D4"}));
+                                 u"Mark as saved: In - Last : D4",
+                                 u"Not marked, as the e-mail could not be read: In - "}));
     EXPECT_EQ(Records(), (std::vector<Texts>{{u"In", u"It's one", u"A1"}, {u"In", u"Last", u"D4"}}));
-    EXPECT_EQ(window.ticked, (std::set<int>{1})) << "the others are unticked, and stay";
+    EXPECT_EQ(window.ticked, (std::set<int>{1, 6})) << "the others are unticked, and stay";
 
     ProgramBench alike;
     alike.profile.values[u"Extras/Look-alikes"] = u"1";

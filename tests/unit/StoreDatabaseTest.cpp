@@ -92,11 +92,18 @@ TEST_F(StoreDatabaseTest, OneThatCannotBeOpenedStopsOnlyItsStore)
     refused = {u"C:\\Store\\saved.mdb"};
     EXPECT_TRUE(Press(&Program::cmdSaveAll).starts_with(u"The database of saved emails cannot be opened"));
     EXPECT_TRUE(fake.saved.empty());
-    EXPECT_FALSE(program.IsEnabled(Needs::records));
     program.Store().Choose(u"C:\\Second");
-    EXPECT_TRUE(program.IsEnabled(Needs::records));
     Press(&Program::cmdExport);
     EXPECT_EQ(fake.saved.size(), 3u);
+    program.Store().Choose(u"C:\\Store");
+    for (const bool isFree : {false, true}) { // each press tries again
+        if (isFree) refused.clear();
+        fake.selected = {0};
+        EXPECT_TRUE(program.IsEnabled(Needs::records));
+        EXPECT_EQ(Press(&Program::cmdExport).starts_with(u"The database of saved emails cannot be opened"),
+                  !isFree);
+        EXPECT_EQ(fake.saved.size(), isFree ? 6u : 3u);
+    }
 }
 
 TEST_F(StoreDatabaseTest, AMissingStoreGetsNoneInTheProgramsFolderUnasked)
