@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr int kClassBuffer = 100, kMostBoxes = 3;
+constexpr int kClassBuffer = 100, kMostBoxes = 3, kMostClicks = 3;
 constexpr int kFillTries = 10, kCloseTries = 10, kInterval = 100; // milliseconds
 
 // Without the mark of its mnemonic.
@@ -30,8 +30,7 @@ WindowHandle FindButton(OeClient& client, WindowHandle box, TextView label, Dial
     return found;
 }
 
-} // namespace
-
+// Its caption and texts.
 Text WordsOfBox(Desktop& desktop, WindowHandle box)
 {
     Text words = GetWindowCaption(desktop, box);
@@ -44,9 +43,51 @@ Text WordsOfBox(Desktop& desktop, WindowHandle box)
     return words;
 }
 
-void LogWordsOfBox(Reporter& reporter, const Text& words)
+struct BoxAnswer {
+    WindowHandle button = 0;
+    bool saysNo = false;
+};
+
+BoxAnswer FindAnswer(OeClient& client, WindowHandle box)
 {
-    reporter.LogLine(u"Outlook Express says: " + words, Record::yes);
+    const ClientWords& words = client.words;
+    if (const WindowHandle no = FindButton(client, box, words.noButton, DialogButton::no); no != 0)
+        return {no, true};
+    const WindowHandle cancel = FindButton(client, box, words.cancelButton, DialogButton::cancel);
+    return {cancel != 0 ? cancel : FindButton(client, box, words.okButton, DialogButton::ok)};
+}
+
+// What the box says and how it is answered: it is there before either is.
+BoxAnswer AwaitAnswer(OeClient& client, WindowHandle box)
+{
+    Desktop& desktop = client.desktop;
+    BoxAnswer answer;
+    WaitUntil(client, kFillTries, kInterval, [&] {
+        answer = FindAnswer(client, box);
+        const bool hasWords = WordsOfBox(desktop, box) != GetWindowCaption(desktop, box);
+        return (answer.button != 0 && hasWords) || !desktop.IsThere(box);
+    });
+    return answer;
+}
+
+} // namespace
+
+BoxEnd AnswerBox(OeClient& client, WindowHandle box)
+{
+    const auto gone = [&] { return !client.desktop.IsThere(box); };
+    BoxEnd end;
+    // A click is lost on a box that is just coming to the front, or on a button that it will not keep.
+    for (int click = 0; click < kMostClicks && !client.silent; ++click) {
+        const BoxAnswer answer = AwaitAnswer(client, box);
+        if (click == 0 && !gone())
+            client.reporter.LogLine(u"Outlook Express says: " + WordsOfBox(client.desktop, box), Record::yes);
+        if (gone() || answer.button == 0) break;
+        end.saidNo = answer.saysNo;
+        SendClick(client, answer.button, MouseButton::left, gone);
+        if (WaitUntil(client, kCloseTries, kInterval, gone)) break;
+    }
+    end.hasGone = gone();
+    return end;
 }
 
 ClientBoxes::ClientBoxes(OeClient& client, WindowHandle dialog)
@@ -89,26 +130,13 @@ WindowHandle ClientBoxes::Newest() const
 
 bool ClientBoxes::Answer() const
 {
-    Desktop& desktop = client_.desktop;
-    const ClientWords& words = client_.words;
     bool saidNo = false;
     for (int answered = 0; answered < kMostBoxes; ++answered) {
         const WindowHandle box = Newest();
         if (box == 0) break;
-        // It is there before its texts and buttons are.
-        WindowHandle button = 0;
-        WaitUntil(client_, kFillTries, kInterval, [&] {
-            button = FindButton(client_, box, words.noButton, DialogButton::no);
-            saidNo = saidNo || button != 0;
-            if (button == 0) button = FindButton(client_, box, words.cancelButton, DialogButton::cancel);
-            if (button == 0) button = FindButton(client_, box, words.okButton, DialogButton::ok);
-            return button != 0 || !desktop.IsThere(box);
-        });
-        LogWordsOfBox(client_.reporter, WordsOfBox(desktop, box));
-        if (button == 0) break;
-        const auto gone = [&] { return !desktop.IsThere(box); };
-        SendClick(client_, button, MouseButton::left, gone);
-        if (!WaitUntil(client_, kCloseTries, kInterval, gone)) break;
+        const BoxEnd end = AnswerBox(client_, box);
+        saidNo = saidNo || end.saidNo;
+        if (!end.hasGone) break;
     }
     return saidNo;
 }

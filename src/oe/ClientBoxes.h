@@ -4,8 +4,14 @@
 
 #include <set>
 
-Text WordsOfBox(Desktop& desktop, WindowHandle box); // its caption and texts
-void LogWordsOfBox(Reporter& reporter, const Text& words);
+struct BoxEnd {
+    bool hasGone = false;
+    bool saidNo = false; // it had a "No": it asked before it did anything
+};
+
+// Presses "No", else "Cancel", else "OK", never another button, and logs the box's words. One that has none
+// of these, or does not go within some seconds, stays.
+BoxEnd AnswerBox(OeClient& client, WindowHandle box);
 
 // Knows what is open when it is made, right before a click in the client's dialog: a box of the client that
 // comes later and belongs to the dialog (to the main window, when the dialog has gone) is its answer.
@@ -16,9 +22,7 @@ public:
     static ClientBoxes InFrontOf(OeClient& client, WindowHandle dialog);
 
     WindowHandle Newest() const; // the topmost such box; 0: none
-    // Presses "No", else "Cancel", else "OK" in each, never another button, and logs its words. Gives up
-    // after three boxes, and at one that has none of these or does not go. Whether one had a "No": that asks
-    // before it does anything.
+    // Each, up to three, until one stays. Whether one had a "No".
     bool Answer() const;
 
 private:

@@ -22,17 +22,12 @@ constexpr int kFocusTries = 20, kFocusWait = 10; // milliseconds until a window 
 
 // A dialog behind a box of the client takes no click: closed from outside, it would leave the client waiting
 // inside for ever.
-bool ClickButton(OeClient& client, WindowHandle dialog, WindowHandle button)
-{
-    if (dialog <= 0 || !client.desktop.IsEnabled(dialog)) return false;
-    if (button > 0) SendClick(client, button);
-    return button > 0;
-}
-
 bool Cancel(OeClient& client, WindowHandle dialog)
 {
-    return ClickButton(client, dialog,
-                       FindButtonOf(client, dialog, client.words.cancelButton, DialogButton::cancel));
+    if (dialog <= 0 || !client.desktop.IsEnabled(dialog)) return false;
+    const WindowHandle button = FindButtonOf(client, dialog, client.words.cancelButton, DialogButton::cancel);
+    if (button > 0) SendClick(client, button);
+    return button > 0;
 }
 
 // A box in front of it may be just closing: until it has gone the dialog takes no click, and a click among
@@ -55,11 +50,7 @@ bool CloseDialogs(OeClient& client)
     for (int round = 0; !closed && round < kCloseRounds; ++round) {
         const WindowHandle dialog = FindSaveDialog(client);
         (void)ClientBoxes::InFrontOf(client, dialog).Answer();
-        const Text words = WordsOfBox(client.desktop, dialog);
-        if (!Cancel(client, dialog) &&
-            ClickButton(client, dialog,
-                        FindButtonOf(client, dialog, client.words.okButton, DialogButton::ok)))
-            LogWordsOfBox(client.reporter, words);
+        if (!Cancel(client, dialog) && client.desktop.IsEnabled(dialog)) (void)AnswerBox(client, dialog);
         closed = WaitUntil(client, kCloseTries, kInterval, gone);
     }
     return closed;

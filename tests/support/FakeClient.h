@@ -44,10 +44,11 @@ struct Manners {
         bool late = false;         // it comes when the click was handled; else the click waits for it
         bool leavesPart = false;   // of the file
         bool over = false;         // the box before stays below it
-        int fillsAfter = 0;        // milliseconds until it has its buttons
+        int fillsAfter = 0;        // milliseconds until it has its buttons...
+        int wordsAfter = 0;        // ...and its words
     };
     int boxesStay = 0;              // milliseconds from the click on a box until it has gone
-    int lostClicks = 0;             // the first ones on "Cancel" do nothing
+    int lostClicks = 0;             // the first ones on a box or on "Cancel" do nothing
     std::vector<Box> boxes;         // each Save is answered by these, one after the other, and saves nothing
     std::map<Text, Text> speaks;    // other captions than the English ones, for windows made from now on
     Text savesAs = u"Mail (*.eml)"; // the type of file that the dialog shows

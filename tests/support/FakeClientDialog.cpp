@@ -94,11 +94,11 @@ void FakeClient::ShowNextBox(WindowHandle dialog)
     if (shownBox.ofMainWindow && dialogs_.count(dialog)) RemoveWindow(dialog);
     const WindowHandle box =
         AddWindow(u"#32770", u"Save Message As", 0, windows_.count(dialog) ? dialog : main_);
-    AddWindow(u"Static", shownBox.words, box);
     const WindowHandle nest = AddWindow(u"DirectUIHWND", u"", box);
     Later(shownBox.fillsAfter, [this, nest, labels = shownBox.buttons] {
         for (const Text& label : labels) AddWindow(u"Button", label, nest);
     });
+    Later(shownBox.wordsAfter, [this, box, words = shownBox.words] { AddWindow(u"Static", words, box); });
     Sleep(0);
     if (!shownBox.late) openBox_ = box;
     if (!boxesLeft_.empty() && boxesLeft_.front().over) ShowNextBox(box);
@@ -113,9 +113,11 @@ void FakeClient::PressButton(WindowHandle button)
         PressSave(dialog);
     } else if (!dialogs_.count(dialog)) { // a box
         const auto close = [this, dialog, owner = windows_[dialog].owner] {
+            if (!windows_.count(dialog)) return;
             RemoveWindow(dialog);
             ShowNextBox(owner);
         };
+        if (--lostClicks >= 0) return;
         if (boxesStay > 0)
             Later(boxesStay, close);
         else
