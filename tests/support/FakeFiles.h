@@ -8,17 +8,22 @@
 #include <new>
 #include <set>
 
-struct BytesFile final : RandomFile { // that can only be read
-    explicit BytesFile(std::string held) : bytes(std::move(held)) {}
+struct HeldFile final : RandomFile { // the bytes of a file, which grow to so many
+    explicit HeldFile(std::string& held, std::size_t most = 0) : bytes(held), room(most) {}
     std::uint64_t Size() override { return bytes.size(); }
     bool ReadAt(std::uint64_t offset, char* to, std::size_t count) override
     {
         return offset + count <= bytes.size() && bytes.copy(to, count, offset) == count;
     }
-    FileError WriteAt(std::uint64_t, const char*, std::size_t) override { return FileError::writeFailed; }
+    FileError WriteAt(std::uint64_t offset, const char* from, std::size_t count) override
+    {
+        bytes.replace(offset, count, from, count);
+        return bytes.size() > room ? FileError::full : FileError::none;
+    }
     bool Resize(std::uint64_t) override { return false; }
     FileError Flush() override { return FileError::none; }
-    std::string bytes;
+    std::string& bytes;
+    std::size_t room;
 };
 
 struct FakeFiles : NoFiles {
@@ -29,6 +34,7 @@ struct FakeFiles : NoFiles {
     std::map<Text, double> lastChanges; // that were set, by folded path
     std::set<Text> tooLarge;            // files that do not fit into memory
     Text gone;                          // a drive or directory, folded, below which nothing can be reached
+    Text locked;                        // a file, folded, that another program has to itself
     std::function<void()> onLook;       // before each look at the store, which may take its time
 
     static Text Key(Text path)
@@ -105,10 +111,18 @@ struct FakeFiles : NoFiles {
     FileError ReadWhole(const Text& path, std::string& bytes) override
     {
         const auto found = files.find(Key(path));
+        bytes.clear();
+        if (Key(path) == locked) return FileError::inUse;
         if (tooLarge.count(Key(path))) throw std::bad_alloc();
         const bool isThere = found != files.end() && !IsGone(path);
-        bytes = isThere ? found->second : std::string();
+        if (isThere) bytes = found->second;
         return isThere ? FileError::none : FileError::notFound;
+    }
+    FileError Append(const Text& path, std::string_view bytes) override
+    {
+        if (Key(path) == locked) return FileError::inUse;
+        files[Key(path)] += bytes;
+        return FileError::none;
     }
     // For reading alone.
     std::unique_ptr<RandomFile> Open(const Text& path, OpenMode mode, FileError& error) override
@@ -116,7 +130,7 @@ struct FakeFiles : NoFiles {
         const bool isThere = mode == OpenMode::read && FileExists(path);
         error = !isThere ? FileError::notFound : inUse.count(Key(path)) ? FileError::inUse : FileError::none;
         if (error != FileError::none) return nullptr;
-        return std::make_unique<BytesFile>(files.at(Key(path)));
+        return std::make_unique<HeldFile>(files.at(Key(path)));
     }
     bool MakeDirectory(const Text& path) override
     {

@@ -122,37 +122,12 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
 struct ProgramFiles final : FakeFiles {
     bool readOnly = false;      // the program's folder
     std::size_t room = 1 << 20; // bytes of a file that is made
-    Text locked;                // a file, folded, that another program has to itself
-    struct NewFile final : RandomFile {
-        NewFile(std::string& made, std::size_t most) : bytes(made), room(most) {}
-        std::uint64_t Size() override { return bytes.size(); }
-        bool ReadAt(std::uint64_t, char*, std::size_t) override { return false; }
-        FileError WriteAt(std::uint64_t offset, const char* from, std::size_t count) override
-        {
-            bytes.replace(offset, count, from, count);
-            return bytes.size() > room ? FileError::full : FileError::none;
-        }
-        bool Resize(std::uint64_t) override { return false; }
-        FileError Flush() override { return FileError::none; }
-        std::string& bytes;
-        std::size_t room;
-    };
-    FileError ReadWhole(const Text& path, std::string& bytes) override
-    {
-        return Key(path) == locked ? FileError::inUse : FakeFiles::ReadWhole(path, bytes);
-    }
-    FileError Append(const Text& path, std::string_view bytes) override
-    {
-        if (Key(path) == locked) return FileError::inUse;
-        files[Key(path)] += bytes;
-        return FileError::none;
-    }
     std::unique_ptr<RandomFile> Open(const Text& path, OpenMode, FileError& error) override
     {
         error = readOnly ? FileError::denied : FileExists(path) ? FileError::exists : FileError::none;
         if (error != FileError::none) return nullptr;
         AddFile(path, "");
-        return std::make_unique<NewFile>(files[Key(path)], room);
+        return std::make_unique<HeldFile>(files[Key(path)], room);
     }
 };
 

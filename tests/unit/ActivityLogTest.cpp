@@ -6,19 +6,9 @@
 
 namespace {
 
-struct LogFile : NoFiles {
-    std::string content;
-    FileError Append(const Text& file, std::string_view bytes) override
-    {
-        EXPECT_EQ(file, u"C:\\log.txt");
-        content += bytes;
-        return FileError::none;
-    }
-};
-
 struct ActivityLogTest : testing::Test {
     ActivityLogTest() { clock.now = 39175.0 + 9 / 24.0 + 5 / 1440.0 + 7 / 86400.0; }
-    LogFile files;
+    FakeFiles files;
     FixedClock clock;
     CodePage1252 codePage;
     RecordingView view;
@@ -37,9 +27,9 @@ TEST_F(ActivityLogTest, RecordedLinesShowEverywhereOthersOnTheDisplayOnly)
     EXPECT_EQ(view.shown,
               (std::vector<Text>{u"caf\u00E9 \u4E2D", u"passing", u"", u"- Exporting a\r\nb\nc\rd"}));
     EXPECT_EQ(view.log, (std::vector<Text>{u"caf\u00E9 \u4E2D", u"", u"- Exporting a b c d"}));
-    EXPECT_EQ(files.content, "03/04/2007 09:05:07 caf\xE9 ?\r\n"
-                             "03/04/2007 09:05:07 \r\n"
-                             "03/04/2007 09:05:07 - Exporting a b c d\r\n");
+    EXPECT_EQ(files.files[u"c:\\log.txt"], "03/04/2007 09:05:07 caf\xE9 ?\r\n"
+                                           "03/04/2007 09:05:07 \r\n"
+                                           "03/04/2007 09:05:07 - Exporting a b c d\r\n");
 }
 
 } // namespace
