@@ -104,6 +104,12 @@ public:
     WindowHandle Find(const Text& className) const;  // 0 when there is none
     std::size_t Asks() const { return asks_; }       // for a Save dialog
 
+    bool IsOnDisk(const SavedEmail& email) const; // whole, under its path
+    bool IsStored(const Text& subject, const Text& folder = {}) const;
+    // Each file is the e-mail that its name says, each record (folder, subject, CRC) has such a file. Without
+    // named: no subject stands in a name, or the list tells none.
+    void ExpectTruth(const std::vector<std::vector<Text>>& records, bool named = true) const;
+
     // Desktop
     void EnumTopWindows(const Visit& visit) override;
     void EnumDescendants(WindowHandle parent, const Visit& visit) override;

@@ -1,5 +1,6 @@
 // The fake client's "Save Message As" and the boxes that come behind it.
 #include "platform/posix/CodePage1252.h"
+#include "store/StoreNames.h"
 #include "tests/support/FakeClient.h"
 
 namespace {
@@ -144,4 +145,37 @@ Answer FakeClient::SendSetText(WindowHandle window, const std::string& ansi)
     const Text path = dialogs_[TopOf(window)].typed = CodePage1252().FromAnsi(ansi);
     if (onName) onName(path);
     return {Reply::given, 1};
+}
+
+bool FakeClient::IsOnDisk(const SavedEmail& email) const
+{
+    const auto file = saveTo_.files.find(FakeFiles::Key(email.path));
+    return file != saveTo_.files.end() && file->second == email.bytes;
+}
+
+bool FakeClient::IsStored(const Text& subject, const Text& folder) const
+{
+    return std::any_of(saved.begin(), saved.end(), [&](const SavedEmail& each) {
+        return each.subject == subject && (folder.empty() || each.folder == folder) && IsOnDisk(each);
+    });
+}
+
+void FakeClient::ExpectTruth(const std::vector<std::vector<Text>>& records, bool named) const
+{
+    std::map<Text, const SavedEmail*> files; // by path; the last one that was saved there
+    for (const SavedEmail& each : saved) files[FakeFiles::Key(each.path)] = &each;
+    std::erase_if(files, [this](const auto& file) { return !IsOnDisk(*file.second); });
+    for (const auto& [key, email] : files) {
+        EXPECT_NE(email->path.find(u"\\" + email->folder + u"\\"), Text::npos) << ToUtf8(email->path);
+        const Text name = SanitiseFileText(email->subject.substr(0, 128));
+        EXPECT_TRUE(email->path.find(u"_" + name) != Text::npos || !named) << ToUtf8(email->path);
+    }
+    for (const auto& record : records)
+        EXPECT_TRUE(std::any_of(files.begin(), files.end(),
+                                [&](const auto& file) {
+                                    const SavedEmail& email = *file.second;
+                                    return (email.subject.substr(0, 128) == record[1] || !named) &&
+                                           record[0].ends_with(u"\\" + email.folder);
+                                }))
+            << "a record without its file: " << ToUtf8(record[1]);
 }

@@ -1,7 +1,6 @@
 #include "tests/support/FaultBench.h"
 
 #include "oe/RemoteControls.h"
-#include "store/StoreNames.h"
 #include "tests/support/Faults.h"
 
 namespace {
@@ -103,25 +102,13 @@ void FaultBench::Go(int row)
     if (!fake.selected.empty()) fake.selected = {std::max(Row() - (row < Row() ? 1 : 0), 0)};
 }
 
-bool FaultBench::IsStored(const FakeFolder& folder, const Text& subject) const
-{
-    return std::any_of(fake.saved.begin(), fake.saved.end(), [&](const FakeClient::SavedEmail& each) {
-        return each.subject == subject && each.folder == folder.name && IsOnDisk(each);
-    });
-}
-
-bool FaultBench::IsOnDisk(const FakeClient::SavedEmail& email) const
-{
-    const auto file = files.files.find(FakeFiles::Key(email.path));
-    return file != files.files.end() && (file->second == email.bytes || unheld_ & kFilesStay);
-}
-
 int FaultBench::Rows(bool onlyLeft) const
 {
     int rows = 0;
     for (std::size_t i = kFirstFolder; i < fake.folders.size(); ++i)
         for (const auto& row : fake.folders[i].rows)
-            if (command.ofAll || i == kInbox) rows += !onlyLeft || !IsStored(fake.folders[i], row[2]);
+            if (command.ofAll || i == kInbox)
+                rows += !onlyLeft || !fake.IsStored(row[2], fake.folders[i].name);
     return rows;
 }
 
@@ -209,28 +196,9 @@ void FaultBench::ExpectVerdict()
         << verdict << " not saved, but " << truth << " are not";
 }
 
-// Each file is the e-mail that its name says, and each record has one.
 void FaultBench::ExpectTruth()
 {
-    if (unheld_ & kFilesStay) return;
-    std::map<Text, const FakeClient::SavedEmail*> byPath;
-    for (const FakeClient::SavedEmail& each : fake.saved) byPath[FakeFiles::Key(each.path)] = &each;
-    for (const auto& [path, email] : byPath) {
-        if (!IsOnDisk(*email)) continue;
-        EXPECT_NE(email->path.find(u"\\" + email->folder + u"\\"), Text::npos) << ToUtf8(email->path);
-        const Text name = SanitiseFileText(email->subject.substr(0, 128));
-        EXPECT_TRUE(email->path.find(u"_" + name) != Text::npos || unheld_ & kSubjects)
-            << ToUtf8(email->path);
-    }
-    for (const auto& record : Records())
-        EXPECT_TRUE(std::any_of(byPath.begin(), byPath.end(),
-                                [&](const auto& each) {
-                                    const bool isThat = each.second->subject.substr(0, 128) == record[1] ||
-                                                        unheld_ & kSubjects;
-                                    return isThat && record[0].ends_with(u"\\" + each.second->folder) &&
-                                           IsOnDisk(*each.second);
-                                }))
-            << "a record without its file: " << ToUtf8(record[1]);
+    if (!(unheld_ & kFilesStay)) fake.ExpectTruth(Records(), !(unheld_ & kSubjects));
 }
 
 void FaultBench::Recover()
@@ -258,7 +226,8 @@ void FaultBench::Recover()
     ExpectTruth();
     for (std::size_t i = kFirstFolder; i < fake.folders.size(); ++i)
         for (const auto& row : fake.folders[i].rows)
-            EXPECT_TRUE(unheld_ & kFilesStay || IsStored(fake.folders[i], row[2])) << ToUtf8(row[2]);
+            EXPECT_TRUE(unheld_ & kFilesStay || fake.IsStored(row[2], fake.folders[i].name))
+                << ToUtf8(row[2]);
     EXPECT_TRUE(unheld_ & kFilesStay || Logged(u"; 0 are not.") || Logged(u"0 email(s) to be saved."))
         << ToUtf8(window.log.back());
     EXPECT_FALSE(Logged(u"more were not looked at."));

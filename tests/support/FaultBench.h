@@ -45,8 +45,6 @@ struct FaultBench : ProgramBench {
     std::vector<std::function<void()>> undo; // of what goes well again
 
 private:
-    bool IsOnDisk(const FakeClient::SavedEmail& email) const;
-    bool IsStored(const FakeFolder& folder, const Text& subject) const;
     int Rows(bool onlyLeft = false) const; // that the command is about
     void ExpectTruth();
     void ExpectClosingLine();

@@ -6,11 +6,10 @@
 #include "folders/ExportFolder.h"
 #include "folders/Synchronise.h"
 #include "oe/RemoteControls.h"
-#include "tests/support/MemoryDatabase.h"
+#include "tests/support/JetSamples.h"
 #include "tests/support/OeBench.h"
 
 #include <cstdio>
-#include <memory>
 
 using Texts = std::vector<Text>;
 using Marks = std::vector<std::pair<Text, Text>>;
@@ -51,7 +50,8 @@ struct RunBench : OeBench {
         files.directories = {u"c:", u"c:\\store"};
         view.options.storeFolder = u"C:\\Store";
         view.options.systemFolders = u"|local folders|";
-        saved.database = std::make_unique<MemoryDatabase>(rows);
+        CreateSaved(databaseFiles);
+        saved.database = OpenJetDatabase(databaseFiles, kSavedPath);
         fake.ShowFolder(2);
         Synchronise(run);
         Forget();
@@ -63,7 +63,7 @@ struct RunBench : OeBench {
     {
         Forget();
         flags.runCompleted = true;
-        const std::size_t known = rows.size();
+        const std::size_t known = Records().size();
         ExportFolder(run, partOfAllFolders);
         ExpectTruth(known);
         if (!partOfAllFolders) ExpectClosingLine();
@@ -82,7 +82,7 @@ struct RunBench : OeBench {
     }
     void ExportAll()
     {
-        const std::size_t known = rows.size();
+        const std::size_t known = Records().size();
         const Texts checked = view.log;
         run.runTotalSaved = 0;
         flags.runCompleted = false;
@@ -114,7 +114,7 @@ struct RunBench : OeBench {
         Export();
         EXPECT_TRUE(flags.runCompleted);
         EXPECT_TRUE(Logged(u"; 0 are not.")) << ToUtf8(view.log.back());
-        EXPECT_EQ(rows.size(), Mail().size());
+        EXPECT_EQ(Records().size(), Mail().size());
     }
     void Forget()
     {
@@ -133,17 +133,7 @@ struct RunBench : OeBench {
         for (const Text& words : says) EXPECT_TRUE(Logged(words)) << why << ": " << ToUtf8(words);
         for (const Text& words : saysNot) EXPECT_FALSE(Logged(words)) << why << ": " << ToUtf8(words);
     }
-    bool IsOnDisk(const FakeClient::SavedEmail& email) const
-    {
-        const auto file = files.files.find(FakeFiles::Key(email.path));
-        return file != files.files.end() && file->second == email.bytes;
-    }
-    bool IsStored(const Text& subject) const
-    {
-        return std::any_of(fake.saved.begin(), fake.saved.end(), [&](const FakeClient::SavedEmail& each) {
-            return each.subject == subject && IsOnDisk(each);
-        });
-    }
+    std::vector<Texts> Records() { return RowsOf(*OpenJetDatabase(databaseFiles, kSavedPath)); }
     // Of the closing line; -1 when the last line is none.
     struct Figures {
         int saved = -1, handled = -1, unsaved = -1, rest = 0;
@@ -160,7 +150,7 @@ struct RunBench : OeBench {
     void Stop() { flags.stopAfterEmail = flags.stopRequested = true; }
     void StopAfterFolder() { flags.stopAfterFolder = flags.stopRequested = true; }
 
-    MemoryRows rows;
+    MemoryFiles databaseFiles;
     SavedEmails saved;
     FolderRun run{client, saved, view, files, clock, codePage, locale};
 
@@ -174,17 +164,13 @@ private:
         folders.insert(folders.end(), further.begin(), further.end());
         return folders;
     }
-    void ExpectTruth(std::size_t knownRows) const
+    void ExpectTruth(std::size_t known)
     {
-        for (const FakeClient::SavedEmail& each : fake.saved) {
-            if (!IsOnDisk(each) || view.options.idOnly) continue;
-            EXPECT_NE(each.path.find(u"\\" + each.folder + u"\\"), Text::npos) << ToUtf8(each.path);
-            EXPECT_NE(each.path.find(u"_" + each.subject), Text::npos) << ToUtf8(each.path);
-        }
-        for (std::size_t i = knownRows; i < rows.size(); ++i)
-            EXPECT_TRUE(IsStored(rows[i].at(u"esubject"))) << ToUtf8(rows[i].at(u"esubject"));
+        std::vector<Texts> added = Records();
+        added.erase(added.begin(), added.begin() + static_cast<std::ptrdiff_t>(known));
+        fake.ExpectTruth(added, !view.options.idOnly);
     }
-    void ExpectClosingLine() const
+    void ExpectClosingLine()
     {
         const auto [saves, handled, unsaved, rest] = LastFigures();
         const std::string line = ToUtf8(view.log.empty() ? Text() : view.log.back());
@@ -193,10 +179,10 @@ private:
             return;
         }
         EXPECT_EQ(saves + unsaved, handled) << line;
-        EXPECT_LE(static_cast<std::size_t>(saves), std::min(rows.size(), files.files.size())) << line;
+        EXPECT_LE(static_cast<std::size_t>(saves), std::min(Records().size(), files.files.size())) << line;
         const auto& list = fake.folders[2].rows;
         if (rest > 0 || unsaved > 0 || handled < std::ssize(list) || fake.shown != 2) return;
-        for (const auto& mail : list) EXPECT_TRUE(IsStored(mail[2])) << line << ": " << ToUtf8(mail[2]);
+        for (const auto& mail : list) EXPECT_TRUE(fake.IsStored(mail[2])) << line << ": " << ToUtf8(mail[2]);
     }
 };
 

@@ -55,7 +55,7 @@ TEST_F(AllFoldersTest, ExportsWhatTheCheckFoundAndNothingTwice)
 {
     SaveAll();
     EXPECT_TRUE(flags.runCompleted);
-    EXPECT_EQ(rows.size(), 3u);
+    EXPECT_EQ(Records().size(), 3u);
     EXPECT_EQ(Count(u"Exporting emails from Local Folders\\Inbox\\O'Brien"), 1);
     EXPECT_EQ(Count(u"-> Local Folders\\Empty"), 1) << "by the check: nothing to save there";
     EXPECT_EQ(view.statistics[Statistic::totalCount], u"3");
@@ -77,7 +77,7 @@ TEST_F(AllFoldersTest, ExportsWhatTheCheckFoundAndNothingTwice)
                                  {u"", u"envelope"}}));
     ExportAll();
     ExpectLog("begins with the first that is not saved", {u"-- Exporting 2 to 2 messages."});
-    EXPECT_EQ(rows.size(), 4u);
+    EXPECT_EQ(Records().size(), 4u);
     EXPECT_EQ(view.percentages.back(), (std::pair<Bar, int>{Bar::allFolders, 100}));
 }
 

@@ -70,7 +70,7 @@ TEST(AnyLanguage, IsExportedByItsCaptionsOrByItsParts)
         EXPECT_EQ(bench.Logged(u"The extra \"Any Language\" is made for"), c.folders == 0);
         if (c.folders == 0) continue;
         bench.Export();
-        EXPECT_EQ(bench.rows.size(), 6u);
+        EXPECT_EQ(bench.Records().size(), 6u);
     }
 }
 

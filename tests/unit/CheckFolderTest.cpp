@@ -53,11 +53,11 @@ struct CheckFolderTest : testing::Test, RunBench {
         for (const ResultsRow& row : view.results) ids.push_back(row[1]);
         return ids;
     }
-    Texts RecordedSubjects() const
+    Texts RecordedSubjects()
     {
         Texts subjects;
-        for (const auto& row : rows)
-            if (row.at(u"efolder") == kInbox) subjects.push_back(row.at(u"esubject"));
+        for (const auto& row : Records())
+            if (row[0] == kInbox) subjects.push_back(row[1]);
         return subjects;
     }
 };
@@ -111,7 +111,7 @@ TEST_F(CheckFolderTest, WithoutWhatItNeedsACheckSaysSo)
     Check();
     ExpectVerdict(u"Database error: the database of saved emails is not open");
     EXPECT_TRUE(view.results.empty());
-    saved.database = std::make_unique<MemoryDatabase>(rows);
+    saved.database = OpenJetDatabase(databaseFiles, kSavedPath);
 
     const std::vector<OeFolder> known = client.lstTree;
     client.lstTree.clear();
@@ -240,7 +240,7 @@ TEST_F(CheckFolderTest, DatabaseComparisonLooksCrcsUpInTheFolder)
         from = std::find(from, view.shown.end(), step);
         EXPECT_NE(from, view.shown.end()) << ToUtf8(step);
     }
-    EXPECT_EQ(rows.size(), 3u) << "this comparison writes nothing";
+    EXPECT_EQ(Records().size(), 3u) << "this comparison writes nothing";
     EXPECT_EQ(CompareFolder(run, 4, {})->firstUnsaved, 1);
 
     for (int row : {1, 2}) AddSavedEmail(saved, kInbox, RowEntry(row));
@@ -273,7 +273,7 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     EXPECT_EQ(RecordedSubjects(), (Texts{u"Mail 1", u"Mail 0"}))
         << "what was not recorded under this folder is now, once";
     Check(ComparisonType::file);
-    EXPECT_EQ(rows.size(), 3u);
+    EXPECT_EQ(Records().size(), 3u);
 
     CloseSavedEmails(saved);
     Check(ComparisonType::file);
@@ -289,7 +289,7 @@ TEST_F(CheckFolderTest, WithoutAWritableRecordACheckByFilesRecordsNothingAndSays
     Check(ComparisonType::file);
     ExpectVerdict(u"Inbox has 1 saved email(s). 3 email(s) not saved.");
     EXPECT_EQ(Count(lost), 1);
-    EXPECT_TRUE(rows.empty());
+    EXPECT_TRUE(Records().empty());
     Check(ComparisonType::database);
     ExpectLog("it writes nothing", {u"Inbox has 0 saved email(s)."}, {u"Nothing is recorded"});
     CloseSavedEmails(saved);

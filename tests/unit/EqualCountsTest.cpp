@@ -79,7 +79,7 @@ TEST(EqualCounts, ARunOverNeighboursOfEqualCounts)
         bench.settings.equalCounts = extra;
         bench.fake.keepsList = true;
         bench.SaveAll();
-        EXPECT_EQ(bench.rows.size(), extra ? 5u : 0u);
+        EXPECT_EQ(bench.Records().size(), extra ? 5u : 0u);
         const Text words = u"The extra \"Equal Counts\" is made for what was left out here.";
         EXPECT_EQ(bench.Logged(words), !extra);
     }

@@ -37,7 +37,7 @@ struct AlikeBench : RunBench {
     {
         EXPECT_EQ(std::set<Text>(stored.begin(), stored.end()).size(), stored.size()) << "saved twice";
         EXPECT_EQ(stored.size(), count);
-        EXPECT_EQ(rows.size(), count);
+        EXPECT_EQ(Records().size(), count);
         EXPECT_EQ(files.files.size(), count) << "one was overwritten";
     }
     void ExportFrom(int row)
@@ -92,7 +92,7 @@ TEST(LookAlikes, ChecksSeeTheSecondAndTheThird)
             EXPECT_EQ(bench.run.exportList[0].firstUnsaved, 3);
             bench.then = {};
             bench.ExportAll();
-            EXPECT_EQ(bench.rows.size(), 9u);
+            EXPECT_EQ(bench.Records().size(), 9u);
             bench.CheckAll();
             EXPECT_EQ(bench.Count(u"Not saved"), 0);
         }

@@ -88,7 +88,7 @@ TEST(VerifySaved, AFileIsWaitedForUntilItIsWhole)
         bench.view.options.verifySaved = true;
         bench.fake.wholeAfter = wholeAfter;
         bench.Export();
-        EXPECT_EQ(static_cast<int>(bench.rows.size()), recorded);
+        EXPECT_EQ(static_cast<int>(bench.Records().size()), recorded);
         EXPECT_EQ(bench.files.files.size(), 2u) << "the files stay";
         EXPECT_EQ(bench.Count(u"Not taken for saved, as it is empty, or still being written"), 2 - recorded);
         EXPECT_TRUE(bench.Logged(recorded == 2 ? u"2 passed, 0 failed" : u"0 passed, 2 failed"));

@@ -64,7 +64,7 @@ TEST(SelectRows, EveryEmailIsReadOnce)
             if (!extra) continue;
             for (const auto& mail : bench.Mail()) EXPECT_TRUE(saved.count(mail[2])) << ToUtf8(mail[2]);
             EXPECT_TRUE(bench.flags.runCompleted);
-            EXPECT_EQ(bench.rows.size(), saved.size());
+            EXPECT_EQ(bench.Records().size(), saved.size());
         }
     }
 }
@@ -78,7 +78,7 @@ TEST(SelectRows, AListThatTakesNoSelectionEndsTheRun)
         if (message != message::kListItemW) bench.fake.selected = {0};
     };
     bench.Export();
-    EXPECT_EQ(bench.rows.size(), 1u);
+    EXPECT_EQ(bench.Records().size(), 1u);
     EXPECT_TRUE(bench.Logged(u"7 e-mail(s) were not reached."));
 }
 

@@ -76,7 +76,7 @@ TEST(SilentClient, IsLetFinishTheEmailUnderWayBeforeTheProgramCloses)
     });
     bench.Export();
     EXPECT_TRUE(bench.flags.closing);
-    EXPECT_EQ(bench.rows.size(), 1u);
+    EXPECT_EQ(bench.Records().size(), 1u);
 }
 
 TEST(ClientBoxes, AreAnsweredAndTold)
@@ -118,7 +118,7 @@ TEST(ClientBoxes, AreAnsweredAndTold)
         EXPECT_EQ(bench.fake.pressed, pressed) << c.why;
         bench.ExpectLog(c.why,
                         {u"Outlook Express says: Save Message As - " + c.boxes[0].words, u"FAIL: 1 Mail1"});
-        EXPECT_TRUE(bench.rows.empty() && bench.files.files.empty()) << c.why;
+        EXPECT_TRUE(bench.Records().empty() && bench.files.files.empty()) << c.why;
         EXPECT_LE(bench.fake.sleptMilliseconds, 2'000) << c.why;
         bench.fake.boxes.clear();
         if (!c.pressed.empty()) bench.ExpectRestIsSaved(c.why); // else that box stands for ever

@@ -4,7 +4,6 @@
 #include "platform/posix/CodePage1252.h"
 #include "platform/System.h"
 #include "tests/support/MailDirectory.h"
-#include "tests/support/MemoryDatabase.h"
 
 #include <gtest/gtest.h>
 
