@@ -66,10 +66,10 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
     using enum ExitCode;
     const Words exportAll = {"/export", "/all"}, checkAll = {"/check", "/all"};
     const Words inbox = {"/export", "/folder:local folders\\inbox"};
-    const auto afterTwo = [](const std::function<void(Unattended&)>& what) { // e-mails
-        return [what](Unattended& b) {
-            b.fake.onSave = [&b, what](int saves) {
-                if (saves == 2) what(b);
+    const auto after = [](int emails, const std::function<void(Unattended&)>& what) {
+        return [emails, what](Unattended& b) {
+            b.fake.onSave = [&b, emails, what](int saves) {
+                if (saves == emails) what(b);
             };
         };
     };
@@ -110,11 +110,12 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
          unsaved, 4, u"look exactly like"},
         {"no folder can be shown", exportAll, [](auto& b) { b.fake.refusesFolder = true; }, unsaved, 0,
          u"folder(s) were not checked."},
-        {"a stop", exportAll, afterTwo([](auto& b) { b.program.cmdStopAfterEmail(); }), unsaved, 2,
+        {"a stop", exportAll, after(2, [](auto& b) { b.program.cmdStopAfterEmail(); }), unsaved, 2,
          u"User aborted"},
-        {"the window is closed", exportAll, afterTwo([](auto& b) { b.program.AskToClose(); }), unsaved, 2,
+        {"the window is closed", exportAll, after(2, [](auto& b) { b.program.AskToClose(); }), unsaved, 2,
          u""},
-        {"the client ends", exportAll, afterTwo([](auto& b) { b.fake.End(); }), unsaved, 2, u""},
+        {"the client ends", exportAll, after(2, [](auto& b) { b.fake.End(); }), unsaved, 2, u""},
+        {"behind all that the list had", inbox, after(3, [](auto& b) { b.fake.End(); }), unsaved, 3, u""},
         {"no client", exportAll, [](auto& b) { b.fake.End(); }, unusable, 0,
          u"Outlook Express cannot be used"},
         {"no database", exportAll, [](auto& b) { b.outside.databaseMakers.clear(); }, unusable, 0,
@@ -151,11 +152,11 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
         {"and that goes meanwhile", jump,
          [&](auto& b) {
              hasTwo(b);
-             afterTwo([&](auto& c) { c.files.Delete(kFirst); })(b);
+             after(2, [&](auto& c) { c.files.Delete(kFirst); })(b);
          },
          unsaved, 2, u"1 email(s) to be saved."},
-        {"mail comes on top of a folder", exportAll, afterTwo(mailComes), unsaved, 4, u"1 more were not"},
-        {"and of the only one", inbox, afterTwo(mailComes), unsaved, 3, u"1 more were not"},
+        {"mail comes on top of a folder", exportAll, after(2, mailComes), unsaved, 4, u"1 more were not"},
+        {"and of the only one", inbox, after(2, mailComes), unsaved, 3, u"1 more were not"},
         {"an export folder cannot be made", exportAll,
          [](auto& b) { b.files.refused.insert(u"c:\\store\\local folders\\sent"); }, unsaved, 3,
          u"The export folder could not be made"},

@@ -275,6 +275,8 @@ TEST(DisturbedAllFolders, FoldersThatTheCheckDidNotComeToAreNamed)
     stopped.SaveAll([&] { stopped.view.onEvents = nullptr; });
     stopped.ExpectLog("stopped", {u"2 folder(s) were not checked."});
     EXPECT_EQ(stopped.view.log.back(), Closing(6, 6, 0));
+    stopped.CheckAll();
+    stopped.ExpectLog("another run", {}, {u"were not checked."});
 
     RunBench failed; // the last folder is never shown
     failed.fake.onMessage = At(message::kTreeSelectItem, 4, [&] { failed.fake.refreshAfter = 100'000; });
