@@ -66,20 +66,6 @@ TEST_F(ClientTest, ListChangesBetweenTwoQuestions)
     }
 }
 
-// While the list works on a message, does another window of the client answer?
-TEST_F(ClientTest, SlowActsAreBusyOrPump)
-{
-    for (const bool pumps : {false, true}) {
-        ASSERT_NO_FATAL_FAILURE(StartClient(pumps ? L"--at=LVM_GETITEMCOUNT:2:pump:1500"
-                                                  : L"--at=LVM_GETITEMCOUNT:2:silent:1500"));
-        EXPECT_EQ(OfList(LVM_GETITEMCOUNT), 3);
-        SendNotifyMessageW(list, LVM_GETITEMCOUNT, 0, 0);
-        DWORD_PTR unused = 0;
-        EXPECT_EQ(SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 800, &unused) != 0, pumps);
-        EXPECT_EQ(OfList(LVM_GETITEMCOUNT), 3) << "it comes back";
-    }
-}
-
 // A mistake in a script must not pass for a client that behaves.
 TEST(ClientOptions, MistakesAreRefused)
 {

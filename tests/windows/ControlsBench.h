@@ -7,15 +7,6 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
-#include <string>
-
-inline std::wstring TextOfWindow(HWND window)
-{
-    wchar_t text[300] = {};
-    GetWindowTextW(window, text, 300);
-    return text;
-}
-
 class ControlsBench : public testing::Test {
 protected:
     ControlsBench()

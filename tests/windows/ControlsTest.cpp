@@ -4,6 +4,7 @@
 #include "controls/OrbTab.h"
 #include "controls/OrbVacuum.h"
 #include "controls/SimpleProgress.h"
+#include "demo/driver/ProgramDriver.h"
 
 #include "ControlsBench.h"
 #include "Picture.h"
@@ -18,7 +19,7 @@ TEST_F(ControlsTest, ProgressBarDrawsItsShareAndIsItsText)
 {
     SimpleProgress bar;
     bar.Create(parent, 1, {0, 0, 302, 62}); // 300 by 60 inside its edge
-    EXPECT_EQ(TextOfWindow(bar.Window()), L"50%");
+    EXPECT_EQ(TextOf(bar.Window()), L"50%");
     {
         const Picture fresh(bar.Window());
         EXPECT_EQ(fresh.At(14, 30), kWhite) << "margin";
@@ -31,7 +32,7 @@ TEST_F(ControlsTest, ProgressBarDrawsItsShareAndIsItsText)
         EXPECT_TRUE(fresh.Has(kBlue, {150, 20, 165, 40}));
     }
     bar.Properties().SetPercentage(150);
-    EXPECT_EQ(TextOfWindow(bar.Window()), L"100%");
+    EXPECT_EQ(TextOf(bar.Window()), L"100%");
     bar.Properties().SetFillColour(RGB(0, 128, 0));
     EXPECT_EQ(Picture(bar.Window()).At(284, 16), RGB(0, 128, 0));
     bar.Properties().SetPercentage(-5);
@@ -47,7 +48,7 @@ TEST_F(ControlsTest, DisplayShowsOneTextInPlaceOfTheLast)
     const Picture first(display.Window());
     EXPECT_FALSE(first == dark);
     display.ShowText(L"WWWW");
-    EXPECT_EQ(TextOfWindow(display.Window()), L"WWWW");
+    EXPECT_EQ(TextOf(display.Window()), L"WWWW");
     const Picture second(display.Window());
     EXPECT_FALSE(second == dark || second == first);
     SetWindowTextW(display.Window(), L"R&D: first"); // as any program may
@@ -64,7 +65,7 @@ TEST_F(ControlsTest, LabelKeepsToItsGroundAndShowsItsText)
     const Picture first(label.Window());
     EXPECT_TRUE(first.Has(LightPalette().page));
     label.SetCaption(L"A & B");
-    EXPECT_EQ(TextOfWindow(label.Window()), L"A & B");
+    EXPECT_EQ(TextOf(label.Window()), L"A & B");
     EXPECT_FALSE(Picture(label.Window()) == first);
     label.SetCaption(L"");
     const Picture empty(label.Window());

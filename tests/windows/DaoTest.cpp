@@ -226,7 +226,7 @@ TEST_F(Dao, CreatesAFileWithItsTableOrNoneAndTouchesNoOther)
     const ScratchDirectory scratch;
     const std::filesystem::path path = scratch.Path() / "saved.mdb";
     const auto create = [&] { CreateDaoDatabase(scratch / u"saved.mdb", kCreateSaved); };
-    dao.makesFiles = true;
+    dao.made = [](const Text& made) { std::ofstream{std::filesystem::path(made)}; };
     for (dao.failAt = 2; dao.failAt <= 3; ++dao.failAt) {
         dao.calls.clear();
         EXPECT_EQ(WordsOf(create), kTold);

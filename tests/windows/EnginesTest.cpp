@@ -2,12 +2,10 @@
 // system without DAO a stand-in takes its part that keeps its rows by the embedded engine: then this shows
 // only that all of it runs. The directory that QUILLBOX_DATABASES names may hold more files to try, large
 // ones for instance.
-#include "jet/JetDatabase.h"
-#include "jet/PageFile.h"
 #include "platform/System.h"
 #include "platform/win32/Automation.h"
 #include "platform/win32/Dao.h"
-#include "store/SavedEmails.h"
+#include "tests/support/JetSamples.h"
 #include "tests/support/ScratchDirectory.h"
 #include "tests/windows/FakeDao.h"
 
@@ -20,22 +18,9 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr wchar_t kClass[] = L"{6B5A2E01-52C5-4F0B-9D63-0C1D5B7AE6E5}";
-constexpr double kSampleDate = 39171.5;
-
-using Row = std::vector<Text>;
-
-void Add(Database& database, const Row& row)
-{
-    const auto rows = database.OpenRecordset(u"SELECT * FROM saved");
-    rows->AddNew();
-    rows->SetField(u"efolder", row[0]);
-    rows->SetField(u"esubject", row[1]);
-    rows->SetField(u"ecrc", row[2]);
-    rows->Update();
-}
 
 // Of each row, in any order: large files are too much to keep twice.
-std::vector<std::size_t> RowsOf(Database& database)
+std::vector<std::size_t> HashesOf(Database& database)
 {
     std::vector<std::size_t> found;
     const auto rows = database.OpenRecordset(u"SELECT * FROM saved");
@@ -65,8 +50,8 @@ protected:
                     {rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
         };
         standIn_.extended = [this](const FakeDao::Row& row) {
-            Add(*OpenJetDatabase(files_, path_),
-                {row[0].value_or(u""), row[1].value_or(u""), row[2].value_or(u"")});
+            AddRow(*OpenJetDatabase(files_, path_),
+                   {row[0].value_or(u""), row[1].value_or(u""), row[2].value_or(u"")});
         };
         standIn_.compacted = [](const Text& from, const Text& to) { fs::copy_file(from, to); };
     }
@@ -81,10 +66,10 @@ protected:
         registry_->Serve(kClass, standIn_);
     }
 
-    std::vector<std::size_t> RowsByDao(const Text& path) { return RowsOf(*OpenDaoDatabase(path)); }
+    std::vector<std::size_t> RowsByDao(const Text& path) { return HashesOf(*OpenDaoDatabase(path)); }
     std::vector<std::size_t> RowsByUs(const Text& path)
     {
-        return RowsOf(*OpenJetDatabase(files_, path, OpenMode::read));
+        return HashesOf(*OpenJetDatabase(files_, path, OpenMode::read));
     }
     // The number of rows, when both read the same ones.
     std::size_t ReadByBoth(const Text& path)
@@ -112,10 +97,10 @@ protected:
         const Text name = file.filename().u16string(), path = scratch_ / name;
         fs::copy_file(file, scratch_.Path() / name);
         const std::size_t rows = ReadByBoth(path);
-        Add(*OpenDaoDatabase(path), {u"Folder \u0416", Text(1500, u'\u03A9'), u"DA0"});
+        AddRow(*OpenDaoDatabase(path), {u"Folder \u0416", Text(1500, u'\u03A9'), u"DA0"});
         EXPECT_EQ(ReadByBoth(path), rows + 1) << "extended by DAO";
-        Add(*OpenJetDatabase(files_, path), {u"O'Brien", u"", u"E1"});
-        Add(*OpenJetDatabase(files_, path), {u"Inbox", Text(3000, u'x'), u"E2"});
+        AddRow(*OpenJetDatabase(files_, path), {u"O'Brien", u"", u"E1"});
+        AddRow(*OpenJetDatabase(files_, path), {u"Inbox", Text(3000, u'x'), u"E2"});
         EXPECT_EQ(ReadByBoth(path), rows + 3) << "extended by us";
         const Text compacted = scratch_ / (u"compacted-" + name);
         ASSERT_NO_FATAL_FAILURE(Compact(path, compacted));
@@ -123,7 +108,7 @@ protected:
         const auto ours = OpenJetDatabase(files_, compacted);
         const Text refusal = ours->PrepareForWriting(u"saved", {}).refusal;
         EXPECT_EQ(ToUtf8(refusal), "") << "compacted";
-        if (refusal.empty()) Add(*ours, {u"Inbox", u"behind", u"E3"});
+        if (refusal.empty()) AddRow(*ours, {u"Inbox", u"behind", u"E3"});
         ours->Close();
         EXPECT_EQ(ReadByBoth(compacted), rows + 3 + refusal.empty()) << "extended behind compacting";
         std::printf("%s: %u rows, %llu pages\n", ToUtf8(name).c_str(), static_cast<unsigned>(rows),
@@ -150,8 +135,8 @@ TEST_F(Engines, ReadExtendAndCompactEachOthersFiles)
         CreateJetDatabase(files_, path(name), kCreateSaved, kSampleDate);
     const auto some = OpenJetDatabase(files_, path("some.mdb"));
     for (std::size_t i = 0; i < 40; ++i)
-        Add(*some,
-            {u"Folder " + DecimalText(static_cast<std::int64_t>(i % 3)), Text(i * 40, u'\u017D'), u"A1"});
+        AddRow(*some,
+               {u"Folder " + DecimalText(static_cast<std::int64_t>(i % 3)), Text(i * 40, u'\u017D'), u"A1"});
     some->OpenRecordset(u"SELECT * FROM saved")->Delete();
     some->Close();
     std::vector<fs::path> databases = {made / "empty.mdb", made / "some.mdb"};
@@ -173,7 +158,7 @@ TEST_F(Engines, ATableOfDaosIsExtended)
     CreateDaoDatabase(theirs, kCreateSaved);
     const auto database = OpenJetDatabase(files_, theirs);
     EXPECT_EQ(ToUtf8(database->PrepareForWriting(u"saved", {{u"ecrc", 8, false}}).refusal), "");
-    Add(*database, {u"Inbox", Text(500, u's'), u"E1"});
+    AddRow(*database, {u"Inbox", Text(500, u's'), u"E1"});
     database->Close();
     EXPECT_EQ(ReadByBoth(theirs), 1u);
 }

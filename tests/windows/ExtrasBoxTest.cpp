@@ -7,15 +7,6 @@
 
 namespace {
 
-bool Encloses(HWND outer, HWND inner)
-{
-    RECT around = {}, place = {}, both = {};
-    GetWindowRect(outer, &around);
-    GetWindowRect(inner, &place);
-    UnionRect(&both, &around, &place);
-    return EqualRect(&both, &around);
-}
-
 TEST_F(MailRun, ExtrasAreChosenByKeysAndWrittenByOkAlone)
 {
     ASSERT_TRUE(program.PassStartUp());
@@ -30,11 +21,11 @@ TEST_F(MailRun, ExtrasAreChosenByKeysAndWrittenByOkAlone)
         EXPECT_FALSE(isWritten()) << "Escape writes nothing";
         const HWND pane = FindControl(box, L"#32770");
         const auto control = [&](int row) { return GetDlgItem(pane, ID_FIRST_EXTRA + row); };
-        EXPECT_TRUE(Encloses(GetDesktopWindow(), box)) << "it fits the screen";
+        EXPECT_TRUE(Encloses(PlaceOf(GetDesktopWindow()), PlaceOf(box))) << "it fits the screen";
         for (int row = 0; row < rows; ++row) {
             const ExtraRow& extra = ExtraRows()[static_cast<std::size_t>(row)];
             EXPECT_TRUE(Eventually([&] { return program.Focus() == control(row); }, kPatience)) << row;
-            EXPECT_TRUE(Encloses(pane, program.Focus())) << "scrolled to: " << row;
+            EXPECT_TRUE(Encloses(PlaceOf(pane), PlaceOf(program.Focus()))) << "scrolled to: " << row;
             if (extra.IsSwitch()) {
                 EXPECT_EQ(TextOf(control(row)), Wide(extra.key));
                 PostMessageW(control(row), WM_KEYDOWN, VK_SPACE, 0);

@@ -3,8 +3,8 @@
 #include "platform/win32/WideText.h"
 
 #include <algorithm>
-#include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 
 namespace {
 
@@ -85,15 +85,15 @@ public:
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override
     {
-        const auto at =
-            std::find(kMembers.begin(), kMembers.end(), std::pair(kind_, ToUtf8(FromWide(names[0]))));
-        ids[0] = at == kMembers.end() ? DISPID_UNKNOWN : static_cast<DISPID>(at - kMembers.begin());
-        return at == kMembers.end() ? DISP_E_UNKNOWNNAME : S_OK;
+        const std::vector<std::string>& own = kMembers.at(kind_);
+        const auto at = std::find(own.begin(), own.end(), ToUtf8(FromWide(names[0])));
+        ids[0] = at == own.end() ? DISPID_UNKNOWN : static_cast<DISPID>(at - own.begin());
+        return at == own.end() ? DISP_E_UNKNOWNNAME : S_OK;
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
                                      VARIANT* answer, EXCEPINFO* exception, UINT*) override
     {
-        const std::string& member = kMembers[static_cast<std::size_t>(id)].second;
+        const std::string& member = kMembers.at(kind_).at(static_cast<std::size_t>(id));
         const bool puts = (flags & DISPATCH_PROPERTYPUT) != 0;
         if (puts && (arguments->cNamedArgs != 1 || arguments->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
             return DISP_E_PARAMNOTOPTIONAL;
@@ -105,7 +105,7 @@ public:
     }
 
 private:
-    static const std::vector<std::pair<std::string, std::string>> kMembers;
+    static const std::map<std::string, std::vector<std::string>> kMembers; // by kind
 
     static std::string NoteOf(const DISPPARAMS& arguments, WORD flags)
     {
@@ -144,7 +144,6 @@ private:
         const auto text = [&](UINT place) {
             return FromWide(arguments.rgvarg[arguments.cArgs - 1 - place].bstrVal);
         };
-        if (member == "CreateDatabase" && dao_.makesFiles) std::ofstream{arguments.rgvarg[2].bstrVal};
         if (member == "CreateDatabase" && dao_.made) dao_.made(text(0));
         if (member == "OpenDatabase" && dao_.opened) dao_.opened(text(0));
         if (member == "CompactDatabase" && dao_.compacted) dao_.compacted(text(0), text(1));
@@ -193,36 +192,15 @@ private:
     std::size_t column_;
 };
 
-const std::vector<std::pair<std::string, std::string>> FakeObject::kMembers = {
-    {"engine", "SetOption"},
-    {"engine", "CreateWorkspace"},
-    {"engine", "OpenDatabase"},
-    {"engine", "CreateDatabase"},
-    {"workspace", "BeginTrans"},
-    {"workspace", "CommitTrans"},
-    {"workspace", "Rollback"},
-    {"database", "Updatable"},
-    {"recordset", "Updatable"},
-    {"recordset", "MoveFirst"},
-    {"recordset", "MoveLast"},
-    {"recordset", "RecordCount"},
-    {"field", "Type"},
-    {"field", "Size"},
-    {"workspace", "Close"},
-    {"database", "OpenRecordset"},
-    {"database", "Execute"},
-    {"database", "Close"},
-    {"recordset", "BOF"},
-    {"recordset", "EOF"},
-    {"recordset", "MoveNext"},
-    {"recordset", "Fields"},
-    {"recordset", "AddNew"},
-    {"recordset", "Update"},
-    {"recordset", "Delete"},
-    {"recordset", "Close"},
-    {"fields", "Item"},
-    {"field", "Value"},
-    {"engine", "CompactDatabase"},
+const std::map<std::string, std::vector<std::string>> FakeObject::kMembers = {
+    {"engine", {"SetOption", "CreateWorkspace", "OpenDatabase", "CreateDatabase", "CompactDatabase"}},
+    {"workspace", {"BeginTrans", "CommitTrans", "Rollback", "Close"}},
+    {"database", {"Updatable", "OpenRecordset", "Execute", "Close"}},
+    {"recordset",
+     {"Updatable", "MoveFirst", "MoveLast", "RecordCount", "BOF", "EOF", "MoveNext", "Fields", "AddNew",
+      "Update", "Delete", "Close"}},
+    {"fields", {"Item"}},
+    {"field", {"Type", "Size", "Value"}},
 };
 
 class EngineFactory final : public Counted<IClassFactory> {

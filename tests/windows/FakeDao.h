@@ -30,7 +30,6 @@ struct FakeDao {
     std::size_t failAt = 0;         // the failAt-th call fails, counted from 1
     bool failForGood = false;       // and all later ones
     FailWith failWith = FailWith::description;
-    bool makesFiles = false; // CreateDatabase makes an empty file
     // For a stand-in that works on real files: a file is made, is opened, gets the last of the rows, is
     // copied.
     std::function<void(const Text&path)> made, opened;

@@ -27,7 +27,7 @@ protected:
 } // namespace
 
 // The mail client may still hold the message it has just saved, an editor the log.
-TEST_F(WinFilesTest, AFileThatIsSharedIsReadAndAppendedTo)
+TEST_F(WinFilesTest, AFileThatIsSharedIsReadAndAppendedToAndNoOther)
 {
     const HANDLE other = OpenElsewhere(GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     ASSERT_NE(other, INVALID_HANDLE_VALUE);
@@ -37,6 +37,10 @@ TEST_F(WinFilesTest, AFileThatIsSharedIsReadAndAppendedTo)
     EXPECT_FALSE(files.Open(path, OpenMode::exclusive, error));
     EXPECT_EQ(error, FileError::inUse);
     CloseHandle(other);
+    const HANDLE alone = OpenElsewhere(GENERIC_READ, 0); // as a backup has it
+    EXPECT_EQ(files.ReadWhole(path, bytes), FileError::inUse);
+    EXPECT_EQ(files.Append(path, "y"), FileError::inUse);
+    CloseHandle(alone);
 }
 
 // A longer path is refused: cut, it would be another e-mail's.

@@ -30,16 +30,6 @@ TEST_F(MailRun, ColumnsAreNamedByTheirBoxAlone)
     EXPECT_EQ(program.Read(L"settings.ini"), kGermanTitles);
 }
 
-TEST_F(MailRun, AClientThatSpeaksGermanIsNotUnderstood)
-{
-    AddFolder(L"Inbox", 1);
-    ASSERT_TRUE(Start(kGermanTitles, L"--language=de"));
-    EXPECT_TRUE(Contains(Log(), "The extra \"Any Language\" is made for what was left out here."));
-    Press(Control(cmdExport));
-    EXPECT_TRUE(EndOfRun().starts_with(L"Please ensure a folder has been selected"));
-    EXPECT_EQ(program.Read(Stored(L"Inbox\\0000_Inbox0.eml")), "");
-}
-
 class LanguageTest : public MailRun,
                      public testing::WithParamInterface<std::pair<std::string, std::wstring>> {};
 

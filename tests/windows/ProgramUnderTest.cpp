@@ -16,6 +16,20 @@ std::vector<std::wstring> LinesOf(HWND listBox)
     return lines;
 }
 
+RECT PlaceOf(HWND window)
+{
+    RECT place = {};
+    GetWindowRect(window, &place);
+    return place;
+}
+
+bool Encloses(const RECT& outer, const RECT& inner)
+{
+    RECT both = {};
+    UnionRect(&both, &outer, &inner);
+    return EqualRect(&both, &outer);
+}
+
 std::string BytesOf(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);

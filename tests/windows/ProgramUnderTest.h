@@ -13,6 +13,8 @@
 inline constexpr DWORD kPatience = 60000;
 
 std::vector<std::wstring> LinesOf(HWND listBox);
+RECT PlaceOf(HWND window); // on the screen
+bool Encloses(const RECT& outer, const RECT& inner);
 std::string BytesOf(const std::filesystem::path& path); // empty when there is no such file
 std::wstring FolderOfTests(); // where this test program and the programs under test lie; ends in a backslash
 

@@ -12,20 +12,6 @@
 
 namespace {
 
-RECT PlaceOf(HWND window)
-{
-    RECT place = {};
-    GetWindowRect(window, &place);
-    return place;
-}
-
-bool Encloses(const RECT& outer, const RECT& inner)
-{
-    RECT both = {};
-    UnionRect(&both, &outer, &inner);
-    return EqualRect(&both, &outer);
-}
-
 bool IsShown(HWND control)
 {
     return (GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0;

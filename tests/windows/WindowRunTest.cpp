@@ -178,4 +178,23 @@ TEST_F(WindowRunTest, NewColoursAndFontsAreTakenAtOnce)
     ReleaseDC(program.Window(), dc);
 }
 
+TEST_F(WindowRunTest, ASecondCopyLeavesTheFirstOnesDatabaseAlone)
+{
+    AddFolder(L"Inbox", 3);
+    ASSERT_TRUE(Start(""));
+    StartedProcess second(Quoted(program.Folder() + L"quillbox.exe"), program.Folder());
+    const HWND refused = WaitForWindow(second.Id(), L"#32770", L"Quillbox", kPatience);
+    EXPECT_TRUE(BoxWords(refused).ends_with(L"The file is in use by another program"));
+    program.PressOk(refused);
+    program.PressOk(WaitForWindow(second.Id(), L"#32770", L"IMPORTANT! Please Read", kPatience));
+    const HWND form = FindProgramWindow(second.Id(), L"Form1");
+    EXPECT_TRUE(Eventually([form] { return IsWindowEnabled(FindButton(form, L"Check folder")) != FALSE; },
+                           kPatience));
+    EXPECT_FALSE(IsWindowEnabled(FindButton(form, L"Export emails in all folders")));
+    EXPECT_EQ(Run(cmdExport), L"All emails for the selected folder have been exported.");
+    EXPECT_TRUE(Contains(Log(), "3 of 3 e-mail(s) handled in this run are saved"));
+    PostMessageW(form, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(second.WaitForEnd(kPatience));
+}
+
 } // namespace
