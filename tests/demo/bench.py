@@ -1,4 +1,5 @@
 """What runs of Quillbox inside a Wine are made of: a mailbox, the program's folder, the driver, the database."""
+import collections
 import csv
 import io
 import json
@@ -27,6 +28,21 @@ def message_of(folder, number):
     time = f"Tue, 3 Apr 2007 {number // 60 % 24:02d}:{number % 60:02d}:00 +0000"
     return (f"Received: from a by b; {time}\r\nFrom: Ann <a{number}@example.org>\r\nTo: reader@example.com\r\n"
             f"Subject: {subject_of(folder, number)}\r\nDate: {time}\r\n\r\n{'Body ' * 200 * (number % 4)}\r\n").encode()
+
+
+def stored_in(directory, folder):
+    """Of the messages in the folder's directory: how often each lies there whole, and the numbers of those in part."""
+    whole, parts = collections.Counter(), []
+    for file in directory.iterdir() if directory.exists() else ():
+        number = int(file.name.split("_")[0])
+        content, message = file.read_bytes(), message_of(folder, number)
+        if content == message:
+            whole[number] += 1
+        elif message.startswith(content):
+            parts.append(number)
+        else:
+            raise Broken(f"{file.name} is another message")
+    return whole, parts
 
 
 class Bench:

@@ -10,7 +10,7 @@ import sys
 import threading
 import time
 
-from bench import ROOT, Bench, Broken, message_of, subject_of
+from bench import ROOT, Bench, Broken, stored_in, subject_of
 
 FOLDERS = {"Inbox": 12, "Sent Items": 4}
 
@@ -83,17 +83,8 @@ def check(bench, room, whole):
     rows = collections.Counter((folder, subject) for folder, subject, _ in bench.rows(room / "program/saved.mdb"))
     besides = 0
     for folder, count in FOLDERS.items():
-        stored = collections.Counter()
-        directory = room / "store" / ROOT / folder
-        for file in directory.iterdir() if directory.exists() else ():
-            number = int(file.name.split("_")[0])
-            content, message = file.read_bytes(), message_of(folder, number)
-            if content == message:
-                stored[number] += 1
-            elif message.startswith(content):
-                besides += 1
-            else:
-                raise Broken(f"{file.name} is another message")
+        stored, parts = stored_in(room / "store" / ROOT / folder, folder)
+        besides += len(parts)
         for number in range(count):
             times = rows[f"{ROOT}\\{folder}", subject_of(folder, number)]
             if times > 1 or times and not stored[number] or whole and not times:

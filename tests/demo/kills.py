@@ -14,7 +14,7 @@ import re
 import shutil
 import sys
 
-from bench import ROOT, Bench, Broken, message_of, subject_of
+from bench import ROOT, Bench, Broken, stored_in, subject_of
 
 EVIDENCE = pathlib.Path(__file__).parents[2] / "build/killed"  # what is left of rounds that failed
 FOLDERS = {"Inbox": 9, "Sent Items": 4}  # and their messages
@@ -46,16 +46,8 @@ def check_store(store, folders, last):
     """Every message is there, and besides at most the last one once more. How many there are besides."""
     besides = []
     for folder in folders:
-        times = collections.Counter()
-        for file in (store / ROOT / folder).iterdir():
-            number = int(file.name.split("_")[0])
-            stored, message = file.read_bytes(), message_of(folder, number)
-            if stored == message:
-                times[number] += 1
-            elif message.startswith(stored):
-                besides.append(subject_of(folder, number))
-            else:
-                raise Broken(f"{file.name} is another message")
+        times, parts = stored_in(store / ROOT / folder, folder)
+        besides += [subject_of(folder, number) for number in parts]
         missing = [number for number in range(FOLDERS[folder]) if times[number] == 0]
         if missing:
             raise Broken(f"{folder}: not stored: {missing}")

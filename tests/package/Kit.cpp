@@ -45,20 +45,11 @@ const Part kParts[] = {
     {"Databases in the hands of DAO", L"programs\\windows-tests.exe --gtest_filter=Engines.*", 120, nullptr},
 };
 
-std::string Narrow(const std::wstring& text)
+std::string Narrow(const std::wstring& text, UINT codePage = CP_UTF8)
 {
     std::string narrow(text.size() * 3, '\0');
     narrow.resize(static_cast<std::size_t>(
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), narrow.data(),
-                            static_cast<int>(narrow.size()), nullptr, nullptr)));
-    return narrow;
-}
-
-std::string Ansi(const std::wstring& text)
-{
-    std::string narrow(text.size() * 2, '\0');
-    narrow.resize(static_cast<std::size_t>(
-        WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), narrow.data(),
+        WideCharToMultiByte(codePage, 0, text.data(), static_cast<int>(text.size()), narrow.data(),
                             static_cast<int>(narrow.size()), nullptr, nullptr)));
     return narrow;
 }
@@ -69,10 +60,11 @@ public:
     explicit Personal(const fs::path& kit)
     {
         for (const std::wstring& path : {kit.wstring(), kit.generic_wstring()})
-            for (const std::string& spelt : {Narrow(path), Ansi(path)}) words_.emplace_back(spelt, ".");
+            for (const std::string& spelt : {Narrow(path), Narrow(path, CP_ACP)})
+                words_.emplace_back(spelt, ".");
         for (const wchar_t* const name : {L"USERNAME", L"COMPUTERNAME", L"USERDOMAIN"})
             if (const wchar_t* const value = _wgetenv(name); value && std::wcslen(value) > 2)
-                for (const std::string& spelt : {Narrow(value), Ansi(value)})
+                for (const std::string& spelt : {Narrow(value), Narrow(value, CP_ACP)})
                     words_.emplace_back(spelt, "***");
     }
     std::string Without(std::string text) const
@@ -184,7 +176,7 @@ void Prepare(const fs::path& kit)
         fs::create_directories(folder);
     fs::copy_file("programs/quillbox.exe", "work/program/quillbox.exe");
     std::ofstream("work/program/settings.ini")
-        << "[Paths]\nStore=" << Ansi((kit / "work" / "store").wstring())
+        << "[Paths]\nStore=" << Narrow((kit / "work" / "store").wstring(), CP_ACP)
         << "\n[Options]\nSystem Folders=|outlook express|\n"; // else messages of the root are passed over
     const std::wstring temporary = (kit / "work" / "temporary").wstring();
     for (const wchar_t* const name : {L"TEMP", L"TMP"}) SetEnvironmentVariableW(name, temporary.c_str());
