@@ -18,18 +18,12 @@ int CALLBACK ComparePlaces(LPARAM a, LPARAM b, LPARAM places)
 
 } // namespace
 
-void Form1Results::Add(const ResultsRow& row)
-{
-    added_.push_back(static_cast<int>(table_.Add(row)));
-}
-
 void Form1Results::ShowAdded()
 {
-    if (added_.empty()) return;
+    const std::vector<std::size_t> places = table_.PlaceAdded();
+    if (places.empty()) return;
     const QuietList quiet(list_);
-    std::size_t number = table_.Places().size() - added_.size();
-    for (const int place : added_) InsertRow(number++, place);
-    added_.clear();
+    for (const std::size_t place : places) InsertRow(table_.Places()[place], static_cast<int>(place));
     if (!table_.KeepsSorted()) ShowArrow(-1); // they stand at the end, wherever they belong
 }
 
@@ -47,7 +41,6 @@ void Form1Results::InsertRow(std::size_t number, int place)
 
 void Form1Results::Clear()
 {
-    added_.clear();
     SendMessageW(list_, LVM_DELETEALLITEMS, 0, 0);
     table_.Clear();
 }

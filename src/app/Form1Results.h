@@ -17,8 +17,8 @@ public:
     explicit Form1Results(Locale& locale) : table_(locale) {}
     void Attach(HWND list) { list_ = list; } // a report list with check boxes
 
-    void Add(const ResultsRow& row); // not ticked; not in the list before ShowAdded
-    void ShowAdded();                // to be called now and then, as it redraws the list
+    void Add(const ResultsRow& row) { table_.Add(row); } // not ticked; not in the list before ShowAdded
+    void ShowAdded();                                    // to be called now and then, as it redraws the list
     void Clear();
     void SortBy(int column);                       // on a click on its header
     void FillCell(NMLVDISPINFOW& notice) const;    // the list asks for the texts that it draws
@@ -38,6 +38,5 @@ private:
 
     HWND list_ = nullptr;
     ResultsTable table_;
-    std::vector<int> added_; // the last rows of the table, not yet in the list: the place that each took
     int arrowColumn_ = -1;
 };

@@ -21,19 +21,30 @@ Text NumberKey(const Text& cell)
 
 } // namespace
 
-std::size_t ResultsTable::Add(ResultsRow row)
+std::vector<std::size_t> ResultsTable::PlaceAdded()
 {
-    const auto number = static_cast<std::uint32_t>(rows_.size());
-    auto place = places_.end();
-    if (keepsSorted_) {
-        place = std::upper_bound(places_.begin(), places_.end(), KeyOf(row),
-                                 [this](const Text& key, std::uint32_t other) {
-                                     return Precedes(order_, key, KeyOf(rows_[other]));
-                                 });
+    if (places_.size() == rows_.size()) return {};
+    std::vector<std::pair<Text, std::uint32_t>> added; // by key, equal ones as they came
+    for (std::size_t number = places_.size(); number < rows_.size(); ++number)
+        added.emplace_back(keepsSorted_ ? KeyOf(rows_[number]) : Text(), static_cast<std::uint32_t>(number));
+    std::stable_sort(added.begin(), added.end(),
+                     [this](const auto& a, const auto& b) { return Precedes(order_, a.first, b.first); });
+    std::vector<std::uint32_t> places;
+    std::vector<std::size_t> taken;
+    auto from = places_.begin();
+    for (const auto& [key, number] : added) {
+        const auto behind = [this](const Text& sought, std::uint32_t other) {
+            return Precedes(order_, sought, KeyOf(rows_[other]));
+        };
+        const auto to = keepsSorted_ ? std::upper_bound(from, places_.end(), key, behind) : places_.end();
+        places.insert(places.end(), from, to);
+        taken.push_back(places.size());
+        places.push_back(number);
+        from = to;
     }
-    place = places_.insert(place, number);
-    rows_.push_back(std::move(row));
-    return static_cast<std::size_t>(place - places_.begin());
+    places.insert(places.end(), from, places_.end());
+    places_ = std::move(places);
+    return taken;
 }
 
 void ResultsTable::Clear()

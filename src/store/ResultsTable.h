@@ -22,13 +22,16 @@ public:
     // Dates are read back as the locale has written them.
     explicit ResultsTable(Locale& locale) : locale_(locale) {}
 
-    std::size_t Add(ResultsRow row); // the place it got
-    void Clear();                    // column and order of sorting stay
+    void Add(ResultsRow row) { rows_.push_back(std::move(row)); } // it has no place yet
+    // Gives the rows that were added since a place each, for many at a time: those behind them move.
+    // Answers these places, ascending.
+    std::vector<std::size_t> PlaceAdded();
+    void Clear(); // column and order of sorting stay
 
-    // What a click on the column's header does: the order turns round, whatever the column was before. "ID"
-    // sorts by number, "Date" by time, the others as text without regard to case; equal rows stay as they
-    // stood. Kept: rows that come later find their place only after a sort as text, otherwise they go to the
-    // end.
+    // What a click on the column's header does to the rows that have a place: the order turns round, whatever
+    // the column was before. "ID" sorts by number, "Date" by time, the others as text without regard to case;
+    // equal rows stay as they stood. Kept: rows that come later find their place only after a sort as text,
+    // otherwise they go to the end.
     void SortBy(ResultsColumn column);
     SortOrder Order() const { return order_; } // of the last sort
     bool KeepsSorted() const { return keepsSorted_; }

@@ -10,11 +10,14 @@ using Texts = std::vector<Text>;
 
 class ResultsTableTest : public testing::Test {
 protected:
-    std::size_t Add(ResultsColumn column, const Text& cell)
+    std::vector<std::size_t> Add(ResultsColumn column, const Texts& cells)
     {
-        ResultsRow row;
-        row[static_cast<std::size_t>(column)] = cell;
-        return table->Add(row);
+        for (const Text& cell : cells) {
+            ResultsRow row;
+            row[static_cast<std::size_t>(column)] = cell;
+            table->Add(row);
+        }
+        return table->PlaceAdded();
     }
     Texts Shown(ResultsColumn column) const
     {
@@ -51,7 +54,7 @@ TEST_F(ResultsTableTest, EachColumnHasItsOrder)
         table.emplace(locale);
         Texts given(c.sorted.rbegin(), c.sorted.rend());
         std::rotate(given.begin(), given.begin() + 1, given.end()); // in neither order
-        for (const Text& cell : given) Add(c.column, cell);
+        Add(c.column, given);
         EXPECT_EQ(Shown(c.column), given) << "as they came";
         table->SortBy(c.column);
         EXPECT_EQ(Shown(c.column), c.sorted);
@@ -68,6 +71,7 @@ TEST_F(ResultsTableTest, EveryClickTurnsTheOrderAndKeepsEqualRows)
         table->Add({id % 2 ? u"A" : u"B", DecimalText(id), u"", u"", u""});
         (id % 2 ? odd : even).push_back(DecimalText(id));
     }
+    table->PlaceAdded();
     Texts oddFirst = odd;
     oddFirst.insert(oddFirst.end(), even.begin(), even.end());
     table->SortBy(ResultsColumn::folder);
@@ -83,17 +87,21 @@ TEST_F(ResultsTableTest, EveryClickTurnsTheOrderAndKeepsEqualRows)
 
 TEST_F(ResultsTableTest, LaterRowsFindTheirPlaceAfterASortAsTextOnly)
 {
+    using Places = std::vector<std::size_t>;
     for (const ResultsColumn column : {ResultsColumn::id, ResultsColumn::subject}) {
         table.emplace(locale);
-        for (const Text cell : {u"3", u"1", u"5"}) Add(column, cell);
+        Add(column, {u"3", u"1", u"5"});
         table->SortBy(column);
-        EXPECT_EQ(Add(column, u"4"), column == ResultsColumn::id ? 3u : 2u);
+        EXPECT_EQ(Add(column, {u"4"}), Places{column == ResultsColumn::id ? 3u : 2u});
     }
-    EXPECT_EQ(Add(ResultsColumn::subject, u"4"), 3u) << "behind its equal";
-    EXPECT_EQ(Add(ResultsColumn::subject, u""), 0u);
-    EXPECT_EQ(Shown(ResultsColumn::subject), (Texts{u"", u"1", u"3", u"4", u"4", u"5"}));
+    EXPECT_EQ(Add(ResultsColumn::subject, {u"4", u"6", u""}), (Places{0, 4, 6})) << "one behind its equal";
+    EXPECT_EQ(Shown(ResultsColumn::subject), (Texts{u"", u"1", u"3", u"4", u"4", u"5", u"6"}));
+    EXPECT_EQ(table->Places()[3], 3u) << "the equal that came first";
     table->SortBy(ResultsColumn::subject);
-    EXPECT_EQ(Add(ResultsColumn::subject, u"4"), 3u) << "from great to small";
+    EXPECT_EQ(Add(ResultsColumn::subject, {u"4", u"4"}), (Places{4, 5})) << "from great to small";
+    EXPECT_LT(table->Places()[4], table->Places()[5]) << "as they came";
+    EXPECT_EQ(Add(ResultsColumn::subject, {}), Places{});
     table->Clear();
-    for (const Text cell : {u"1", u"2"}) EXPECT_EQ(Add(ResultsColumn::subject, cell), 0u) << "a new check";
+    EXPECT_EQ(Add(ResultsColumn::subject, {u"1", u"2"}), (Places{0, 1})) << "a new check";
+    EXPECT_EQ(table->Places().front(), 1u);
 }
