@@ -8,24 +8,33 @@ std::vector<FolderNode> FolderNodesOf(const std::vector<OeFolder>& lstTree)
     return nodes;
 }
 
-Text FolderPathOf(const std::vector<FolderNode>& nodes, std::size_t index)
+std::vector<std::size_t> ParentsOf(const std::vector<FolderNode>& nodes)
+{
+    std::vector<std::size_t> parents, above; // above: from the first level down to the node met last
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        while (!above.empty() && nodes[above.back()].level >= nodes[i].level) above.pop_back();
+        const bool isTop = above.empty() || nodes[above.back()].level < 2;
+        parents.push_back(isTop ? kNoParent : above.back());
+        above.push_back(i);
+    }
+    return parents;
+}
+
+Text FolderPathOf(const std::vector<FolderNode>& nodes, const std::vector<std::size_t>& parents,
+                  std::size_t index)
 {
     if (index >= nodes.size()) return {};
     Text path = nodes[index].name;
-    int level = nodes[index].level;
-    while (level > 2 && index > 0) {
-        const FolderNode& above = nodes[--index];
-        if (above.level >= level) continue;
-        level = above.level;
-        if (level > 1) path = above.name + u'\\' + path;
-    }
+    for (std::size_t above = parents[index]; above != kNoParent; above = parents[above])
+        path = nodes[above].name + u'\\' + path;
     return path;
 }
 
 std::vector<Text> BuildFolderPaths(const std::vector<FolderNode>& nodes)
 {
+    const std::vector<std::size_t> parents = ParentsOf(nodes);
     std::vector<Text> paths;
-    for (std::size_t i = 0; i <= nodes.size(); ++i) paths.push_back(FolderPathOf(nodes, i));
+    for (std::size_t i = 0; i <= nodes.size(); ++i) paths.push_back(FolderPathOf(nodes, parents, i));
     return paths;
 }
 

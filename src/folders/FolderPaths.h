@@ -5,9 +5,15 @@
 
 std::vector<FolderNode> FolderNodesOf(const std::vector<OeFolder>& lstTree);
 
-// The folder's name behind the names of its ancestors down to level 2, joined by backslashes; the root is
-// part of no other folder's path. Empty for an index beyond the end.
-Text FolderPathOf(const std::vector<FolderNode>& nodes, std::size_t index);
+// For each node the index of the nearest one above it of a lower level; kNoParent where that is the root,
+// which is part of no other folder's path.
+inline constexpr std::size_t kNoParent = Text::npos;
+std::vector<std::size_t> ParentsOf(const std::vector<FolderNode>& nodes);
+
+// The folder's name behind the names of its ancestors down to level 2, joined by backslashes. Empty for an
+// index beyond the end.
+Text FolderPathOf(const std::vector<FolderNode>& nodes, const std::vector<std::size_t>& parents,
+                  std::size_t index);
 
 // One path for each node and an empty one more.
 std::vector<Text> BuildFolderPaths(const std::vector<FolderNode>& nodes);

@@ -1,5 +1,6 @@
 #include "folders/StoreFolders.h"
 
+#include "folders/FolderPaths.h"
 #include "store/StoreNames.h"
 
 #include <algorithm>
@@ -16,28 +17,17 @@ public:
     Text TakeVariant(const Text& name)
     {
         if (Take(name)) return name;
-        for (int number = 2;; ++number) {
-            Text variant = name + u'_' + DecimalText(number);
+        // All that are in another script may have one name here.
+        for (int& number = numbers_.try_emplace(FoldCase(name), 1).first->second;;) {
+            Text variant = name + u'_' + DecimalText(++number);
             if (Take(variant)) return variant;
         }
     }
 
 private:
     std::set<Text> taken_;
+    std::map<Text, int> numbers_; // by name: the last that a variant was tried with
 };
-
-// For each node the index of the node whose directory holds its own; npos: the store folder itself.
-std::vector<std::size_t> ParentsOf(const std::vector<FolderNode>& nodes)
-{
-    std::vector<std::size_t> parents, last; // last[level]: the last node met at that level
-    for (std::size_t i = 0; i < nodes.size(); ++i) {
-        const auto level = static_cast<std::size_t>(std::max(nodes[i].level, 1));
-        parents.push_back(level > 2 && last.size() >= level ? last[level - 1] : Text::npos);
-        last.resize(level + 1, Text::npos);
-        last[level] = i;
-    }
-    return parents;
-}
 
 } // namespace
 
@@ -54,7 +44,7 @@ std::vector<Text> StoreDirectories(const std::vector<FolderNode>& nodes, CodePag
     std::vector<Text> directories(nodes.size());
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         if (!kept[i]) names[i] = spaces[parents[i]].TakeVariant(names[i]);
-        directories[i] = parents[i] == Text::npos ? names[i] : directories[parents[i]] + u'\\' + names[i];
+        directories[i] = parents[i] == kNoParent ? names[i] : directories[parents[i]] + u'\\' + names[i];
     }
     return directories;
 }
