@@ -61,7 +61,8 @@ bool NoCount(FolderRun& run)
 
 void NoteToExport(FolderRun& run, CheckTotals& totals, std::int32_t emails, std::int32_t firstUnsaved)
 {
-    run.exportList.push_back({run.currentFolder, firstUnsaved});
+    // Kept: of several checks in the list, the folder's first record counts.
+    run.exportList.try_emplace(run.currentFolder, firstUnsaved);
     run.runTotalToSave += emails;
     ++totals.foldersNotSaved;
 }
@@ -128,21 +129,13 @@ bool CheckOne(FolderRun& run, CheckTotals& totals)
     return true;
 }
 
-// Kept: of several checks in the list, the first record of the folder counts.
-const FolderToExport* RecordOf(const FolderRun& run, const Text& fullName)
-{
-    const auto found = std::find_if(run.exportList.begin(), run.exportList.end(),
-                                    [&](const FolderToExport& each) { return each.fullName == fullName; });
-    return found == run.exportList.end() ? nullptr : &*found;
-}
-
 // Whether the folder's e-mails were counted.
-bool ExportOne(FolderRun& run, const FolderToExport& record)
+bool ExportOne(FolderRun& run, std::int32_t firstUnsaved)
 {
     if (!ShowInClient(run)) return false;
     run.Log(u"Exporting emails from " + run.currentFolder);
-    if (run.view.Options().jumpRemain && record.firstUnsaved >= 0)
-        SelectListItem(run.client, record.firstUnsaved, OtherItems::clear);
+    if (run.view.Options().jumpRemain && firstUnsaved >= 0)
+        SelectListItem(run.client, firstUnsaved, OtherItems::clear);
     return ExportFolder(run, true);
 }
 
@@ -163,7 +156,7 @@ void CountUnvisited(FolderRun& run, AllFoldersMode mode, int line, const Text& i
         if (IsPassedOver(run, i)) continue;
         if (mode == AllFoldersMode::check)
             ++run.uncheckedFolders;
-        else if (RecordOf(run, run.folderPaths[i]))
+        else if (run.exportList.count(run.folderPaths[i]) != 0)
             run.exported.notLookedAt += run.checkedCounts[run.folderPaths[i]];
     }
 }
@@ -184,10 +177,10 @@ void WalkFolders(FolderRun& run, AllFoldersMode mode, const Text& ignoreName, Ch
             return;
         }
         if (IsPassedOver(run, static_cast<std::size_t>(line))) continue;
-        const FolderToExport* record = RecordOf(run, run.currentFolder);
         if (mode == AllFoldersMode::check)
             run.uncheckedFolders += CheckOne(run, totals) ? 0 : 1;
-        else if (record && !ExportOne(run, *record))
+        else if (const auto record = run.exportList.find(run.currentFolder);
+                 record != run.exportList.end() && !ExportOne(run, record->second))
             run.exported.notLookedAt += run.checkedCounts[run.currentFolder];
         SweepRemoteMemory(run.client.memory);
         run.view.ProcessEvents();

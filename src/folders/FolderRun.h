@@ -10,12 +10,6 @@
 
 #include <map>
 
-// What a check of all folders found to be exported.
-struct FolderToExport {
-    Text fullName;
-    std::int32_t firstUnsaved = -1; // row in the client's list; -1: not known
-};
-
 // Of an export command, over all its folders.
 struct ExportTotals {
     std::int32_t handled = 0;     // e-mails
@@ -43,8 +37,10 @@ struct FolderRun {
     std::int32_t runTotalSaved = 0;  // since the export pass of an all-folders run began
     std::int32_t runTotalToSave = 0; // as its check pass found it
     std::int32_t folderCount = 0;    // folders to check, for the bar; 0: not worked out
-    // Kept: only the command that checks all folders empties it; an export's own check appends.
-    std::vector<FolderToExport> exportList{};
+    // What checks of all folders found to be exported: by full name the row in the client's list of the first
+    // e-mail that is not saved, -1 where it is not known. Kept: only the command that checks all folders
+    // empties it; an export's own check appends.
+    std::map<Text, std::int32_t> exportList{};
     Text checkSummary{};                          // of the last check of all folders
     std::map<Text, std::int32_t> checkedCounts{}; // e-mails of each folder, by full name, as last checked
     ExportTotals exported{};                      // of the export command under way

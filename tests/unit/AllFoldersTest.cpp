@@ -35,7 +35,7 @@ TEST_F(AllFoldersTest, ACheckTellsWhatIsToBeExported)
                                         u"3 email(s) to be saved."}));
     EXPECT_EQ(run.checkSummary, u"3 email(s) to be saved.");
     ASSERT_EQ(run.exportList.size(), 2u);
-    EXPECT_EQ(run.exportList[0].firstUnsaved, 0) << "a folder never exported begins with its first";
+    EXPECT_EQ(run.exportList.at(kInbox), 0) << "a folder never exported begins with its first";
     EXPECT_EQ(view.marks[1], (std::pair<Text, Text>{u"0/2", u"red"}));
     EXPECT_EQ(view.selectedNode, 4) << "the node that is marked";
     EXPECT_EQ(view.tab, static_cast<int>(Tab::progress));
@@ -69,7 +69,7 @@ TEST_F(AllFoldersTest, ExportsWhatTheCheckFoundAndNothingTwice)
                         u"1 folder(s) saved, 1 folder(s) not saved, 1 empty folder(s).",
                         u"3 email(s) already saved."});
     ASSERT_EQ(run.exportList.size(), 1u);
-    EXPECT_EQ(run.exportList[0].firstUnsaved, 2);
+    EXPECT_EQ(run.exportList.at(kInbox), 2);
     EXPECT_EQ(view.marks, (Marks{{u"", u"envelope"},
                                  {u"2/3", u"yellow"},
                                  {u"", u"envelope"},

@@ -90,7 +90,7 @@ TEST(LookAlikes, ChecksSeeTheSecondAndTheThird)
             EXPECT_EQ(bench.Logged(u"look exactly like"), !extra);
             if (!extra) continue;
             ASSERT_FALSE(bench.run.exportList.empty());
-            EXPECT_EQ(bench.run.exportList[0].firstUnsaved, 3);
+            EXPECT_EQ(bench.run.exportList.begin()->second, 3);
             bench.then = {};
             bench.ExportAll();
             EXPECT_EQ(bench.Records().size(), 9u);
