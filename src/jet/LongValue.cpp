@@ -23,12 +23,12 @@ std::string Header(std::size_t size, std::uint32_t kind, std::uint32_t pointer)
     return header;
 }
 
-RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, std::vector<FreeSpace>& spaces)
+RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, FreeSpaces& spaces)
 {
-    if (FreeSpace* space = FindSpace(spaces, row.size())) {
-        std::string& page = writes.Edit(space->page, Phase::fresh);
-        const RowId id{space->page, AddRow(page, row)};
-        space->bytes = FreeSpaceIn(ByteView(page, id.page)).value_or(0);
+    if (const std::optional<PageNumber> found = spaces.Find(row.size())) {
+        std::string& page = writes.Edit(*found, Phase::fresh);
+        const RowId id{*found, AddRow(page, row)};
+        spaces.Set({id.page, FreeSpaceIn(ByteView(page, id.page)).value_or(0)});
         return id;
     }
     std::string page = NewDataPage(kLongValueOwner);
@@ -71,10 +71,35 @@ LongValue::LongValue(PageFile& file, ByteView header) : page_(header.Page())
     parts_.resize(std::min(parts_.size(), size));
 }
 
-std::vector<FreeSpace> FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
-                                    std::uint32_t owner)
+void FreeSpaces::Set(FreeSpace space)
 {
-    std::vector<FreeSpace> spaces;
+    const auto [known, isNew] = bytes_.try_emplace(space.page, space.bytes);
+    if (!isNew) byBytes_.erase({known->second, space.page});
+    known->second = space.bytes;
+    byBytes_.emplace(space.bytes, space.page);
+}
+
+std::optional<PageNumber> FreeSpaces::Find(std::size_t bytes) const
+{
+    const auto found = byBytes_.lower_bound({bytes, 0});
+    return found == byBytes_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::vector<PageNumber> FreeSpaces::TakeFull()
+{
+    std::vector<PageNumber> full;
+    while (!byBytes_.empty() && byBytes_.begin()->first < kWorthOffering) {
+        full.push_back(byBytes_.begin()->second);
+        bytes_.erase(full.back());
+        byBytes_.erase(byBytes_.begin());
+    }
+    return full;
+}
+
+FreeSpaces FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
+                        std::uint32_t owner)
+{
+    FreeSpaces spaces;
     if (freeMap.page == 0) return spaces;
     PageRef hold;
     for (PageNumber number : PagesOf(file, freeMap)) {
@@ -82,35 +107,23 @@ std::vector<FreeSpace> FreeSpacesOf(PageFile& file, RowId freeMap, const std::ve
         const ByteView page = file.View(number, hold);
         NeedDataPage(page, owner);
         CheckDirectory(page);
-        if (const std::optional<std::size_t> bytes = FreeSpaceIn(page)) spaces.push_back({number, *bytes});
+        if (const std::optional<std::size_t> bytes = FreeSpaceIn(page)) spaces.Set({number, *bytes});
     }
     return spaces;
 }
 
-FreeSpace* FindSpace(std::vector<FreeSpace>& spaces, std::size_t bytes)
-{
-    // The newest page is the likeliest.
-    const auto found = std::find_if(spaces.rbegin(), spaces.rend(),
-                                    [&](const FreeSpace& space) { return space.bytes >= bytes; });
-    return found == spaces.rend() ? nullptr : &*found;
-}
-
-void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, std::vector<FreeSpace>& spaces,
-               FreeSpace added)
+void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, FreeSpaces& spaces, FreeSpace added)
 {
     AddToMap(writes, ownedMap, added.page, Phase::commit);
-    const auto full = [](const FreeSpace& space) { return space.bytes < kWorthOffering; };
-    if (freeMap.page != 0) {
-        for (const FreeSpace& space : spaces)
-            if (full(space)) TakeFromMap(writes, freeMap, space.page, Phase::tidy);
-        if (!full(added)) AddToMap(writes, freeMap, added.page, Phase::tidy);
-    }
-    spaces.erase(std::remove_if(spaces.begin(), spaces.end(), full), spaces.end());
-    if (!full(added)) spaces.push_back(added);
+    for (const PageNumber full : spaces.TakeFull())
+        if (freeMap.page != 0) TakeFromMap(writes, freeMap, full, Phase::tidy);
+    if (added.bytes < kWorthOffering) return;
+    if (freeMap.page != 0) AddToMap(writes, freeMap, added.page, Phase::tidy);
+    spaces.Set(added);
 }
 
 std::string StoreLongValue(WriteSet& writes, const Column& column, const std::string& bytes,
-                           std::vector<FreeSpace>& spaces)
+                           FreeSpaces& spaces)
 {
     if (bytes.size() <= kMostInRow) return Header(bytes.size(), kInRow, 0) + bytes;
     if (bytes.size() > kMostBytes) throw DatabaseError(u"The text is too long for the column " + column.name);

@@ -4,6 +4,9 @@
 #pragma once
 #include "jet/TableDefinition.h"
 
+#include <map>
+#include <set>
+
 namespace jet {
 
 class LongValue {
@@ -27,17 +30,28 @@ struct FreeSpace {
 };
 inline constexpr std::size_t kWorthOffering = 256; // a page with less room leaves the free map
 
+class FreeSpaces {
+public:
+    void Set(FreeSpace space); // in place of what was known of the page
+    bool Knows(PageNumber page) const { return bytes_.count(page) != 0; }
+    // The fullest page with so much room; nothing: none has.
+    std::optional<PageNumber> Find(std::size_t bytes) const;
+    std::vector<PageNumber> TakeFull(); // those that are not worth offering
+
+private:
+    std::map<PageNumber, std::size_t> bytes_;
+    std::set<std::pair<std::size_t, PageNumber>> byBytes_;
+};
+
 // The free space of the owned pages that the free map names; a row's page must have this owner. Nothing
 // without a free map.
-std::vector<FreeSpace> FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
-                                    std::uint32_t owner);
-FreeSpace* FindSpace(std::vector<FreeSpace>& spaces, std::size_t bytes); // null: none is large enough
+FreeSpaces FreeSpacesOf(PageFile& file, RowId freeMap, const std::vector<PageNumber>& owned,
+                        std::uint32_t owner);
 // Enters a new page in the maps, and takes those it replaces out of the free map.
-void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, std::vector<FreeSpace>& spaces,
-               FreeSpace added);
+void EnterPage(WriteSet& writes, RowId ownedMap, RowId freeMap, FreeSpaces& spaces, FreeSpace added);
 
 // Places the value and answers the header for the row. spaces are those of the column.
 std::string StoreLongValue(WriteSet& writes, const Column& column, const std::string& bytes,
-                           std::vector<FreeSpace>& spaces);
+                           FreeSpaces& spaces);
 
 } // namespace jet

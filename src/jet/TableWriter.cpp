@@ -64,15 +64,15 @@ std::optional<std::string> EncodeCell(WriteSet& writes, const Column& column,
 }
 
 // Pages that have room again are offered for new rows.
-void OfferAgain(WriteSet& writes, RowId freeMap, std::vector<FreeSpace>& spaces, std::set<PageNumber> pages)
+void OfferAgain(WriteSet& writes, RowId freeMap, FreeSpaces& spaces, const std::set<PageNumber>& pages)
 {
-    const auto room = [&writes](PageNumber page) { return FreeSpaceIn(writes.View(page)).value_or(0); };
-    for (FreeSpace& space : spaces)
-        if (pages.erase(space.page) != 0) space.bytes = room(space.page);
     for (const PageNumber page : pages) {
-        if (room(page) < kWorthOffering || freeMap.page == 0) continue;
-        AddToMap(writes, freeMap, page, Phase::tidy);
-        spaces.push_back({page, room(page)});
+        const std::size_t room = FreeSpaceIn(writes.View(page)).value_or(0);
+        if (!spaces.Knows(page)) {
+            if (room < kWorthOffering || freeMap.page == 0) continue;
+            AddToMap(writes, freeMap, page, Phase::tidy);
+        }
+        spaces.Set({page, room});
     }
 }
 
@@ -140,7 +140,6 @@ void TableWriter::Inspect()
     const TableDefinition& table = table_.Definition();
     InspectMaps();
     InspectTail();
-    const std::vector<PageNumber> pages = table_.Pages();
     Inspected inspected;
     for (const Column& column : table.columns)
         if (column.IsLong()) inspected.longValuePages[column.number] = PagesOf(file, column.ownedMap);
@@ -156,13 +155,20 @@ void TableWriter::Inspect()
         throw DatabaseError(u"The table has lost rows: it should have " + DecimalText(table.rowCount) +
                             u" and has " + DecimalText(rowCount_));
 
-    spaces_.rows = FreeSpacesOf(file, table.freeMap, pages, table.page);
-    for (const Column& column : table.columns) {
-        if (!column.IsLong()) continue;
-        spaces_.longValues[column.number] =
-            FreeSpacesOf(file, column.freeMap, inspected.longValuePages.at(column.number), kLongValueOwner);
-    }
+    spaces_ = ReadSpaces();
     unlisted_ = std::move(inspected.unlisted);
+}
+
+TableSpaces TableWriter::ReadSpaces() const
+{
+    PageFile& file = table_.File();
+    const TableDefinition& table = table_.Definition();
+    TableSpaces spaces{FreeSpacesOf(file, table.freeMap, table_.Pages(), table.page), {}};
+    for (const Column& column : table.columns)
+        if (column.IsLong())
+            spaces.longValues[column.number] =
+                FreeSpacesOf(file, column.freeMap, PagesOf(file, column.ownedMap), kLongValueOwner);
+    return spaces;
 }
 
 void TableWriter::InspectMaps() const
@@ -226,6 +232,12 @@ void TableWriter::InspectRow(const StoredRow& stored, Inspected& inspected) cons
     }
 }
 
+TableSpaces TableWriter::TakeSpaces()
+{
+    std::optional<TableSpaces> known = std::exchange(spaces_, std::nullopt);
+    return known ? std::move(*known) : ReadSpaces();
+}
+
 void TableWriter::NeedWritable() const
 {
     if (!refusal_.empty()) throw DatabaseError(refusal_);
@@ -236,17 +248,17 @@ RowId TableWriter::Append(const std::vector<std::optional<Text>>& values)
     NeedWritable();
     const TableDefinition& table = table_.Definition();
     WriteSet writes(table_.File());
-    TableSpaces spaces = spaces_;
+    TableSpaces spaces = TakeSpaces();
     std::vector<std::optional<std::string>> cells;
     for (std::size_t i = 0; i < table.columns.size(); ++i)
         cells.push_back(EncodeCell(writes, table.columns[i], values.at(i), spaces));
     const std::string row = EncodeRow(table, cells);
 
     RowId id;
-    if (FreeSpace* space = FindSpace(spaces.rows, row.size())) {
-        std::string& page = writes.Edit(space->page, Phase::commit);
-        id = {space->page, AddRow(page, row)};
-        space->bytes = FreeSpaceIn(ByteView(page, id.page)).value_or(0);
+    if (const std::optional<PageNumber> found = spaces.rows.Find(row.size())) {
+        std::string& page = writes.Edit(*found, Phase::commit);
+        id = {*found, AddRow(page, row)};
+        spaces.rows.Set({id.page, FreeSpaceIn(ByteView(page, id.page)).value_or(0)});
         writes.StageBehindFirstSector(id.page);
     } else {
         std::string page = NewDataPage(table.page);
@@ -285,7 +297,7 @@ void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
 {
     const TableDefinition& table = table_.Definition();
     WriteSet writes(table_.File());
-    TableSpaces spaces = spaces_;
+    TableSpaces spaces = TakeSpaces();
     const std::uint32_t left = rowCount_ - static_cast<std::uint32_t>(rows.size());
     WriteRowCount(writes, table.page, left, Phase::prepare);
     std::set<PageNumber> rowPages;
@@ -313,7 +325,7 @@ void TableWriter::DeleteTogether(std::span<const StoredRow> rows)
         if (column.IsLong())
             OfferAgain(writes, column.freeMap, spaces.longValues[column.number],
                        longValuePages[column.number]);
-    OfferAgain(writes, table.freeMap, spaces.rows, std::move(rowPages));
+    OfferAgain(writes, table.freeMap, spaces.rows, rowPages);
     MarkFreshPagesUsed(writes); // of a free map that had to grow
     writes.Commit();
     spaces_ = std::move(spaces);

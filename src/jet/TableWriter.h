@@ -16,8 +16,8 @@ namespace jet {
 
 // The pages that take new rows.
 struct TableSpaces {
-    std::vector<FreeSpace> rows;
-    std::map<std::uint16_t, std::vector<FreeSpace>> longValues; // by column number
+    FreeSpaces rows;
+    std::map<std::uint16_t, FreeSpaces> longValues; // by column number
 };
 
 class TableWriter {
@@ -48,6 +48,8 @@ private:
     void InspectTail() const;
     void InspectMaps() const;
     void InspectRow(const StoredRow& stored, Inspected& inspected) const;
+    TableSpaces ReadSpaces() const;
+    TableSpaces TakeSpaces(); // to be put back when the operation is done
     void NeedWritable() const;
     void DeleteTogether(std::span<const StoredRow> rows);
 
@@ -57,7 +59,8 @@ private:
     bool mended_ = false;
     // Pages of long values that are not in the map of their column, by its number.
     std::set<std::pair<std::uint16_t, PageNumber>> unlisted_;
-    TableSpaces spaces_;
+    // Nothing where an operation has failed over it.
+    std::optional<TableSpaces> spaces_;
 };
 
 } // namespace jet
