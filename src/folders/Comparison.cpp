@@ -143,27 +143,16 @@ std::optional<ComparisonResult> CompareEntries(FolderRun& run, const std::vector
     return result;
 }
 
-using Counts = std::unordered_map<Text, std::int32_t>; // by CRC
-
-// Of the CRCs that can be found in the list between two commas.
-Counts CachedCrcs(FolderRun& run)
-{
-    run.view.ShowText(u"[2 of 3] Caching database...");
-    const Text list = FolderCrcList(run.saved, run.currentFolder, u",", [&run] { run.view.ProcessEvents(); });
-    if (list.size() < 2) return {};
-    Counts counts;
-    for (const Text& crc : SplitAt(TextView(list).substr(1, list.size() - 2), u",")) ++counts[crc];
-    return counts;
-}
-
 std::optional<ComparisonResult> CompareWithDatabase(FolderRun& run, std::int32_t expected)
 {
     (void)OpenedDatabase(run.saved); // or it throws, before all is read for nothing
     std::vector<const EmailEntry*> entries;
     if (!ReadEntries(run, expected, entries)) return std::nullopt;
-    const Counts recorded = CachedCrcs(run);
+    run.view.ShowText(u"[2 of 3] Caching database...");
+    const CrcCounts recorded =
+        FolderCrcCounts(run.saved, run.currentFolder, [&run] { run.view.ProcessEvents(); });
     const bool eachCounts = run.view.Options().lookAlikes;
-    Counts met;
+    CrcCounts met;
     return CompareEntries(run, entries, [&](const EmailEntry& entry) {
         const auto found = recorded.find(entry.Crc);
         return found != recorded.end() && (!eachCounts || ++met[entry.Crc] <= found->second);
@@ -272,10 +261,14 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t ex
     if (IsStopped(run)) return std::nullopt;
     if (!thorough) LogDifference(run, entries.size(), records.size());
     RecordSearch search(records);
-    if (!run.saved.IsWritable()) run.Log(u"Nothing is recorded: " + WhyNotWritable(run.saved));
+    std::optional<HeldCrcs> held;
+    if (run.saved.IsWritable())
+        held.emplace(run.saved, run.currentFolder, [&run] { run.view.ProcessEvents(); });
+    else
+        run.Log(u"Nothing is recorded: " + WhyNotWritable(run.saved));
     const bool eachCounts = run.view.Options().lookAlikes;
     std::unordered_map<Text, RecordSearch::Places> taken; // by the CRC of those that look the same
-    Counts files;                                         // likewise
+    CrcCounts files;                                      // likewise
     const auto hasFile = [&](const EmailEntry& entry) {
         if (thorough) return found.count(&entry) != 0;
         RecordSearch::Places& places = taken[entry.Crc];
@@ -287,7 +280,7 @@ std::optional<ComparisonResult> CompareWithFiles(FolderRun& run, std::int32_t ex
         if (!hasFile(entry)) return false;
         // The file is there: the database learns of it.
         const std::int32_t needed = eachCounts ? ++files[entry.Crc] : 1;
-        if (run.saved.IsWritable() && CountRecords(run.saved, entry.Crc, run.currentFolder) < needed)
+        if (run.saved.IsWritable() && !IsSaved(run.saved, entry.Crc, run.currentFolder, needed))
             AddSavedEmail(run.saved, run.currentFolder, entry);
         return true;
     });

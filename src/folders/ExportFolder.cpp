@@ -11,6 +11,7 @@
 #include "oe/RemoteListView.h"
 #include "oe/SaveDialog.h"
 #include "oe/WindowDiscovery.h"
+#include "store/SavedMaintenance.h"
 
 #include <algorithm>
 #include <limits>
@@ -299,6 +300,7 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
     if (run.client.detailsFound) LogMissingColumns(run);
     outcome.tally.firstRow = std::max(run.client.currentEmailId, 0);
     run.client.saveDialog.blocked = 0;
+    const HeldCrcs held(run.saved, run.currentFolder, [&run] { run.view.ProcessEvents(); });
     LoopEnd end = ExportEmails(run, partOfAllFolders, statistics, outcome);
     if (end == LoopEnd::atLast && run.view.Options().selectRows)
         end = ExportMissed(run, partOfAllFolders, statistics, outcome);

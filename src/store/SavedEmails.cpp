@@ -88,10 +88,12 @@ std::unique_ptr<Recordset> RecordsOf(Database& database, const Text& crc, const 
                                                        u"') AND (efolder='" + SqlQuote(folder) + u"')");
 }
 
-bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder)
+bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder, std::int32_t times)
 {
+    if (const auto held = saved.held.find(crc); held != saved.held.end())
+        if (folder == saved.heldFolder && held->second >= times) return true;
     const std::unique_ptr<Recordset> rows = RecordsOf(OpenedDatabase(saved), crc, folder);
-    return !rows->AtEnd() && !rows->AtBeginning();
+    return times == 1 ? !rows->AtEnd() && !rows->AtBeginning() : rows->Count() >= times;
 }
 
 std::int32_t CountRecords(SavedEmails& saved, const Text& crc, const Text& folder)

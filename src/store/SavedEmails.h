@@ -7,11 +7,14 @@
 #include "store/EmailEntry.h"
 
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 // The table as a new database gets it. A subject may have any length; a CRC text has at most 8 characters.
 inline constexpr char16_t kCreateSaved[] =
     u"CREATE TABLE saved (efolder TEXT(255), esubject MEMO, ecrc TEXT(8))";
+
+using CrcCounts = std::unordered_map<Text, std::int32_t>; // how many records have each CRC
 
 struct SavedEmails {
     std::unique_ptr<Database> database{}; // null while closed
@@ -19,6 +22,8 @@ struct SavedEmails {
     std::vector<Text> notes{};            // for the log: what opening has mended, or why it is read-only
     bool created = false;                 // by OpenSavedEmails, as there was no file
     bool beganEmpty = false;              // without a record, when it was opened
+    Text heldFolder{};                    // of held
+    CrcCounts held{};                     // what HeldCrcs has read
 
     bool IsOpen() const { return database != nullptr; }
     bool IsWritable() const { return IsOpen() && whyReadOnly.empty(); }
@@ -38,8 +43,8 @@ Text WhyNotWritable(const SavedEmails& saved);
 Database& OpenedDatabase(SavedEmails& saved);
 Database& WritableDatabase(SavedEmails& saved);
 
-// Whether the CRC is recorded under the folder, or, with an empty folder, under any.
-bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder);
+// Whether the CRC is recorded under the folder, so many times at least, or, with an empty folder, under any.
+bool IsSaved(SavedEmails& saved, const Text& crc, const Text& folder, std::int32_t times = 1);
 // The rows that have the CRC under the folder, or, with an empty folder, under any.
 std::unique_ptr<Recordset> RecordsOf(Database& database, const Text& crc, const Text& folder);
 // How many rows have the CRC under the folder.

@@ -35,6 +35,26 @@ Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
     return list;
 }
 
+CrcCounts FolderCrcCounts(SavedEmails& saved, const Text& folder, const std::function<void()>& yield)
+{
+    const Text list = FolderCrcList(saved, folder, u",", yield);
+    if (list.size() < 2) return {};
+    CrcCounts counts;
+    for (const Text& crc : SplitAt(TextView(list).substr(1, list.size() - 2), u",")) ++counts[crc];
+    return counts;
+}
+
+HeldCrcs::HeldCrcs(SavedEmails& saved, const Text& folder, const std::function<void()>& yield) : saved_(saved)
+{
+    saved.held = FolderCrcCounts(saved, folder, yield);
+    saved.heldFolder = folder;
+}
+
+HeldCrcs::~HeldCrcs()
+{
+    saved_.held.clear();
+}
+
 std::int32_t ForgetSavedEmail(SavedEmails& saved, const Text& crc, const Text& folder, std::int32_t most)
 {
     std::int32_t forgotten = 0;

@@ -8,6 +8,21 @@
 Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
                    const std::function<void()>& yield);
 
+// The same, counted.
+CrcCounts FolderCrcCounts(SavedEmails& saved, const Text& folder, const std::function<void()>& yield);
+
+// While it lives, a "yes" of IsSaved for this folder comes from what was read at its beginning, whatever has
+// become of the record since; a "no" is asked for. DAO has no index to go by: each question reads all rows.
+class HeldCrcs {
+public:
+    HeldCrcs(SavedEmails& saved, const Text& folder, const std::function<void()>& yield);
+    ~HeldCrcs();
+    HeldCrcs(const HeldCrcs&) = delete;
+
+private:
+    SavedEmails& saved_;
+};
+
 // Deletes rows that have the CRC under the folder, so many at the most; how many it were.
 std::int32_t ForgetSavedEmail(SavedEmails& saved, const Text& crc, const Text& folder, std::int32_t most);
 

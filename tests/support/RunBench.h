@@ -39,6 +39,30 @@ inline std::vector<std::vector<Text>> Mails(int count)
 inline const std::vector<FakeFolder> kFurther = {{u"Other", 2, {MailRow(u"Letter"), MailRow(u"Reply")}},
                                                  {u"Last", 2, {MailRow(u"Note")}}};
 
+// Counts the questions for single e-mails that an engine is asked.
+class CountingDatabase : public Database {
+public:
+    CountingDatabase(std::unique_ptr<Database> engine, std::size_t& lookUps)
+        : engine_(std::move(engine)), lookUps_(lookUps)
+    {
+    }
+    Readiness PrepareForWriting(const Text& table, const std::vector<ColumnNeed>& needs) override
+    {
+        return engine_->PrepareForWriting(table, needs);
+    }
+    std::unique_ptr<Recordset> OpenRecordset(const Text& sql) override
+    {
+        if (sql.find(u"ecrc='") != Text::npos) ++lookUps_;
+        return engine_->OpenRecordset(sql);
+    }
+    std::unique_ptr<DeletionBatch> BeginDeletions() override { return engine_->BeginDeletions(); }
+    void Close() noexcept override { engine_->Close(); }
+
+private:
+    std::unique_ptr<Database> engine_;
+    std::size_t& lookUps_;
+};
+
 struct RunBench : OeBench {
     explicit RunBench(int emails = 6, const std::vector<FakeFolder>& further = kFurther)
         : RunBench(Mails(emails), further)
@@ -51,7 +75,8 @@ struct RunBench : OeBench {
         view.options.storeFolder = u"C:\\Store";
         view.options.systemFolders = u"|local folders|";
         CreateSaved(databaseFiles);
-        saved.database = OpenJetDatabase(databaseFiles, kSavedPath);
+        saved.database =
+            std::make_unique<CountingDatabase>(OpenJetDatabase(databaseFiles, kSavedPath), lookUps);
         fake.ShowFolder(2);
         Synchronise(run);
         Forget();
@@ -151,6 +176,7 @@ struct RunBench : OeBench {
     void StopAfterFolder() { flags.stopAfterFolder = flags.stopRequested = true; }
 
     MemoryFiles databaseFiles;
+    std::size_t lookUps = 0;
     SavedEmails saved;
     FolderRun run{client, saved, view, files, clock, codePage, locale};
 

@@ -272,7 +272,9 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"2/4", u"yellow"}));
     EXPECT_EQ(RecordedSubjects(), (Texts{u"Mail 1", u"Mail 0"}))
         << "what was not recorded under this folder is now, once";
+    EXPECT_EQ(std::exchange(lookUps, 0), 1u) << "for that one";
     Check(ComparisonType::file);
+    EXPECT_EQ(lookUps, 0u);
     EXPECT_EQ(Records().size(), 3u);
 
     CloseSavedEmails(saved);

@@ -55,10 +55,12 @@ TEST_F(ExportFolderTest, ExportsEveryEmailOnceAndRecordsIt)
     for (const auto& [message, key] : fake.input)
         EXPECT_NE(message, message::kChar) << "a list would search for what is typed";
     EXPECT_EQ(fake.LiveBlocks(), 0u);
+    EXPECT_EQ(std::exchange(lookUps, 0), 4u) << "a no is asked for";
 
     fake.selected = {0};
     Export();
     ExpectOutcome(u"0 passed, 0 failed, 4");
+    EXPECT_EQ(lookUps, 0u) << "DAO would go through all rows for each";
     EXPECT_EQ(fake.saved.size(), 4u);
     EXPECT_EQ(Records().size(), 4u);
 }
