@@ -199,3 +199,18 @@ TEST(JetDatabase, StatementsThatDoNotFitTheTableAreRefused)
     EXPECT_FALSE(rights->AtEnd());
     EXPECT_THROW(rights->Delete(), DatabaseError);
 }
+
+TEST(JetDatabase, DeletedRowsMakeRoomForOthers)
+{
+    for (const bool openedAgain : {false, true}) {
+        SavedSample sample;
+        std::uint64_t size = 0;
+        for (int round = 0; round < 2; ++round) {
+            for (int i = 0; i < 200; ++i) sample.Add({{kLongFolder, Text(100, u's'), DecimalText(i)}});
+            if (round == 0) size = sample.Image().Size();
+            for (int i = 0; i < 200; ++i) sample.Delete(DecimalText(i));
+            if (openedAgain) sample.Open();
+        }
+        EXPECT_LE(sample.Image().Size(), size + 2 * jet::kPageSize) << openedAgain;
+    }
+}

@@ -126,3 +126,25 @@ TEST_F(SavedMaintenanceTest, CondensingCanBeStopped)
     done = CondenseDatabase(saved, [](int percent) { return percent < 100; });
     EXPECT_FALSE(done.stopped) << "nothing was left to be looked at";
 }
+
+TEST_F(SavedMaintenanceTest, HeldCrcsSayYesForTheirFolderWhileTheyLive)
+{
+    Start({{u"In", u"s", u"A"}, {u"In", u"s", u"A"}, {u"Other", u"s", u"B"}});
+    {
+        const HeldCrcs held(saved, u"In", [] {});
+        ForgetSavedEmail(saved, u"A", u"In", 2); // as another program may
+        AddRow(*saved.database, {u"In", u"s", u"C"});
+        const struct {
+            const char* why;
+            Text crc, folder;
+            std::int32_t times;
+            bool isSaved;
+        } cases[] = {
+            {"as it was read", u"A", u"In", 2, true},       {"not so many", u"A", u"In", 3, false},
+            {"another folder's", u"A", u"Other", 1, false}, {"come since", u"C", u"In", 1, true},
+            {"once is not twice", u"C", u"In", 2, false},   {"not held", u"B", u"Other", 1, true},
+        };
+        for (const auto& c : cases) EXPECT_EQ(IsSaved(saved, c.crc, c.folder, c.times), c.isSaved) << c.why;
+    }
+    EXPECT_FALSE(IsSaved(saved, u"A", u"In"));
+}

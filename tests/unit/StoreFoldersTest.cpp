@@ -40,10 +40,11 @@ TEST(StoreFolders, NoTwoFoldersShareADirectory)
     CodePage1252 codePage;
     const std::vector<FolderNode> nodes = {{u"Root", 1}, {u"Local", 2}, {u"a?", 3}, {u"in", 4},
                                            {u"a*", 3},   {u"a_", 3},    {u"in", 4}, {u"A_", 3},
-                                           {u"-x", 3},   {u"Other", 2}};
-    EXPECT_EQ(StoreDirectories(nodes, codePage),
-              (Texts{u"Root", u"Local", u"Local\\a__2", u"Local\\a__2\\in", u"Local\\a__3", u"Local\\a_",
-                     u"Local\\a_\\in", u"Local\\A__4", u"Local\\-x", u"Other"}));
+                                           {u"-x", 3},   {u"b?", 3},    {u"b*", 3}, {u"Other", 2}};
+    EXPECT_EQ(
+        StoreDirectories(nodes, codePage),
+        (Texts{u"Root", u"Local", u"Local\\a__2", u"Local\\a__2\\in", u"Local\\a__3", u"Local\\a_",
+               u"Local\\a_\\in", u"Local\\A__4", u"Local\\-x", u"Local\\b_", u"Local\\b__2", u"Other"}));
 }
 
 TEST(StoreFolders, FoldersAreMadeLevelByLevel)
