@@ -4,12 +4,21 @@
 #include "text/Numbers.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
 bool Precedes(SortOrder order, const Text& a, const Text& b)
 {
     return order == SortOrder::ascending ? a < b : b < a;
+}
+
+// Of cells whose column is kept sorted.
+bool PrecedesAsText(SortOrder order, TextView a, TextView b)
+{
+    if (order == SortOrder::descending) std::swap(a, b);
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [](char16_t x, char16_t y) { return FoldCase(x) < FoldCase(y); });
 }
 
 // As wide as the longest number, so that keys can be compared as texts. No number, no key.
@@ -24,19 +33,17 @@ Text NumberKey(const Text& cell)
 std::vector<std::size_t> ResultsTable::PlaceAdded()
 {
     if (places_.size() == rows_.size()) return {};
-    std::vector<std::pair<Text, std::uint32_t>> added; // by key, equal ones as they came
-    for (std::size_t number = places_.size(); number < rows_.size(); ++number)
-        added.emplace_back(keepsSorted_ ? KeyOf(rows_[number]) : Text(), static_cast<std::uint32_t>(number));
-    std::stable_sort(added.begin(), added.end(),
-                     [this](const auto& a, const auto& b) { return Precedes(order_, a.first, b.first); });
-    std::vector<std::uint32_t> places;
+    const auto precedes = [this](std::uint32_t a, std::uint32_t b) {
+        return PrecedesAsText(order_, Cell(rows_[a], column_), Cell(rows_[b], column_));
+    };
+    std::vector<std::uint32_t> added(rows_.size() - places_.size()), places;
+    std::iota(added.begin(), added.end(), static_cast<std::uint32_t>(places_.size()));
+    if (keepsSorted_) std::stable_sort(added.begin(), added.end(), precedes);
     std::vector<std::size_t> taken;
     auto from = places_.begin();
-    for (const auto& [key, number] : added) {
-        const auto behind = [this](const Text& sought, std::uint32_t other) {
-            return Precedes(order_, sought, KeyOf(rows_[other]));
-        };
-        const auto to = keepsSorted_ ? std::upper_bound(from, places_.end(), key, behind) : places_.end();
+    for (const std::uint32_t number : added) {
+        const auto to =
+            keepsSorted_ ? std::upper_bound(from, places_.end(), number, precedes) : places_.end();
         places.insert(places.end(), from, to);
         taken.push_back(places.size());
         places.push_back(number);
