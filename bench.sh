@@ -7,10 +7,10 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-files=5000 rows=100000 emails=100000 repetitions=9 keep=()
+files=5000 rows=100000 emails=100000 repetitions=9 wine=(3 4000 400 100000) keep=()
 for argument in "$@"; do
     case $argument in
-        --quick) files=500 rows=10000 emails=10000 repetitions=3 ;;
+        --quick) files=500 rows=10000 emails=10000 repetitions=3 wine=(1 200 20 500) ;;
         --keep) keep=(--keep) ;;
         *)
             sed -n '4,6s/^# //p' "$0" >&2
@@ -20,7 +20,8 @@ for argument in "$@"; do
 done
 
 scripts/install-tools.sh bench
-scripts/build.sh bench bench-headers bench-database bench-comparison
+scripts/build.sh bench bench-headers bench-database bench-comparison bench-growth demo-pack quillbox-inspect
+scripts/build.sh win32 quillbox demo-client demo-driver demo-meter bench-bare
 results=build/bench/results
 rm -rf "$results"
 mkdir -p "$results"
@@ -35,4 +36,10 @@ measure() { # NAME SIZE
 measure headers --files="$files"
 measure comparison --emails="$emails"
 measure database --rows="$rows"
+measure growth --most="$emails"
+echo "== Measuring the program under Wine (${wine[*]})"
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+TZ=UTC scripts/wine-run.sh -t 0 -- python3 bench/wine.py build/win32 build/bench "$scratch" "$results/wine.json" "${wine[@]}" \
+    >"$results/wine.txt" 2>&1 || { tail -n 5 "$results/wine.txt" >&2; exit 2; }
 python3 bench/report.py "${keep[@]}" "$results"/*.json

@@ -13,7 +13,7 @@ BEFORE = ROOT / "bench/before.json"  # medians of the program as it was before t
 # Name of the plot, title, rows. A row: the work, the measured benchmark, what it is held against, the goal. A goal
 # "at most" is of the time over the other's, one "at least" of the speed over the other's. Both are processor time, but
 # by the clock where one waits for the disk or for another process.
-BY_CLOCK = ("headers/python", "rows/mdb-export", "add/two-pages-synced", "condense/sqlite")
+BY_CLOCK = ("headers/python", "rows/mdb-export", "add/two-pages-synced", "condense/sqlite")  # and all under Wine
 PARTS = [
     ("headers", "The headers of 5,000 saved e-mails (200 MB)", [
         ("time over just reading the files", "headers/quillbox", "headers/read", ("at most", 1.5)),
@@ -41,7 +41,29 @@ PARTS = [
         ("every other e-mail unsaved: time over the plain search", "half-unsaved/quillbox",
          "half-unsaved/plain-search", ("at most", 0.003)),
     ]),
+    ("wine", "The program under Wine", [
+        ("a check by database: time over reading the cells", "wine/check", "wine/cells", ("at most", 1.15)),
+        ("an export: time over a bare driver of the dialog", "wine/export", "wine/export-bare", ("at most", 1.1)),
+        ("\"Poll Interval\" 10: speed against 100", "wine/export-poll-10", "wine/export", ("at least", 3)),
+        ("start: time over an empty window", "wine/start", "wine/start-empty", ("at most", 1.5)),
+        ("memory over the texts of 100,000 e-mails", "wine/memory", "wine/texts", ("at most", 2.5)),
+    ]),
 ]
+
+# A row: the work and its benchmark, which is run for numbers of ten and a hundred times the first.
+GROWTH = ("growth", "How the time grows with the number", [
+    ("records added, one by one", "add"),
+    ("records asked for, one by one", "ask"),
+    ("records forgotten, one by one", "forget"),
+    ("condensing", "condense"),
+    ("rows come to the sorted results table", "results"),
+    ("files found in the order of the list", "find"),
+    ("folders side by side", "folders"),
+    ("folders whose directories would have one name", "folders-alike"),
+    ("e-mails of one minute, none of them saved", "one-minute"),
+])
+# n log n is a power of 1.1 over these numbers; caches that become too small add to it.
+MOST_POWER = 1.3
 
 NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
@@ -65,9 +87,24 @@ def figure(found, row):
     _, work, other, (sense, _) = row
     if work not in found or other not in found:
         return None
-    which = 0 if other in BY_CLOCK else 1
+    which = 0 if other in BY_CLOCK or other.startswith("wine/") else 1
     ratio = found[work][which] / found[other][which]
     return ratio if sense == "at most" else 1 / ratio
+
+
+def grown(found, name):
+    """Number and nanoseconds of processor time for each, by number."""
+    times = {int(key.rsplit("/", 1)[1]): value[1] for key, value in found.items()
+             if key.startswith(f"growth/{name}/")}
+    return sorted(times.items())
+
+
+def power(times):
+    """With which power of the number the time for all grows; None where it was not measured."""
+    if len(times) < 2:
+        return None
+    (few, first), (many, last) = times[0], times[-1]
+    return 1 + math.log(last / first) / math.log(many / few)
 
 
 def is_met(value, goal):
@@ -86,6 +123,11 @@ def lines(found, before):
             if value is not None:
                 yield ("  " + row[0], number(value), f"{goal[0]} {goal[1]:g}", number(figure(before, row)),
                        "" if is_met(value, goal) else "MISSED")
+    yield GROWTH[1] + ": its power", "", "", "", ""
+    for work, name in GROWTH[2]:
+        if (value := power(grown(found, name))) is not None:
+            yield ("  " + work, number(value), f"at most {MOST_POWER:g}", number(power(grown(before, name))),
+                   "" if value <= MOST_POWER else "MISSED")
 
 
 def print_table(found, before):
@@ -133,6 +175,64 @@ def plot(title, rows, found, before):
     return "\n".join(out) + "\n</svg>\n"
 
 
+LINES = ("#2da44e", "#bc4c00", "#0969da", "#8250df", "#9a6700", "#cf222e", "#1b7c83", "#bf3989", "#6e7781")
+
+
+def growth_plot(found, before):
+    """Time for all over the number, both logarithmic; dashed: before."""
+    name, title, rows = GROWTH
+    left, top, width, height = 70, 60, 420, 330
+    out = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {left + width + 330} {top + height + 40}" role="img">',
+           f"<title>{title}</title><style>{STYLE}\n  polyline {{ fill: none; stroke-width: 2 }}\n</style>",
+           f'<text class="title" x="10" y="22">{title}</text>',
+           '<text class="soft" x="10" y="44">A step to the right: ten times as many. Dashed: before.</text>']
+
+    def place(count, nanoseconds):
+        across = (math.log10(count) - 2) / 3  # 100 to 100,000
+        up = (math.log10(nanoseconds) - 4) / 6.5  # 10 µs to half a minute
+        return f"{left + width * across:.0f},{top + height * (1 - up):.0f}"
+
+    for exponent in range(2, 6):
+        x = place(10 ** exponent, 1e4).split(",")[0]
+        out.append(f'<line class="grid" x1="{x}" x2="{x}" y1="{top}" y2="{top + height}"/>'
+                   f'<text class="soft" x="{x}" y="{top + height + 20}" text-anchor="middle">{10 ** exponent:,}</text>')
+    for nanoseconds, words in (1e5, "0.1 ms"), (1e6, "1 ms"), (1e7, "10 ms"), (1e8, "0.1 s"), (1e9, "1 s"), (1e10, "10 s"):
+        y = place(100, nanoseconds).split(",")[1]
+        out.append(f'<line class="grid" x1="{left}" x2="{left + width}" y1="{y}" y2="{y}"/>'
+                   f'<text class="soft" x="{left - 8}" y="{int(y) + 4}" text-anchor="end">{words}</text>')
+    for at, ((work, key), colour) in enumerate(zip(rows, LINES)):
+        for of, dashes in (found, ""), (before, ' stroke-dasharray="5 4"'):
+            points = " ".join(place(count, count * each) for count, each in grown(of, key))
+            if points:
+                out.append(f'<polyline stroke="{colour}"{dashes} points="{points}"/>')
+        y = top + 22 * at + 10
+        out.append(f'<line stroke="{colour}" stroke-width="3" x1="{left + width + 20}" x2="{left + width + 40}" '
+                   f'y1="{y}" y2="{y}"/><text x="{left + width + 48}" y="{y + 4}">{work}</text>')
+    return "\n".join(out) + "\n</svg>\n"
+
+
+def duration(nanoseconds):
+    for unit, name in (1e9, "s"), (1e6, "ms"), (1e3, "µs"):
+        if nanoseconds >= unit:
+            return f"{nanoseconds / unit:.3g} {name}"
+    return f"{nanoseconds:.3g} ns"
+
+
+def growth_table(found, before):
+    name, title, rows = GROWTH
+    told = ["", f"## {title}", "", f"![{title}](pictures/performance-{name}.svg)", "",
+            "| for each of | 100 | 1,000 | 10,000 | 100,000 | power | goal | before |", "|---|---|---|---|---|---|---|---|"]
+    for work, key in rows:
+        times = dict(grown(found, key))
+        if (value := power(grown(found, key))) is None:
+            continue
+        cells = " | ".join(duration(times[count]) if count in times else "" for count in (100, 1000, 10000, 100000))
+        bold = "" if value <= MOST_POWER else "**"
+        told.append(f"| {work} | {cells} | {bold}{number(value)}{bold} | at most {MOST_POWER:g} "
+                    f"| {number(power(grown(before, key)))} |")
+    return told
+
+
 def keep(found, before):
     told = []
     for name, title, rows in PARTS:
@@ -145,6 +245,9 @@ def keep(found, before):
                 bold = "" if is_met(value, goal) else "**"
                 told.append(f"| {row[0]} | {bold}{number(value)}{bold} | {goal[0]} {goal[1]:g} "
                             f"| {number(figure(before, row))} |")
+    if any(key.startswith("growth/") for key in found):
+        told += growth_table(found, before)
+        (ROOT / "docs/pictures/performance-growth.svg").write_text(growth_plot(found, before), encoding="utf-8")
     commit = subprocess.run(["git", "log", "-1", "--format=%h of %ad", "--date=short"], cwd=ROOT, check=True,
                             capture_output=True, text=True).stdout.strip()
     begin, end = "<!-- table -->", "<!-- end of table -->"
@@ -160,6 +263,7 @@ def main(arguments):
     if "--keep" in arguments:
         keep(found, before)
     values = [(figure(found, row), row[3]) for _, _, rows in PARTS for row in rows]
+    values += [(power(grown(found, name)), ("at most", MOST_POWER)) for _, name in GROWTH[2]]
     return 1 if any(value is not None and not is_met(value, goal) for value, goal in values) else 0
 
 
