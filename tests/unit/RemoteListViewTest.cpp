@@ -51,8 +51,13 @@ TEST_F(RemoteListView, ColumnsComeInDisplayOrderAndAreFoundByTitle)
 TEST_F(RemoteListView, RowsAreReadWithOneTextMoreThanColumnsAndCut)
 {
     fake.folders[2].rows[1][2] = Text(300, u'x') + u"\u20AC";
+    fake.calls.clear();
+    std::size_t messages = 0;
+    fake.onMessage = [&](WindowHandle, std::uint32_t) { ++messages; };
     const std::vector<Text> texts = ReadItemTexts(client, 1);
+    fake.onMessage = nullptr;
     ASSERT_EQ(texts.size(), 7u);
+    EXPECT_EQ(fake.calls.size() + messages, 7u * 3 + 2 + 8) << "three for a cell, the header, two blocks";
     EXPECT_EQ(texts[1], u"Ann Archer");
     EXPECT_EQ(texts[2], Text(128, u'x'));
     EXPECT_EQ(texts[3], u"03/04/2007 10:16");
