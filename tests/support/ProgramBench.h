@@ -122,6 +122,10 @@ struct RecordingWindow final : RecordingViewOf<ProgramWindow> {
 struct ProgramFiles final : FakeFiles {
     bool readOnly = false;      // the program's folder
     std::size_t room = 1 << 20; // bytes of a file that is made
+    FileError Replace(const Text& from, const Text& to) override
+    {
+        return inUse.count(Key(to)) != 0 ? FileError::inUse : FakeFiles::Replace(from, to);
+    }
     std::unique_ptr<RandomFile> Open(const Text& path, OpenMode, FileError& error) override
     {
         error = readOnly ? FileError::denied : FileExists(path) ? FileError::exists : FileError::none;

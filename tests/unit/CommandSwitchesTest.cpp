@@ -139,10 +139,7 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
          {"/export", "/all", "/store:Q:\\none"},
          [](auto& b) {
              b.profile.values[u"Extras/Database In Store"] = u"1";
-             b.engine.open = [](const Text&) -> std::unique_ptr<Database> {
-                 ADD_FAILURE() << "opened";
-                 throw DatabaseError(u"opened");
-             };
+             b.engine.create = [](const Text&, const Text&) { ADD_FAILURE() << "made"; };
              b.outside.databaseMakers = {b.engine};
          },
          unusable,

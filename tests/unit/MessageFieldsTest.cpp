@@ -77,7 +77,7 @@ TEST(ReadableText, EncodedWordsAreDecoded)
     } cases[] = {
         {"quoted UTF-8", "=?utf-8?Q?caf=C3=A9_au_lait=3F?=", u"caf\u00E9 au lait?"},
         {"blanks between words do not count", "=?UTF-8?B?w6k=?=  =?utf-8?b?w6g=?= e", u"\u00E9\u00E8 e"},
-        {"a character cut in two", "=?utf-8?Q?a=C3?= =?utf-8?Q?=A9b?=", u"a\u00E9b"},
+        {"a character cut in two", "=?utf-8?Q?a=C3?= =?Utf-8?Q?=A9b?=", u"a\u00E9b"},
         {"Cyrillic", "=?koi8-r?B?8NLJ18XU?=", u"\u041F\u0440\u0438\u0432\u0435\u0442"},
         {"the same, in two sets",
          "=?windows-1251?Q?=CF=F0?= =?KOI8-R?Q?=C9=D7?=", u"\u041F\u0440\u0438\u0432"},
@@ -87,6 +87,8 @@ TEST(ReadableText, EncodedWordsAreDecoded)
          "=?ISO-2022-JP?B?GyRCJVclaiVzJUgbKEI=?=", u"\u30D7\u30EA\u30F3\u30C8"},
         {"over two words, with Latin ones",
          "a =?iso-2022-jp?B?GyRCRnxLXBsoQkIg?= =?ISO-2022-JP?B?Q34bKElcGyhK?=", u"a \u65E5\u672CB C~\uFF9C"},
+        {"from both halves of a row and of the sets",
+         "=?iso-2022-jp?Q?=1B$B%=5F%`=5F!=1B(B?=", u"\u30DF\u30E0\u6F3E"},
         {"half a character", "=?iso-2022-jp?Q?=1B$BF|K?=", u"\u65E5K"},
         {"seven bits", "=?UTF-7?B?TStBUHctbGxlcg==?=", u"M\u00FCller"},
         {"a language", "=?iso-8859-2*pl?Q?=A3=F3d=BC?=", u"\u0141\u00F3d\u017A"},

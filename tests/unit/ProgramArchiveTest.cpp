@@ -63,13 +63,17 @@ TEST_F(ProgramArchiveTest, TheIndexPageTakesNobodyElsesPlace)
         std::string there; // as index.html
         std::size_t room;
         const char16_t* error; // empty: the page is made
-    } cases[] = {{"a page of its own", earlier, 1 << 20, u""},
-                 {"somebody's page", "mine", 1 << 20, u"A file of this name exists already"},
-                 {"a full disk", earlier, 100, u"The disk is full"}};
+    } cases[] = {
+        {"a page of its own", earlier, 1 << 20, u""},
+        {"somebody's page", "mine", 1 << 20, u"A file of this name exists already"},
+        {"a page that a program has open", earlier, 1 << 20, u"The file is in use by another program"},
+        {"a full disk", earlier, 100, u"The disk is full"}};
     for (const auto& c : cases) {
         files.AddFile(kPage, c.there);
         files.AddFile(kPage + u".new", "mine, too");
         files.room = c.room;
+        files.inUse.clear();
+        if (Text(c.error).starts_with(u"The file is in use")) files.inUse = {FakeFiles::Key(kPage)};
         const std::size_t count = files.files.size();
         const Text words = Press(&Program::cmdIndexPage), error = c.error;
         EXPECT_TRUE(words.ends_with(error.empty() ? u"is made: " + kPage : u" - " + error)) << c.why;

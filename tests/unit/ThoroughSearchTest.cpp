@@ -212,6 +212,10 @@ TEST_F(ThoroughSearchTest, WhatIsAlikeIsGivenOnceAndWhatIsUnsureOnlyToOne)
          {group, unreceived, group},
          {toGroup(""), toGroup(kReceived), toGroup(kReceived)},
          {1, 0, 2}},
+        {"stamped twice at the same time",
+         {group, group},
+         {toGroup(kReceived), toGroup(kReceived + "\r\nDelivery-Date: " + kReceived)},
+         {0, 1}},
         {"and only the stamped one is saved", {group, unreceived}, {toGroup(kReceived)}, {0, -1}},
         {"sent in two sets",
          {printed, printed},
@@ -236,12 +240,13 @@ TEST_F(ThoroughSearchTest, WhatComesEachHourIsKnownOnlyByItsNeighbours)
     const auto row = [](const Text& time) {
         return Cells{u"Ann Archer", u"Minutes", u"bob@example.com", u"03/07/2007 " + time, u""};
     };
-    const auto file = [](const std::string& time) {
-        return Header("Ann Archer <ann@example.com>", "Minutes", "bob@example.com",
-                      "Tue, 3 Jul 2007 " + time + " +0000", "");
+    const auto file = [](const std::string& time, const std::string& to = "bob@example.com") {
+        return Header("Ann Archer <ann@example.com>", "Minutes", to, "Tue, 3 Jul 2007 " + time + " +0000",
+                      "");
     };
     const std::vector<Cells> rows = {row(u"21:30"), row(u"22:30"), row(u"23:30")};
     EXPECT_EQ(Found(rows, {file("12:00")}), (Places{-1, -1, -1}));
+    EXPECT_EQ(Found({rows[1]}, {file("12:00", "all:;")}), Places{0}) << "by one rule alone";
     EXPECT_EQ(Found(rows, {file("12:00"), file("13:00")}), (Places{-1, 0, -1})) << "by both";
     EXPECT_EQ(Found(rows, {file("12:00"), file("11:00")}), (Places{1, 0, -1}));
 }
