@@ -87,7 +87,7 @@ void Program::DoAsTold()
     if (!told_.store.empty() && isThere) store_.Choose(told_.store);
     if (!isThere) // and no other one's database is opened, or made
         LogLine(u"The folder of the switch /store cannot be found: " + told_.store, Record::yes);
-    if (!isThere || !CanBegin())
+    else if (!CanBegin())
         code_ = ExitCode::unusable;
     else if (!told_.folder.empty() && path == end)
         LogLine(u"Outlook Express has no such folder: " + told_.folder, Record::yes);
@@ -102,7 +102,8 @@ bool Program::CanBegin()
         LogLine(u"Outlook Express cannot be used: nothing was begun", Record::yes);
         return false;
     }
-    if (!MayUseStore()) return false;
+    if (!store_.IsSettled()) return true; // the run says so, and that is all it does
+    UseDatabase();
     if (told_.run == UnattendedRun::check)
         return saved_.IsOpen() || settings_.options.comparison == ComparisonType::simple;
     if (!saved_.IsWritable()) return false;

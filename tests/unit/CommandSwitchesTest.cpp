@@ -134,7 +134,7 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
              b.profile.values[u"Paths/Store"] = u"Q:\\gone";
              b.profile.values[u"Extras/Database In Store"] = u"1";
          },
-         unusable, 0, u"The store folder of the settings cannot be found: Q:\\gone"},
+         unsaved, 0, u"The store folder of the settings cannot be found: Q:\\gone"},
         {"the store folder is missing, and the settings' own gets no database for that",
          {"/export", "/all", "/store:Q:\\none"},
          [](auto& b) {
@@ -142,7 +142,7 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
              b.engine.create = [](const Text&, const Text&) { ADD_FAILURE() << "made"; };
              b.outside.databaseMakers = {b.engine};
          },
-         unusable,
+         unsaved,
          0,
          u"cannot be found: Q:\\none"},
         {"a jump passes over what is there", jump, hasTwo, allSaved, 2, u"0 email(s) to be saved."},

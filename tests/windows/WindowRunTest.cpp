@@ -144,6 +144,9 @@ TEST_F(WindowRunTest, AStoppedRunEndsAndTheResultsAreMarkedFromTheKeyboard)
     EXPECT_TRUE(Eventually([&] { return !IsWindow(question); }, kPatience));
     EXPECT_EQ(EndOfRun(), L"1 record(s) of the ticked e-mails were deleted");
     SendMessageW(program.Window(), WM_COMMAND, mnTickSel, 0);
+    POINT place = {30, 30}; // where the pointer stands, as the list takes a move elsewhere for dragging
+    ClientToScreen(list, &place);
+    SetCursorPos(place.x, place.y);
     PostMessageW(list, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(30, 30));
     PostMessageW(list, WM_RBUTTONUP, 0, MAKELPARAM(30, 30));
     ASSERT_TRUE(Menu()) << "so does the right mouse button";
