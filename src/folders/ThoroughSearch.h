@@ -10,9 +10,8 @@
 // to none that differs from it in anything that both show for certain. Alike ones are given in their order.
 // What is not known counts for nothing: then the rest has to fit that one e-mail and that one file alone. A
 // client shows all dates by one rule, in the user's local time of each day or with today's distance from
-// Universal Time: the one counts that more dates fit, and where both fit as well, what is found by
-// both. live is called now and then. An entry that could not be
-// read has no file.
+// Universal Time: the one counts that more dates fit, and where both fit as well, what is found by both. live
+// is called now and then. An entry that could not be read has no file.
 std::vector<std::int32_t> SearchThoroughly(OeClient& client, std::span<const EmailEntry* const> entries,
                                            std::span<const ShownEmail> files,
                                            const std::function<void()>& live);
