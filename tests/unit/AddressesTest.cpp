@@ -1,25 +1,16 @@
 // AddressesTest.cpp: address lists reduced to names and bare addresses.
 #include "mail/Addresses.h"
+#include "tests/support/Case.h"
 
 #include <gtest/gtest.h>
 
-namespace {
-
-struct AddressCase {
-    const char* why;
-    const char16_t *value, *want;
-};
-
-} // namespace
+using AddressCase = Case<const char16_t*>;
 
 // What the client's list shows of address fields (RFC 5322, section 3.4) of every kind. Kept: where it shows
 // something odd, so does this.
 TEST(Addresses, AListIsReducedToTheNamesThatTheClientShows)
 {
-    const struct {
-        const char* why;
-        Text value, want;
-    } cases[] = {
+    const Case<Text> cases[] = {
         {"name before address", u"Ann Lee <a@x.org>", u"Ann Lee"},
         {"a comma in a quoted name, quotes stay", u"\"Lee, Ann\" <a@x.org>, b@x.org",
          u"\"Lee, Ann\"; b@x.org"},
@@ -52,7 +43,7 @@ TEST(Addresses, AListIsReducedToTheNamesThatTheClientShows)
         {"control characters come out as what they stand for", Text{1, u'a', 2, 5}, u"\\'a\\\"\\("},
         {"empty", u"", u""},
     };
-    for (const auto& c : cases) EXPECT_EQ(DetagAddressList(c.value, false), c.want) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(DetagAddressList(c.given, false), c.want) << c.why;
 }
 
 // A rule of this program's own for lists that the client joined.
@@ -69,8 +60,8 @@ TEST(Addresses, TheSeparatorOfAListIsTheOneOutsideQuotes)
         {"escaped quotes quote nothing", u"\\\"a, b\\\"", u","},
     };
     for (const AddressCase& c : cases) {
-        EXPECT_EQ(AddressSeparator(c.value), c.want) << c.why;
-        EXPECT_EQ(DetagAddressList(c.value, true), c.want) << c.why;
+        EXPECT_EQ(AddressSeparator(c.given), c.want) << c.why;
+        EXPECT_EQ(DetagAddressList(c.given, true), c.want) << c.why;
     }
 }
 
@@ -93,7 +84,7 @@ TEST(Addresses, TheBareAddressOrACleanedNameRemains)
         {"a last single letter is lost", u"Ann  L", u"Ann"},
         {"empty", u"", u""},
     };
-    for (const AddressCase& c : cases) EXPECT_EQ(BareAddressOf(c.value), c.want) << c.why;
+    for (const AddressCase& c : cases) EXPECT_EQ(BareAddressOf(c.given), c.want) << c.why;
 }
 
 TEST(Addresses, CharactersAreSoughtFromAPlaceCountedFrom1InEitherDirection)

@@ -64,7 +64,9 @@ struct Unattended : ProgramBench {
 TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
 {
     using enum ExitCode;
-    const Words exportAll = {"/export", "/all"}, checkAll = {"/check", "/all"};
+    const Words exportAll = {"/export", "/all"}, checkAll = {"/check", "/all"},
+                count = {"/check", "/all", "/comparison:simple"},
+                nowhere = {"/export", "/all", "/store:Q:\\none"};
     const Words inbox = {"/export", "/folder:local folders\\inbox"};
     const auto after = [](int emails, const std::function<void(Unattended&)>& what) {
         return [emails, what](Unattended& b) {
@@ -120,12 +122,8 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
          u"Outlook Express cannot be used"},
         {"no database", exportAll, [](auto& b) { b.outside.databaseMakers.clear(); }, unusable, 0,
          u"cannot be opened, so exporting stays off"},
-        {"no database, but nothing else than files are counted",
-         {"/check", "/all", "/comparison:simple"},
-         [](auto& b) { b.outside.databaseMakers.clear(); },
-         unsaved,
-         0,
-         u"4 email(s) to be saved."},
+        {"no database, but nothing else than files are counted", count,
+         [](auto& b) { b.outside.databaseMakers.clear(); }, unsaved, 0, u"4 email(s) to be saved."},
         {"files of which the database knows nothing", exportAll,
          [](auto& b) { b.files.AddFile(u"C:\\Store\\Local Folders\\Inbox\\0000_Mail0.eml"); }, unusable, 0,
          u"Nothing is exported, as saved.mdb has no record of any e-mail"},
@@ -135,16 +133,13 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
              b.profile.values[u"Extras/Database In Store"] = u"1";
          },
          unsaved, 0, u"The store folder of the settings cannot be found: Q:\\gone"},
-        {"the store folder is missing, and the settings' own gets no database for that",
-         {"/export", "/all", "/store:Q:\\none"},
+        {"the store folder is missing, and the settings' own gets no database for that", nowhere,
          [](auto& b) {
              b.profile.values[u"Extras/Database In Store"] = u"1";
              b.engine.create = [](const Text&, const Text&) { ADD_FAILURE() << "made"; };
              b.outside.databaseMakers = {b.engine};
          },
-         unsaved,
-         0,
-         u"cannot be found: Q:\\none"},
+         unsaved, 0, u"cannot be found: Q:\\none"},
         {"a jump passes over what is there", jump, hasTwo, allSaved, 2, u"0 email(s) to be saved."},
         {"and that goes meanwhile", jump,
          [&](auto& b) {
@@ -183,6 +178,8 @@ TEST(UnattendedRun, DoesNothingWithWrongSwitches)
 
 TEST(Captions, AreWrittenFromTheListThatIsOpen)
 {
+    using enum ExitCode;
+    const std::vector<int> right = {1, 2, 5, 3, 4};
     const struct {
         const char* why;
         std::function<void(ProgramBench&)> before;
@@ -190,24 +187,23 @@ TEST(Captions, AreWrittenFromTheListThatIsOpen)
         Texts boxes;                          // how they begin
         ExitCode code;
     } cases[] = {
-        {"chosen", {}, {{1, 2, 5, 3, 4}}, {u"The titles of the columns stand"}, ExitCode::allSaved},
         {"at the third try",
          {},
-         {{1, 1, 5, 3, 4}, {1, 2, 5, 3, -1}, {1, 2, 5, 3, 4}},
+         {{1, 1, 5, 3, 4}, {1, 2, 5, 3, -1}, right},
          {u"Choose another", u"Choose another", u"The titles of the columns stand"},
-         ExitCode::allSaved},
-        {"given up", {}, {}, {}, ExitCode::unusable},
+         allSaved},
+        {"given up", {}, {}, {}, unusable},
         {"not written",
-         [](ProgramBench& b) { b.profile.refuse = true; },
-         {{1, 2, 5, 3, 4}},
+         [](auto& b) { b.profile.refuse = true; },
+         {right},
          {u"The titles of the columns could not"},
-         ExitCode::unusable},
+         unusable},
         {"too few columns",
-         [](ProgramBench& b) { b.fake.columnTitles.resize(4); },
+         [](auto& b) { b.fake.columnTitles.resize(4); },
          {},
          {u"Show a mail folder"},
-         ExitCode::unusable},
-        {"no client", [](ProgramBench& b) { b.fake.End(); }, {}, {u"Show a mail folder"}, ExitCode::unusable},
+         unusable},
+        {"no client", [](auto& b) { b.fake.End(); }, {}, {u"Show a mail folder"}, unusable},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
@@ -221,7 +217,7 @@ TEST(Captions, AreWrittenFromTheListThatIsOpen)
         for (std::size_t i = 0; i < c.boxes.size(); ++i)
             EXPECT_TRUE(bench.window.boxes[i].starts_with(c.boxes[i])) << ToUtf8(bench.window.boxes[i]);
         EXPECT_EQ(bench.window.steps.back(), u"destroy");
-        if (c.code != ExitCode::allSaved) continue;
+        if (c.code != allSaved) continue;
         EXPECT_EQ(bench.window.knownColumns, (std::vector<int>{-1, -1, 5, -1, -1}));
         using Written = std::vector<std::pair<Text, Text>>;
         EXPECT_EQ(bench.profile.written, (Written{{u"Captions/From", u"Von"},

@@ -1,5 +1,6 @@
 // DotDisplayTest.cpp: the dot font, and how a display lays out, rolls and lights a message.
 #include "controls/DotDisplay.h"
+#include "tests/support/Case.h"
 
 #include <gtest/gtest.h>
 
@@ -73,11 +74,7 @@ TEST(DotFontTest, WhatItLacksIsABoxOrWrittenOtherwise)
 TEST(DotDisplayTest, LinesBreakWhereItReadsWell)
 {
     using Lines = std::vector<std::u16string>;
-    const struct {
-        const char* why;
-        const char16_t* text;
-        Lines lines;
-    } cases[] = {
+    const Case<const char16_t*, Lines> cases[] = {
         {"nothing", u"", {}},
         {"fits exactly", u"abcdefghij", {u"abcdefghij"}},
         {"at blanks, which go", u"Could not  find it", {u"Could not", u"find it"}},
@@ -91,8 +88,8 @@ TEST(DotDisplayTest, LinesBreakWhereItReadsWell)
     DotDisplay display;
     display.Resize(59, 7); // ten characters with gaps between
     for (const auto& c : cases) {
-        display.SetText(c.text);
-        EXPECT_EQ(display.Lines(), c.lines) << c.why;
+        display.SetText(c.given);
+        EXPECT_EQ(display.Lines(), c.want) << c.why;
     }
     display.Resize(1, 1);
     display.SetText(u"ab");

@@ -2,6 +2,7 @@
 #include "mail/EncodedWords.h"
 #include "mail/modUTF8.h"
 #include "platform/posix/CodePage1252.h"
+#include "tests/support/Case.h"
 #include "text/Numbers.h"
 
 #include <gtest/gtest.h>
@@ -10,11 +11,8 @@
 // it.
 TEST(EncodedWords, AValueIsSplitIntoPlainTextAndClosedWords)
 {
-    const struct {
-        const char* why;
-        const char16_t* value;
-        const char16_t* want; // segments between bars, words with "W" before them
-    } cases[] = {
+    const Case<const char16_t*> cases[] = {
+        // segments between bars, words with "W" before them
         {"no word", u"a ? b", u"|a ? b"},
         {"words side by side", u"=?a?b?c?==?d?e?f?=", u"|W=?a?b?c?=|W=?d?e?f?="},
         {"a payload that starts with an escape does not end the word", u"=?a?q?=41?=", u"|W=?a?q?=41?="},
@@ -25,7 +23,7 @@ TEST(EncodedWords, AValueIsSplitIntoPlainTextAndClosedWords)
     };
     for (const auto& c : cases) {
         Text got;
-        for (const HeaderSegment& segment : SplitEncodedWords(c.value))
+        for (const HeaderSegment& segment : SplitEncodedWords(c.given))
             got.append(segment.isWord ? u"|W" : u"|").append(segment.text);
         EXPECT_EQ(got, c.want) << c.why;
     }
@@ -81,11 +79,7 @@ TEST(EncodedWords, WordsAreDecodedForTheReaderAndAsTheListShowsThem)
 // program's own.
 TEST(EncodedWords, Base64IsDecodedInWholeGroups)
 {
-    const struct {
-        const char* why;
-        const char16_t* text;
-        Text want;
-    } cases[] = {
+    const Case<const char16_t*, Text> cases[] = {
         {"two of them", u"QQ==", u"A"},
         {"a third takes nothing more", u"QUJDRA===", u"ABCD"},
         {"an incomplete group is ignored", u"QUJDRA", u"ABC"},
@@ -94,7 +88,7 @@ TEST(EncodedWords, Base64IsDecodedInWholeGroups)
         {"high bytes through the code page", u"gJaB", u"\u20AC\u2013\u0081"},
     };
     CodePage1252 codePage;
-    for (const auto& c : cases) EXPECT_EQ(Base64Decode(c.text, codePage), c.want) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(Base64Decode(c.given, codePage), c.want) << c.why;
     for (const char16_t* bad : {u"!AAA", u"====", u"QUJD AAA", u"QUJD\u00E9AAA"})
         EXPECT_THROW(Base64Decode(bad, codePage), ValueFault) << "a wrong first character of a group";
 }

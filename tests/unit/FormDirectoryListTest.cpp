@@ -1,5 +1,6 @@
 // FormDirectoryListTest.cpp: the lines of the folder list in which the store folder is chosen.
 #include "app/DirectoryList.h"
+#include "tests/support/Case.h"
 
 #include <gtest/gtest.h>
 
@@ -14,10 +15,7 @@ std::vector<Text> Written(const std::vector<DirectoryLine>& lines)
 
 TEST(FormDirectoryListTest, PathIsWrittenInOneForm)
 {
-    const struct {
-        const char* why;
-        Text given, normal;
-    } cases[] = {
+    const Case<Text> cases[] = {
         {"a drive's root keeps its separator", u"C:\\", u"C:\\"},
         {"a bare drive is its root", u"c:", u"c:\\"},
         {"trailing separators go", u"C:\\Mail\\\\", u"C:\\Mail"},
@@ -25,7 +23,7 @@ TEST(FormDirectoryListTest, PathIsWrittenInOneForm)
         {"below a share", u"\\\\server\\share\\a\\", u"\\\\server\\share\\a"},
         {"nothing", u"", u""},
     };
-    for (const auto& c : cases) EXPECT_EQ(NormalDirectoryPath(c.given), c.normal) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(NormalDirectoryPath(c.given), c.want) << c.why;
 }
 
 TEST(FormDirectoryListTest, FullPathsNameOnePlace)

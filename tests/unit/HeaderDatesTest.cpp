@@ -1,6 +1,7 @@
 // HeaderDatesTest.cpp: dates of headers and list cells.
 #include "mail/HeaderDates.h"
 #include "platform/posix/EnglishLocale.h"
+#include "tests/support/Case.h"
 #include "tests/support/FixedClock.h"
 #include "text/Numbers.h"
 
@@ -21,11 +22,7 @@ std::string Parsed(Text text)
     return ToUtf8(text);
 }
 
-struct DateCase {
-    const char* why;
-    Text text;
-    const char* want; // the text that ParseHeaderDate leaves, or the fault's words
-};
+using DateCase = Case<Text, const char*>;
 
 struct GermanLocale final : Locale {
     Text MonthName(int month, bool abbreviated) override
@@ -72,7 +69,7 @@ TEST(HeaderDates, EveryShapeIsReadAndLeftInSortableForm)
         {"a CR behind a month name makes it another name", u"Tue 2007 Apr\r", "Type mismatch"},
         {"empty stays empty", u"", ""},
     };
-    for (const DateCase& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
+    for (const DateCase& c : cases) EXPECT_EQ(Parsed(c.given), c.want) << c.why;
 }
 
 // The system's rules for numbers in text: halves to the even one, 16 bits, two-digit years from 1930 to 2029
@@ -97,7 +94,7 @@ TEST(HeaderDates, NumbersCarryOverAndFailByTheirFirstFault)
         {"the time before the year", u"3 Apr x 99999:0:0", "Overflow"},
         {"and the zone before the time", u"3 Apr 2007 10:15:00 9e9", "Overflow"},
     };
-    for (const DateCase& c : cases) EXPECT_EQ(Parsed(c.text), c.want) << c.why;
+    for (const DateCase& c : cases) EXPECT_EQ(Parsed(c.given), c.want) << c.why;
 }
 
 // The names and the signs of RFC 822, section 5.1, military letters with its signs; that only whole hours

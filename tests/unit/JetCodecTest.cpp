@@ -2,6 +2,7 @@
 #include "jet/Display.h"
 #include "jet/RowCodec.h"
 #include "jet/UsageMap.h"
+#include "tests/support/Case.h"
 #include "tests/support/JetSamples.h"
 
 #include <gtest/gtest.h>
@@ -65,16 +66,12 @@ TEST(JetCodec, TextsAreCompressedWhereTheyCanBe)
 
 TEST(JetCodec, CompressedRunsTakeTurns)
 {
-    const struct {
-        const char* why;
-        std::string hex;
-        Text want;
-    } cases[] = {
+    const Case<std::string, Text> cases[] = {
         {"runs take turns: narrow, wide, narrow", "FFFE6100300431040062", u"a\x0430\x0431\x62"},
         {"beginning wide", "FFFE003004", u"\x0430"},
         {"the mark alone", "FFFE", u""},
     };
-    for (const auto& c : cases) EXPECT_EQ(DecodeText(ByteView(Unhex(c.hex), 1)), c.want) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(DecodeText(ByteView(Unhex(c.given), 1)), c.want) << c.why;
     for (const char* cut : {"610062", "61", "FFFE0030"})
         EXPECT_THROW(DecodeText(ByteView(Unhex(cut), 1)), DatabaseError) << cut;
 }

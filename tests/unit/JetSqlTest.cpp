@@ -1,6 +1,7 @@
 // JetSqlTest.cpp: what the statement parser takes and what it refuses.
 #include "jet/Sql.h"
 #include "platform/Database.h"
+#include "tests/support/Case.h"
 
 #include <gtest/gtest.h>
 
@@ -26,11 +27,7 @@ std::string Understood(const Text& sql)
 
 TEST(JetSql, TakesTheStatementsOfTheProgram)
 {
-    const struct {
-        const char* why;
-        Text sql;
-        std::string want;
-    } cases[] = {
+    const Case<Text, std::string> cases[] = {
         {"asked per e-mail",
          u"SELECT * FROM saved WHERE (ecrc='CBF43926') AND (efolder='Local Folders\\O''Brien')",
          "|saved|ecrc=CBF43926,efolder=Local Folders\\O'Brien,|"},
@@ -43,7 +40,7 @@ TEST(JetSql, TakesTheStatementsOfTheProgram)
          u"SELECT [my column] FROM [a table; x] WHERE [order]='1'", "my column,|a table; x|order=1,|"},
         {"nothing but an apostrophe", u"SELECT * FROM t WHERE a=''''", "|t|a=',|"},
     };
-    for (const auto& c : cases) EXPECT_EQ(Understood(c.sql), c.want) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(Understood(c.given), c.want) << c.why;
 }
 
 TEST(JetSql, TakesTheDescriptionOfATable)

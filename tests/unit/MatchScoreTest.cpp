@@ -1,6 +1,7 @@
 // MatchScoreTest.cpp: matching e-mails of the client's list with saved message files.
 #include "folders/MatchScore.h"
 #include "mail/HeaderDates.h"
+#include "tests/support/Case.h"
 #include "tests/support/PlainSearch.h"
 
 #include <gtest/gtest.h>
@@ -75,11 +76,7 @@ TEST(MatchScoreTest, CountsWhatFits)
 {
     const EmlSummary file = Record(u"Re: Plans", u"ann@example.com", u"bob@example.com; cid@example.com",
                                    kNoDateText, kNoonText, kLaterText);
-    const struct {
-        const char* why;
-        EmailEntry entry;
-        int score;
-    } cases[] = {
+    const Case<EmailEntry, int> cases[] = {
         {"all fits",
          Entry(u"Re: Plans", {u"ann@example.com"}, {u"bob@example.com", u"cid@example.com"}, kNoon,
                kNoon + kMinute),
@@ -105,7 +102,7 @@ TEST(MatchScoreTest, CountsWhatFits)
         {"nothing to check", Entry(u"", {u""}, {u""}, 0, 0), 100},
         {"one to check, and it fails", Entry(u"", {u"dan"}, {u""}, 0, 0), 0},
     };
-    for (const auto& c : cases) EXPECT_EQ(MatchScore(c.entry, file), c.score) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(MatchScore(c.given, file), c.want) << c.why;
 
     EmlSummary keyOnly = file;
     keyOnly.Subject = u"shown otherwise";

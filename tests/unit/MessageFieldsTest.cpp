@@ -4,6 +4,7 @@
 #include "mail/ReadableText.h"
 #include "platform/Charsets.h"
 #include "platform/posix/CodePage1252.h"
+#include "tests/support/Case.h"
 
 #include <gtest/gtest.h>
 
@@ -70,11 +71,7 @@ TEST(MessageFields, AnAttachmentIsMarkedInAPartsHeader)
 // RFC 2047; the characters by the Unicode Consortium's tables of the sets.
 TEST(ReadableText, EncodedWordsAreDecoded)
 {
-    const struct {
-        const char* why;
-        std::string_view value;
-        Text want;
-    } cases[] = {
+    const Case<std::string_view, Text> cases[] = {
         {"quoted UTF-8", "=?utf-8?Q?caf=C3=A9_au_lait=3F?=", u"caf\u00E9 au lait?"},
         {"blanks between words do not count", "=?UTF-8?B?w6k=?=  =?utf-8?b?w6g=?= e", u"\u00E9\u00E8 e"},
         {"a character cut in two", "=?utf-8?Q?a=C3?= =?Utf-8?Q?=A9b?=", u"a\u00E9b"},
@@ -105,7 +102,7 @@ TEST(ReadableText, EncodedWordsAreDecoded)
     };
     CodePage1252 codePage;
     for (const auto& c : cases)
-        EXPECT_EQ(ToUtf8(ReadableText(c.value, "windows-1251", codePage)), ToUtf8(c.want)) << c.why;
+        EXPECT_EQ(ToUtf8(ReadableText(c.given, "windows-1251", codePage)), ToUtf8(c.want)) << c.why;
     EXPECT_EQ(ReadableText("\xE9t\xE9", "x-unknown", codePage), u"\u00E9t\u00E9") << "else of the code page";
 }
 

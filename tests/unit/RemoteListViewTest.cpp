@@ -1,8 +1,9 @@
-// RemoteListViewTest.cpp: reading the client's message list through foreign memory.
+// RemoteListViewTest.cpp: foreign memory, and reading the client's message list through it.
 #include "oe/RemoteListView.h"
 #include "oe/Conversation.h"
 #include "tests/support/OeBench.h"
 
+#include <array>
 #include <gtest/gtest.h>
 
 namespace {
@@ -106,4 +107,32 @@ TEST_F(RemoteListView, SelectingComparesACountWithAnIndex)
     SelectListItem(client, 0, OtherItems::keep);
     EXPECT_EQ(fake.selected, (std::set<std::int32_t>{0, 2}));
     EXPECT_EQ(std::count(view.shown.begin(), view.shown.end(), u"Listview select failed"), 0);
+}
+
+// The client's process gives whole pages, and would take the byte too many.
+TEST(RemoteMemory, ACopyLargerThanItsBlockIsRefused)
+{
+    constexpr std::uint32_t kSize = 16;
+    for (const std::uint32_t family : {2u, 1u}) { // VER_PLATFORM_WIN32_NT, and shared mappings before it
+        OeBench bench({{u"Outlook Express", 0, {}}});
+        bench.fake.platform = family;
+        RemoteMemory& memory = bench.client.memory;
+        const WindowHandle window = bench.fake.Find(u"Outlook Express Browser Class");
+        const RemoteBlock block = RemoteAlloc(memory, window, kSize);
+        std::array<char, kSize + 1> bytes;
+        bytes.fill('x');
+        EXPECT_TRUE(RemoteWrite(memory, block, bytes.data(), kSize)) << family;
+
+        const auto before = bench.fake.calls;
+        bytes.fill('y');
+        EXPECT_FALSE(RemoteWrite(memory, block, bytes.data(), kSize + 1)) << family;
+        EXPECT_FALSE(RemoteRead(memory, block, bytes.data(), kSize + 1)) << family;
+        EXPECT_EQ(bytes, decltype(bytes){}) << "zeros, and not what the buffer held";
+        EXPECT_EQ(bench.fake.calls, before) << "nothing was copied";
+
+        EXPECT_TRUE(RemoteRead(memory, block, bytes.data(), kSize)) << family;
+        EXPECT_EQ(std::string(bytes.data(), kSize), std::string(kSize, 'x')) << family;
+        EXPECT_FALSE(RemoteWrite(memory, RemoteBlock{}, bytes.data(), 1)) << "a block that never was";
+        RemoteFree(memory, block);
+    }
 }

@@ -3,6 +3,7 @@
 #include "folders/FolderPaths.h"
 #include "folders/StoredFiles.h"
 #include "store/StoreNames.h"
+#include "tests/support/Case.h"
 #include "tests/support/RunBench.h"
 
 TEST(FolderPaths, AStatusReplacesTheOneBefore)
@@ -16,10 +17,7 @@ TEST(FolderPaths, AStatusReplacesTheOneBefore)
 TEST(StoreFolders, NamesThatWindowsCannotHoldAreChanged)
 {
     CodePage1252 codePage;
-    const struct {
-        const char* why;
-        Text name, want;
-    } cases[] = {
+    const Case<Text> cases[] = {
         {"forbidden characters", u"a\\b/c:d*e?f\"g<h>i|j", u"a_b_c_d_e_f_g_h_i_j"},
         {"control characters", u"a\tb\x01", u"a_b_"},
         {"trailing dots and blanks", u"a. .", u"a___"},
@@ -32,7 +30,7 @@ TEST(StoreFolders, NamesThatWindowsCannotHoldAreChanged)
         {"outside the code page", u"\u0416\u00E9\U0001F4E7", u"_\u00E9__"},
         {"nothing", u"", u"_"},
     };
-    for (const auto& c : cases) EXPECT_EQ(DirectoryNameFor(c.name, codePage), c.want) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(DirectoryNameFor(c.given, codePage), c.want) << c.why;
 }
 
 TEST(StoreFolders, NoTwoFoldersShareADirectory)

@@ -1,34 +1,30 @@
 // TextTest.cpp: the text helpers, by tables of input and expected output.
 #include "text/Text.h"
+#include "tests/support/Case.h"
 
 #include <gtest/gtest.h>
 
 TEST(Text, CollapseSpacesKeepsItsLoss)
 {
-    struct Case {
-        const char* why;
-        Text in, want;
-    };
-    const Case cases[] = {
+    const Case<Text> cases[] = {
         {"a single character behind the last run is lost", u"a  b", u"a "},
         {"a run at the end becomes one space", u"ab   ", u"ab "},
         {"only the last run loses", u"a  b  cd", u"a b cd"},
         {"a single spaced character behind the last run is two characters", u"a  b c", u"a b c"},
         {"a leading run", u"   xy", u" xy"},
     };
-    for (const Case& c : cases) EXPECT_EQ(CollapseSpaces(c.in), c.want) << c.why;
+    for (const auto& c : cases) EXPECT_EQ(CollapseSpaces(c.given), c.want) << c.why;
 }
 
 TEST(Text, FieldsAreCountedFromOneAndMayBeEmpty)
 {
-    struct Case {
+    const struct {
         const char* why;
         Text text, delimiter;
         std::size_t index;
         Text want;
         std::size_t count;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"the whole text is field 1", u"abc", u",", 1, u"abc", 0},
         {"there is no field 2", u"abc", u",", 2, u"", 0},
         {"empty fields count", u"a,,c", u",", 3, u"c", 2},
@@ -36,7 +32,7 @@ TEST(Text, FieldsAreCountedFromOneAndMayBeEmpty)
         {"occurrences do not overlap", u"aaa", u"aa", 2, u"a", 1},
         {"case counts", u"axbXc", u"X", 2, u"c", 1},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         EXPECT_EQ(FieldOf(c.text, c.delimiter, c.index), c.want) << c.why;
         EXPECT_EQ(CountOf(c.text, c.delimiter), c.count) << c.why;
     }
@@ -44,26 +40,21 @@ TEST(Text, FieldsAreCountedFromOneAndMayBeEmpty)
 
 TEST(Text, Utf8GoesBothWaysAndBadBytesAreReplaced)
 {
-    struct Case {
-        const char* why;
-        std::string bytes;
-        Text text;
-    };
-    const Case cases[] = {
+    const Case<std::string, Text> cases[] = {
         {"two, three and four bytes", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x93\xA7", u"\u00E9\u20AC\U0001F4E7"},
         {"a NUL is a character", std::string("a\0b", 3), Text(u"a\0b", 3)},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(FromUtf8(c.bytes), c.text) << c.why;
-        EXPECT_EQ(ToUtf8(c.text), c.bytes) << c.why;
+    for (const auto& c : cases) {
+        EXPECT_EQ(FromUtf8(c.given), c.want) << c.why;
+        EXPECT_EQ(ToUtf8(c.want), c.given) << c.why;
     }
-    const Case bad[] = {
+    const Case<std::string, Text> bad[] = {
         {"each maximal bad part is one replacement", "\xF0\x9F\x93z", u"\uFFFDz"},
         {"overlong: every byte", "\xC0\xAF", u"\uFFFD\uFFFD"},
         {"encoded surrogate: every byte", "\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},
         {"cut at the end", "x\xE2\x82", u"x\uFFFD"},
     };
-    for (const Case& c : bad) EXPECT_EQ(FromUtf8(c.bytes), c.text) << c.why;
+    for (const auto& c : bad) EXPECT_EQ(FromUtf8(c.given), c.want) << c.why;
     EXPECT_EQ(ToUtf8(Text{u'a', char16_t(0xD83D)}), "a\xEF\xBF\xBD") << "a lone surrogate";
 }
 

@@ -3,6 +3,7 @@
 #include "platform/FileNames.h"
 #include "platform/posix/CodePage1252.h"
 #include "platform/System.h"
+#include "tests/support/Case.h"
 #include "tests/support/MailDirectory.h"
 
 #include <gtest/gtest.h>
@@ -42,11 +43,8 @@ TEST_F(VerifyTest, FilesThatAreNoWholeEmailAreNamed)
 {
     const std::string parts =
         "Subject: x\r\nContent-Type: multipart/mixed; boundary=\"b\"\r\n\r\n--b\r\n\r\nx\r\n";
-    const struct {
-        const char* why;
-        std::string bytes;
-        const char* want; // the trouble and its detail; empty: none
-    } cases[] = {
+    const Case<std::string, const char*> cases[] = {
+        // the trouble and its detail; empty: none
         {"whole", Mail("x"), ""},
         {"without a body", "Subject: x\r\n\r\n", ""},
         {"with any line ends", "Subject: x\n\nbody", ""},
@@ -67,7 +65,7 @@ TEST_F(VerifyTest, FilesThatAreNoWholeEmailAreNamed)
         {"of a page", "<html>\r\nStyle: none\r\n\r\n</html>", "no-headers ()"},
     };
     for (const auto& c : cases) {
-        store.Write("Inbox/0001_x.eml", c.bytes);
+        store.Write("Inbox/0001_x.eml", c.given);
         std::string want = c.want;
         if (!want.empty()) want.insert(want.find(' '), " Inbox/0001_x.eml");
         EXPECT_EQ(Found(), want.empty() ? want : want + "\n") << "a file " << c.why;
