@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/quillbox-kit.XXXXXX")
 trap 'rm -rf -- "$scratch"' EXIT
 
-programs=(quillbox windows-tests unit-tests demo-client demo-driver demo-check quillbox-inspect kit)
+programs=(quillbox windows-tests unit-tests demo-client demo-driver demo-check quillbox-inspect)
 scripts/install-tools.sh
 scripts/build.sh win32 "${programs[@]}"
 scripts/build.sh native demo-pack quillbox-inspect
@@ -19,6 +19,7 @@ cp demo/client/main/demo-client.manifest "$folder/programs/windows-tests.exe.man
 build/native/demo-pack demo/mail "$folder/mail.pack"
 echo "Quillbox $version, $(git describe --always --dirty)" >"$folder/version.txt"
 sed 's/$/\r/' tests/package/check.cmd >"$folder/check.cmd"
+sed 's/$/\r/' tests/package/kit.js >"$folder/programs/kit.js"
 sed 's/$/\r/' tests/package/kit.txt >"$folder/read-me.txt"
 
 rows() { # COUNT CHARACTERS: of the subject
