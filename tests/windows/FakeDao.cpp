@@ -141,12 +141,8 @@ private:
     {
         if (member == "CreateWorkspace") return Give(answer, "workspace", dao_);
         // Arguments stand in the order from the last to the first.
-        const auto text = [&](UINT place) {
-            return FromWide(arguments.rgvarg[arguments.cArgs - 1 - place].bstrVal);
-        };
-        if (member == "CreateDatabase" && dao_.made) dao_.made(text(0));
-        if (member == "OpenDatabase" && dao_.opened) dao_.opened(text(0));
-        if (member == "CompactDatabase" && dao_.compacted) dao_.compacted(text(0), text(1));
+        if (member == "CreateDatabase" && dao_.made)
+            dao_.made(FromWide(arguments.rgvarg[arguments.cArgs - 1].bstrVal));
         if (member == "OpenDatabase" || member == "CreateDatabase") return Give(answer, "database", dao_);
         if (member == "OpenRecordset") {
             dao_.current = 0;
@@ -168,7 +164,6 @@ private:
         if (member == "Size") return Give(answer, dao_.sizes[column_]);
         if (member == "AddNew") dao_.edited.assign(dao_.columns.size(), std::nullopt);
         if (member == "Update") dao_.rows.push_back(dao_.edited);
-        if (member == "Update" && dao_.extended) dao_.extended(dao_.edited);
         if (member == "Item") {
             const Text name = FromWide(arguments.rgvarg[0].bstrVal);
             const auto at = std::find(dao_.columns.begin(), dao_.columns.end(), name);
@@ -193,7 +188,7 @@ private:
 };
 
 const std::map<std::string, std::vector<std::string>> FakeObject::kMembers = {
-    {"engine", {"SetOption", "CreateWorkspace", "OpenDatabase", "CreateDatabase", "CompactDatabase"}},
+    {"engine", {"SetOption", "CreateWorkspace", "OpenDatabase", "CreateDatabase"}},
     {"workspace", {"BeginTrans", "CommitTrans", "Rollback", "Close"}},
     {"database", {"Updatable", "OpenRecordset", "Execute", "Close"}},
     {"recordset",
