@@ -58,7 +58,8 @@ void Form1StorePicker::Show(const Text& folder)
 
 void Form1StorePicker::ListFolders(Text selected)
 {
-    const std::vector<Text> subdirectories = files_.ListDirectories(folder_);
+    std::vector<Text> subdirectories;
+    (void)ListDirectories(files_, folder_, subdirectories); // none of one that cannot be read
     std::vector<DirectoryLine> lines = DirectoryLines(folder_, subdirectories);
     const auto isSame = [](const DirectoryLine& a, const DirectoryLine& b) { return a.path == b.path; };
     if (std::equal(lines.begin(), lines.end(), lines_.begin(), lines_.end(), isSame)) return;
@@ -103,7 +104,9 @@ void Form1StorePicker::ShowSavedFiles()
 {
     Send(savedFiles_, WM_SETREDRAW, FALSE);
     Send(savedFiles_, LB_RESETCONTENT);
-    for (const Text& name : files_.ListEmlFiles(folder_)) Send(savedFiles_, LB_ADDSTRING, 0, Wide(name));
+    std::vector<Text> names;
+    (void)ListEmlFiles(files_, folder_, names);
+    for (const Text& name : names) Send(savedFiles_, LB_ADDSTRING, 0, Wide(name));
     Send(savedFiles_, WM_SETREDRAW, TRUE);
     InvalidateRect(savedFiles_, nullptr, TRUE);
 }

@@ -143,14 +143,9 @@ FileError WriteCsv(Files& files, const MailIndex& index, const Text& path)
 ReplacingFile::ReplacingFile(Files& files, const Text& path, std::string_view mark)
     : files_(files), path_(path), mark_(mark)
 {
-    // Under the first name that is free: nobody else's file is taken for a rest of ours.
-    constexpr int kMostTries = 100;
-    for (int number = 1; number <= kMostTries; ++number) {
-        const Text beside = path_ + u".new" + (number == 1 ? Text() : DecimalText(number));
-        file_ = files_.Open(beside, OpenMode::createNew, error_);
-        if (file_) beside_ = beside;
-        if (error_ != FileError::exists) return;
-    }
+    Text beside;
+    file_ = OpenBeside(files, path, beside, error_);
+    if (file_) beside_ = beside;
 }
 
 ReplacingFile::~ReplacingFile()

@@ -4,6 +4,7 @@
 #include "folders/ExportFolder.h"
 #include "folders/ExportStatistics.h"
 #include "folders/ExportTally.h"
+#include "folders/StoredFiles.h"
 #include "oe/Conversation.h"
 #include "oe/RemoteListView.h"
 #include "oe/RemoteTreeView.h"
@@ -109,7 +110,11 @@ bool CheckOne(FolderRun& run, CheckTotals& totals)
     run.view.MarkFolderNode(u"", u"envelope");
     if (!ShowInClient(run)) return false;
     if (!run.client.handles.listViewFound) return StopForSilentClient(run);
-    const std::vector<Text> emlFiles = run.files.ListEmlFiles(run.exportFolder);
+    std::vector<Text> emlFiles;
+    if (const Text reason = ListStoredFiles(run, emlFiles); !reason.empty()) {
+        run.Log(reason);
+        return false;
+    }
     const std::optional<std::int32_t> answer = CountEmails(run);
     if (!answer) return NoCount(run);
     const std::int32_t count = *answer;

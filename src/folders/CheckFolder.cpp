@@ -1,6 +1,7 @@
 #include "folders/CheckFolder.h"
 
 #include "folders/Comparison.h"
+#include "folders/StoredFiles.h"
 #include "oe/Conversation.h"
 #include "oe/WindowDiscovery.h"
 
@@ -54,7 +55,11 @@ std::optional<std::int32_t> CheckShownFolder(FolderRun& run)
     UseSelectedFolder(run);
     run.view.SelectFolderNode(run.selectedFolder); // the one that is marked
     if (run.view.Options().storeFolder.empty()) return std::nullopt;
-    const std::vector<Text> emlFiles = run.files.ListEmlFiles(run.exportFolder);
+    std::vector<Text> emlFiles;
+    if (const Text reason = ListStoredFiles(run, emlFiles); !reason.empty()) {
+        LogAndShow(run, BoxIcon::warning, reason);
+        return std::nullopt;
+    }
     const std::optional<std::int32_t> answer = CountEmails(run);
     if (!answer) {
         (void)SayNoResult(run);

@@ -3,7 +3,6 @@
 #include "folders/ExportStatistics.h"
 #include "folders/ExportTally.h"
 #include "folders/LookAlikes.h"
-#include "folders/MatchScore.h"
 #include "folders/SavedFile.h"
 #include "folders/StoreFolders.h"
 #include "oe/Conversation.h"
@@ -15,12 +14,12 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
 
 constexpr std::int32_t kDownKey = 40;
-constexpr int kReadTries = 20, kReadInterval = 100; // milliseconds, for a file that was just saved
-constexpr int kAttempts = 3;                        // at an e-mail over which the client fell silent
+constexpr int kAttempts = 3;    // at an e-mail over which the client fell silent
 constexpr int kBlockedMax = 10; // e-mails in a row for which a box of the client stood in the way
 
 struct Outcome {
@@ -49,29 +48,6 @@ bool IsClientThere(FolderRun& run)
     run.Log(u"Terminated unexpectedly");
     run.Log(u"OE has closed unexpectedly");
     run.Flags().runCompleted = false;
-    return false;
-}
-
-// Where a dialog was late by more than a minute, and may yet have come in another's place, the file tells
-// whose it is: by sender, recipients and subject, as dates differ by the zone. One that does not fit is
-// removed: whatever e-mail it holds is not recorded by it, and is saved under its own name.
-bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
-{
-    if (run.client.saveDialog.writtenOff == 0) return true;
-    EmailEntry undated = entry;
-    undated.Sent = undated.Received = kAnyDate;
-    const EmlContext context{run.files, run.codePage, run.locale, {}};
-    const Text& path = run.client.saveDialog.savedPath;
-    EmlSummary summary;
-    bool isRead = false, fits = false;
-    WaitUntil(run.client, kReadTries, kReadInterval, [&] { // it may still be being written
-        isRead = ReadEmlSummary(path, context, summary).empty();
-        fits = isRead && MatchScore(undated, summary) == 100;
-        return fits;
-    });
-    if (fits) return true;
-    if (isRead && run.files.Delete(path)) run.Log(u"The saved file does not fit the e-mail and was removed");
-    LogFailedEmail(run.view, entry.row, entry.Subject);
     return false;
 }
 
@@ -226,24 +202,41 @@ LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
     return LoopEnd::atLast;
 }
 
+// A stop that was asked for on the last e-mail has come true by now, and keeps nobody from looking whether
+// that was the last: it is for what comes behind. Whoever does not want to wait asks once more. False when
+// the list was not read.
+bool ReadListAgain(FolderRun& run)
+{
+    RunFlags& flags = run.Flags();
+    const bool isOver = flags.stopRequested && !flags.closing && std::exchange(flags.stopAfterEmail, false);
+    if (isOver) run.view.ShowStopButtons(StopButtons::shown);
+    run.view.ShowText(u"Looking for e-mails that were missed...");
+    const bool isRead =
+        ReadFolderEntries(run.client,
+                          [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); }) &&
+        !flags.stopAfterEmail;
+    flags.stopAfterEmail = flags.stopAfterEmail || isOver;
+    return isRead;
+}
+
 // The list may have grown since the loop's last row was counted, been sorted anew, or led the Down key
-// elsewhere. False when the client fell silent over it.
-bool LookAgain(FolderRun& run, Outcome& outcome)
+// elsewhere. early: the client fell silent over it, or the user did not wait for it.
+LoopEnd LookAgain(FolderRun& run, bool partOfAllFolders, Outcome& outcome)
 {
     FolderTally& tally = outcome.tally;
-    const std::optional<std::int32_t> count = CountEmails(run);
-    if (!count) return !run.client.silent; // another folder's list tells nothing of this one
-    tally.rows = *count;
-    tally.listAtEnd.reset();
-    if (run.Flags().stopAfterEmail || !NeedsListAtEnd(tally, outcome.passed)) return true;
-    run.view.ShowText(u"Looking for e-mails that were missed...");
-    const bool isRead = ReadFolderEntries(
-        run.client, [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
-    if (!isRead || run.Flags().stopAfterEmail) return !run.client.silent;
-    tally.rows = CountEmails(run).value_or(*count);
-    if (tally.rows != *count) return !run.client.silent;
-    tally.listAtEnd = CrcsByRow(run.client);
-    return true;
+    if (const std::optional<std::int32_t> count = CountEmails(run)) { // else another folder is shown
+        tally.rows = *count;
+        tally.listAtEnd.reset();
+        if (!NeedsListAtEnd(tally, outcome.passed)) return LoopEnd::atLast;
+        if (ReadListAgain(run)) {
+            tally.rows = CountEmails(run).value_or(*count);
+            if (tally.rows == *count) tally.listAtEnd = CrcsByRow(run.client);
+        } else if (!run.client.silent && IsStopped(run, partOfAllFolders)) {
+            return LoopEnd::early;
+        }
+    }
+    if (run.client.silent) EndForSilentClient(run, partOfAllFolders);
+    return run.client.silent ? LoopEnd::early : LoopEnd::atLast;
 }
 
 // By the user's choice the export goes back to what the loop has missed, as often as that helps.
@@ -251,10 +244,7 @@ LoopEnd ExportMissed(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
 {
     std::size_t before = std::numeric_limits<std::size_t>::max();
     for (;;) {
-        if (!LookAgain(run, outcome)) {
-            EndForSilentClient(run, partOfAllFolders);
-            return LoopEnd::early;
-        }
+        if (LookAgain(run, partOfAllFolders, outcome) == LoopEnd::early) return LoopEnd::early;
         const std::vector<std::int32_t> rows = MissedRows(outcome.tally);
         if (rows.empty() || rows.size() >= before) return LoopEnd::atLast;
         before = rows.size();
@@ -269,7 +259,7 @@ LoopEnd ExportMissed(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
 
 void EndAtLast(FolderRun& run, bool partOfAllFolders, Outcome& outcome)
 {
-    if (!LookAgain(run, outcome)) return EndForSilentClient(run, partOfAllFolders);
+    if (LookAgain(run, partOfAllFolders, outcome) == LoopEnd::early) return;
     const std::int32_t missed = NotLookedAt(outcome.tally, Extent::fromFirstRow);
     if (missed == 0) return;
     run.Log(DecimalText(missed) + u" e-mail(s) were not reached.");

@@ -1,5 +1,7 @@
 #include "folders/ExportTally.h"
 
+#include "folders/StoredFiles.h"
+
 #include <algorithm>
 #include <set>
 #include <unordered_map>
@@ -54,7 +56,9 @@ std::int32_t SavedOf(FolderRun& run, const FolderTally& tally)
         else
             saved += std::clamp(CountRecords(run.saved, crc, run.currentFolder) - others, 0, count);
     }
-    return std::min(saved, SizeOf(run.files.ListEmlFiles(run.exportFolder).size()));
+    std::vector<Text> files;
+    (void)ListStoredFiles(run, files); // a directory that cannot be read shows nothing as saved
+    return std::min(saved, SizeOf(files.size()));
 }
 
 // Of the e-mails that were met again: those of which the list does have more than one.
@@ -188,8 +192,11 @@ void LogSkipReasons(FolderRun& run, const FolderTally& tally)
         if (reason == SkipReason::unread) run.Log(DecimalText(count) + u" skipped: could not be read");
     }
     const auto recorded = tally.skipped.find(SkipReason::recorded);
-    if (recorded != tally.skipped.end() && recorded->second >= SizeOf(tally.firstRows.size()) &&
-        run.files.ListEmlFiles(run.exportFolder).empty())
+    if (recorded == tally.skipped.end() || recorded->second < SizeOf(tally.firstRows.size())) return;
+    std::vector<Text> files;
+    if (const Text reason = ListStoredFiles(run, files); !reason.empty())
+        run.Log(reason);
+    else if (files.empty())
         run.Log(u"All of them are recorded as saved, but there is no .eml file in " + run.exportFolder +
                 u" - another or emptied store folder?");
 }

@@ -9,6 +9,7 @@
 
 namespace {
 constexpr int kCountTries = 5, kCountInterval = 200; // milliseconds, for a list that is just being filled
+constexpr int kListTries = 50;                       // for one that is gone, until it is there again
 
 void LogStop(FolderRun& run, const Text& byUser)
 {
@@ -74,12 +75,14 @@ bool IsStoreThere(FolderRun& run)
 std::optional<std::int32_t> CountEmails(FolderRun& run)
 {
     std::optional<std::int32_t> count;
-    WaitUntil(run.client, kCountTries, kCountInterval, [&] {
+    const auto isAnswered = [&] {
         FindListAgain(run.client);
         count = ListItemCount(run.client);
-        const bool isThere = run.client.silent || run.client.desktop.IsThere(run.client.handles.listView);
-        return count ? *count != 0 : isThere; // one that was made anew is looked for again
-    });
+        return count || run.client.silent || run.client.desktop.IsThere(run.client.handles.listView);
+    };
+    WaitUntil(run.client, kListTries, kCountInterval, isAnswered); // one that is made anew has no answer
+    if (count == 0)
+        WaitUntil(run.client, kCountTries, kCountInterval, [&] { return isAnswered() && count != 0; });
     // What was counted is this folder's only if the client shows it.
     return ShownFolder(run.client) == run.selectedFolder ? count : std::nullopt;
 }

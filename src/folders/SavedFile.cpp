@@ -1,10 +1,12 @@
 #include "folders/SavedFile.h"
 
+#include "folders/MatchScore.h"
 #include "folders/ShownEmail.h"
 #include "mail/EncodedWords.h"
 #include "mail/MessageDates.h"
 #include "mail/modEmailAnalysis.h"
 #include "oe/Conversation.h"
+#include "oe/SaveDialog.h"
 #include "text/Numbers.h"
 
 #include <algorithm>
@@ -97,6 +99,26 @@ bool CanBeOpened(FolderRun& run, const Text& path)
 }
 
 } // namespace
+
+bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
+{
+    if (run.client.saveDialog.writtenOff == 0) return true;
+    EmailEntry undated = entry;
+    undated.Sent = undated.Received = kAnyDate;
+    const EmlContext context{run.files, run.codePage, run.locale, {}};
+    const Text& path = run.client.saveDialog.savedPath;
+    EmlSummary summary;
+    bool isRead = false, fits = false;
+    WaitUntil(run.client, kWrittenTries, kInterval, [&] { // it may still be being written
+        isRead = ReadEmlSummary(path, context, summary).empty();
+        fits = isRead && MatchScore(undated, summary) == 100;
+        return fits;
+    });
+    if (fits) return true;
+    if (isRead && run.files.Delete(path)) run.Log(u"The saved file does not fit the e-mail and was removed");
+    LogFailedEmail(run.view, entry.row, entry.Subject);
+    return false;
+}
 
 Text WhyNotVerified(FolderRun& run, const EmailEntry& entry, const Text& path)
 {

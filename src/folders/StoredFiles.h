@@ -1,6 +1,10 @@
-// StoredFiles.h: what the store holds already when the database of saved e-mails is new.
+// StoredFiles.h: the saved e-mails that lie in the store.
 #pragma once
 #include "folders/FolderRun.h"
+
+// The names of those in the export folder, none where there is no such directory. Empty, or why it could not
+// be read: then nothing can be said of what it holds.
+Text ListStoredFiles(FolderRun& run, std::vector<Text>& names);
 
 struct StoredFiles {
     std::size_t files = 0;   // .eml files

@@ -344,10 +344,9 @@ void CreateJetDatabase(Files& files, const Text& path, TextView createTable, dou
         throw DatabaseError(u"The database " + path + u" cannot be made: " + why);
     };
     if (files.FileExists(path)) fail(Describe(FileError::exists));
-    const Text unfinished = path + u".new";
-    files.Delete(unfinished); // of a start that was cut off
+    Text unfinished;
     FileError error = FileError::none;
-    std::unique_ptr<RandomFile> file = files.Open(unfinished, OpenMode::createNew, error);
+    std::unique_ptr<RandomFile> file = OpenBeside(files, path, unfinished, error);
     if (!file) fail(Describe(error));
     error = file->WriteAt(0, image.data(), image.size());
     if (error == FileError::none) error = file->Flush();

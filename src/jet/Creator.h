@@ -4,6 +4,6 @@
 #include "platform/Files.h"
 
 // createTable: "CREATE TABLE ..." as Sql.h tells; the table's name has Latin letters and digits only.
-// now: day count, for the catalog. The file is complete or not there: it is written under another name
-// (path + ".new") and renamed.
+// now: day count, for the catalog. The file is complete or not there: it is written beside that
+// name (OpenBeside) and renamed.
 void CreateJetDatabase(Files& files, const Text& path, TextView createTable, double now);

@@ -36,11 +36,6 @@ bool IsEmlName(TextView name)
     return EqualNoCase(name.substr(before.size()), kEnd) && before.find(u'.') != TextView::npos;
 }
 
-void SortNames(std::vector<Text>& names)
-{
-    std::sort(names.begin(), names.end(), NamePrecedes);
-}
-
 bool NamePrecedes(TextView a, TextView b)
 {
     if (!BeginsWithDigit(a) || !BeginsWithDigit(b)) return PrecedesByName(a, b);

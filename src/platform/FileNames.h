@@ -12,5 +12,4 @@ bool IsEmlName(TextView name);
 // By name without regard to case; names that differ in case only stand in the order of their units. Names
 // that begin with a number stand in the order of their numbers: saved e-mails have at least four digits, and
 // 10000 comes after 9999, not between 0999 and 1000.
-void SortNames(std::vector<Text>& names);
-bool NamePrecedes(TextView a, TextView b); // in that order
+bool NamePrecedes(TextView a, TextView b);

@@ -47,12 +47,7 @@ struct Files {
     virtual bool FileExists(const Text& path) = 0;      // false for a directory
     virtual bool DirectoryExists(const Text& path) = 0; // with or without a trailing separator
     virtual bool MakeDirectory(const Text& path) = 0;   // one level; true when it exists afterwards
-    // Names (no paths) of the files that the pattern "*.*eml" matches (a "." somewhere, "eml" at the end, in
-    // any letter case), sorted by name without regard to case; empty when the directory cannot be read.
-    virtual std::vector<Text> ListEmlFiles(const Text& directory) = 0;
-    // Names of the sub-directories without "." and "..", sorted likewise.
-    virtual std::vector<Text> ListDirectories(const Text& directory) = 0;
-    // All that lies there but "." and "..", sorted likewise; nothing unless the answer is none.
+    // All that lies there but "." and "..", in the order of FileNames.h; nothing unless the answer is none.
     virtual FileError ListAll(const Text& directory, std::vector<DirectoryEntry>& entries) = 0;
     virtual FileError ReadWhole(const Text& path, std::string& bytes) = 0; // bytes are empty on failure
     // Opens for appending (made when missing), writes, closes.
@@ -67,3 +62,13 @@ struct Files {
     // time as it was on that day. One that the file system cannot hold leaves it as it is, which is no error.
     virtual FileError SetLastChange(const Text& path, double localDate) = 0;
 };
+
+// Of what ListAll tells the names (no paths) of the e-mails, as FileNames.h knows them; of the directories
+// and links to them.
+FileError ListEmlFiles(Files& files, const Text& directory, std::vector<Text>& names);
+FileError ListDirectories(Files& files, const Text& directory, std::vector<Text>& names);
+
+// Makes a file that is to get its name when it is whole: beside path, under the first of path + ".new",
+// ".new2" and so on that is free, as nobody else's file is a rest of ours. Null when it fails, and error says
+// why.
+std::unique_ptr<RandomFile> OpenBeside(Files& files, const Text& path, Text& beside, FileError& error);

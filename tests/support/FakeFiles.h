@@ -3,6 +3,7 @@
 #include "platform/FileNames.h"
 #include "tests/support/NoFiles.h"
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <new>
@@ -30,6 +31,7 @@ struct FakeFiles : NoFiles {
     std::map<Text, std::string> files;  // by folded path
     std::set<Text> directories;         // likewise, without a separator at the end
     std::set<Text> refused;             // directories that cannot be made or written to
+    std::set<Text> unlisted;            // directories that cannot be read
     std::set<Text> inUse;               // files that another program writes
     std::map<Text, double> lastChanges; // that were set, by folded path
     std::set<Text> tooLarge;            // files that do not fit into memory
@@ -83,21 +85,11 @@ struct FakeFiles : NoFiles {
         return !IsGone(path) && directories.count(Key(path)) != 0;
     }
     // In lower case: the names' own is not kept.
-    std::vector<Text> ListEmlFiles(const Text& directory) override
-    {
-        const Text start = Key(directory) + u'\\';
-        std::vector<Text> names;
-        if (IsGone(directory)) return names;
-        for (const auto& [path, bytes] : files)
-            if (path.starts_with(start) && path.ends_with(u"eml") && path.rfind(u'\\') + 1 == start.size())
-                names.push_back(path.substr(start.size()));
-        SortNames(names);
-        return names;
-    }
     FileError ListAll(const Text& directory, std::vector<DirectoryEntry>& entries) override
     {
         entries.clear();
-        if (!DirectoryExists(directory)) return FileError::notFound;
+        if (unlisted.count(Key(directory))) return FileError::denied;
+        if (IsGone(directory)) return FileError::notFound;
         const auto nameIn = [start = Key(directory) + u'\\'](const Text& path) {
             const bool inside = path.starts_with(start) && path.rfind(u'\\') + 1 == start.size();
             return inside ? path.substr(start.size()) : Text();
@@ -106,7 +98,10 @@ struct FakeFiles : NoFiles {
             if (!nameIn(path).empty()) entries.push_back({nameIn(path), EntryKind::directory});
         for (const auto& [path, bytes] : files)
             if (!nameIn(path).empty()) entries.push_back({nameIn(path), EntryKind::file, bytes.size()});
-        return FileError::none;
+        std::sort(entries.begin(), entries.end(), [](const DirectoryEntry& a, const DirectoryEntry& b) {
+            return NamePrecedes(a.name, b.name);
+        });
+        return entries.empty() && !DirectoryExists(directory) ? FileError::notFound : FileError::none;
     }
     FileError ReadWhole(const Text& path, std::string& bytes) override
     {

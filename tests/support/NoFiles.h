@@ -6,8 +6,6 @@ struct NoFiles : Files {
     bool FileExists(const Text&) override { return false; }
     bool DirectoryExists(const Text&) override { return false; }
     bool MakeDirectory(const Text&) override { return false; }
-    std::vector<Text> ListEmlFiles(const Text&) override { return {}; }
-    std::vector<Text> ListDirectories(const Text&) override { return {}; }
     FileError ListAll(const Text&, std::vector<DirectoryEntry>&) override { return FileError::notFound; }
     FileError ReadWhole(const Text&, std::string& bytes) override
     {

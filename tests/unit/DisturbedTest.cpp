@@ -95,6 +95,33 @@ TEST(DisturbedExport, SkippedIsNotAlwaysWell)
     EXPECT_EQ(above.view.log.back(), Closing(1, 2));
 }
 
+TEST(DisturbedExport, AStopOnTheLastEmailHidesNothingThatWasMissed)
+{
+    const Text aborted = u"User aborted on email export.", missed = u"3 e-mail(s) were not reached.";
+    const struct {
+        const char* why;
+        bool isSortedAnew, isStopped, isStoppedAgain;
+        Texts logged, notLogged;
+    } cases[] = {
+        {"undisturbed", false, true, false, {}, {aborted, missed}},
+        {"sorted anew", true, true, false, {missed}, {aborted}},
+        {"asked twice", true, true, true, {aborted}, {missed}},
+        {"asked while the list is read", true, false, true, {aborted}, {missed}},
+    };
+    for (const auto& [why, isSortedAnew, isStopped, isStoppedAgain, logged, notLogged] : cases) {
+        RunBench bench;
+        if (isSortedAnew) bench.AfterSave(3, [&] { std::reverse(bench.Mail().begin(), bench.Mail().end()); });
+        bool onLast = isStopped, onReading = isStoppedAgain;
+        bench.view.onEvents = [&, reading = Text(u"Looking for e-mails that were missed...")] {
+            bool& now = !bench.view.shown.empty() && bench.view.shown.back() == reading ? onReading : onLast;
+            if (bench.Count(u"- Exporting Mail") == 6 && std::exchange(now, false)) bench.Stop();
+        };
+        bench.Export();
+        bench.ExpectLog(why, logged, notLogged);
+        EXPECT_EQ(bench.flags.runCompleted, !isSortedAnew) << why;
+    }
+}
+
 TEST(DisturbedCheck, AListThatMovesIsReadOnceMoreAndInDoubtNotSaved)
 {
     using Disturb = std::function<void(RunBench&)>;
@@ -225,6 +252,24 @@ TEST(DisturbedSynchronise, APartOfTheFoldersIsNoList)
         EXPECT_EQ(bench.view.boxes, isBack ? Texts{} : Texts{kSilent});
         EXPECT_EQ(bench.view.unlocked, isBack);
     }
+}
+
+TEST(DisturbedStore, ADirectoryThatCannotBeReadIsNotEmpty)
+{
+    RunBench bench(3);
+    bench.Export();
+    bench.files.unlisted = {FakeFiles::Key(kDirectory)};
+    const Text words = Text(u"The saved files of this folder could not be listed ") +
+                       u"(Access to the file was denied): " + kDirectory;
+    bench.Check(ComparisonType::file);
+    EXPECT_EQ(bench.view.boxes, Texts{words});
+    EXPECT_EQ(bench.view.log, Texts{words});
+    EXPECT_TRUE(bench.view.marks.empty());
+    bench.SaveAll();
+    bench.ExpectLog("all folders", {words, u"1 folder(s) were not checked."}, {u"has all 3 emails"});
+    bench.fake.ShowFolder(2);
+    bench.Export();
+    bench.ExpectLog("everything is recorded", {words}, {u"there is no .eml file"});
 }
 
 TEST(DisturbedAllFolders, ARunThatIsRepeatedDoesTheRest)

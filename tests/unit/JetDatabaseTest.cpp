@@ -59,6 +59,12 @@ TEST(JetDatabase, NewFileIsReadyForUse)
         EXPECT_THROW(CreateJetDatabase(files, other, bad, kSampleDate), DatabaseError) << ToUtf8(bad);
     EXPECT_THROW(OpenJetDatabase(files, other), DatabaseError);
     EXPECT_EQ(files.files.size(), 1u);
+
+    const Text own = Text(kSavedPath) + u".new"; // somebody's
+    files.Rename(kSavedPath, own);
+    CreateSaved(files);
+    EXPECT_EQ(files.files.size(), 2u);
+    EXPECT_TRUE(files.FileExists(own)) << "it is no rest of a making that was cut off";
 }
 
 TEST(JetDatabase, FindsByTextWithoutRegardToCase)

@@ -4,6 +4,7 @@
 #include "tests/support/ScratchDirectory.h"
 #include "text/DayCount.h"
 
+#include <algorithm>
 #include <ctime>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -55,10 +56,10 @@ TEST(FileNames, AreSortedByTheirNumberThenWithoutRegardToCase)
         u"_1",     u"a",      u"a10",    u"A2",      u"Ab",      u"aB",
         u"B",      u"b",      u"\u00C9", u"\u00E9a"};
     std::vector<Text> names(sorted.rbegin(), sorted.rend());
-    SortNames(names);
+    std::sort(names.begin(), names.end(), NamePrecedes);
     EXPECT_EQ(names, sorted);
     names = {u"b", u"aB", u"B", u"Ab"};
-    SortNames(names);
+    std::sort(names.begin(), names.end(), NamePrecedes);
     EXPECT_EQ(names, (std::vector<Text>{u"Ab", u"aB", u"B", u"b"}))
         << "capitals first where that alone differs";
 }
@@ -71,9 +72,15 @@ TEST_F(PlatformFiles, ListsEmailsAndDirectoriesEachAlone)
     for (const Text name : {u"a.txt", u"eml", u"x.eml.bak"}) Write(name, "x");
     const std::vector<Text> directories = {u"A", u"dir.eml", u"\u00DCber uns"};
     for (const Text& name : directories) ASSERT_TRUE(files.MakeDirectory(scratch / name));
-    EXPECT_EQ(files.ListEmlFiles(scratch / u""), emails);
-    EXPECT_EQ(files.ListDirectories(scratch / u""), directories);
-    for (const Text name : {u"missing", u"a.EML"}) EXPECT_TRUE(files.ListEmlFiles(scratch / name).empty());
+    std::vector<Text> names;
+    EXPECT_EQ(ListEmlFiles(files, scratch / u"", names), FileError::none);
+    EXPECT_EQ(names, emails);
+    EXPECT_EQ(ListDirectories(files, scratch / u"", names), FileError::none);
+    EXPECT_EQ(names, directories);
+    for (const Text name : {u"missing", u"a.EML"}) {
+        EXPECT_NE(ListEmlFiles(files, scratch / name, names), FileError::none);
+        EXPECT_TRUE(names.empty());
+    }
 }
 
 TEST_F(PlatformFiles, FilesAndDirectoriesAreToldApart)

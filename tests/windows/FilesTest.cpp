@@ -61,7 +61,8 @@ TEST_F(WinFilesTest, PathsOf259CharactersAndNoMore)
     EXPECT_TRUE(files.FileExists(longest));
     const Text tooLong = directory + u"\\" + Text(300, u'd');
     EXPECT_FALSE(files.MakeDirectory(tooLong));
-    EXPECT_TRUE(files.ListEmlFiles(tooLong).empty());
+    std::vector<Text> names;
+    EXPECT_NE(ListEmlFiles(files, tooLong, names), FileError::none);
 }
 
 // Asked for "*.*eml", Windows gives this file for the sake of its short name.
@@ -69,6 +70,8 @@ TEST_F(WinFilesTest, ShortNamesDoNotMakeAnEmail)
 {
     std::ofstream(scratch.Path() / "message number one.eml_old") << "x";
     std::ofstream(scratch.Path() / "message number one.emlx") << "x";
-    EXPECT_TRUE(files.ListEmlFiles(scratch / u"").empty());
-    EXPECT_TRUE(files.ListEmlFiles(u"").empty()); // and not the root of the drive
+    std::vector<Text> names;
+    EXPECT_EQ(ListEmlFiles(files, scratch / u"", names), FileError::none);
+    EXPECT_TRUE(names.empty());
+    EXPECT_EQ(ListEmlFiles(files, u"", names), FileError::notFound); // and not the root of the drive
 }

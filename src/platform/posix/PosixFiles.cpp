@@ -148,29 +148,6 @@ private:
     Descriptor descriptor_;
 };
 
-// Names in a directory for which wanted(name, status) is true; links count as what they lead to.
-template <class Wanted>
-std::vector<Text> List(const Text& directory, Wanted wanted)
-{
-    std::vector<Text> names;
-    DIR* const stream = ::opendir(PathOf(directory).c_str());
-    if (!stream) return names;
-    while (const dirent* entry = ::readdir(stream)) {
-        Text name = FromUtf8(entry->d_name);
-        if (wanted(name, ::dirfd(stream), *entry)) names.push_back(std::move(name));
-    }
-    ::closedir(stream);
-    SortNames(names);
-    return names;
-}
-
-bool EntryHasKind(int directory, const dirent& entry, unsigned char type, mode_t kind)
-{
-    if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == type;
-    struct stat status;
-    return ::fstatat(directory, entry.d_name, &status, 0) == 0 && (status.st_mode & S_IFMT) == kind;
-}
-
 DirectoryEntry EntryOf(int directory, const char* name)
 {
     DirectoryEntry entry{FromUtf8(name)};
@@ -203,20 +180,6 @@ bool PosixFiles::DirectoryExists(const Text& path)
 bool PosixFiles::MakeDirectory(const Text& path)
 {
     return ::mkdir(PathOf(path).c_str(), 0777) == 0 || DirectoryExists(path);
-}
-
-std::vector<Text> PosixFiles::ListEmlFiles(const Text& directory)
-{
-    return List(directory, [](TextView name, int parent, const dirent& entry) {
-        return IsEmlName(name) && EntryHasKind(parent, entry, DT_REG, S_IFREG);
-    });
-}
-
-std::vector<Text> PosixFiles::ListDirectories(const Text& directory)
-{
-    return List(directory, [](TextView name, int parent, const dirent& entry) {
-        return name != u"." && name != u".." && EntryHasKind(parent, entry, DT_DIR, S_IFDIR);
-    });
 }
 
 FileError PosixFiles::ListAll(const Text& directory, std::vector<DirectoryEntry>& entries)

@@ -159,19 +159,6 @@ bool IsDirectory(const WIN32_FIND_DATAW& found)
     return (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-// The names in a directory for which wanted(name, isDirectory) is true.
-template <class Wanted>
-std::vector<Text> List(const Text& directory, Wanted wanted)
-{
-    std::vector<Text> names;
-    (void)Walk(directory, [&](const WIN32_FIND_DATAW& found) { // empty when it cannot be read
-        Text name = FromWide(found.cFileName);
-        if (wanted(name, IsDirectory(found))) names.push_back(std::move(name));
-    });
-    SortNames(names);
-    return names;
-}
-
 // Links and mounted drives; a folder whose files a service fetches on demand is a directory like others.
 bool IsLink(const WIN32_FIND_DATAW& found)
 {
@@ -204,22 +191,11 @@ bool WinFiles::MakeDirectory(const Text& path)
     return CreateDirectoryW(WidePath(path), nullptr) || DirectoryExists(path);
 }
 
-std::vector<Text> WinFiles::ListEmlFiles(const Text& directory)
-{
-    // Asked for the pattern itself, the system would also give files whose short name alone matches
-    // ("mail.eml_old" as MAIL~1.EML), which are no saved e-mails.
-    return List(directory, [](TextView name, bool isDirectory) { return !isDirectory && IsEmlName(name); });
-}
-
-std::vector<Text> WinFiles::ListDirectories(const Text& directory)
-{
-    return List(directory,
-                [](TextView name, bool isDirectory) { return isDirectory && name != u"." && name != u".."; });
-}
-
 FileError WinFiles::ListAll(const Text& directory, std::vector<DirectoryEntry>& entries)
 {
     entries.clear();
+    // Not asked for a pattern, by which the system would also give files whose short name alone matches
+    // ("mail.eml_old" as MAIL~1.EML), which are no saved e-mails.
     const FileError error = Walk(directory, [&](const WIN32_FIND_DATAW& found) {
         Text name = FromWide(found.cFileName);
         if (name == u"." || name == u"..") return;

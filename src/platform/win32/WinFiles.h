@@ -7,8 +7,6 @@ struct WinFiles final : Files {
     bool FileExists(const Text& path) override;
     bool DirectoryExists(const Text& path) override;
     bool MakeDirectory(const Text& path) override;
-    std::vector<Text> ListEmlFiles(const Text& directory) override;
-    std::vector<Text> ListDirectories(const Text& directory) override;
     FileError ListAll(const Text& directory, std::vector<DirectoryEntry>& entries) override;
     FileError ReadWhole(const Text& path, std::string& bytes) override; // also while others write it
     FileError Append(const Text& path, std::string_view bytes) override;
