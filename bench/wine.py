@@ -25,9 +25,7 @@ class Mailbox:
     def room(self, extras=""):
         self.rooms += 1
         room = self.bench.room(f"room {self.rooms}", [("other", "other", "1")])
-        (room / "program/settings.ini").write_text(
-            f"[Paths]\r\nStore={windows_path(room / 'store')}\r\n"
-            f"[Options]\r\nOE Folder Settle Time=0.1\r\n[Extras]\r\n{extras}\r\n", newline="")
+        self.bench.settle(room, extras=extras)
         (room / "store" / ROOT / FOLDER).mkdir(parents=True)
         return room
 

@@ -84,13 +84,20 @@ class Bench:
         database = room / "program/saved.mdb"
         self.inspect(database, "create")
         self.inspect(database, "load", text="".join("\t".join(row) + "\n" for row in rows))
+        self.settle(room)
         return room
+
+    def settle(self, room, store=None, extras=""):
+        """Writes the settings, unless they cannot be written."""
+        settings = room / "program/settings.ini"
+        if settings.exists() and not os.access(settings, os.W_OK):
+            return
+        settings.write_text(f"[Paths]\r\nStore={windows_path(store or room / 'store')}\r\n"
+                            f"[Options]\r\nOE Folder Settle Time=0.1\r\n[Extras]\r\n{extras}\r\n", newline="")
 
     def drive(self, room, steps, store=None, beside=None, extras=""):
         """Does the driver's steps; answers what it has printed."""
-        (room / "program/settings.ini").write_text(
-            f"[Paths]\r\nStore={windows_path(store or room / 'store')}\r\n"
-            f"[Options]\r\nOE Folder Settle Time=0.1\r\n[Extras]\r\n{extras}\r\n", newline="")
+        self.settle(room, store, extras)
         command = ["wine", self.programs / "demo-driver.exe", "--program", windows_path(room / "program/quillbox.exe")]
         command += ["--beside", beside] if beside else []
         command += [word for step in steps for word in ("--do", step)]

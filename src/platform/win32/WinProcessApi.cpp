@@ -1,11 +1,15 @@
 #include "platform/win32/WinProcessApi.h"
 
+#include <algorithm>
 #include <cstring>
 #include <windows.h>
 
 static_assert(sizeof(void*) == 4, "addresses of the mail client are 32-bit");
 
 namespace {
+
+constexpr std::uint32_t kPage = 4096;  // bytes; less is not to be had
+constexpr std::size_t kMostKept = 128; // pages; each takes 64 KB of the other process's addresses
 
 HANDLE HandleOf(std::int32_t number)
 {
@@ -40,13 +44,27 @@ std::int32_t WinProcessApi::OpenProcessHandle(std::uint32_t access, std::uint32_
 {
     const HANDLE process = OpenProcess(access, FALSE, processId);
     if (!process && GetLastError() == ERROR_ACCESS_DENIED) denied = true;
-    return reinterpret_cast<std::int32_t>(process);
+    const auto handle = reinterpret_cast<std::int32_t>(process);
+    if (process) processIds_[handle] = processId;
+    return handle;
 }
 
 RemoteAddress WinProcessApi::AllocateIn(std::int32_t process, std::uint32_t size)
 {
-    return static_cast<RemoteAddress>(reinterpret_cast<std::uint32_t>(
-        VirtualAllocEx(HandleOf(process), nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE)));
+    const auto owner = processIds_.find(process);
+    const bool isPage = size <= kPage && owner != processIds_.end();
+    RemoteAddress address = RemoteAddress::none;
+    if (isPage && owner->second == kept_.processId && !kept_.pages.empty()) {
+        constexpr char kZeros[kPage] = {};
+        address = kept_.pages.back();
+        kept_.pages.pop_back();
+        if (!Write(process, address, kZeros, size)) address = RemoteAddress::none; // the process has ended
+    }
+    if (address == RemoteAddress::none)
+        address = static_cast<RemoteAddress>(reinterpret_cast<std::uint32_t>(
+            VirtualAllocEx(HandleOf(process), nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE)));
+    if (isPage && address != RemoteAddress::none) pagesInUse_.emplace(owner->second, address);
+    return address;
 }
 
 bool WinProcessApi::Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size)
@@ -61,11 +79,48 @@ bool WinProcessApi::Read(std::int32_t process, RemoteAddress from, void* to, std
 
 bool WinProcessApi::FreeIn(std::int32_t process, RemoteAddress address)
 {
+    const auto owner = processIds_.find(process);
+    if (owner != processIds_.end()) {
+        const std::uint32_t processId = owner->second;
+        if (IsKept(processId, address)) return false;
+        if (pagesInUse_.erase({processId, address}) != 0 && Keep(processId, address)) return true;
+    }
     return VirtualFreeEx(HandleOf(process), PointerOf(address), 0, MEM_RELEASE) != FALSE;
+}
+
+bool WinProcessApi::IsKept(std::uint32_t processId, RemoteAddress page) const
+{
+    const auto& pages = kept_.pages;
+    return processId == kept_.processId && std::find(pages.begin(), pages.end(), page) != pages.end();
+}
+
+bool WinProcessApi::Keep(std::uint32_t processId, RemoteAddress page)
+{
+    if (kept_.processId != processId) {
+        GiveBack();
+        kept_ = {processId, OpenProcess(PROCESS_VM_OPERATION, FALSE, processId)};
+    }
+    if (!kept_.process || kept_.pages.size() == kMostKept) return false;
+    kept_.pages.push_back(page);
+    return true;
+}
+
+void WinProcessApi::GiveBack()
+{
+    for (const RemoteAddress page : kept_.pages)
+        (void)VirtualFreeEx(kept_.process, PointerOf(page), 0, MEM_RELEASE);
+    if (kept_.process) CloseHandle(kept_.process);
+    kept_ = {};
+}
+
+WinProcessApi::~WinProcessApi()
+{
+    GiveBack();
 }
 
 bool WinProcessApi::Close(std::int32_t handle)
 {
+    processIds_.erase(handle);
     return CloseHandle(HandleOf(handle)) != FALSE;
 }
 

@@ -2,8 +2,20 @@
 #pragma once
 #include "platform/ProcessApi.h"
 
+#include <map>
+#include <set>
+#include <utility>
+#include <vector>
+
+// A page that is released is kept for the next that is asked for in the same process, and given out full of
+// zeros as a new one is: having memory reserved by another process is by far the dearest of these calls, and
+// Wine 8 never returns from it when that process is killed under it.
 class WinProcessApi : public ProcessApi {
 public:
+    WinProcessApi() = default;
+    ~WinProcessApi() override; // gives back what was kept
+    WinProcessApi(const WinProcessApi&) = delete;
+    WinProcessApi& operator=(const WinProcessApi&) = delete;
     bool GetPlatformId(std::uint32_t& platformId) override;
     std::uint32_t ProcessIdOf(WindowHandle window) override;
     std::int32_t OpenProcessHandle(std::uint32_t access, std::uint32_t processId, bool& denied) override;
@@ -17,4 +29,18 @@ public:
     bool UnmapView(const void* view) override;
     void MoveIn(RemoteAddress to, const void* from, std::uint32_t size) override;
     void MoveOut(void* to, RemoteAddress from, std::uint32_t size) override;
+
+private:
+    bool IsKept(std::uint32_t processId, RemoteAddress page) const; // and so is released already
+    bool Keep(std::uint32_t processId, RemoteAddress page);
+    void GiveBack();
+
+    struct Kept { // of one process at a time
+        std::uint32_t processId = 0;
+        void* process = nullptr; // a handle: as long as it is open no other process gets the number
+        std::vector<RemoteAddress> pages{};
+    };
+    Kept kept_;
+    std::map<std::int32_t, std::uint32_t> processIds_;             // of the handles that are open
+    std::set<std::pair<std::uint32_t, RemoteAddress>> pagesInUse_; // by process
 };
