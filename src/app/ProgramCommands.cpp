@@ -265,7 +265,7 @@ void Program::mnMarkSaved()
             // Nothing would find a record without a CRC, and the finding that one has no file, which has no
             // place in the list, shows a sentence for its subject.
             if (entry.Crc.empty() || Cell(row, ResultsColumn::id).empty()) {
-                LogLine(u"Not marked, as the e-mail could not be read: " + folder + u" - " +
+                LogLine(u"Not marked, as the row has no e-mail's details: " + folder + u" - " +
                             Cell(row, ResultsColumn::id),
                         Record::yes);
                 continue;

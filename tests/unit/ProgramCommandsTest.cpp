@@ -146,9 +146,9 @@ TEST_F(ProgramCommandsTest, TickedRowsAreMarkedAsSavedOnce)
     window.ticked = {0, 1, 3, 4, 6};
     EXPECT_EQ(Press(&Program::mnMarkSaved), u"Finished updating database");
     const Text said = u"Mark as saved: In - It's one : A1";
-    EXPECT_EQ(window.log, (Texts{said, u"Not marked, as the e-mail could not be read: In - 1", said,
+    EXPECT_EQ(window.log, (Texts{said, u"Not marked, as the row has no e-mail's details: In - 1", said,
                                  u"Mark as saved: In - Last : D4",
-                                 u"Not marked, as the e-mail could not be read: In - "}));
+                                 u"Not marked, as the row has no e-mail's details: In - "}));
     EXPECT_EQ(Records(), (std::vector<Texts>{{u"In", u"It's one", u"A1"}, {u"In", u"Last", u"D4"}}));
     EXPECT_EQ(window.ticked, (std::set<int>{1, 6})) << "the others are unticked, and stay";
 
