@@ -9,7 +9,6 @@
 
 namespace {
 constexpr int kCountTries = 5, kCountInterval = 200; // milliseconds, for a list that is just being filled
-constexpr int kListTries = 50;                       // for one that is gone, until it is there again
 
 void LogStop(FolderRun& run, const Text& byUser)
 {
@@ -75,14 +74,12 @@ bool IsStoreThere(FolderRun& run)
 std::optional<std::int32_t> CountEmails(FolderRun& run)
 {
     std::optional<std::int32_t> count;
-    const auto isAnswered = [&] {
+    WaitUntil(run.client, kCountTries, kCountInterval, [&] {
         FindListAgain(run.client);
         count = ListItemCount(run.client);
-        return count || run.client.silent || run.client.desktop.IsThere(run.client.handles.listView);
-    };
-    WaitUntil(run.client, kListTries, kCountInterval, isAnswered); // one that is made anew has no answer
-    if (count == 0)
-        WaitUntil(run.client, kCountTries, kCountInterval, [&] { return isAnswered() && count != 0; });
+        const bool isThere = run.client.silent || run.client.desktop.IsThere(run.client.handles.listView);
+        return count ? *count != 0 : isThere; // one that was made anew is looked for again
+    });
     // What was counted is this folder's only if the client shows it.
     return ShownFolder(run.client) == run.selectedFolder ? count : std::nullopt;
 }

@@ -6,6 +6,7 @@ namespace {
 
 constexpr int kClassBuffer = 100;
 constexpr int kCaptionBuffer = 256;
+constexpr int kListTries = 50, kListInterval = 200; // milliseconds, for a list that is made anew
 constexpr TextView kMainClass = u"Outlook Express Browser Class";
 constexpr TextView kPaneFrame = u"Outlook Express Pane Frame";
 constexpr TextView kTreeHolder = u"ThorTreeViewWndClass", kTree = u"SysTreeView32";
@@ -103,6 +104,14 @@ WindowHandle FindTreeByParts(OeClient& client, WindowHandle navigation)
     return 0;
 }
 
+void FindListWindows(Desktop& desktop, OeHandles& handles)
+{
+    handles.messageView = FindChildWindow(desktop, handles.mainWindow, u"Outlook Express Message View");
+    handles.messageList = FindChildWindow(desktop, handles.messageView, u"Outlook Express Message List");
+    handles.listView = FindChildWindow(desktop, handles.messageList, u"ATL:SysListView32");
+    handles.listViewFound = handles.listView >= 1;
+}
+
 } // namespace
 
 WindowHandle FindTopWindow(Desktop& desktop, TextView className)
@@ -161,14 +170,9 @@ void FindOeHandles(OeClient& client)
     OeHandles& handles = client.handles;
     Text missing; // each failure overwrites the one before: only the last is told
     handles.mainWindow = FindTopWindow(client.desktop, kMainClass);
-    handles.messageView =
-        FindChildWindow(client.desktop, handles.mainWindow, u"Outlook Express Message View");
+    FindListWindows(client.desktop, handles);
     if (handles.messageView == 0) missing = u"Message View could not be found.";
-    handles.messageList =
-        FindChildWindow(client.desktop, handles.messageView, u"Outlook Express Message List");
     if (handles.messageList == 0) missing = u"Message List could not be found.";
-    handles.listView = FindChildWindow(client.desktop, handles.messageList, u"ATL:SysListView32");
-    handles.listViewFound = handles.listView >= 1;
     if (!handles.listViewFound) missing = u"List View could not be found.";
 
     handles.oeFound = handles.mainWindow > 0;
@@ -184,8 +188,16 @@ void FindOeHandles(OeClient& client)
 
 void FindListAgain(OeClient& client)
 {
-    if (client.handles.listViewFound && !client.desktop.IsThere(client.handles.listView))
-        FindOeHandles(client);
+    OeHandles& handles = client.handles;
+    if (!handles.oeFound || client.desktop.IsThere(handles.listView)) return;
+    const auto isOver = [&] {
+        OeHandles found = handles;
+        FindListWindows(client.desktop, found);
+        return found.listViewFound || client.silent || client.flags.closing ||
+               !client.desktop.IsThere(handles.mainWindow);
+    };
+    WaitUntil(client, handles.listViewFound ? kListTries : 0, kListInterval, isOver);
+    FindOeHandles(client);
 }
 
 void SayNoMessageList(Reporter& reporter, Record record)

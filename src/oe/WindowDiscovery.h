@@ -20,7 +20,8 @@ Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 cha
 bool IsOeRunning(Desktop& desktop, WindowHandle& mainWindow);
 // Fills client.handles and says on the display what was found.
 void FindOeHandles(OeClient& client);
-// The same when the list was made anew meanwhile: it is another window then.
+// The same when the list is being made anew: it is another window then, for which it waits up to ten seconds.
+// One that did not come in that time is looked for without a wait.
 void FindListAgain(OeClient& client);
 // For a client that shows no message list.
 void SayNoMessageList(Reporter& reporter, Record record);

@@ -62,11 +62,22 @@ void FakeClient::RemoveWindow(WindowHandle window)
     order_.erase(std::remove(order_.begin(), order_.end(), window), order_.end());
 }
 
+void FakeClient::RemoveList()
+{
+    for (const WindowHandle each : std::vector<WindowHandle>(order_))
+        if (At(each).parent == view_) RemoveWindow(each);
+}
+
+void FakeClient::MakeListAnew(int milliseconds)
+{
+    RemoveList();
+    Later(milliseconds, [this] { ShowFolder(shown); });
+}
+
 void FakeClient::ShowFolder(int index)
 {
     if (!keepsList || list_ == 0) {
-        for (const WindowHandle each : std::vector<WindowHandle>(order_))
-            if (At(each).parent == view_) RemoveWindow(each);
+        RemoveList();
         const WindowHandle messageList = AddWindow(u"Outlook Express Message List", u"", view_);
         list_ = AddWindow(u"ATL:SysListView32", u"", messageList);
         header_ = AddWindow(u"SysHeader32", u"", list_);

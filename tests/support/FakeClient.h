@@ -91,10 +91,11 @@ public:
     std::vector<std::pair<WindowHandle, std::int32_t>> keys;   // key-down messages
     std::vector<std::pair<std::uint32_t, std::int32_t>> input; // key and mouse messages, wParam
 
-    void ShowFolder(int index); // at once: new list, new handles
-    void Start();               // anew, as another process with other items
-    void End();                 // every window goes
-    void Recover();             // good manners, time for what is late, no boxes; started anew if it has gone
+    void ShowFolder(int index);          // at once: new list, new handles
+    void MakeListAnew(int milliseconds); // there is none so long
+    void Start();                        // anew, as another process with other items
+    void End();                          // every window goes
+    void Recover(); // good manners, time for what is late, no boxes; started anew if it has gone
     void FallSilent(int milliseconds);                        // from now on
     void Later(int milliseconds, std::function<void()> what); // unless it is silent then
     void NameInCaption(int index);
@@ -161,6 +162,7 @@ private:
     const Window& At(WindowHandle window) const; // that of none has nothing
     WindowHandle AddWindow(const Text& className, const Text& caption, WindowHandle parent,
                            WindowHandle owner = 0);
+    void RemoveList();
     void RemoveWindow(WindowHandle window);
     void AskForDialog();
     void OpenDialog(Email email);

@@ -175,6 +175,8 @@ const Fault kFaults[] = {
         }),
     Row("the list is made anew", kAnywhere, {{kFail, kNotReached}},
         [](B& b) { b.fake.ShowFolder(b.fake.shown); }),
+    Row("the list is gone for two seconds, and made anew", kAnywhere, {{kNoList, kFail, kNotReached}},
+        [](B& b) { b.fake.MakeListAnew(2'000); }),
     Row("the list is still filling", kAnywhere, {{kFail, kNotReached}, kRowsMove},
         [](B& b) { Hide(b, IsBehindTwo, 40); }),
     Row("the list is grouped", kAnywhere, {{kFail, kMoved}, kRowsMove}, [](B& b) { Hide(b, IsOdd, 0); }),

@@ -79,6 +79,35 @@ TEST(SilentClient, IsLetFinishTheEmailUnderWayBeforeTheProgramCloses)
     EXPECT_EQ(bench.Records().size(), 1u);
 }
 
+TEST(SilentClient, IsNotWhatMakesItsListAnew)
+{
+    const struct {
+        const char* why;
+        std::function<void(RunBench&)> what;
+        int seconds; // that are waited at the most
+        bool isThere;
+    } cases[] = {
+        {"for a moment", [](RunBench& bench) { bench.fake.MakeListAnew(3'000); }, 4, true},
+        {"for good", [](RunBench& bench) { bench.fake.MakeListAnew(kForGood); }, 12, false},
+        {"it has ended", [](RunBench& bench) { bench.fake.End(); }, 2, false},
+        {"Quillbox is to close",
+         [](RunBench& bench) {
+             bench.fake.MakeListAnew(3'000);
+             bench.flags.closing = bench.flags.stopAfterEmail = true;
+         },
+         2, false},
+    };
+    for (const auto& [why, what, seconds, isThere] : cases) {
+        RunBench bench;
+        ASSERT_TRUE(SelectShownFolder(bench.run, Refusal::inLog)) << why;
+        FindOeHandles(bench.client);
+        const int began = bench.fake.sleptMilliseconds;
+        what(bench);
+        EXPECT_EQ(CountEmails(bench.run), isThere ? std::optional(6) : std::nullopt) << why;
+        EXPECT_LE(bench.fake.sleptMilliseconds - began, 1'000 * seconds) << why;
+    }
+}
+
 TEST(ClientBoxes, AreAnsweredAndTold)
 {
     using Box = FakeClient::Box;
