@@ -3,8 +3,10 @@
 #pragma once
 #include "text/Text.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -16,6 +18,7 @@ inline constexpr std::size_t kSectorSize = 512; // what a disk writes whole or n
 
 // "The database is damaged (page 17): what", thrown as DatabaseError.
 [[noreturn]] void ThrowDamaged(PageNumber page, TextView what);
+[[noreturn]] void ThrowCutShort(PageNumber page);
 // For what another program may do to a file in good order, but this one cannot go on with:
 // "The database has a layout that this program does not extend (page 1): what".
 [[noreturn]] void ThrowForeignLayout(PageNumber page, TextView what);
@@ -30,10 +33,10 @@ public:
     PageNumber Page() const { return page_; }
     std::string_view Bytes() const { return bytes_; }
 
-    std::uint8_t U8(std::size_t at) const { return static_cast<std::uint8_t>(Number(at, 1)); }
-    std::uint16_t U16(std::size_t at) const { return static_cast<std::uint16_t>(Number(at, 2)); }
-    std::uint32_t U32(std::size_t at) const { return static_cast<std::uint32_t>(Number(at, 4)); }
-    std::uint64_t U64(std::size_t at) const { return Number(at, 8); }
+    std::uint8_t U8(std::size_t at) const { return NumberAt<std::uint8_t>(at); }
+    std::uint16_t U16(std::size_t at) const { return NumberAt<std::uint16_t>(at); }
+    std::uint32_t U32(std::size_t at) const { return NumberAt<std::uint32_t>(at); }
+    std::uint64_t U64(std::size_t at) const { return NumberAt<std::uint64_t>(at); }
     ByteView Sub(std::size_t at, std::size_t count) const
     {
         Need(at, count);
@@ -43,14 +46,15 @@ public:
 private:
     void Need(std::size_t at, std::size_t count) const
     {
-        if (at > bytes_.size() || count > bytes_.size() - at) ThrowDamaged(page_, u"something is cut short");
+        if (at > bytes_.size() || count > bytes_.size() - at) ThrowCutShort(page_);
     }
-    std::uint64_t Number(std::size_t at, std::size_t count) const
+    template <class Number>
+    Number NumberAt(std::size_t at) const
     {
-        Need(at, count);
-        std::uint64_t number = 0;
-        for (std::size_t i = count; i-- > 0;)
-            number = number << 8 | static_cast<std::uint8_t>(bytes_[at + i]);
+        static_assert(std::endian::native == std::endian::little); // as the file has them
+        Need(at, sizeof(Number));
+        Number number;
+        std::memcpy(&number, bytes_.data() + at, sizeof number);
         return number;
     }
 

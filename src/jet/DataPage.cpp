@@ -4,14 +4,9 @@ namespace jet {
 
 namespace {
 
-constexpr std::size_t kFreeAt = 2, kOwnerAt = 4, kCountAt = 12, kDirectory = 14;
-constexpr std::uint16_t kStartBits = 0x1FFF;
+constexpr std::size_t kFreeAt = 2, kOwnerAt = 4, kCountAt = 12;
 constexpr std::size_t kMostAdded = (kSectorSize - kDirectory) / 2; // rows whose entries are in one sector
 
-constexpr std::size_t SlotOffset(std::size_t slot)
-{
-    return kDirectory + 2 * slot;
-}
 std::size_t LowestStart(ByteView page)
 {
     const std::size_t count = SlotCount(page);
@@ -46,14 +41,12 @@ Slot SlotAt(ByteView page, std::size_t slot)
 {
     const std::size_t count = SlotCount(page);
     if (slot >= count) ThrowDamaged(page.Page(), u"it has no row " + DecimalText(static_cast<int>(slot)));
-    const std::uint16_t value = page.U16(SlotOffset(slot));
-    Slot found;
-    found.flags = static_cast<std::uint16_t>(value & ~kStartBits);
-    found.start = value & kStartBits;
-    found.end = slot == 0 ? kPageSize : page.U16(SlotOffset(slot - 1)) & kStartBits;
-    if (found.start > found.end || found.end > kPageSize || found.start < SlotOffset(count))
-        ThrowDamaged(page.Page(), u"row " + DecimalText(static_cast<int>(slot)) + u" lies outside its place");
-    return found;
+    return SlotFrom(page, slot, count, slot == 0 ? kPageSize : page.U16(SlotOffset(slot - 1)) & kStartBits);
+}
+
+void ThrowMisplaced(PageNumber page, std::size_t slot)
+{
+    ThrowDamaged(page, u"row " + DecimalText(static_cast<std::int64_t>(slot)) + u" lies outside its place");
 }
 
 ByteView RowAt(ByteView page, std::size_t slot)
@@ -65,8 +58,9 @@ ByteView RowAt(ByteView page, std::size_t slot)
 void CheckDirectory(ByteView page)
 {
     const std::size_t count = SlotCount(page);
-    for (std::size_t slot = 0; slot < count; ++slot) (void)SlotAt(page, slot);
-    if (page.U16(kFreeAt) != LowestStart(page) - SlotOffset(count))
+    std::size_t lowest = kPageSize;
+    ForEachSlot(page, count, [&](std::size_t, const Slot& slot) { lowest = slot.start; });
+    if (page.U16(kFreeAt) != lowest - SlotOffset(count))
         ThrowDamaged(page.Page(), u"its figure of free bytes is wrong");
 }
 

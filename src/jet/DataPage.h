@@ -6,6 +6,7 @@
 #pragma once
 #include "jet/PageFile.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace jet {
@@ -32,17 +33,45 @@ inline std::uint32_t ToPointer(RowId row)
 inline constexpr std::uint16_t kLookup = 0x4000; // the row has moved: its first 4 bytes point to it
 inline constexpr std::uint16_t kTarget = 0x8000; // where a moved row is; no row of its own
 inline constexpr std::uint16_t kDeleted = kLookup | kTarget;
+inline constexpr std::uint16_t kStartBits = 0x1FFF; // beside the flags
 
 struct Slot {
     std::uint16_t flags = 0;
     std::size_t start = 0, end = 0; // in the page
 };
 
+inline constexpr std::size_t kDirectory = 14; // behind the page's header: two bytes for each slot
+constexpr std::size_t SlotOffset(std::size_t slot)
+{
+    return kDirectory + 2 * slot;
+}
+[[noreturn]] void ThrowMisplaced(PageNumber page, std::size_t slot);
+// One of so many slots, whose row ends there.
+inline Slot SlotFrom(ByteView page, std::size_t slot, std::size_t count, std::size_t end)
+{
+    const std::uint16_t value = page.U16(SlotOffset(slot));
+    const std::size_t start = value & kStartBits;
+    if (start > end || end > kPageSize || start < SlotOffset(count)) ThrowMisplaced(page.Page(), slot);
+    return {static_cast<std::uint16_t>(value & ~kStartBits), start, end};
+}
+
 bool IsDataPage(ByteView page);
 std::uint32_t OwnerOf(ByteView page);
 void NeedDataPage(ByteView page, std::uint32_t owner); // throws unless it is one of this owner
 std::size_t SlotCount(ByteView page);
 Slot SlotAt(ByteView page, std::size_t slot);
+// visit(slot, Slot) for the first ones, so many at the most: where a row ends is known from the one before.
+template <class Visit>
+void ForEachSlot(ByteView page, std::size_t most, Visit visit)
+{
+    const std::size_t count = SlotCount(page);
+    std::size_t end = kPageSize;
+    for (std::size_t slot = 0; slot < std::min(count, most); ++slot) {
+        const Slot found = SlotFrom(page, slot, count, end);
+        end = found.start;
+        visit(slot, found);
+    }
+}
 ByteView RowAt(ByteView page, std::size_t slot); // whatever its flags
 // Throws unless all slots are in order and the free figure is right: a page to which a row may be added.
 void CheckDirectory(ByteView page);

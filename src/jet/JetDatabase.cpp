@@ -127,7 +127,7 @@ public:
         : table_(std::move(table)), select_(std::move(select))
     {
         const TableDefinition& definition = table_->Rows().Definition();
-        for (const Text& name : select_.columns) (void)NeedColumn(definition, name);
+        for (const Text& name : select_.columns) selected_.push_back(PlaceOf(NeedColumn(definition, name)));
         for (const Condition& condition : select_.where) (void)NeedTextColumn(definition, condition.column);
         for (const Text& name : select_.orderBy) (void)NeedTextColumn(definition, name);
     }
@@ -166,7 +166,7 @@ public:
     {
         if (!newRow_) throw DatabaseError(u"A field was set without a new row");
         const Column& column = Selected(name);
-        (*newRow_)[static_cast<std::size_t>(&column - table_->Rows().Definition().columns.data())] = value;
+        (*newRow_)[PlaceOf(column)] = value;
     }
 
     void Update() override
@@ -185,12 +185,18 @@ private:
         Row row;
     };
 
+    std::size_t PlaceOf(const Column& column) const
+    {
+        return static_cast<std::size_t>(&column - table_->Rows().Definition().columns.data());
+    }
+
     const Column& Selected(const Text& name) const
     {
-        const auto same = [&](const Text& selected) { return EqualNoCase(selected, name); };
-        if (!select_.columns.empty() && std::none_of(select_.columns.begin(), select_.columns.end(), same))
-            throw DatabaseError(u"The column " + name + u" was not selected");
-        return NeedColumn(table_->Rows().Definition(), name);
+        const TableDefinition& definition = table_->Rows().Definition();
+        if (selected_.empty()) return NeedColumn(definition, name);
+        for (const std::size_t place : selected_)
+            if (EqualNoCase(definition.columns.at(place).name, name)) return definition.columns[place];
+        throw DatabaseError(u"The column " + name + u" was not selected");
     }
 
     RowId Current()
@@ -219,21 +225,21 @@ private:
             if (!rows || found.size() < rows->size()) rows = std::move(found);
             if (rows->size() <= kFew) break;
         }
+        std::vector<const Column*> columns;
+        for (const Condition& condition : select_.where)
+            columns.push_back(&NeedColumn(table.Definition(), condition.column));
         Text text;
-        std::erase_if(*rows, [&](RowId row) { return !Matches(row, text); });
-        return std::move(*rows);
-    }
-
-    bool Matches(RowId id, Text& text) const
-    {
-        const Table& table = table_->Rows();
-        const std::optional<StoredRow> stored = table.Fetch(id);
-        if (!stored) return false;
-        const Row row(table.Definition(), stored->bytes);
-        return std::all_of(select_.where.begin(), select_.where.end(), [&](const Condition& condition) {
-            table.ReadColumn(row, *table.Definition().Find(condition.column), text);
-            return EqualNoCase(text, condition.value);
+        std::erase_if(*rows, [&](RowId id) {
+            const std::optional<StoredRow> stored = table.Fetch(id);
+            if (!stored) return true;
+            const Row row(table.Definition(), stored->bytes);
+            for (std::size_t i = 0; i < columns.size(); ++i) {
+                table.ReadColumn(row, *columns[i], text);
+                if (!EqualNoCase(text, select_.where[i].value)) return true;
+            }
+            return false;
         });
+        return std::move(*rows);
     }
 
     // By the texts without regard to case, equal ones in the order of the file: as in Jet, texts that differ
@@ -264,6 +270,7 @@ private:
 
     std::shared_ptr<OpenTable> table_;
     Select select_;
+    std::vector<std::size_t> selected_; // places in the definition's columns; empty: all
     std::optional<std::vector<RowId>> found_;
     std::size_t current_ = 0;
     std::optional<ReadRow> read_;                            // a current row

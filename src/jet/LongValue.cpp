@@ -55,9 +55,9 @@ LongValue::LongValue(PageFile& file, ByteView header) : page_(header.Page())
             ThrowDamaged(place.page, u"a long value runs in a circle");
         const ByteView page = file.View(place.page, hold_);
         NeedDataPage(page, kLongValueOwner);
-        if (SlotAt(page, place.slot).flags != 0)
-            ThrowDamaged(place.page, u"part of a long value was deleted");
-        const ByteView row = RowAt(page, place.slot);
+        const Slot slot = SlotAt(page, place.slot);
+        if (slot.flags != 0) ThrowDamaged(place.page, u"part of a long value was deleted");
+        const ByteView row = page.Sub(slot.start, slot.end - slot.start);
         places_.push_back(place);
         if (kind & kOneRow) {
             whole_ = row.Bytes();

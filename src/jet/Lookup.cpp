@@ -1,12 +1,13 @@
 #include "jet/Lookup.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace jet {
 
 namespace {
 
-std::size_t HashOf(TextView text)
+std::uint32_t HashOf(TextView text)
 {
     std::uint32_t hash = 2166136261; // FNV-1a, a unit at a time
     for (char16_t unit : text) hash = (hash ^ FoldCase(unit)) * 16777619;
@@ -15,19 +16,17 @@ std::size_t HashOf(TextView text)
 
 } // namespace
 
-void Lookup::RowsByHash::Add(std::size_t hash, RowId row)
+void Lookup::RowsByHash::Link()
 {
-    if (entries_.size() == ends_.size()) {
-        ends_.assign(2 * ends_.size(), 0);
-        for (std::uint32_t i = 0; i < entries_.size(); ++i)
-            entries_[i].previous = std::exchange(EndOf(entries_[i].hash), i + 1);
+    if (entries_.size() > ends_.size()) {
+        ends_.assign(std::bit_ceil(2 * entries_.size()), 0);
+        linked_ = 0;
     }
-    const std::uint32_t previous =
-        std::exchange(EndOf(hash), static_cast<std::uint32_t>(entries_.size() + 1));
-    entries_.push_back({hash, row, previous});
+    for (; linked_ < entries_.size(); ++linked_)
+        entries_[linked_].previous = std::exchange(EndOf(entries_[linked_].hash), linked_ + 1);
 }
 
-std::vector<RowId> Lookup::RowsByHash::Find(std::size_t hash) const
+std::vector<RowId> Lookup::RowsByHash::Find(std::uint32_t hash) const
 {
     std::vector<RowId> rows;
     for (std::uint32_t place = ends_[hash & (ends_.size() - 1)]; place != 0;) {
@@ -49,6 +48,7 @@ std::vector<RowId> Lookup::Candidates(const Table& table, const Column& column, 
             table.ReadColumn(Row(table.Definition(), stored.bytes), column, text);
             rows.Add(HashOf(text), stored.id);
         });
+        rows.Link();
         known = columns_.emplace(column.number, std::move(rows)).first;
     }
     return known->second.Find(HashOf(value));
@@ -62,6 +62,7 @@ void Lookup::Added(const Table& table, RowId id)
     for (auto& [number, rows] : columns_) {
         for (const Column& column : table.Definition().columns)
             if (column.number == number) rows.Add(HashOf(table.ColumnText(row, column)), id);
+        rows.Link();
     }
 }
 

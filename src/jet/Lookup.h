@@ -19,18 +19,20 @@ private:
     // A hash table with chains; their ends and links are places in entries, counted from 1. 0: none.
     class RowsByHash {
     public:
-        void Add(std::size_t hash, RowId row);
-        std::vector<RowId> Find(std::size_t hash) const;
+        void Add(std::uint32_t hash, RowId row) { entries_.push_back({hash, row, 0}); }
+        void Link(); // those that were added, to be found
+        std::vector<RowId> Find(std::uint32_t hash) const;
 
     private:
         struct Entry {
-            std::size_t hash;
+            std::uint32_t hash;
             RowId row;
             std::uint32_t previous; // in its chain
         };
-        std::uint32_t& EndOf(std::size_t hash) { return ends_[hash & (ends_.size() - 1)]; }
+        std::uint32_t& EndOf(std::uint32_t hash) { return ends_[hash & (ends_.size() - 1)]; }
         std::vector<std::uint32_t> ends_ = std::vector<std::uint32_t>(64, 0); // of a power of two chains
         std::vector<Entry> entries_;
+        std::uint32_t linked_ = 0; // so many of them
     };
     std::map<std::uint16_t, RowsByHash> columns_; // by column number; those that were asked for
 };

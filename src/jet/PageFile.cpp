@@ -47,33 +47,35 @@ RandomFile& PageFile::File()
     return *file_;
 }
 
+void PageFile::Use(Cached& cached)
+{
+    if (cached.generation == generation_) return;
+    cached.generation = generation_;
+    if (++young_ <= kGeneration) return;
+    for (Cached& other : cache_)
+        if (other.generation != generation_) other.bytes.reset();
+    ++generation_;
+    young_ = 0;
+}
+
 void PageFile::Remember(PageNumber page, PageRef bytes)
 {
-    if (young_.size() >= kGeneration) {
-        old_ = std::move(young_);
-        young_.clear();
-    }
-    latest_ = {page, bytes};
-    young_[page] = std::move(bytes);
+    if (page >= cache_.size()) cache_.resize(count_);
+    cache_[page].bytes = std::move(bytes);
+    Use(cache_[page]);
 }
 
 PageRef PageFile::Read(PageNumber page)
 {
-    if (latest_.second && latest_.first == page) return latest_.second;
-    if (const auto found = young_.find(page); found != young_.end()) {
-        latest_ = *found;
-        return found->second;
+    if (page < cache_.size() && cache_[page].bytes) {
+        Use(cache_[page]);
+        return cache_[page].bytes;
     }
-    PageRef bytes;
-    if (const auto found = old_.find(page); found != old_.end()) {
-        bytes = found->second;
-    } else {
-        if (page >= count_) ThrowDamaged(page, u"the file ends before this page, which it refers to");
-        std::string read(kPageSize, '\0');
-        if (!File().ReadAt(Offset(page), read.data(), kPageSize))
-            throw DatabaseError(u"Page " + DecimalText(page) + u" of the database cannot be read");
-        bytes = std::make_shared<const std::string>(std::move(read));
-    }
+    if (page >= count_) ThrowDamaged(page, u"the file ends before this page, which it refers to");
+    std::string read(kPageSize, '\0');
+    if (!File().ReadAt(Offset(page), read.data(), kPageSize))
+        throw DatabaseError(u"Page " + DecimalText(page) + u" of the database cannot be read");
+    PageRef bytes = std::make_shared<const std::string>(std::move(read));
     Remember(page, bytes);
     return bytes;
 }
@@ -101,7 +103,6 @@ void PageFile::Write(PageNumber page, std::string bytes)
         FailWrite(u"Page " + DecimalText(page) + u" of the database cannot be written", error);
     }
     if (extends) ++count_;
-    old_.erase(page);
     Remember(page, std::make_shared<const std::string>(std::move(bytes)));
 }
 
@@ -113,9 +114,8 @@ void PageFile::Flush()
 
 void PageFile::Forget() noexcept
 {
-    young_.clear();
-    old_.clear();
-    latest_ = {};
+    cache_.clear();
+    young_ = 0;
 }
 
 void PageFile::FailWrite(Text words, FileError error)

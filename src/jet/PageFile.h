@@ -6,8 +6,8 @@
 
 #include <map>
 #include <memory>
-#include <unordered_map>
 #include <utility>
+#include <vector>
 
 namespace jet {
 
@@ -39,9 +39,13 @@ public:
     void Close() noexcept;
 
 private:
-    using Cache = std::unordered_map<PageNumber, PageRef>;
+    struct Cached {
+        PageRef bytes;
+        unsigned generation = 0; // in which it was used last
+    };
     RandomFile& File();
     void Remember(PageNumber page, PageRef bytes);
+    void Use(Cached& cached);
     void Forget() noexcept;
     [[noreturn]] void FailWrite(Text words, FileError error);
 
@@ -49,10 +53,10 @@ private:
     Text whyReadOnly_;
     PageNumber count_ = 0;
     unsigned writeFailures_ = 0;
-    // Two generations: what is used while the young one fills survives, the rest goes with the old one.
-    Cache young_, old_;
-    // The page that was read or written last: rows are mostly sought one behind the other.
-    std::pair<PageNumber, PageRef> latest_;
+    // By page number. Two generations: what is used while the young one fills survives, the rest goes.
+    std::vector<Cached> cache_;
+    unsigned generation_ = 1;
+    std::size_t young_ = 0; // pages of this generation
 };
 
 // When a page of an operation is written. Whenever the program is stopped or the power goes, every row

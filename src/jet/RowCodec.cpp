@@ -3,7 +3,6 @@
 #include "platform/Database.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 namespace jet {
@@ -12,15 +11,31 @@ namespace {
 
 constexpr std::size_t kColumnCount = 2; // bytes before the fixed columns
 
-bool BitIn(std::string_view mask, std::size_t number)
-{
-    return static_cast<unsigned char>(mask[number / 8]) >> (number % 8) & 1;
-}
-
 // One byte a character is possible: no NUL, which ends such a stretch, and nothing beyond Latin-1.
 bool FitsNarrow(TextView text)
 {
     return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit >= 1 && unit <= 0xFF; });
+}
+
+// narrow(bytes) and wide(bytes) for each stretch of a text of one byte a character and of two.
+template <class Narrow, class Wide>
+void ForEachStretch(ByteView text, Narrow narrow, Wide wide)
+{
+    const std::size_t size = text.Size();
+    if (size < 2 || text.U16(0) != 0xFEFF) return wide(text.Sub(0, (size + 1) / 2 * 2).Bytes());
+    // They take turns; a zero byte in the place of a character ends one.
+    bool isNarrow = true;
+    for (std::size_t at = 2; at < size;) {
+        if (text.U8(at) == 0) {
+            isNarrow = !isNarrow;
+            ++at;
+            continue;
+        }
+        const std::string_view stretch =
+            isNarrow ? text.Bytes().substr(at, text.Bytes().find('\0', at) - at) : text.Sub(at, 2).Bytes();
+        isNarrow ? narrow(stretch) : wide(stretch);
+        at += stretch.size();
+    }
 }
 
 } // namespace
@@ -59,7 +74,7 @@ std::optional<std::string_view> Row::Cell(const Column& column) const
 {
     static constexpr char kFalseTrue[] = {0, 1};
     if (column.number >= columns_) return std::nullopt; // the row is older than the column
-    const bool bit = BitIn(bytes_.Bytes().substr(mask_), column.number);
+    const bool bit = bytes_.U8(mask_ + column.number / 8) >> (column.number % 8) & 1;
     if (column.type == ColumnType::boolean) return std::string_view(kFalseTrue + (bit ? 1 : 0), 1);
     if (!bit) return std::nullopt;
     if (column.fixed) {
@@ -136,33 +151,25 @@ Text DecodeText(ByteView bytes)
 void DecodeText(ByteView bytes, Text& text)
 {
     text.clear();
-    const std::size_t size = bytes.Size();
-    const auto appendWide = [&](std::size_t at, std::size_t units) {
-        static_assert(std::endian::native == std::endian::little); // as the file has them
-        const std::string_view wide = bytes.Sub(at, 2 * units).Bytes();
-        const std::size_t before = text.size();
-        text.resize(before + units);
-        wide.copy(reinterpret_cast<char*>(text.data() + before), wide.size());
+    const auto room = [&text](std::size_t units) {
+        text.resize(text.size() + units);
+        return text.data() + text.size() - units;
     };
-    if (size < 2 || bytes.U16(0) != 0xFEFF) return appendWide(0, (size + 1) / 2);
-    // Runs of one byte a character and of two take turns; a zero byte in the place of a character ends one.
-    bool narrow = true;
-    for (std::size_t at = 2; at < size;) {
-        if (bytes.U8(at) == 0) {
-            narrow = !narrow;
-            ++at;
-        } else if (narrow) {
-            const std::string_view run = bytes.Bytes().substr(at, bytes.Bytes().find('\0', at) - at);
-            const std::size_t before = text.size();
-            text.resize(before + run.size());
-            std::transform(run.begin(), run.end(), text.data() + before,
+    ForEachStretch(
+        bytes,
+        [&](std::string_view narrow) {
+            std::transform(narrow.begin(), narrow.end(), room(narrow.size()),
                            [](char unit) { return static_cast<unsigned char>(unit); });
-            at += run.size();
-        } else {
-            appendWide(at, 1);
-            at += 2;
-        }
-    }
+        },
+        [&](std::string_view wide) {
+            wide.copy(reinterpret_cast<char*>(room(wide.size() / 2)), wide.size());
+        });
+}
+
+void CheckText(ByteView bytes)
+{
+    const auto pass = [](std::string_view) {};
+    ForEachStretch(bytes, pass, pass);
 }
 
 } // namespace jet

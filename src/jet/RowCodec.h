@@ -32,5 +32,6 @@ enum class Compression { plain, compressed };
 std::string EncodeText(TextView text, Compression compression);
 Text DecodeText(ByteView bytes);
 void DecodeText(ByteView bytes, Text& text); // in place of what it held
+void CheckText(ByteView bytes);              // throws where DecodeText would
 
 } // namespace jet

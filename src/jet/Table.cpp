@@ -23,11 +23,6 @@ ByteView Table::RowsView(PageNumber page, const std::string& bytes) const
     return view;
 }
 
-std::size_t Table::ScannedSlots(ByteView page)
-{
-    return std::min(SlotCount(page), kMostSlots);
-}
-
 std::vector<RowId> Table::Rows() const
 {
     std::vector<RowId> rows;
@@ -35,8 +30,9 @@ std::vector<RowId> Table::Rows() const
     for (PageNumber page : Pages()) {
         hold = file_.Read(page);
         const ByteView view = RowsView(page, *hold);
-        for (std::size_t slot = 0; slot < ScannedSlots(view); ++slot)
-            if (IsRow(SlotAt(view, slot))) rows.push_back({page, static_cast<std::uint8_t>(slot)});
+        ForEachSlot(view, kMostSlots, [&](std::size_t slot, const Slot& found) {
+            if (IsRow(found)) rows.push_back({page, static_cast<std::uint8_t>(slot)});
+        });
     }
     return rows;
 }

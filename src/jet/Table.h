@@ -34,8 +34,7 @@ public:
             stored.hold = file_.Read(page);
             const ByteView view = RowsView(page, *stored.hold);
             visitPage(view);
-            for (std::size_t slot = 0; slot < ScannedSlots(view); ++slot) {
-                const Slot found = SlotAt(view, slot);
+            ForEachSlot(view, kMostSlots, [&](std::size_t slot, const Slot& found) {
                 const RowId id{page, static_cast<std::uint8_t>(slot)};
                 if (found.flags == kLookup) {
                     visit(*Fetch(id));
@@ -44,7 +43,7 @@ public:
                     stored.bytes = view.Sub(found.start, found.end - found.start);
                     visit(std::as_const(stored));
                 }
-            }
+            });
         }
     }
 
@@ -62,7 +61,6 @@ public:
 
 private:
     ByteView RowsView(PageNumber page, const std::string& bytes) const; // of a page checked to be the table's
-    static std::size_t ScannedSlots(ByteView page);
 
     PageFile& file_;
     TableDefinition definition_;

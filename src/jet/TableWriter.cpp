@@ -219,12 +219,12 @@ void TableWriter::InspectRow(const StoredRow& stored, Inspected& inspected) cons
         const std::optional<std::string_view> cell = row.Cell(column);
         if (!cell || cell->empty()) continue;
         const ByteView bytes(*cell, row.Page());
-        if (column.type == ColumnType::text) DecodeText(bytes, inspected.text);
+        if (column.type == ColumnType::text) CheckText(bytes);
         if (!column.IsLong()) continue;
         const LongValue value(table_.File(), bytes);
-        if (column.type == ColumnType::memo) DecodeText(value.Bytes(), inspected.text);
-        const std::vector<PageNumber>& listed = inspected.longValuePages.at(column.number);
+        if (column.type == ColumnType::memo) CheckText(value.Bytes());
         for (RowId place : value.Places()) {
+            const std::vector<PageNumber>& listed = inspected.longValuePages.at(column.number);
             inspected.places.push_back(ToPointer(place));
             if (!std::binary_search(listed.begin(), listed.end(), place.page))
                 inspected.unlisted.emplace(column.number, place.page);
