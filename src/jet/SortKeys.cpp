@@ -1,5 +1,7 @@
 #include "jet/SortKeys.h"
 
+#include "text/SortPrefix.h"
+
 #include <algorithm>
 
 namespace jet {
@@ -22,7 +24,7 @@ std::vector<std::uint32_t> SortKeys::Order() const
     };
     std::vector<Place> places;
     for (std::uint32_t place = 0; place < (starts_.size() - 1) / columns_; ++place)
-        places.push_back({PrefixOf(place), place});
+        places.push_back({SortPrefix(TextOf(place, 0)), place});
     std::sort(places.begin(), places.end(), [this](const Place& a, const Place& b) {
         if (a.prefix != b.prefix) return a.prefix < b.prefix;
         for (std::size_t column = 0; column < columns_; ++column)
@@ -38,15 +40,6 @@ TextView SortKeys::TextOf(std::size_t place, std::size_t column) const
 {
     const std::size_t at = place * columns_ + column;
     return TextView(units_).substr(starts_[at], starts_[at + 1] - starts_[at]);
-}
-
-// Its first four units, a missing one less than any: 0, which may also stand there.
-std::uint64_t SortKeys::PrefixOf(std::size_t place) const
-{
-    const TextView text = TextOf(place, 0);
-    std::uint64_t prefix = 0;
-    for (std::size_t i = 0; i < 4; ++i) prefix = prefix << 16 | (i < text.size() ? text[i] : 0u);
-    return prefix;
 }
 
 } // namespace jet

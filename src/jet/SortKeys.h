@@ -13,7 +13,6 @@ public:
 
 private:
     TextView TextOf(std::size_t place, std::size_t column) const;
-    std::uint64_t PrefixOf(std::size_t place) const;
 
     std::size_t columns_;
     Text units_;                            // of all texts, folded

@@ -2,24 +2,12 @@
 
 #include "text/DayCount.h"
 #include "text/Numbers.h"
+#include "text/SortPrefix.h"
 
 #include <algorithm>
 #include <numeric>
 
 namespace {
-
-bool Precedes(SortOrder order, const Text& a, const Text& b)
-{
-    return order == SortOrder::ascending ? a < b : b < a;
-}
-
-// Of cells whose column is kept sorted.
-bool PrecedesAsText(SortOrder order, TextView a, TextView b)
-{
-    if (order == SortOrder::descending) std::swap(a, b);
-    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                        [](char16_t x, char16_t y) { return FoldCase(x) < FoldCase(y); });
-}
 
 // As wide as the longest number, so that keys can be compared as texts. No number, no key.
 Text NumberKey(const Text& cell)
@@ -33,9 +21,8 @@ Text NumberKey(const Text& cell)
 std::vector<std::size_t> ResultsTable::PlaceAdded()
 {
     if (places_.size() == rows_.size()) return {};
-    const auto precedes = [this](std::uint32_t a, std::uint32_t b) {
-        return PrecedesAsText(order_, Cell(rows_[a], column_), Cell(rows_[b], column_));
-    };
+    if (keepsSorted_) TakePrefixes();
+    const auto precedes = [this](std::uint32_t a, std::uint32_t b) { return PrecedesAsText(a, b); };
     std::vector<std::uint32_t> added(rows_.size() - places_.size()), places;
     std::iota(added.begin(), added.end(), static_cast<std::uint32_t>(places_.size()));
     if (keepsSorted_) std::stable_sort(added.begin(), added.end(), precedes);
@@ -58,6 +45,7 @@ void ResultsTable::Clear()
 {
     rows_.clear();
     places_.clear();
+    prefixes_.clear();
 }
 
 void ResultsTable::SortBy(ResultsColumn column)
@@ -65,27 +53,37 @@ void ResultsTable::SortBy(ResultsColumn column)
     order_ = order_ == SortOrder::ascending ? SortOrder::descending : SortOrder::ascending;
     column_ = column;
     keepsSorted_ = column != ResultsColumn::id && column != ResultsColumn::date;
+    prefixes_.clear();
+    if (keepsSorted_) {
+        TakePrefixes();
+        std::stable_sort(places_.begin(), places_.end(),
+                         [this](std::uint32_t a, std::uint32_t b) { return PrecedesAsText(a, b); });
+        return;
+    }
     std::vector<Text> keys;
     keys.reserve(rows_.size());
-    for (const ResultsRow& row : rows_) keys.push_back(KeyOf(row));
-    std::stable_sort(places_.begin(), places_.end(),
-                     [&](std::uint32_t a, std::uint32_t b) { return Precedes(order_, keys[a], keys[b]); });
+    for (const ResultsRow& row : rows_) {
+        const Text& cell = Cell(row, column);
+        keys.push_back(column == ResultsColumn::id ? NumberKey(cell) : DateKey(cell));
+    }
+    std::stable_sort(places_.begin(), places_.end(), [&](std::uint32_t a, std::uint32_t b) {
+        return order_ == SortOrder::ascending ? keys[a] < keys[b] : keys[b] < keys[a];
+    });
 }
 
-Text ResultsTable::KeyOf(const ResultsRow& row) const
+void ResultsTable::TakePrefixes()
 {
-    const Text& cell = Cell(row, column_);
-    switch (column_) {
-    case ResultsColumn::id:
-        return NumberKey(cell);
-    case ResultsColumn::date:
-        return DateKey(cell);
-    case ResultsColumn::folder:
-    case ResultsColumn::subject:
-    case ResultsColumn::crc:
-        break;
-    }
-    return FoldCase(cell);
+    while (prefixes_.size() < rows_.size())
+        prefixes_.push_back(SortPrefix(Cell(rows_[prefixes_.size()], column_)));
+}
+
+bool ResultsTable::PrecedesAsText(std::uint32_t a, std::uint32_t b) const
+{
+    if (order_ == SortOrder::descending) std::swap(a, b);
+    if (prefixes_[a] != prefixes_[b]) return prefixes_[a] < prefixes_[b];
+    const Text &before = Cell(rows_[a], column_), &behind = Cell(rows_[b], column_);
+    return std::lexicographical_compare(before.begin(), before.end(), behind.begin(), behind.end(),
+                                        [](char16_t x, char16_t y) { return FoldCase(x) < FoldCase(y); });
 }
 
 // An empty cell and one that is no date have no key.

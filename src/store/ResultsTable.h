@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 enum class ResultsColumn { folder, id, subject, date, crc };
@@ -40,12 +41,14 @@ public:
     const std::vector<std::uint32_t>& Places() const { return places_; } // the number of the row at each
 
 private:
-    Text KeyOf(const ResultsRow& row) const;
+    void TakePrefixes();
+    bool PrecedesAsText(std::uint32_t a, std::uint32_t b) const; // rows with a prefix
     Text DateKey(const Text& cell) const;
 
     Locale& locale_;
-    std::vector<ResultsRow> rows_;
+    std::deque<ResultsRow> rows_; // a vector holds three times as much while it grows
     std::vector<std::uint32_t> places_;
+    std::vector<std::uint64_t> prefixes_; // by row, of the cells whose column is kept sorted
     ResultsColumn column_ = ResultsColumn::folder;
     SortOrder order_ = SortOrder::descending; // so that the first click sorts from small to great
     bool keepsSorted_ = false;

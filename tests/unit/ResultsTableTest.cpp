@@ -46,6 +46,9 @@ TEST_F(ResultsTableTest, EachColumnHasItsOrder)
           u"02/01/2008 00:00:01"}},
         {"an empty date", ResultsColumn::date, {u"", u"31/12/1999"}},
         {"texts, in any letter case", ResultsColumn::subject, {u"10", u"2", u"A", u"b", u"C"}},
+        {"late differences, and letters of other scripts",
+         ResultsColumn::subject,
+         {u"", u"Minutes", u"minutes o", u"MINUTES of", u"minutes, a", u"\u00FFb", u"\u0416b", u"\u0417a"}},
         {"folders", ResultsColumn::folder, {u"Drafts", u"inbox", u"Inbox\\B"}},
         {"CRCs are texts", ResultsColumn::crc, {u"9", u"A0000000", u"FF"}},
     };
