@@ -98,6 +98,8 @@ public:
     {
         for (const auto& table : tables_) table->DropHeld();
     }
+    // Each batch waits for the disk; the pages that it changes are in memory until then, two for each row.
+    std::int32_t Most() const override { return 16000; }
     void Store() override
     {
         for (const auto& table : tables_) table->StoreHeld();

@@ -41,6 +41,7 @@ struct Recordset {
 // While it lives, the database's recordsets gather what they delete. None is deleted unless Store is called.
 struct DeletionBatch {
     virtual ~DeletionBatch() = default;
+    virtual std::int32_t Most() const = 0; // rows that it can take
     // All of them, on disk when this returns. When it fails, some may be deleted. Once, and last of all.
     virtual void Store() = 0;
 };

@@ -68,8 +68,6 @@ Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int perc
     Database& database = WritableDatabase(saved);
     const auto rows = database.OpenRecordset(u"SELECT * FROM saved ORDER BY ecrc, efolder");
     const std::int64_t count = rows->Count();
-    // Each batch waits for the disk, and each of its rows may lock two pages, of 9,500 that DAO allows.
-    constexpr std::int32_t kMostInBatch = 4000;
     std::unique_ptr<DeletionBatch> batch;
     std::int32_t inBatch = 0;
     Condensed done;
@@ -88,7 +86,7 @@ Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int perc
         if (crc == previousCrc && folder == previousFolder) {
             if (!batch) batch = database.BeginDeletions();
             rows->Delete();
-            if (++inBatch == kMostInBatch) store();
+            if (++inBatch == batch->Most()) store();
         }
         previousCrc = std::move(crc);
         previousFolder = std::move(folder);

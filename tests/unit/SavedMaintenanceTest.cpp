@@ -103,11 +103,14 @@ TEST_F(SavedMaintenanceTest, CondensingKeepsOneOfEachCrcAndFolder)
 // What the disk waits for does not grow with the rows.
 TEST_F(SavedMaintenanceTest, CondensingWaitsForTheDiskOnceABatch)
 {
-    Fill(5700, 1500);
-    files.flushes = 0;
-    EXPECT_EQ(Condense(), 4200);
-    EXPECT_EQ(files.flushes, 4u) << "count and rows of the first 4,000 and of the rest";
-    EXPECT_EQ(Count(), 1500u);
+    for (const auto& [repeated, flushes] : {std::pair{16000, 2u}, {16001, 4u}}) {
+        Start({});
+        Fill(repeated + 500, 500);
+        files.flushes = 0;
+        EXPECT_EQ(Condense(), repeated);
+        EXPECT_EQ(files.flushes, flushes) << "count and rows of each batch";
+        EXPECT_EQ(Count(), 500u);
+    }
 }
 
 TEST_F(SavedMaintenanceTest, CondensingCanBeStopped)

@@ -114,6 +114,7 @@ public:
     {
         if (!stored_) Rollback();
     }
+    std::int32_t Most() const override { return 4000; } // each may lock two pages, of 9,500 that DAO allows
     void Store() override
     {
         Variant toDisk{kForceToDisk};
