@@ -106,7 +106,7 @@ bool ReadEntries(FolderRun& run, std::int32_t expected, std::vector<const EmailE
 void SayLookAlikes(FolderRun& run, const std::vector<const EmailEntry*>& entries)
 {
     if (run.view.Options().lookAlikes) return;
-    std::vector<Text> crcs;
+    std::vector<TextView> crcs;
     for (const EmailEntry* entry : entries) crcs.push_back(entry->Crc);
     LogLookAlikes(run, crcs);
 }

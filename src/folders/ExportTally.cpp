@@ -201,9 +201,9 @@ void LogSkipReasons(FolderRun& run, const FolderTally& tally)
                 u" - another or emptied store folder?");
 }
 
-void LogLookAlikes(FolderRun& run, const std::vector<Text>& crcs)
+void LogLookAlikes(FolderRun& run, const std::vector<TextView>& crcs)
 {
-    std::map<Text, std::size_t> firstRows;
+    std::map<TextView, std::size_t> firstRows;
     std::int32_t count = 0;
     std::size_t firstRow = 0;
     for (std::size_t row = 0; row < crcs.size(); ++row) {

@@ -46,7 +46,7 @@ std::vector<std::int32_t> MissedRows(const FolderTally& tally);
 // One line for each reason; and what a folder without any file suggests.
 void LogSkipReasons(FolderRun& run, const FolderTally& tally);
 // How many e-mails of a list are not the first of their kind, if any are. crcs: by row, empty where unread.
-void LogLookAlikes(FolderRun& run, const std::vector<Text>& crcs);
+void LogLookAlikes(FolderRun& run, const std::vector<TextView>& crcs);
 
 // Rows of the list that no e-mail was read from: of the whole list, or from the first row on.
 enum class Extent { fromFirstRow, wholeList };
