@@ -1,8 +1,8 @@
 // DatabaseBench.cpp: what the program asks of saved.mdb, beside what people would use instead: mdb-export for
-// all rows, SQLite for questions, additions and condensing, and the work that cannot be left out (reading the
-// file, waiting for the disk).
+// all rows, SQLite for questions and condensing, LMDB for questions and additions, and the work that cannot
+// be left out (reading the file, waiting for the disk).
 //   bench-database [--rows=N] [options of Google Benchmark]
-#include "bench/SavedRows.h"
+#include "bench/Lmdb.h"
 #include "platform/posix/PosixFiles.h"
 #include "store/SavedMaintenance.h"
 
@@ -81,6 +81,7 @@ std::string AsText(const std::vector<SavedRow>& rows)
 // Questions: every second one is answered with yes.
 
 struct Question {
+    SavedRow row;
     Text folder, crc;
     std::string sql;
     bool answer;
@@ -94,7 +95,7 @@ std::vector<Question> Questions(const Sample& sample)
         SavedRow row = sample.rows[random() % sample.rows.size()];
         if (i % 2) row.crc[0] = 'G';
         questions.push_back(
-            {FromUtf8(row.folder), FromUtf8(row.crc),
+            {row, FromUtf8(row.folder), FromUtf8(row.crc),
              "SELECT * FROM saved WHERE (ecrc='" + row.crc + "') AND (efolder='" + row.folder + "')",
              i % 2 == 0});
     }
@@ -168,9 +169,12 @@ void CheckAnswers(const Sample& sample)
     if (Unsorted(Exported(sample.JetPath())) != wanted) Fail("mdb-export has other rows");
     SavedEmails saved = Opened(sample.JetPath());
     Sqlite sqlite(sample.SqlitePath());
+    Lmdb lmdb(sample.LmdbPath());
+    lmdb.Add(sample.rows);
     for (const Question& question : Questions(sample))
         if (IsSaved(saved, question.crc, question.folder) != question.answer ||
-            AskSqlite(sqlite, question) != question.answer)
+            AskSqlite(sqlite, question) != question.answer ||
+            lmdb.Has(question.row.crc, question.row.folder) != question.answer)
             Fail("another answer: " + question.sql);
     const std::string folder = sample.rows[0].folder;
     const auto crcs = [](const Text& list) {
@@ -228,6 +232,18 @@ void RegisterAll(std::size_t count)
     RegisterQuestions("tenth", count / 10);
     RegisterQuestions("all", count);
     RegisterQuestions("tenfold", count * 10);
+    Register(
+        "ask/all/lmdb",
+        [count](benchmark::State& state) {
+            const std::vector<Question> questions = Questions(SampleOf(count));
+            Lmdb database(SampleOf(count).LmdbPath());
+            std::size_t next = 0;
+            for (auto _ : state) {
+                const SavedRow& asked = questions[next++ % questions.size()].row;
+                benchmark::DoNotOptimize(database.Has(asked.crc, asked.folder));
+            }
+        },
+        benchmark::kMicrosecond);
     Register("open/quillbox", [count](benchmark::State& state) {
         const Question question = Questions(SampleOf(count))[0];
         for (auto _ : state) {
@@ -242,6 +258,15 @@ void RegisterAll(std::size_t count)
         SavedEmails saved = Opened(CopyOf(SampleOf(count).JetPath()));
         for (auto _ : state)
             AddSavedEmail(saved, u"Local Folders\\Inbox", {{}, u"Re: minutes", {}, {}, {}, u"1234ABCD"});
+    });
+    Register("add/lmdb", [count](benchmark::State& state) {
+        Lmdb database(CopyOf(SampleOf(count).LmdbPath()));
+        SavedRow row{"Local Folders\\Inbox", "Re: minutes", {}};
+        int number = 0;
+        for (auto _ : state) {
+            row.crc = std::to_string(++number);
+            database.Add({&row, 1});
+        }
     });
     Register("add/two-pages-synced", [count](benchmark::State& state) {
         FileError error = FileError::none;

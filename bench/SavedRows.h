@@ -105,6 +105,7 @@ public:
 
     std::string JetPath() const { return base.string() + ".mdb"; }
     std::string SqlitePath() const { return base.string() + ".sqlite"; }
+    std::string LmdbPath() const { return base.string() + ".lmdb"; } // made by who opens it
 
     const std::vector<SavedRow> rows;
 

@@ -17,7 +17,7 @@ packages=(
 )
 [ "${1-}" != bench ] || packages+=(
     libbenchmark-dev pkg-config
-    libgmime-3.0-dev libvmime-dev libsqlite3-dev zlib1g-dev # who is measured beside
+    libgmime-3.0-dev libvmime-dev libsqlite3-dev liblmdb-dev zlib1g-dev # who is measured beside
 )
 
 is_installed() { [[ $(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null) == ii* ]]; }
