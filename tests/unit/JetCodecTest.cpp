@@ -149,11 +149,17 @@ TEST(JetCodec, RowsComeAndGoInTheirPage)
     }
     EXPECT_EQ(page.substr(kSectorSize), bytes) << "no other sector than the first changes";
 
-    for (const auto& [why, start] :
-         {std::pair("a row behind the one before it", 4095), std::pair("a row in the directory", 15)}) {
+    const struct {
+        const char* why;
+        std::size_t start, slot; // of the second row; which one is refused
+    } misplaced[] = {{"a row behind the one before it", 4097, 1},
+                     {"a row in the directory", 15, 1},
+                     {"a row that ends behind the page", 5000, 2}};
+    for (const auto& c : misplaced) {
         std::string bad = page;
-        Put16(bad, 16, static_cast<std::size_t>(start));
-        EXPECT_THROW(CheckDirectory(ByteView(bad, 3)), DatabaseError) << why;
+        Put16(bad, 16, c.start);
+        EXPECT_THROW((void)SlotAt(ByteView(bad, 3), c.slot), DatabaseError) << c.why;
+        EXPECT_THROW(CheckDirectory(ByteView(bad, 3)), DatabaseError) << c.why;
     }
     while (SlotCount(ByteView(page, 3)) < (512 - 14) / 2) AddRow(page, "");
     EXPECT_FALSE(FreeSpaceIn(ByteView(page, 3))) << "the entry would stand in the second sector";

@@ -98,6 +98,7 @@ TEST(JetDatabase, FindsByTextWithoutRegardToCase)
         for (const auto& c : cases) EXPECT_EQ(subjects(c.where), c.subjects) << ToUtf8(c.where);
 
     sample.Add({{u"inbox", u"f", u"A1"}}); // the index follows what is added and deleted
+    for (int crc = 0; crc < 100; ++crc) AddRow(*sample.database, {u"other", u"x", DecimalText(crc)});
     sample.database->OpenRecordset(u"SELECT * FROM saved WHERE esubject='a'")->Delete();
     EXPECT_EQ(subjects(u"ecrc='A1'"), "cdf");
     EXPECT_EQ(subjects(u"efolder='Inbox'"), "bf");
