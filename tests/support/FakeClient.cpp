@@ -87,6 +87,33 @@ void FakeClient::ShowFolder(int index)
     NameInCaption(index);
 }
 
+template <class Place>
+static void Move(std::set<std::int32_t>& rows, Place placeOf)
+{
+    for (const std::int32_t row : std::exchange(rows, {})) rows.insert(placeOf(row));
+}
+
+void FakeClient::Arrive(std::vector<Text> mail, std::size_t place)
+{
+    const auto at = static_cast<std::int32_t>(std::min(place, Rows().size()));
+    Rows().insert(Rows().begin() + at, std::move(mail));
+    Move(selected, [at](std::int32_t row) { return row + (at <= row); });
+}
+
+void FakeClient::Remove(int row)
+{
+    Rows().erase(Rows().begin() + row);
+    Move(selected, [row](std::int32_t each) { return std::max(each - (row < each), 0); });
+}
+
+void FakeClient::Reverse()
+{
+    std::reverse(Rows().begin(), Rows().end());
+    Move(selected, [last = std::ssize(Rows()) - 1](std::int32_t row) {
+        return std::max(static_cast<std::int32_t>(last) - row, 0);
+    });
+}
+
 void FakeClient::NameInCaption(int index)
 {
     CodePage1252 page; // captions come as ANSI texts

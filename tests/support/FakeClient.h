@@ -91,6 +91,11 @@ public:
     std::vector<std::pair<WindowHandle, std::int32_t>> keys;   // key-down messages
     std::vector<std::pair<std::uint32_t, std::int32_t>> input; // key and mouse messages, wParam
 
+    // What the mail does in the folder that is shown. The selection stays with its e-mail.
+    void Arrive(std::vector<Text> mail, std::size_t place = 0);
+    void Remove(int row);
+    void Reverse();
+
     void ShowFolder(int index);          // at once: new list, new handles
     void MakeListAnew(int milliseconds); // there is none so long
     void Start();                        // anew, as another process with other items
@@ -105,7 +110,8 @@ public:
     WindowHandle Find(const Text& className) const;  // 0 when there is none
     std::size_t Asks() const { return asks_; }       // for a Save dialog
 
-    bool IsOnDisk(const SavedEmail& email) const; // whole, under its path
+    static std::string BytesOf(const std::vector<Text>& row); // of its e-mail, as far as the list tells it
+    bool IsOnDisk(const SavedEmail& email) const;             // whole, under its path
     bool IsStored(const Text& subject, const Text& folder = {}) const;
     // Each file is the e-mail that its name says, each record (folder, subject, CRC) has such a file. Without
     // named: no subject stands in a name, or the list tells none.
@@ -180,6 +186,7 @@ private:
     std::int32_t NextTreeItem(std::int32_t relation, std::int32_t item) const;
     const FakeFolder* FolderOf(std::int32_t item) const;
     void PutText(RemoteAddress address, const Text& text, std::int32_t textMax);
+    std::vector<std::vector<Text>>& Rows() { return folders[static_cast<std::size_t>(shown)].rows; }
     const std::vector<std::vector<Text>>& Rows() const
     {
         return folders[static_cast<std::size_t>(shown)].rows;

@@ -30,19 +30,22 @@ void FakeClient::AskForDialog()
             Later(delay, [this, email = Selected()] { OpenDialog(email); });
 }
 
-// As far as the list tells it.
+std::string FakeClient::BytesOf(const std::vector<Text>& row)
+{
+    const auto header = [&](const char* name, std::size_t column) {
+        return name + (": " + ToUtf8(row[column])) + "\r\n";
+    };
+    return header("From", 1) + header("To", 5) + header("Subject", 2) + "Received: from a by b; " +
+           MailDate(row[3]) + "\r\nDate: " + MailDate(row[4]) + "\r\n\r\nmail\r\n";
+}
+
 FakeClient::Email FakeClient::Selected() const
 {
     const int row = FirstSelected();
     if (row < 0 || row >= std::ssize(Rows()) || Rows()[static_cast<std::size_t>(row)].size() < 6)
         return {row, u"", u"", "mail"};
     const std::vector<Text>& cells = Rows()[static_cast<std::size_t>(row)];
-    const auto header = [&](const char* name, std::size_t column) {
-        return name + (": " + ToUtf8(cells[column])) + "\r\n";
-    };
-    return {row, cells[2], folders[static_cast<std::size_t>(shown)].name,
-            header("From", 1) + header("To", 5) + header("Subject", 2) + "Received: from a by b; " +
-                MailDate(cells[3]) + "\r\nDate: " + MailDate(cells[4]) + "\r\n\r\nmail\r\n"};
+    return {row, cells[2], folders[static_cast<std::size_t>(shown)].name, BytesOf(cells)};
 }
 
 void FakeClient::OpenDialog(Email email)

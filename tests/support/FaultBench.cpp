@@ -87,19 +87,13 @@ std::vector<std::vector<Text>>& FaultBench::Mail()
 
 void FaultBench::Arrive(std::size_t place)
 {
-    const int row = Row();
-    place = std::min(place, Mail().size());
-    Mail().insert(Mail().begin() + static_cast<std::ptrdiff_t>(place),
-                  MailRow(u"New" + DecimalText(arrived_++)));
-    if (!fake.selected.empty()) fake.selected = {row + (static_cast<int>(place) <= row ? 1 : 0)};
+    fake.Arrive(MailRow(u"New" + DecimalText(arrived_++)), place);
 }
 
 void FaultBench::Go(int row)
 {
-    if (row < 0 || row >= std::ssize(Mail()) || Mail()[static_cast<std::size_t>(row)][2].starts_with(u"New"))
-        return;
-    Mail().erase(Mail().begin() + row);
-    if (!fake.selected.empty()) fake.selected = {std::max(Row() - (row < Row() ? 1 : 0), 0)};
+    const bool isThere = row >= 0 && row < std::ssize(Mail());
+    if (isThere && !Mail()[static_cast<std::size_t>(row)][2].starts_with(u"New")) fake.Remove(row);
 }
 
 int FaultBench::Rows(bool onlyLeft) const

@@ -39,22 +39,6 @@ void Select(FaultBench& b, const std::set<std::int32_t>& rows)
     if (b.CanClick()) b.fake.selected = rows;
 }
 
-void SortAnew(FaultBench& b, bool selectionFollows)
-{
-    std::reverse(b.Mail().begin(), b.Mail().end());
-    if (selectionFollows && !b.fake.selected.empty())
-        b.fake.selected = {std::max(static_cast<int>(b.Mail().size()) - 1 - b.Row(), 0)};
-}
-
-bool IsBehindTwo(std::size_t row)
-{
-    return row > 1;
-}
-bool IsOdd(std::size_t row)
-{
-    return row % 2 == 1;
-}
-
 // Takes rows away for so long each; 0: until all goes well again.
 void Hide(FaultBench& b, const std::function<bool(std::size_t row)>& isHidden, int milliseconds)
 {
@@ -78,11 +62,6 @@ void ClickFolder(FaultBench& b, int folder, bool keepsList)
     if (!b.CanClick()) return;
     b.fake.keepsList = keepsList;
     b.fake.ShowFolder(folder == b.fake.shown ? 4 : folder);
-}
-
-void Rename(FaultBench& b, const std::vector<Text>& subjects)
-{
-    for (std::size_t i = 0; i < subjects.size(); ++i) b.Mail()[i][2] = subjects[i];
 }
 
 void AnswerSave(FaultBench& b, const Text& words, const std::vector<Text>& buttons, bool leavesPart = false)
@@ -122,6 +101,11 @@ auto Set(Member M::*member, Member value)
 {
     return [=](FaultBench& b) { b.fake.*member = value; };
 }
+template <class... Strikes>
+auto All(Strikes... strikes)
+{
+    return [=](FaultBench& b) { (strikes(b), ...); };
+}
 // Another program saves under the name first, or so many milliseconds behind it; its file stays.
 auto TakeName(int after)
 {
@@ -144,6 +128,12 @@ auto Once(bool M::*member)
     return [=](FaultBench& b) {
         b.fake.*member = true;
         b.fake.Later(0, [&b, member] { b.fake.*member = false; });
+    };
+}
+auto Subjects(const std::vector<Text>& subjects) // of the first rows
+{
+    return [=](FaultBench& b) {
+        for (std::size_t i = 0; i < subjects.size(); ++i) b.Mail()[i][2] = subjects[i];
     };
 }
 auto Silence(int milliseconds)
@@ -178,12 +168,19 @@ const Fault kFaults[] = {
     Row("the list is gone for two seconds, and made anew", kAnywhere, {{kNoList, kFail, kNotReached}},
         [](B& b) { b.fake.MakeListAnew(2'000); }),
     Row("the list is still filling", kAnywhere, {{kFail, kNotReached}, kRowsMove},
-        [](B& b) { Hide(b, IsBehindTwo, 40); }),
-    Row("the list is grouped", kAnywhere, {{kFail, kMoved}, kRowsMove}, [](B& b) { Hide(b, IsOdd, 0); }),
+        [](B& b) {
+            Hide(
+                b, [](std::size_t row) { return row > 1; }, 40);
+        }),
+    Row("the list is grouped", kAnywhere, {{kFail, kMoved}, kRowsMove},
+        [](B& b) {
+            Hide(
+                b, [](std::size_t row) { return row % 2 == 1; }, 0);
+        }),
     Row("the list is sorted anew", kAnywhere, {{kNotReached, kNotLookedAt}, kRowsMove, "re-sort"},
-        [](B& b) { SortAnew(b, true); }),
+        [](B& b) { b.fake.Reverse(); }),
     Row("the list is sorted anew, and the selection stays in its row", kAnywhere,
-        {{kFail, kNotReached}, kRowsMove}, [](B& b) { SortAnew(b, false); }),
+        {{kFail, kNotReached}, kRowsMove}, [](B& b) { std::reverse(b.Mail().begin(), b.Mail().end()); }),
     Row("mail arrives on top", kAnywhere, {{kNotReached}, kRowsMove, "arrivals"}, [](B& b) { b.Arrive(0); }),
     Row("mail arrives at the end", kAnywhere, {{kNotReached}, kRowsMove}, [](B& b) { b.Arrive(999); }),
     Row("the e-mail above goes", kAnywhere, {{}, kRowsMove, "deletions"}, [](B& b) { b.Go(b.Row() - 1); }),
@@ -247,16 +244,10 @@ const Fault kFaults[] = {
     Row("files come after 1.5 s", kDialog, {}, Set(&M::fileAfter, 1'500)),
     Row("files come after 5 s", kDialog, {{kFail}}, Set(&M::fileAfter, 5'000)),
     Row("files come after 5 s, and the client answers nothing meanwhile", kDialog, {},
-        [](B& b) {
-            b.fake.fileAfter = 5'000;
-            b.fake.writesSilently = true;
-        }),
+        All(Set(&M::fileAfter, 5'000), Set(&M::writesSilently, true))),
     Row("files are empty for 10 s", kDialog, {}, Set(&M::wholeAfter, 10'000)),
     Row("files grow for 10 s", kDialog, {},
-        [](B& b) {
-            b.fake.wholeAfter = 10'000;
-            b.fake.firstBytes = 9;
-        }),
+        All(Set(&M::wholeAfter, 10'000), Set(&M::firstBytes, std::size_t{9}))),
     Row("files stay empty", kDialog, {{}, kFilesStay}, Set(&M::wholeAfter, kForGood)),
     Row("no file comes", kDialog, {{kFail}}, Set(&M::saveNothing, true)),
     Row("silence for 10 s", kAnywhere, {{kNoDialog}, {}, "slow-acts"}, Silence(10'000)),
@@ -267,10 +258,7 @@ const Fault kFaults[] = {
     Row("each answer takes 5 ms", kFirst, {}, Set(&M::askTakes, 5)),
     Row("each act takes 20 s", kFirst, {}, Set(&M::actTakes, 20'000)),
     Row("each act takes 20 s, and the client answers meanwhile", kFirst, {{}, {}, "slow-acts"},
-        [](B& b) {
-            b.fake.actTakes = 20'000;
-            b.fake.pumps = true;
-        }),
+        All(Set(&M::actTakes, 20'000), Set(&M::pumps, true))),
     Row("the client ends", kAnywhere, {{kClosed, kSilent, kFail, kSelect, kNotChanged, kNoDialog, kNoClient}},
         [](B& b) { b.fake.End(); }),
     Row("the client ends before it has written a byte", {kWritten}, {{kClosed, kFail}, kFilesStay},
@@ -286,18 +274,9 @@ const Fault kFaults[] = {
     Row("a call for the client's memory is refused", kAnywhere, {{kFail, kUnread}},
         [](B& b) { b.fake.failAt = b.fake.calls.size() + 1; }),
     Row("subjects of 127, 128 and 129 characters, the longer without an end", kFirst, {},
-        [](B& b) {
-            b.fake.withoutNul = true;
-            Rename(b, {Text(127, u'a'), Text(128, u'b'), Text(129, u'c')});
-        }),
+        All(Set(&M::withoutNul, true), Subjects({Text(127, u'a'), Text(128, u'b'), Text(129, u'c')}))),
     Row("half of a surrogate pair, marks of direction, no subject", kFirst, {},
-        [](B& b) {
-            Rename(b, {u"A\xD800",
-                       u"\xDC00"
-                       u"B",
-                       u"\u202E"
-                       u"C"});
-        }),
+        Subjects({u"A\xD800", u"\xDC00" + Text(u"B"), u"\u202E" + Text(u"C")})),
     Row("a Down key is lost", {message::kKeyDown}, {{kNotReached}, {}, "keys"}, Once(&M::ignoreDownKey)),
     Row("a Down key counts twice", {message::kKeyDown}, {{kNotReached}, {}, "keys"}, Once(&M::doubleDownKey)),
     Row("no Down key does anything", kFirst, {{kNotReached}}, Set(&M::ignoreDownKey, true)),

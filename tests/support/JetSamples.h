@@ -5,6 +5,7 @@
 #include "store/SavedEmails.h"
 #include "tests/support/MemoryFiles.h"
 
+using Rows = std::vector<std::vector<Text>>;
 inline const Text kSavedPath = u"saved.mdb";
 inline constexpr double kSampleDate = 39171.5;
 // Of a new file: what describes the table, and its maps. Behind them is what was added, in that order.
@@ -25,9 +26,9 @@ inline void AddRow(Database& database, const std::vector<Text>& row)
     rows->Update();
 }
 
-inline std::vector<std::vector<Text>> RowsOf(Database& database, const Text& sql = u"SELECT * FROM saved")
+inline Rows RowsOf(Database& database, const Text& sql = u"SELECT * FROM saved")
 {
-    std::vector<std::vector<Text>> found;
+    Rows found;
     const auto rows = database.OpenRecordset(sql);
     for (; !rows->AtEnd(); rows->MoveNext())
         found.push_back({rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
@@ -53,7 +54,7 @@ struct SavedSample {
         database.reset();
         database = OpenJetDatabase(files, kSavedPath, mode);
     }
-    void Add(const std::vector<std::vector<Text>>& rows)
+    void Add(const Rows& rows)
     {
         for (const auto& row : rows) AddRow(*database, row);
     }

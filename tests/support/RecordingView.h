@@ -5,6 +5,8 @@
 #include <functional>
 #include <map>
 
+using Texts = std::vector<Text>;
+
 template <class View>
 struct RecordingViewOf : View {
     RunOptions options;

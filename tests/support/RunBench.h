@@ -11,7 +11,6 @@
 
 #include <cstdio>
 
-using Texts = std::vector<Text>;
 using Marks = std::vector<std::pair<Text, Text>>;
 constexpr std::uint32_t kSetText = 0x000C;
 constexpr int kForGood = 2'000'000'000; // milliseconds

@@ -83,23 +83,18 @@ TEST_F(AllFoldersTest, ExportsWhatTheCheckFoundAndNothingTwice)
 
 TEST_F(AllFoldersTest, TheIgnoreNameDecidesWhereTheRunEnds)
 {
-    const struct {
-        const char* why;
-        Text name;
-        std::int32_t count;
-        std::size_t toExport;
-    } cases[] = {
+    const std::tuple<const char*, Text, std::int32_t, std::size_t> cases[] = {
         {"the first folder of all", u"Local Folders", 1, 0},
         {"no such folder", u"Nowhere", 6, 4},
         {"no name", u"", 6, 4},
         {"a part of a full name is none", u"Inbox", 6, 4},
     };
-    for (const auto& c : cases) {
-        view.options.firstFolderToIgnore = c.name;
+    for (const auto& [why, name, count, toExport] : cases) {
+        view.options.firstFolderToIgnore = name;
         CountFoldersToCheck(run);
-        EXPECT_EQ(run.folderCount, c.count) << c.why;
+        EXPECT_EQ(run.folderCount, count) << why;
         CheckAll();
-        EXPECT_EQ(run.exportList.size(), c.toExport) << c.why;
+        EXPECT_EQ(run.exportList.size(), toExport) << why;
     }
     // A folder whose name is a part of a system folder's is none.
     view.options.systemFolders = u"|Local Folders|Local Folders\\Empty and more|My Local Folders\\Behind|";

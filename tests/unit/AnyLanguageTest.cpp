@@ -49,26 +49,21 @@ void SpeakGerman(RunBench& bench)
 TEST(AnyLanguage, IsExportedByItsCaptionsOrByItsParts)
 {
     const std::set<Text> titles = {u"From", u"Subject", u"Received", u"Sent", u"To"};
-    const struct {
-        const char* why;
-        std::set<Text> captions;
-        bool anyLanguage;
-        std::size_t folders;
-    } cases[] = {
+    const std::tuple<const char*, std::set<Text>, bool, std::size_t> cases[] = {
         {"all captions", {}, false, 5},
         {"parts, and titles alone", titles, true, 5},
         {"titles alone", titles, false, 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, captions, anyLanguage, nodes] : cases) {
+        SCOPED_TRACE(why);
         RunBench bench(6);
         SpeakGerman(bench);
-        TakeCaptions(bench, c.captions);
-        bench.settings.anyLanguage = c.anyLanguage;
+        TakeCaptions(bench, captions);
+        bench.settings.anyLanguage = anyLanguage;
         Synchronise(bench.run);
-        EXPECT_EQ(bench.run.nodes.size(), c.folders);
-        EXPECT_EQ(bench.Logged(u"The extra \"Any Language\" is made for"), c.folders == 0);
-        if (c.folders == 0) continue;
+        EXPECT_EQ(bench.run.nodes.size(), nodes);
+        EXPECT_EQ(bench.Logged(u"The extra \"Any Language\" is made for"), nodes == 0);
+        if (nodes == 0) continue;
         bench.Export();
         EXPECT_EQ(bench.Records().size(), 6u);
     }
@@ -76,21 +71,18 @@ TEST(AnyLanguage, IsExportedByItsCaptionsOrByItsParts)
 
 TEST(AnyLanguage, AWrongDialogIsNeverTypedInto)
 {
-    const struct {
-        const char* why;
-        std::function<void(RunBench&)> spoil;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void(RunBench&)>> cases[] = {
         {"for another type of file", [](RunBench& b) { b.fake.savesAs = u"Text Files (*.txt)"; }},
         {"of another window", [](RunBench& b) { b.fake.ownerless = true; }},
         {"without a button to save", [](RunBench& b) { b.fake.noSaveButton = true; }},
         {"without a name", [](RunBench& b) { b.fake.noCombo = true; }},
         {"which of two cannot be told", [](RunBench& b) { b.fake.twoDialogs = true; }},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, spoil] : cases) {
+        SCOPED_TRACE(why);
         RunBench bench(1);
         bench.settings.anyLanguage = true;
-        c.spoil(bench);
+        spoil(bench);
         bench.fake.onMessage = AtEach(kSetText, [](int) { ADD_FAILURE() << "typed"; });
         bench.Export();
         EXPECT_TRUE(bench.Logged(u"No dialog found"));

@@ -14,19 +14,6 @@ std::vector<std::vector<Text>> Inbox(int count)
     return mails;
 }
 
-// A message as that list shows it.
-std::string Message(int number, const std::string& minute)
-{
-    return "From: Ann Archer <ann@example.com>\r\nTo: bob@example.com\r\nSubject: Mail " +
-           std::to_string(number) +
-           "\r\nReceived: from a by b; Tue, 3 Apr 2007 10:16:00 +0000\r\nDate: Tue, 3 Apr 2007 10:" + minute +
-           ":30 +0000\r\n\r\nText\r\n";
-}
-std::string Message(int number)
-{
-    return Message(number, std::to_string(19 - number % 10));
-}
-
 struct CheckFolderTest : testing::Test, RunBench {
     CheckFolderTest() : RunBench(Inbox(4), {{u"Empty", 2, {}}}) {}
     void Store(const Text& name, std::string bytes = "x")
@@ -34,6 +21,7 @@ struct CheckFolderTest : testing::Test, RunBench {
         files.directories.insert(FakeFiles::Key(kDirectory));
         files.AddFile(kDirectory + name, std::move(bytes));
     }
+    std::string MailOf(int row) { return FakeClient::BytesOf(Mail()[static_cast<std::size_t>(row)]); }
     // The row as the program reads it.
     EmailEntry RowEntry(int row)
     {
@@ -54,31 +42,25 @@ struct CheckFolderTest : testing::Test, RunBench {
 TEST_F(CheckFolderTest, AFolderWithoutFilesNeedsNoComparison)
 {
     const std::pair<Text, Text> looked{u"", u"envelope"}, none{u"0/4", u"red"};
-    const struct {
-        const char* why;
-        bool hasDirectory;
-        int shown;
-        Text words;
-        Marks marks;
-    } steps[] = {
+    const std::tuple<const char*, bool, int, Text, Marks> steps[] = {
         {"no directory", false, 2, u"Folder has not been stored.", {none}},
         {"no files", true, 2, u"No emails for this folder have been stored.", {looked, none}},
         {"nothing is missing", false, 3, u"Folder has not been stored.", {}},
         {"empty both", true, 3, u"No emails exist in this folder to be exported.", {looked}},
     };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.why);
-        const Text directory = step.shown == 2 ? kDirectory : u"C:\\Store\\Local Folders\\Empty\\";
-        if (step.hasDirectory) files.directories.insert(FakeFiles::Key(directory));
-        fake.ShowFolder(step.shown);
+    for (const auto& [why, hasDirectory, shown, words, marks] : steps) {
+        SCOPED_TRACE(why);
+        const Text directory = shown == 2 ? kDirectory : u"C:\\Store\\Local Folders\\Empty\\";
+        if (hasDirectory) files.directories.insert(FakeFiles::Key(directory));
+        fake.ShowFolder(shown);
         Check(ComparisonType::file);
-        EXPECT_EQ(view.log, Texts{step.words});
-        EXPECT_EQ(view.boxes, Texts{step.words + u"\r\n" + directory});
+        EXPECT_EQ(view.log, Texts{words});
+        EXPECT_EQ(view.boxes, Texts{words + u"\r\n" + directory});
         EXPECT_EQ(view.summaryLines,
-                  step.shown == 2 ? Texts{kInbox + u" - all 4 emails need to be exported."} : Texts{});
-        EXPECT_EQ(view.marks, step.marks);
-        EXPECT_EQ(view.selectedNode, step.shown) << "the node that is marked";
-        EXPECT_EQ(view.selectedLine, step.shown);
+                  shown == 2 ? Texts{kInbox + u" - all 4 emails need to be exported."} : Texts{});
+        EXPECT_EQ(view.marks, marks);
+        EXPECT_EQ(view.selectedNode, shown) << "the node that is marked";
+        EXPECT_EQ(view.selectedLine, shown);
     }
     EXPECT_EQ(view.currentFolder, u"Local Folders\\Empty");
 }
@@ -120,7 +102,7 @@ TEST_F(CheckFolderTest, WithoutWhatItNeedsACheckSaysSo)
 
 TEST_F(CheckFolderTest, AStopEndsTheCheckWithoutAVerdict)
 {
-    for (int i = 0; i < 3; ++i) Store(u"000" + DecimalText(i) + u"_a.eml", Message(i, "10"));
+    for (int i = 0; i < 3; ++i) Store(u"000" + DecimalText(i) + u"_a.eml", MailOf(i));
     // How often the window lives during each check, and so where a stop can come in between.
     for (const ComparisonType type :
          {ComparisonType::simple, ComparisonType::database, ComparisonType::file}) {
@@ -181,11 +163,7 @@ TEST_F(CheckFolderTest, SimpleComparisonCountsFiles)
 
 TEST_F(CheckFolderTest, SimpleComparisonNotesTheFirstEmailWithoutFile)
 {
-    const struct {
-        const char* why;
-        Texts names;
-        std::int32_t total, firstUnsaved;
-    } cases[] = {
+    const std::tuple<const char*, Texts, std::int32_t, std::int32_t> cases[] = {
         {"the first is missing", {u"0001_a.eml"}, 2, 0},
         {"the last is missing", {u"0000_a.eml", u"0001.eml"}, 3, 2},
         {"names of the user's own count as files and for no e-mail", {u"0000_a.eml", u"copy.eml"}, 3, 1},
@@ -194,8 +172,8 @@ TEST_F(CheckFolderTest, SimpleComparisonNotesTheFirstEmailWithoutFile)
         {"nothing unsaved: not looked for", {u"a.eml", u"b.eml"}, 2, -1},
     };
     view.options.comparison = ComparisonType::simple;
-    for (const auto& c : cases)
-        EXPECT_EQ(CompareFolder(run, c.total, c.names)->firstUnsaved, c.firstUnsaved) << c.why;
+    for (const auto& [why, names, total, firstUnsaved] : cases)
+        EXPECT_EQ(CompareFolder(run, total, names)->firstUnsaved, firstUnsaved) << why;
 }
 
 TEST_F(CheckFolderTest, DatabaseComparisonLooksCrcsUpInTheFolder)
@@ -233,12 +211,13 @@ TEST_F(CheckFolderTest, DatabaseComparisonLooksCrcsUpInTheFolder)
 
 TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
 {
-    Store(u"0000_a.eml", Message(0));
-    Store(u"0001_a.eml", Message(1));
-    Store(u"0002_a.eml", Message(2, "59")); // another e-mail of that subject
+    Store(u"0000_a.eml", MailOf(0));
+    Store(u"0001_a.eml", MailOf(1));
+    Store(u"0002_a.eml",
+          FakeClient::BytesOf(MailRow(u"Mail 2", u"03/04/2007 10:59"))); // another e-mail of that subject
     Store(u"0005_b.eml", "Subject: no date\r\n\r\n");
     Store(u"0006_c.eml", "Date: Tue, 99 Foo 2007 10:00:00\r\n\r\n");
-    Store(u"0007_d.eml", Message(2));
+    Store(u"0007_d.eml", MailOf(2));
     files.tooLarge = {FakeFiles::Key(kDirectory + u"0007_d.eml")};
     AddSavedEmail(saved, kInbox, RowEntry(1));
     AddSavedEmail(saved, u"Elsewhere", RowEntry(0));
@@ -269,7 +248,7 @@ TEST_F(CheckFolderTest, WithoutAWritableRecordACheckByFilesRecordsNothingAndSays
     saved.whyReadOnly = u"The table has lost rows: it should have 5 and has 0";
     const Text no = u"Nothing is recorded: ", lost = no + saved.whyReadOnly,
                closed = no + u"the database of saved emails is not open";
-    Store(u"0000_a.eml", Message(0));
+    Store(u"0000_a.eml", MailOf(0));
     Check(ComparisonType::file);
     ExpectVerdict(u"Inbox has 1 saved email(s). 3 email(s) not saved.");
     EXPECT_EQ(Count(lost), 1);
@@ -284,12 +263,16 @@ TEST_F(CheckFolderTest, WithoutAWritableRecordACheckByFilesRecordsNothingAndSays
 
 TEST_F(CheckFolderTest, FileComparisonTellsTheDifferenceOfTheCounts)
 {
-    for (int i = 0; i < 4; ++i) Store(u"000" + DecimalText(i) + u"_a.eml", Message(i));
+    for (int i = 0; i < 4; ++i) Store(u"000" + DecimalText(i) + u"_a.eml", MailOf(i));
     Check(ComparisonType::file);
     EXPECT_EQ(view.log.front(), kInbox + u" - count matches the number of saved emails.");
     ExpectVerdict(u"Inbox has 4 saved email(s). All emails have been saved.");
+    std::vector<int> bar; // of three steps
+    for (const auto& [which, percent] : view.percentages) bar.push_back(percent);
+    EXPECT_EQ(bar, (std::vector<int>{0, 33, 67, 100, 0, 33, 67, 100, 0, 33, 67, 100, 0}));
 
-    for (const Text name : {u"0004_a.eml", u"0005_a.eml"}) Store(name, Message(9, "10"));
+    for (const Text name : {u"0004_a.eml", u"0005_a.eml"})
+        Store(name, FakeClient::BytesOf(MailRow(u"Another")));
     Check(ComparisonType::file);
     EXPECT_EQ(view.log.front(), kInbox + u" - there are -2 more saved emails.") << "kept: the minus sign";
     EXPECT_EQ(view.marks.back(), (std::pair<Text, Text>{u"4/4", u"green"}))

@@ -7,14 +7,9 @@
 namespace {
 
 using Words = std::vector<std::string>;
-using Texts = std::vector<Text>;
-
 TEST(CommandSwitches, AreTakenTogetherOrNotAtAll)
 {
-    const struct {
-        Words arguments;
-        Text wrong;
-    } cases[] = {
+    const std::pair<Words, Text> cases[] = {
         {{}, u""},
         {{"/sync", "/check"}, u""},
         {{"/SYNC", "/Export", "/all", "/jump", "/close"}, u""},
@@ -37,9 +32,9 @@ TEST(CommandSwitches, AreTakenTogetherOrNotAtAll)
         {{"/sync", "/export", "--help"}, u"This switch cannot be: --help"},
         {{""}, u"This switch cannot be: "},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(ParseSwitches(c.arguments).wrong, c.wrong) << testing::PrintToString(c.arguments);
-    const CommandSwitches all = ParseSwitches(cases[3].arguments);
+    for (const auto& [arguments, wrong] : cases)
+        EXPECT_EQ(ParseSwitches(arguments).wrong, wrong) << testing::PrintToString(arguments);
+    const CommandSwitches all = ParseSwitches(cases[3].first);
     EXPECT_EQ(all.store, u"C:\\My Mail");
     EXPECT_EQ(all.folder, u"A\\B");
     EXPECT_EQ(all.comparison, ComparisonType::file);
@@ -82,11 +77,7 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
         b.files.AddFile(u"C:\\Store\\Local Folders\\Inbox\\0001_Mail1.eml");
         AddRow(*OpenJetDatabase(b.databaseFiles, kSavedPath), {u"Local Folders\\Inbox", u"Mail0", u"A1"});
     };
-    const auto mailComes = [](Unattended& b) {
-        auto& rows = b.fake.folders[2].rows;
-        rows.insert(rows.begin(), MailRow(u"New"));
-        b.fake.selected = {*b.fake.selected.begin() + 1};
-    };
+    const auto mailComes = [](Unattended& b) { b.fake.Arrive(MailRow(u"New")); };
     const struct {
         const char* why;
         Words switches;
@@ -117,6 +108,12 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
         {"the window is closed", exportAll, after(2, [](auto& b) { b.program.AskToClose(); }), unsaved, 2,
          u""},
         {"the client ends", exportAll, after(2, [](auto& b) { b.fake.End(); }), unsaved, 2, u""},
+        {"one fails, and goes", inbox,
+         [&](auto& b) {
+             b.fake.dialogDelays = {2'100};
+             after(2, [](auto& c) { c.fake.Remove(0); })(b);
+         },
+         unsaved, 2, u"; 1 are not."},
         {"behind all that the list had", inbox, after(3, [](auto& b) { b.fake.End(); }), unsaved, 3, u""},
         {"no client", exportAll, [](auto& b) { b.fake.End(); }, unusable, 0,
          u"Outlook Express cannot be used"},

@@ -9,12 +9,7 @@
 // forward.
 TEST(DayCount, FractionsCountForwardAndAreRoundedToTheSecond)
 {
-    const struct {
-        const char* why;
-        double date;
-        const char16_t* want;
-        int weekday;
-    } cases[] = {
+    const std::tuple<const char*, double, const char16_t*, int> cases[] = {
         {"day 0", 0, u"30/12/1899 00:00:00", 6},
         {"the last instant of a day rounds into the next", 39175.9999999, u"04/04/2007 00:00:00", 3},
         {"a negative date's fraction counts forward", -1.25, u"29/12/1899 06:00:00", 5},
@@ -22,9 +17,9 @@ TEST(DayCount, FractionsCountForwardAndAreRoundedToTheSecond)
         {"first", -657434, u"01/01/0100 00:00:00", 5},
         {"last", 2958465 + 86399 / 86400.0, u"31/12/9999 23:59:59", 5},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(FormatDate(c.date, kSecondFormat), c.want) << c.why;
-        EXPECT_EQ(FieldsOf(c.date).weekday, c.weekday) << c.why;
+    for (const auto& [why, date, want, weekday] : cases) {
+        EXPECT_EQ(FormatDate(date, kSecondFormat), want) << why;
+        EXPECT_EQ(FieldsOf(date).weekday, weekday) << why;
     }
     EXPECT_EQ(FormatDate(39175.5, kCompactFormat), u"20070403120000");
     for (const double bad : {-657435.0, 2958466.0, 2958465.9999999, 1e300, std::nan("")})
@@ -54,11 +49,7 @@ TEST(DayCount, EveryDayGoesBothWays)
 // carry.
 TEST(DayCount, MonthsAndDaysBeyondTheCalendarCarryOver)
 {
-    const struct {
-        const char* why;
-        int year, month, day;
-        const char16_t* want;
-    } cases[] = {
+    const std::tuple<const char*, int, int, int, const char16_t*> cases[] = {
         {"window below 30", 29, 12, 31, u"31/12/2029 00:00"},
         {"window from 30", 30, 1, 1, u"01/01/1930 00:00"},
         {"the window comes before the carry", 99, 13, 1, u"01/01/2000 00:00"},
@@ -68,8 +59,8 @@ TEST(DayCount, MonthsAndDaysBeyondTheCalendarCarryOver)
         {"far", 2000, 32767, 32767, u"16/03/4820 00:00"},
         {"back into the range", 10000, 0, 1, u"01/12/9999 00:00"},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(FormatDate(DateFromYmd(c.year, c.month, c.day), kMinuteFormat), c.want) << c.why;
+    for (const auto& [why, year, month, day, want] : cases)
+        EXPECT_EQ(FormatDate(DateFromYmd(year, month, day), kMinuteFormat), want) << why;
     EXPECT_THROW(DateFromYmd(-5, 6, 1), ValueFault);
     EXPECT_THROW(DateFromYmd(100, 1, 0), ValueFault);
     EXPECT_THROW(DateFromYmd(10000, 1, 1), ValueFault);

@@ -37,11 +37,7 @@ TEST(DotFontTest, EveryCharacterHasDotsOfItsOwn)
 
 TEST(DotFontTest, MarksStandOnTheirLettersAndTextsInTheMiddle)
 {
-    const struct {
-        const char16_t* text;
-        int across;
-        Picture dots;
-    } cases[] = {
+    const std::tuple<const char16_t*, int, Picture> cases[] = {
         {u"A", 5, {".###.", "#...#", "#...#", "#####", "#...#", "#...#", "#...#"}},
         {u"\u00C4", 5, {".#.#.", ".....", ".###.", "#...#", "#####", "#...#", "#...#"}}, // squeezed below it
         {u"\u00EE", 5, {"..#..", ".#.#.", ".##..", "..#..", "..#..", "..#..", ".###."}}, // in the dot's place
@@ -52,12 +48,12 @@ TEST(DotFontTest, MarksStandOnTheirLettersAndTextsInTheMiddle)
          {".............", "..###..#####.", "...#.....#...", "...#.....#...", "...#.....#...",
           "...#.....#...", "...#.....#...", "..###....#...", "............."}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, across, dots] : cases) {
         DotDisplay display;
-        display.Resize(c.across, static_cast<int>(c.dots.size()));
-        display.SetText(c.text);
-        EXPECT_EQ(Dots(display), c.dots) << c.dots[0];
-        EXPECT_FALSE(display.IsLit(-1, 0) || display.IsLit(0, display.Down()) || display.IsLit(c.across, 0));
+        display.Resize(across, static_cast<int>(dots.size()));
+        display.SetText(text);
+        EXPECT_EQ(Dots(display), dots) << dots[0];
+        EXPECT_FALSE(display.IsLit(-1, 0) || display.IsLit(0, display.Down()) || display.IsLit(across, 0));
     }
 }
 
@@ -98,40 +94,37 @@ TEST(DotDisplayTest, LinesBreakWhereItReadsWell)
 
 TEST(DotDisplayTest, LongMessageRollsToItsEndAndBack)
 {
-    const struct {
-        const char* why;
-        int down;
-        std::vector<std::u16string> shown; // pages between which it rolls
-    } cases[] = {
+    // shown: pages between which it rolls
+    const std::tuple<const char*, int, std::vector<std::u16string>> cases[] = {
         {"one line high", 7, {u"one", u"two", u"three", u"four"}},
         {"two lines high", 16, {u"one\ntwo", u"two\nthree", u"three\nfour"}},
         {"all fit", 34, {u"one\ntwo\nthree\nfour"}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [why, down, shown] : cases) {
         DotDisplay display, still;
-        for (DotDisplay* each : {&display, &still}) each->Resize(35, c.down);
+        for (DotDisplay* each : {&display, &still}) each->Resize(35, down);
         display.SetText(u"one\ntwo\nthree\nfour");
         std::size_t page = 0;
         for (int steps = 0; steps < 100; ++steps) {
             if (display.Delay() == 0 || display.Delay() >= 1000) { // time to read
-                still.SetText(c.shown[page % c.shown.size()]);
-                EXPECT_EQ(Dots(display), Dots(still)) << c.why << ", page " << page;
+                still.SetText(shown[page % shown.size()]);
+                EXPECT_EQ(Dots(display), Dots(still)) << why << ", page " << page;
                 ++page;
             }
             if (display.Delay() == 0) break;
             display.Step();
         }
-        EXPECT_EQ(display.Delay(), 0) << c.why;
+        EXPECT_EQ(display.Delay(), 0) << why;
         // Every page once, and the first again, at which it stays.
-        EXPECT_EQ(page, c.shown.size() == 1 ? 1 : c.shown.size() + 1) << c.why;
+        EXPECT_EQ(page, shown.size() == 1 ? 1 : shown.size() + 1) << why;
         display.Step();
-        EXPECT_EQ(Dots(display), Dots(still)) << c.why;
+        EXPECT_EQ(Dots(display), Dots(still)) << why;
         display.Restart();
-        EXPECT_EQ(display.Delay() > 0, c.shown.size() > 1) << c.why;
+        EXPECT_EQ(display.Delay() > 0, shown.size() > 1) << why;
         for (int i = 0; i < 12; ++i) display.Step();
-        EXPECT_EQ(display.TopLine() > 0, c.shown.size() > 1) << c.why;
+        EXPECT_EQ(display.TopLine() > 0, shown.size() > 1) << why;
         display.SetText(u"a new one");
-        EXPECT_EQ(display.TopLine(), 0) << c.why;
+        EXPECT_EQ(display.TopLine(), 0) << why;
     }
 }
 
@@ -152,16 +145,14 @@ TEST(DotGlowTest, LitDotsShineUnlitOnesShow)
 
 TEST(DotGlowTest, PitchFollowsTheRoom)
 {
-    const struct {
-        int width, height, atMost, pitch;
-    } cases[] = {
+    const std::tuple<int, int, int, int> cases[] = {
         {618, 28, 4, 3},  // one line
         {618, 60, 4, 3},  // two: a line still has room for 32 characters
         {1236, 56, 8, 6}, // twice as fine a screen
         {1580, 60, 4, 4}, {618, 28, 2, 2}, {100, 30, 4, 2}, {100, 5, 4, 1}, {0, 0, 4, 1},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(BestPitch(c.width, c.height, c.atMost), c.pitch) << c.width << " by " << c.height;
+    for (const auto& [width, height, atMost, pitch] : cases)
+        EXPECT_EQ(BestPitch(width, height, atMost), pitch) << width << " by " << height;
 }
 
 } // namespace

@@ -93,11 +93,7 @@ TEST(Eml, AMessageOfTodayFillsTheWholeSummary)
 // 2.2.3, a tab would stay when lines are joined.)
 TEST(Eml, HeaderLinesAreJoinedAndEndWithTheBlock)
 {
-    const struct {
-        const char* why;
-        std::string message;
-        Text subject, to;
-    } cases[] = {
+    const std::tuple<const char*, std::string, Text, Text> cases[] = {
         {"the last header keeps the CR", "To: a\r\nSubject: x\r\n\r\nbody", u"x\r", u"a"},
         {"no empty line: all is header, the body's lines too", "Subject: a\r\nbody\r\nsubject:  b\r\n",
          u"a; b", u""},
@@ -115,11 +111,11 @@ TEST(Eml, HeaderLinesAreJoinedAndEndWithTheBlock)
         {"an empty block", "\r\n\r\nSubject: x", u"", u""},
         {"a NUL is a character", std::string("Subject: a\0b\r\nX:\r\n\r\n", 20), Text(u"a\0b", 3), u""},
     };
-    for (const auto& c : cases) {
-        const Read read = ReadMessage(c.message);
-        EXPECT_EQ(read.error, u"") << c.why;
-        EXPECT_EQ(read.summary.Subject, c.subject) << c.why;
-        EXPECT_EQ(read.summary.To, c.to) << c.why;
+    for (const auto& [why, message, subject, to] : cases) {
+        const Read read = ReadMessage(message);
+        EXPECT_EQ(read.error, u"") << why;
+        EXPECT_EQ(read.summary.Subject, subject) << why;
+        EXPECT_EQ(read.summary.To, to) << why;
     }
     const EmlSummary twice =
         ReadMessage("From: a\r\nFrom: b\r\nCc: c\r\nCc: d\r\nBcc: e\r\nBcc: f\r\n").summary;
@@ -130,11 +126,7 @@ TEST(Eml, HeaderLinesAreJoinedAndEndWithTheBlock)
 // the date: a rule of this program's own.
 TEST(Eml, TheDateOfTheFirstHopAndOfTheFirstDateHeaderAreTaken)
 {
-    const struct {
-        const char* why;
-        const char* headers;
-        const char16_t *received, *sent;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char16_t*, const char16_t*> cases[] = {
         {"of the time before the year had four digits",
          "Received: x; Fri, 13 Aug 99 09:05:30 EDT\r\ndate: Fri Aug 13 09:01:02 1999", u"13/08/1999 13:05",
          u"13/08/1999 09:01"},
@@ -150,22 +142,19 @@ TEST(Eml, TheDateOfTheFirstHopAndOfTheFirstDateHeaderAreTaken)
         {"an empty one does not hide the next", "Date:\r\nDate: 3 Apr 2007 10:00:00", u"01/01/1900 00:00",
          u"03/04/2007 10:00"},
     };
-    for (const auto& c : cases) {
-        const Read read = ReadMessage(std::string(c.headers) + "\r\nX:\r\n\r\n");
-        EXPECT_EQ(read.error, u"") << c.why;
-        EXPECT_EQ(read.summary.ReceivedDateText, c.received) << c.why;
-        EXPECT_EQ(read.summary.SentDateText, c.sent) << c.why;
-        EXPECT_EQ(read.summary.DeliveryDate, kNoListDate) << c.why;
+    for (const auto& [why, headers, received, sent] : cases) {
+        const Read read = ReadMessage(std::string(headers) + "\r\nX:\r\n\r\n");
+        EXPECT_EQ(read.error, u"") << why;
+        EXPECT_EQ(read.summary.ReceivedDateText, received) << why;
+        EXPECT_EQ(read.summary.SentDateText, sent) << why;
+        EXPECT_EQ(read.summary.DeliveryDate, kNoListDate) << why;
     }
 }
 
 // The words are the system's for faults of these kinds.
 TEST(Eml, AFaultIsToldAndLeavesTheSummaryEmpty)
 {
-    const struct {
-        const char *why, *message;
-        const char16_t* error;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char16_t*> cases[] = {
         {"a month that is none", "From: a\r\nDate: 3 Foo 2007\r\nX:\r\n\r\n", u"Type mismatch"},
         {"the CR of the header block is a value", "Date:\r\n\r\n", u"Type mismatch"},
         {"the first fault is told", "Date: x\r\nTo: =?utf-8?b?====?=\r\nX:\r\n\r\n", u"Overflow"},
@@ -173,10 +162,10 @@ TEST(Eml, AFaultIsToldAndLeavesTheSummaryEmpty)
          u"Type mismatch"},
         {"year 10000", "Date: 1 Jan 10000\r\nX:\r\n\r\n", u"Invalid procedure call or argument"},
     };
-    for (const auto& c : cases) {
-        const Read read = ReadMessage(c.message);
-        EXPECT_EQ(read.error, c.error) << c.why;
-        EXPECT_EQ(read.summary.FileName + read.summary.From + read.summary.Subject, u"") << c.why;
+    for (const auto& [why, message, fault] : cases) {
+        const Read read = ReadMessage(message);
+        EXPECT_EQ(read.error, fault) << why;
+        EXPECT_EQ(read.summary.FileName + read.summary.From + read.summary.Subject, u"") << why;
     }
     OneFile unreadable;
     for (const FileError error : {FileError::inUse, FileError::outOfMemory}) {
@@ -189,28 +178,27 @@ TEST(Eml, AFaultIsToldAndLeavesTheSummaryEmpty)
 // A rule of this program's own: records name a folder from the first folder on.
 TEST(Eml, APathIsTakenApartAtTheSeparatorsThatItHas)
 {
-    const struct {
-        const char* why;
-        const char16_t *path, *extension, *name, *folder;
-    } cases[] = {
-        {"from the first folder on", u"C:\\s\\LOCAL folders\\In\\a.EML", u"eml", u"a.EML",
-         u"LOCAL folders\\In"},
-        {"without it the whole path", u"C:\\s\\a.eml.txt", u"txt", u"a.eml.txt", u"C:\\s"},
-        {"a backslash makes slashes letters", u"C:\\s/x\\b/a.eml", u"eml", u"b/a.eml", u"C:\\s/x"},
-        {"the cut may take the backslashes away", u"C:\\Local Folders/a.eml", u"eml", u"Local Folders/a.eml",
-         u"Local Folders"},
-        {"a dot in a folder is none of the name", u"/s.eml/a", u"a", u"a", u"/s.eml"},
-        {"root", u"/a.eml", u"eml", u"a.eml", u""},
-        {"the first folder's name in the file's", u"/s/Local Folders.eml", u"eml", u"Local Folders.eml", u""},
-    };
+    const std::tuple<const char*, const char16_t*, const char16_t*, const char16_t*, const char16_t*>
+        cases[] = {
+            {"from the first folder on", u"C:\\s\\LOCAL folders\\In\\a.EML", u"eml", u"a.EML",
+             u"LOCAL folders\\In"},
+            {"without it the whole path", u"C:\\s\\a.eml.txt", u"txt", u"a.eml.txt", u"C:\\s"},
+            {"a backslash makes slashes letters", u"C:\\s/x\\b/a.eml", u"eml", u"b/a.eml", u"C:\\s/x"},
+            {"the cut may take the backslashes away", u"C:\\Local Folders/a.eml", u"eml",
+             u"Local Folders/a.eml", u"Local Folders"},
+            {"a dot in a folder is none of the name", u"/s.eml/a", u"a", u"a", u"/s.eml"},
+            {"root", u"/a.eml", u"eml", u"a.eml", u""},
+            {"the first folder's name in the file's", u"/s/Local Folders.eml", u"eml", u"Local Folders.eml",
+             u""},
+        };
     OneFile files;
-    for (const auto& c : cases) {
-        EXPECT_EQ(FileExtension(c.path), c.extension) << c.why;
-        EXPECT_EQ(FileNameOf(c.path), c.name) << c.why;
-        EXPECT_EQ(FolderOf(c.path, u"Local Folders"), c.folder) << c.why;
-        const Read read = ReadFile(files, CodePage1252(), c.path);
-        EXPECT_EQ(read.reads, c.extension == Text(u"eml") ? 1 : 0) << c.why;
-        EXPECT_EQ(read.summary.FileName, read.reads ? c.name : u"") << c.why;
+    for (const auto& [why, path, extension, name, folder] : cases) {
+        EXPECT_EQ(FileExtension(path), extension) << why;
+        EXPECT_EQ(FileNameOf(path), name) << why;
+        EXPECT_EQ(FolderOf(path, u"Local Folders"), folder) << why;
+        const Read read = ReadFile(files, CodePage1252(), path);
+        EXPECT_EQ(read.reads, extension == Text(u"eml") ? 1 : 0) << why;
+        EXPECT_EQ(read.summary.FileName, read.reads ? name : u"") << why;
     }
 }
 

@@ -33,10 +33,7 @@ TEST(EncodedWords, AValueIsSplitIntoPlainTextAndClosedWords)
 // characters. Kept: what the second column shows otherwise is how the client's list shows it.
 TEST(EncodedWords, WordsAreDecodedForTheReaderAndAsTheListShowsThem)
 {
-    const struct {
-        const char* why;
-        Text value, display, comparison;
-    } cases[] = {
+    const std::tuple<const char*, Text, Text, Text> cases[] = {
         {"unknown set: as it stands", u"=?koi8-r?q?a_=41?=", u"=?koi8-r?q?a_=41?=", u"=?koi8-r?q?a_=41?="},
         {"never closed: as it stands, though the set is known", u"=?iso-8859-1?q?a_b", u"=?iso-8859-1?q?a_b",
          u"=?iso-8859-1?q?a_b"},
@@ -69,9 +66,9 @@ TEST(EncodedWords, WordsAreDecodedForTheReaderAndAsTheListShowsThem)
         {"runs of spaces collapse in the end, loss included", u"=?iso-8859-1?q?a__b__c?=", u"a b ", u" a b "},
     };
     CodePage1252 codePage;
-    for (const auto& c : cases) {
-        EXPECT_EQ(DecodeHeaderText(c.value, false, codePage), c.display) << c.why;
-        EXPECT_EQ(DecodeHeaderText(c.value, true, codePage), c.comparison) << c.why;
+    for (const auto& [why, value, shown, comparison] : cases) {
+        EXPECT_EQ(DecodeHeaderText(value, false, codePage), shown) << why;
+        EXPECT_EQ(DecodeHeaderText(value, true, codePage), comparison) << why;
     }
 }
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-std::vector<std::vector<Text>> Rows(const Text& name, int count)
+std::vector<std::vector<Text>> Named(const Text& name, int count)
 {
     std::vector<std::vector<Text>> rows;
     for (int i = 0; i < count; ++i) rows.push_back(MailRow(name + DecimalText(i)));
@@ -44,24 +44,22 @@ TEST(EqualCounts, TheListTellsWhenItIsTheNewFolders)
     const auto shuffle = [](RunBench& bench) { // others come to both ends
         std::rotate(bench.Mail().begin(), bench.Mail().begin() + 30, bench.Mail().end());
     };
-    const struct {
-        const char* why;
-        Change change;
-        bool want;
-    } cases[] = {
-        {"other e-mails", {Mails(6), Rows(u"O", 6)}, true},
-        {"one e-mail each", {Mails(1), Rows(u"O", 1)}, true},
-        {"more than are compared", {Mails(60), Rows(u"O", 60)}, true},
-        {"kept without the extra", {.before = Mails(6), .after = Rows(u"O", 6), .extra = false}, false},
-        {"the list comes long behind the caption", {Mails(6), Rows(u"O", 6), u"Other", 2000}, true},
-        {"a folder of the same name", {Mails(6), Rows(u"O", 6), u"Inbox", 2000}, true},
-        {"the list does not come in time", {Mails(6), Rows(u"O", 6), u"Other", 4000}, false},
-        {"... and two rows change places", {Mails(6), Rows(u"O", 6), u"Other", 4000, swap}, false},
+    const std::tuple<const char*, Change, bool> cases[] = {
+        {"other e-mails", {Mails(6), Named(u"O", 6)}, true},
+        {"one e-mail each", {Mails(1), Named(u"O", 1)}, true},
+        {"more than are compared", {Mails(60), Named(u"O", 60)}, true},
+        {"kept without the extra", {.before = Mails(6), .after = Named(u"O", 6), .extra = false}, false},
+        {"the list comes long behind the caption", {Mails(6), Named(u"O", 6), u"Other", 2000}, true},
+        {"a folder of the same name", {Mails(6), Named(u"O", 6), u"Inbox", 2000}, true},
+        {"the list does not come in time", {Mails(6), Named(u"O", 6), u"Other", 4000}, false},
+        {"... and two rows change places", {Mails(6), Named(u"O", 6), u"Other", 4000, swap}, false},
         {"... and is sorted the other way round",
-         {Mails(60), Rows(u"O", 60), u"Other", 4000, reverse},
+         {Mails(60), Named(u"O", 60), u"Other", 4000, reverse},
          false},
-        {"... and is sorted by something else", {Mails(60), Rows(u"O", 60), u"Other", 4000, shuffle}, false},
-        {"... and one e-mail goes as another comes", {Mails(6), Rows(u"O", 6), u"Other", 4000, renew}, false},
+        {"... and is sorted by something else", {Mails(60), Named(u"O", 60), u"Other", 4000, shuffle}, false},
+        {"... and one e-mail goes as another comes",
+         {Mails(6), Named(u"O", 6), u"Other", 4000, renew},
+         false},
         {"the same e-mails in both", {Mails(6), Mails(6)}, false},
     };
     for (const auto& [why, change, want] : cases) {

@@ -181,13 +181,7 @@ TEST(HeaderDates, AListCellIsReadByTheLocaleAndThenAsAHeader)
 // Kept: the offset counts months, as users of the setting know it.
 TEST(HeaderDates, TheSettingsTakeAnHourOffInSummerAndAddMonths)
 {
-    const struct {
-        const char* why;
-        int applyDst;
-        float timeOffset;
-        bool summer;
-        const char16_t* want;
-    } cases[] = {
+    const std::tuple<const char*, int, float, bool, const char16_t*> cases[] = {
         {"in summer", 1, 0, true, u"02/04/2007 23:00"},
         {"in winter", 1, 0, false, u"03/04/2007 00:00"},
         {"only 1 switches it on", 2, 0, true, u"03/04/2007 00:00"},
@@ -196,9 +190,9 @@ TEST(HeaderDates, TheSettingsTakeAnHourOffInSummerAndAddMonths)
         {"the hour first", 1, 1, true, u"02/05/2007 23:00"},
     };
     FixedClock clock;
-    for (const auto& c : cases) {
-        clock.daylightSaving = c.summer;
-        const double date = AdjustListDate(DateFromYmd(2007, 4, 3), c.applyDst, c.timeOffset, clock);
-        EXPECT_EQ(FormatListDate(date, false), c.want) << c.why;
+    for (const auto& [why, applyDst, timeOffset, summer, want] : cases) {
+        clock.daylightSaving = summer;
+        const double date = AdjustListDate(DateFromYmd(2007, 4, 3), applyDst, timeOffset, clock);
+        EXPECT_EQ(FormatListDate(date, false), want) << why;
     }
 }

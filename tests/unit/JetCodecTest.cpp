@@ -45,12 +45,7 @@ TableDefinition ThreeTexts()
 
 TEST(JetCodec, TextsAreCompressedWhereTheyCanBe)
 {
-    const struct {
-        const char* why;
-        Text text;
-        Compression compression;
-        std::string want;
-    } cases[] = {
+    const std::tuple<const char*, Text, Compression, std::string> cases[] = {
         {"three characters are compressed", u"abc", Compression::compressed, "FFFE616263"},
         {"two are not", u"ab", Compression::compressed, "61006200"},
         {"the last narrow character", u"ab\xFF", Compression::compressed, "FFFE6162FF"},
@@ -61,7 +56,8 @@ TEST(JetCodec, TextsAreCompressedWhereTheyCanBe)
         {"a leading byte order mark would read as compression", u"\xFEFF\xFEFFxy", Compression::plain,
          "78007900"},
     };
-    for (const auto& c : cases) EXPECT_EQ(Hex(EncodeText(c.text, c.compression)), c.want) << c.why;
+    for (const auto& [why, text, compression, want] : cases)
+        EXPECT_EQ(Hex(EncodeText(text, compression)), want) << why;
 }
 
 TEST(JetCodec, CompressedRunsTakeTurns)
@@ -100,11 +96,7 @@ TEST(JetCodec, RowsAreReadBackAndDamagedOnesRefused)
 
 TEST(JetCodec, ValuesAreShownAsPeopleWriteThem)
 {
-    const struct {
-        ColumnType type;
-        std::string hex;
-        Text want;
-    } cases[] = {
+    const std::tuple<ColumnType, std::string, Text> cases[] = {
         {ColumnType::boolean, "01", u"True"},
         {ColumnType::int16, "FEFF", u"-2"},
         {ColumnType::int32, "00000080", u"-2147483648"},
@@ -118,10 +110,10 @@ TEST(JetCodec, ValuesAreShownAsPeopleWriteThem)
         {ColumnType::binary, "00FF7A", u"00FF7A"},
         {ColumnType::guid, "33221100554477668899AABBCCDDEEFF", u"{00112233-4455-6677-8899-AABBCCDDEEFF}"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [type, hex, want] : cases) {
         Column column;
-        column.type = c.type;
-        EXPECT_EQ(ToUtf8(DisplayText(column, ByteView(Unhex(c.hex), 1))), ToUtf8(c.want)) << c.hex;
+        column.type = type;
+        EXPECT_EQ(ToUtf8(DisplayText(column, ByteView(Unhex(hex), 1))), ToUtf8(want)) << hex;
     }
     Column decimal;
     decimal.type = ColumnType::decimal;
@@ -138,13 +130,12 @@ TEST(JetCodec, RowsComeAndGoInTheirPage)
     EXPECT_EQ(RowAt(ByteView(page, 3), 2).Bytes(), "third");
     EXPECT_NO_THROW(CheckDirectory(ByteView(page, 3)));
     const std::string bytes = page.substr(kSectorSize);
-    const struct {
-        std::size_t slot, freeAgain;
-    } deletions[] = {{1, 0}, {2, 12}, {0, 26}}; // rows in the way keep the bytes of those before them
-    for (const auto& deletion : deletions) {
-        DeleteRow(page, deletion.slot);
-        EXPECT_EQ(SlotAt(ByteView(page, 3), deletion.slot).flags, kDeleted);
-        EXPECT_EQ(FreeSpaceIn(ByteView(page, 3)), 4096u - 14 - 3 * 2 - 26 - 2 + deletion.freeAgain);
+    const std::tuple<std::size_t, std::size_t> deletions[] = {
+        {1, 0}, {2, 12}, {0, 26}}; // rows in the way keep the bytes of those before them
+    for (const auto& [slot, freeAgain] : deletions) {
+        DeleteRow(page, slot);
+        EXPECT_EQ(SlotAt(ByteView(page, 3), slot).flags, kDeleted);
+        EXPECT_EQ(FreeSpaceIn(ByteView(page, 3)), 4096u - 14 - 3 * 2 - 26 - 2 + freeAgain);
         EXPECT_NO_THROW(CheckDirectory(ByteView(page, 3)));
     }
     EXPECT_EQ(page.substr(kSectorSize), bytes) << "no other sector than the first changes";

@@ -12,8 +12,6 @@ using namespace jet;
 
 namespace {
 
-using Rows = std::vector<std::vector<Text>>;
-
 Rows Sorted(Rows rows)
 {
     std::sort(rows.begin(), rows.end());
@@ -318,11 +316,7 @@ TEST(JetCrash, AFailedWriteIsReportedAndLosesNoRow)
 
 TEST(JetCrash, ARowIsFlushedBeforeItIsReported)
 {
-    const struct {
-        const char* order;
-        std::function<void(Database&)> operation;
-        std::size_t flushes;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void(Database&)>, std::size_t> cases[] = {
         {"the row on an existing page, then its entry", Add(u"s"), 2},
         {"the same beside a long value", Add(Text(100, u'c')), 2},
         {"new pages, out of the free ones, then the row", Add(Text(20000, u'c')), 3},
@@ -330,9 +324,9 @@ TEST(JetCrash, ARowIsFlushedBeforeItIsReported)
         {"and no more without anything to be tidied", DeleteOf(u"0"), 2},
     };
     SavedSample sample(WithRows(3));
-    for (const auto& c : cases) {
+    for (const auto& [order, operation, flushes] : cases) {
         sample.files.flushes = 0;
-        c.operation(*sample.database);
-        EXPECT_EQ(sample.files.flushes, c.flushes) << c.order;
+        operation(*sample.database);
+        EXPECT_EQ(sample.files.flushes, flushes) << order;
     }
 }

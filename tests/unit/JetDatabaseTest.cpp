@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-using Rows = std::vector<std::vector<Text>>;
-
 TEST(JetDatabase, AddedRowsAreReadBack)
 {
     const Rows rows = {
@@ -81,10 +79,7 @@ TEST(JetDatabase, FindsByTextWithoutRegardToCase)
             found += ToUtf8(row[1]);
         return found;
     };
-    const struct {
-        const char16_t* where;
-        const char* subjects;
-    } cases[] = {
+    const std::tuple<const char16_t*, const char*> cases[] = {
         {u"ecrc='A1'", "acd"},
         {u"(ecrc='a1') AND (efolder='inbox')", "a"},
         {u"efolder='inBox'", "ab"},
@@ -95,7 +90,7 @@ TEST(JetDatabase, FindsByTextWithoutRegardToCase)
         {u"esubject='C' AND ecrc='A1' AND efolder='SENT'", "c"},
     };
     for (int pass = 0; pass < 2; ++pass) // reading the table for the index, then with it
-        for (const auto& c : cases) EXPECT_EQ(subjects(c.where), c.subjects) << ToUtf8(c.where);
+        for (const auto& [condition, want] : cases) EXPECT_EQ(subjects(condition), want) << ToUtf8(condition);
 
     sample.Add({{u"inbox", u"f", u"A1"}}); // the index follows what is added and deleted
     for (int crc = 0; crc < 100; ++crc) AddRow(*sample.database, {u"other", u"x", DecimalText(crc)});

@@ -62,7 +62,6 @@ TEST(JetRealFile, OverflowRowsAreReadAddedAndDeleted)
     if (real.empty()) GTEST_SKIP() << "QUILLBOX_SAMPLES is not set";
     SavedSample sample{MemoryImage(real)};
     std::unique_ptr<JetDatabase>& database = sample.database;
-    using Rows = std::vector<std::vector<Text>>;
     const Rows expected = {
         {u"row1col1", u"", u"", u"", u"", u"", u"", u"", u""},
         {u"row2col1", u"row2col3", u"", u"", u"", u"", u"", u"", u""},

@@ -60,10 +60,7 @@ TEST(JetSql, SaysWhatWasExpected)
     const char* const characters = "a number of characters, 1 to 255, was expected, found ";
     Text columns;
     for (int i = 0; i < 24; ++i) columns += u"c" + DecimalText(i) + u" MEMO, ";
-    const struct {
-        Text sql;
-        std::string words;
-    } cases[] = {
+    const std::pair<Text, std::string> cases[] = {
         {u"", "SELECT was expected, found its end"},
         {u"SELECT * FROM", "a name was expected, found its end"},
         {u"SELECT *, ecrc FROM saved", "FROM was expected, found \",\""},
@@ -87,15 +84,15 @@ TEST(JetSql, SaysWhatWasExpected)
         {create + u"(" + Text(65, u'a') + u" MEMO)",
          "a name of 1 to 64 characters was expected, found \"" + std::string(65, 'a') + "\""},
     };
-    for (const auto& c : cases) {
+    for (const auto& [sql, words] : cases) {
         try {
-            if (c.sql.starts_with(u"CREATE"))
-                (void)ParseCreateTable(c.sql);
+            if (sql.starts_with(u"CREATE"))
+                (void)ParseCreateTable(sql);
             else
-                (void)ParseSelect(c.sql);
-            ADD_FAILURE() << c.words;
+                (void)ParseSelect(sql);
+            ADD_FAILURE() << words;
         } catch (const DatabaseError& error) {
-            EXPECT_EQ(error.what(), "The SQL statement cannot be carried out: " + c.words);
+            EXPECT_EQ(error.what(), "The SQL statement cannot be carried out: " + words);
         }
     }
 }

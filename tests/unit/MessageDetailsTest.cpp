@@ -10,11 +10,7 @@ struct MessageDetailsTest : testing::Test, TreeBench {};
 
 TEST_F(MessageDetailsTest, DetailsSayWhatIsMissing)
 {
-    const struct {
-        const char* why;
-        std::function<void(FakeClient&)> spoil;
-        Text want;
-    } cases[] = {
+    const std::tuple<const char*, std::function<void(FakeClient&)>, Text> cases[] = {
         {"empty folder", [](FakeClient& f) { f.ShowFolder(1); }, u"ERROR: No items in message list."},
         {"no columns", [](FakeClient& f) { f.columnTitles.clear(); },
          u"ERROR: No columns in message list header."},
@@ -25,15 +21,15 @@ TEST_F(MessageDetailsTest, DetailsSayWhatIsMissing)
          u"Message details found"},
         {"an unread row", [](FakeClient& f) { f.failAt = kBeforeRow + 8; }, u"No message details found"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [why, spoil, want] : cases) {
         TreeBench bench;
         bench.fake.calls.clear();
-        c.spoil(bench.fake);
+        spoil(bench.fake);
         FindOeHandles(bench.client);
         const MessageDetails details = GetMessageDetails(bench.client);
-        EXPECT_EQ(bench.view.shown.back(), c.want) << c.why;
-        EXPECT_EQ(bench.client.detailsFound, c.want == u"Message details found") << c.why;
-        EXPECT_EQ(details.id, c.want.starts_with(u"ERROR") ? -1 : 0) << c.why;
+        EXPECT_EQ(bench.view.shown.back(), want) << why;
+        EXPECT_EQ(bench.client.detailsFound, want == u"Message details found") << why;
+        EXPECT_EQ(details.id, want.starts_with(u"ERROR") ? -1 : 0) << why;
     }
 }
 

@@ -22,9 +22,7 @@ std::string Drawn(const MessageFields& message)
 // RFC 5322, section 2.2, and what is met in breach of it.
 TEST(MessageFields, AreReadWithAnyLineEnds)
 {
-    const struct {
-        std::string_view message, want;
-    } cases[] = {
+    const std::pair<std::string_view, std::string_view> cases[] = {
         {"From: a\r\nSubject: one\r\n\ttwo\r\n  three \r\n\r\nbody: x", "from=a|subject=one two three|+41"},
         {"A: 1\nB:2\n\nC: 3", "a=1|b=2|+10"},
         {"A: 1\rB:2\r\rC: 3", "a=1|b=2|+10"},
@@ -40,9 +38,7 @@ TEST(MessageFields, AreReadWithAnyLineEnds)
 
 TEST(MessageFields, AParameterStandsBehindASemicolon)
 {
-    const struct {
-        std::string_view value, want;
-    } cases[] = {
+    const std::pair<std::string_view, std::string_view> cases[] = {
         {"multipart/mixed; boundary=\"a;b\\\"c\"; x=y", "a;b\"c"},
         {"multipart/mixed; charset=x; BOUNDARY = plain; y", "plain"},
         {"multipart/mixed; x=\"; boundary=no\"; boundary=yes", "yes"},
@@ -109,9 +105,8 @@ TEST(ReadableText, EncodedWordsAreDecoded)
 // RFC 5322, section 3.4, and what is met in breach of it.
 TEST(AddressList, EachAddressStandsAlone)
 {
-    const struct {
-        std::string_view value, want; // name<address>|
-    } cases[] = {
+    // want: name<address>|
+    const std::pair<std::string_view, std::string_view> cases[] = {
         {"\"Lee, Ann\" <ann@x.example>,\tbob@x.example", "Lee, Ann<ann@x.example>|<bob@x.example>|"},
         {"carol@x.example (Carol (home))", "Carol (home)<carol@x.example>|"},
         {"Friends: a@x, \"B; C\" <b@x>;, d@x", "<a@x>|B; C<b@x>|<d@x>|"},
@@ -133,9 +128,8 @@ TEST(AddressList, EachAddressStandsAlone)
 // RFC 5322, sections 3.3 and 4.3, and forms that mail of the nineties has.
 TEST(MessageDates, AreMomentsInUniversalTime)
 {
-    const struct {
-        std::string_view value, want; // "-": no date
-    } cases[] = {
+    // want: "-": no date
+    const std::pair<std::string_view, std::string_view> cases[] = {
         {"Sun, 14 Nov 2004 09:30:59 +0100", "2004-11-14 08:30:59 0"},
         {"14 Nov 04 09:30 -0330 (EST)", "2004-11-14 13:00:00 0"},
         {"Sun, 14-Nov-2004 23:30:00 EST", "2004-11-15 04:30:00 1"},

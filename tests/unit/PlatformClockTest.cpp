@@ -25,22 +25,19 @@ TEST(PlatformClock, TheZoneAndItsSummerTimeCount)
 {
     const char* const before = std::getenv("TZ");
     const std::string restored = before ? before : "";
-    const struct {
-        const char* zone;
-        double hours; // east of Universal Time
-        bool summer;
-    } cases[] = {
+    // hours: east of Universal Time
+    const std::tuple<const char*, double, bool> cases[] = {
         {"AAA-5:30", 5.5, false},
         {"EST5", -5, false},
         {"EST5EDT,0/0,J365/25", -4, true}, // summer time all year
     };
     SystemClock clock;
-    for (const auto& c : cases) {
-        ::setenv("TZ", c.zone, 1);
+    for (const auto& [zone, hours, summer] : cases) {
+        ::setenv("TZ", zone, 1);
         ::tzset();
-        EXPECT_NEAR((clock.LocalNow() - UniversalNow()) * 24, c.hours, 3.0 / 3600) << c.zone;
-        EXPECT_EQ(clock.IsDaylightSavingNow(), c.summer) << c.zone;
-        EXPECT_EQ(clock.MinutesEast(clock.UniversalNow()), c.hours * 60) << c.zone;
+        EXPECT_NEAR((clock.LocalNow() - UniversalNow()) * 24, hours, 3.0 / 3600) << zone;
+        EXPECT_EQ(clock.IsDaylightSavingNow(), summer) << zone;
+        EXPECT_EQ(clock.MinutesEast(clock.UniversalNow()), hours * 60) << zone;
     }
     ::setenv("TZ", "EST5EDT,M3.2.0,M11.1.0", 1); // on the second Sunday of March and the first of November
     ::tzset();

@@ -90,17 +90,14 @@ TEST_F(PlatformFiles, FilesAndDirectoriesAreToldApart)
     EXPECT_TRUE(files.MakeDirectory(scratch / u"dir")) << "it exists afterwards";
     EXPECT_FALSE(files.MakeDirectory(scratch / u"file"));
     EXPECT_FALSE(files.MakeDirectory(scratch / u"missing/below")) << "one level only";
-    const struct {
-        Text path;
-        bool isFile, isDirectory;
-    } cases[] = {{scratch / u"dir", false, true},
-                 {scratch / u"dir/", false, true},
-                 {scratch / u"file", true, false},
-                 {scratch / u"missing", false, false},
-                 {u"", false, false}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(files.FileExists(c.path), c.isFile) << ToUtf8(c.path);
-        EXPECT_EQ(files.DirectoryExists(c.path), c.isDirectory) << ToUtf8(c.path);
+    const std::tuple<Text, bool, bool> cases[] = {{scratch / u"dir", false, true},
+                                                  {scratch / u"dir/", false, true},
+                                                  {scratch / u"file", true, false},
+                                                  {scratch / u"missing", false, false},
+                                                  {u"", false, false}};
+    for (const auto& [path, isFile, isDirectory] : cases) {
+        EXPECT_EQ(files.FileExists(path), isFile) << ToUtf8(path);
+        EXPECT_EQ(files.DirectoryExists(path), isDirectory) << ToUtf8(path);
     }
 }
 

@@ -10,9 +10,7 @@ TEST(PollInterval, LooksAsOftenAsChosenForAsLong)
 {
     // By the rule of the wait: a look, then as many as fit into its time, the last one at its end. With the
     // extra the first pauses are 1, 2, 4, 8 ... milliseconds.
-    const struct {
-        int tries, interval, chosen, looks;
-    } cases[] = {
+    const std::tuple<int, int, int, int> cases[] = {
         {20, 100, 100, 21}, {20, 100, 10, 204}, {5, 200, 100, 6},
         {5, 200, 10, 104},  {3, 100, 40, 14}, // 1 to 63 and 100, then 40, 80 and 100 of each
         {20, 10, 100, 21},  {20, 10, 10, 21},

@@ -58,28 +58,25 @@ TEST_F(ProgramArchiveTest, TheIndexPageTakesNobodyElsesPlace)
     Start();
     Press(&Program::cmdIndexPage);
     const std::string earlier = files.files[FakeFiles::Key(kPage)];
-    const struct {
-        const char* why;
-        std::string there; // as index.html
-        std::size_t room;
-        const char16_t* error; // empty: the page is made
-    } cases[] = {
+    // there: as index.html
+    // error: empty: the page is made
+    const std::tuple<const char*, std::string, std::size_t, const char16_t*> cases[] = {
         {"a page of its own", earlier, 1 << 20, u""},
         {"somebody's page", "mine", 1 << 20, u"A file of this name exists already"},
         {"a page that a program has open", earlier, 1 << 20, u"The file is in use by another program"},
         {"a full disk", earlier, 100, u"The disk is full"}};
-    for (const auto& c : cases) {
-        files.AddFile(kPage, c.there);
+    for (const auto& [why, there, room, refusal] : cases) {
+        files.AddFile(kPage, there);
         files.AddFile(kPage + u".new", "mine, too");
-        files.room = c.room;
+        files.room = room;
         files.inUse.clear();
-        if (Text(c.error).starts_with(u"The file is in use")) files.inUse = {FakeFiles::Key(kPage)};
+        if (Text(refusal).starts_with(u"The file is in use")) files.inUse = {FakeFiles::Key(kPage)};
         const std::size_t count = files.files.size();
-        const Text words = Press(&Program::cmdIndexPage), error = c.error;
-        EXPECT_TRUE(words.ends_with(error.empty() ? u"is made: " + kPage : u" - " + error)) << c.why;
-        EXPECT_EQ(files.files[FakeFiles::Key(kPage)], c.there) << c.why; // the store is the same
-        EXPECT_EQ(files.files[FakeFiles::Key(kPage + u".new")], "mine, too") << c.why;
-        EXPECT_EQ(files.files.size(), count) << "nothing is left behind " << c.why;
+        const Text words = Press(&Program::cmdIndexPage), error = refusal;
+        EXPECT_TRUE(words.ends_with(error.empty() ? u"is made: " + kPage : u" - " + error)) << why;
+        EXPECT_EQ(files.files[FakeFiles::Key(kPage)], there) << why; // the store is the same
+        EXPECT_EQ(files.files[FakeFiles::Key(kPage + u".new")], "mine, too") << why;
+        EXPECT_EQ(files.files.size(), count) << "nothing is left behind " << why;
     }
 }
 

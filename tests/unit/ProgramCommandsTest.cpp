@@ -5,7 +5,6 @@
 
 namespace {
 
-using Texts = std::vector<Text>;
 const Text kExported = u"All emails for the selected folder have been exported.";
 const Text kAllExported = u"All folders have been exported.";
 

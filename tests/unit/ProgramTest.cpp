@@ -7,8 +7,6 @@
 
 namespace {
 
-using Texts = std::vector<Text>;
-
 struct ProgramTest : testing::Test, ProgramBench {};
 
 TEST_F(ProgramTest, StartsInItsOrder)
@@ -133,6 +131,19 @@ TEST_F(ProgramTest, ClosingInMidRunFinishesTheEmailAndThenEnds)
         EXPECT_EQ(bench.window.steps,
                   (Texts{u"begin", u"busy", u"close box", u"no stop buttons", u"end", u"destroy"}));
     }
+}
+
+TEST_F(ProgramTest, ClosingInMidRunWaitsForNoSettling)
+{
+    profile.values[u"Options/OE Folder Settle Time"] = u"30";
+    Start();
+    const int began = fake.sleptMilliseconds;
+    window.onEvents = [&] {
+        if (fake.sleptMilliseconds - began > 1'000) program.AskToClose();
+    };
+    Press(&Program::cmdCheckAllFolders);
+    EXPECT_LT(fake.sleptMilliseconds - began, 2'000);
+    EXPECT_EQ(window.steps.back(), u"destroy");
 }
 
 TEST_F(ProgramTest, ClosingAtTheFirstBoxSynchronisesNoMore)

@@ -34,11 +34,7 @@ protected:
 
 TEST_F(ResultsTableTest, EachColumnHasItsOrder)
 {
-    const struct {
-        const char* why;
-        ResultsColumn column;
-        Texts sorted;
-    } cases[] = {
+    const std::tuple<const char*, ResultsColumn, Texts> cases[] = {
         {"numbers, not texts", ResultsColumn::id, {u"0", u"2", u"10", u"99999"}},
         {"days, not texts, and first what is none",
          ResultsColumn::date,
@@ -52,17 +48,17 @@ TEST_F(ResultsTableTest, EachColumnHasItsOrder)
         {"folders", ResultsColumn::folder, {u"Drafts", u"inbox", u"Inbox\\B"}},
         {"CRCs are texts", ResultsColumn::crc, {u"9", u"A0000000", u"FF"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
+    for (const auto& [why, column, sorted] : cases) {
+        SCOPED_TRACE(why);
         table.emplace(locale);
-        Texts given(c.sorted.rbegin(), c.sorted.rend());
+        Texts given(sorted.rbegin(), sorted.rend());
         std::rotate(given.begin(), given.begin() + 1, given.end()); // in neither order
-        Add(c.column, given);
-        EXPECT_EQ(Shown(c.column), given) << "as they came";
-        table->SortBy(c.column);
-        EXPECT_EQ(Shown(c.column), c.sorted);
-        table->SortBy(c.column);
-        EXPECT_EQ(Shown(c.column), Texts(c.sorted.rbegin(), c.sorted.rend())) << "the second click";
+        Add(column, given);
+        EXPECT_EQ(Shown(column), given) << "as they came";
+        table->SortBy(column);
+        EXPECT_EQ(Shown(column), sorted);
+        table->SortBy(column);
+        EXPECT_EQ(Shown(column), Texts(sorted.rbegin(), sorted.rend())) << "the second click";
     }
 }
 

@@ -36,13 +36,7 @@ struct SaveBench : SaveDialogTest {
 
 TEST_F(SaveDialogTest, FileNamesAreMadeOfIdAndAllowedCharacters)
 {
-    const struct {
-        const char* why;
-        int id;
-        Text subject;
-        bool idOnly;
-        Text want;
-    } cases[] = {
+    const std::tuple<const char*, int, Text, bool, Text> cases[] = {
         {"blanks and colons vanish", 5, u"Re: Test #1", false, u"0005_ReTest#1.eml"},
         {"the ID alone", 5, u"Re: Test #1", true, u"0005.eml"},
         {"nothing allowed is left", 7, u"?*|", false, u"0007_.eml"},
@@ -50,11 +44,11 @@ TEST_F(SaveDialogTest, FileNamesAreMadeOfIdAndAllowedCharacters)
         {"every sign that is allowed", 0, u"aZ09-_\u00A3%$&!#~@'", false, u"0000_aZ09-_\u00A3%$&!#~@'.eml"},
         {"look-alikes of other scripts go", 1, u"\uFF21\u0410\u00C4b\\/.", false, u"0001_b.eml"},
     };
-    for (const auto& c : cases) {
-        request.id = c.id;
-        request.subject = c.subject;
-        request.idOnly = c.idOnly;
-        EXPECT_EQ(MakeFileName(request, codePage), c.want) << c.why;
+    for (const auto& [why, id, subject, idOnly, want] : cases) {
+        request.id = id;
+        request.subject = subject;
+        request.idOnly = idOnly;
+        EXPECT_EQ(MakeFileName(request, codePage), want) << why;
     }
 }
 

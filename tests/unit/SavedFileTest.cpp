@@ -78,10 +78,9 @@ TEST(VerifySaved, OnlyWhatBothSidesShowForCertainContradicts)
 
 TEST(VerifySaved, AFileIsWaitedForUntilItIsWhole)
 {
-    const struct {
-        int wholeAfter; // milliseconds
-        int recorded;   // of two e-mails
-    } cases[] = {{0, 2}, {5000, 2}, {100'000, 0}};
+    // wholeAfter: milliseconds
+    // recorded: of two e-mails
+    const std::pair<int, int> cases[] = {{0, 2}, {5000, 2}, {100'000, 0}};
     for (const auto& [wholeAfter, recorded] : cases) {
         SCOPED_TRACE(wholeAfter);
         RunBench bench(2);

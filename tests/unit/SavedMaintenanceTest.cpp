@@ -6,8 +6,6 @@
 
 namespace {
 
-using Rows = std::vector<std::vector<Text>>;
-
 struct SavedMaintenanceTest : testing::Test {
     SavedMaintenanceTest() { Start({}); }
     void Start(const Rows& rows)
@@ -76,11 +74,8 @@ TEST_F(SavedMaintenanceTest, TheWindowLivesAfterEvery251Rows)
 
 TEST_F(SavedMaintenanceTest, CondensingKeepsOneOfEachCrcAndFolder)
 {
-    const struct {
-        const char* why;
-        Rows before;
-        std::vector<std::size_t> kept; // of these, in the order of CRC and folder
-    } cases[] = {
+    // kept: of these, in the order of CRC and folder
+    const std::tuple<const char*, Rows, std::vector<std::size_t>> cases[] = {
         {"other folders are kept, order does not matter",
          {{u"g", u"", u"A"}, {u"f", u"2", u"A"}, {u"f", u"", u"B"}, {u"f", u"4", u"A"}},
          {1, 0, 2}},
@@ -88,13 +83,13 @@ TEST_F(SavedMaintenanceTest, CondensingKeepsOneOfEachCrcAndFolder)
         {"a first row without CRC and folder goes", {{u"", u"", u""}, {u"f", u"", u"A"}}, {1}},
         {"a first row without CRC alone stays", {{u"f", u"", u""}, {u"f", u"", u"A"}}, {0, 1}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.why);
-        Start(c.before);
-        EXPECT_EQ(Condense(), static_cast<std::int32_t>(c.before.size() - c.kept.size()));
+    for (const auto& [why, before, kept] : cases) {
+        SCOPED_TRACE(why);
+        Start(before);
+        EXPECT_EQ(Condense(), static_cast<std::int32_t>(before.size() - kept.size()));
         EXPECT_EQ(Condense(), 0);
         Rows after;
-        for (const std::size_t row : c.kept) after.push_back(c.before[row]);
+        for (const std::size_t row : kept) after.push_back(before[row]);
         Open();
         EXPECT_EQ(RowsOf(*saved.database, u"SELECT * FROM saved ORDER BY ecrc, efolder"), after);
     }

@@ -5,23 +5,10 @@
 
 namespace {
 
-int Selected(const RunBench& bench)
-{
-    return *bench.fake.selected.begin();
-}
-
-void Reverse(RunBench& bench)
-{
-    std::reverse(bench.Mail().begin(), bench.Mail().end());
-    bench.fake.selected = {static_cast<int>(bench.Mail().size()) - 1 - Selected(bench)};
-}
-
 TEST(SelectRows, EveryEmailIsReadOnce)
 {
-    const struct {
-        const char* why;
-        std::function<void(RunBench&)> what; // behind the file of the third
-    } cases[] = {
+    // what: behind the file of the third
+    const std::pair<const char*, std::function<void(RunBench&)>> cases[] = {
         {"nothing", [](RunBench&) {}},
         {"the Down key does nothing", [](RunBench& bench) { bench.fake.ignoreDownKey = true; }},
         {"a click above", [](RunBench& bench) { bench.fake.selected = {0}; }},
@@ -31,22 +18,20 @@ TEST(SelectRows, EveryEmailIsReadOnce)
              bench.fake.selected = {2, 5};
          }},
         {"nothing is selected", [](RunBench& bench) { bench.fake.selected = {}; }},
-        {"the list is turned round", Reverse},
+        {"the list is turned round", [](RunBench& bench) { bench.fake.Reverse(); }},
         {"... and back",
          [](RunBench& bench) {
-             Reverse(bench);
-             bench.AfterSave(6, [&] { Reverse(bench); });
+             bench.fake.Reverse();
+             bench.AfterSave(6, [&] { bench.fake.Reverse(); });
          }},
         {"the list is turned round, and the first is selected",
          [](RunBench& bench) {
-             Reverse(bench);
+             bench.fake.Reverse();
              bench.fake.selected = {0};
          }},
         {"mail comes on top",
          [](RunBench& bench) {
-             bench.fake.selected = {Selected(bench) + 2};
-             for (const char16_t* subject : {u"NewA", u"NewB"})
-                 bench.Mail().insert(bench.Mail().begin(), MailRow(subject));
+             for (const char16_t* subject : {u"NewA", u"NewB"}) bench.fake.Arrive(MailRow(subject));
          }},
         {"two are grouped below another",
          [](RunBench& bench) { bench.Mail().erase(bench.Mail().begin() + 4, bench.Mail().begin() + 6); }},

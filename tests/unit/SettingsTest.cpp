@@ -70,10 +70,7 @@ TEST_F(SettingsTest, EachKeyIsItsMemberAndIsWrittenInItsPlace)
 
 TEST_F(SettingsTest, WhatIsReadIsWrittenInOneForm)
 {
-    const struct {
-        const char* why;
-        Text key, stored, written;
-    } cases[] = {
+    const std::tuple<const char*, Text, Text, Text> cases[] = {
         {"two characters written by hand", u"Tree Separator", u"::", u"[::]"},
         {"a pair of empty brackets is a separator", u"Tree Separator", u"[]", u"[[]]"},
         {"three characters always lose two", u"Tree Separator", u"a-b", u"[-]"},
@@ -84,10 +81,10 @@ TEST_F(SettingsTest, WhatIsReadIsWrittenInOneForm)
         {"that 16 bits can hold", u"Sendkeys", u"40000", u"0"},
         {"half of one is rounded to even", u"Sendkeys", u"0.5", u"0"},
     };
-    for (const auto& c : cases) {
-        profile.values[u"Options/" + c.key] = c.stored;
+    for (const auto& [why, key, stored, written] : cases) {
+        profile.values[u"Options/" + key] = stored;
         SaveSettings(Loaded(), profile, kFile);
-        EXPECT_EQ(profile.values[u"Options/" + c.key], c.written) << c.why;
+        EXPECT_EQ(profile.values[u"Options/" + key], written) << why;
     }
 }
 
@@ -96,10 +93,7 @@ TEST_F(SettingsTest, EachExtraTakesItsNumbersAndNothingElse)
     for (const ExtraRow& row : ExtraRows()) {
         SCOPED_TRACE(testing::PrintToString(row.key));
         const Text key = u"Extras/" + Text(row.key);
-        const struct {
-            Text stored;
-            bool isTaken;
-        } cases[] = {
+        const std::pair<Text, bool> cases[] = {
             {DecimalText(row.least), true},
             {u" " + DecimalText(row.most) + u" ", true},
             {u"", true},

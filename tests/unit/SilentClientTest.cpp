@@ -156,18 +156,17 @@ TEST(ClientBoxes, AreAnsweredAndTold)
 
 TEST(ClientBoxes, GoWithTheirDialogThoughTheyAreSlowOrMissClicks)
 {
-    const struct {
-        int boxesStay, lostClicks;
-        bool stays; // until the next e-mail
-    } cases[] = {{1'500, 0, false}, {0, 1, false}, {0, 2, false}, {0, 3, true}};
-    for (const auto& c : cases) {
-        const std::string why = std::to_string(c.boxesStay) + " ms, " + std::to_string(c.lostClicks);
+    // stays: until the next e-mail
+    const std::tuple<int, int, bool> cases[] = {
+        {1'500, 0, false}, {0, 1, false}, {0, 2, false}, {0, 3, true}};
+    for (const auto& [boxesStay, lostClicks, stays] : cases) {
+        const std::string why = std::to_string(boxesStay) + " ms, " + std::to_string(lostClicks);
         RunBench bench(1);
         bench.fake.boxes = {{u"Disk full", {u"OK"}}};
-        bench.fake.boxesStay = c.boxesStay;
-        bench.fake.lostClicks = c.lostClicks;
+        bench.fake.boxesStay = boxesStay;
+        bench.fake.lostClicks = lostClicks;
         bench.Export();
-        EXPECT_EQ(FindSaveDialog(bench.client) != 0, c.stays) << why;
+        EXPECT_EQ(FindSaveDialog(bench.client) != 0, stays) << why;
         bench.fake.boxes.clear();
         bench.ExpectRestIsSaved(why);
     }

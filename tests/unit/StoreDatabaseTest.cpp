@@ -39,8 +39,6 @@ struct StoreDatabaseTest : testing::Test, Disk, ProgramBench {
     std::set<Text> refused;
 };
 
-using Texts = std::vector<Text>;
-
 TEST_F(StoreDatabaseTest, EachStoreThatIsUsedHasItsOwn)
 {
     StartWith(true);

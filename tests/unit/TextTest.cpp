@@ -18,13 +18,7 @@ TEST(Text, CollapseSpacesKeepsItsLoss)
 
 TEST(Text, FieldsAreCountedFromOneAndMayBeEmpty)
 {
-    const struct {
-        const char* why;
-        Text text, delimiter;
-        std::size_t index;
-        Text want;
-        std::size_t count;
-    } cases[] = {
+    const std::tuple<const char*, Text, Text, std::size_t, Text, std::size_t> cases[] = {
         {"the whole text is field 1", u"abc", u",", 1, u"abc", 0},
         {"there is no field 2", u"abc", u",", 2, u"", 0},
         {"empty fields count", u"a,,c", u",", 3, u"c", 2},
@@ -32,9 +26,9 @@ TEST(Text, FieldsAreCountedFromOneAndMayBeEmpty)
         {"occurrences do not overlap", u"aaa", u"aa", 2, u"a", 1},
         {"case counts", u"axbXc", u"X", 2, u"c", 1},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(FieldOf(c.text, c.delimiter, c.index), c.want) << c.why;
-        EXPECT_EQ(CountOf(c.text, c.delimiter), c.count) << c.why;
+    for (const auto& [why, text, delimiter, index, want, count] : cases) {
+        EXPECT_EQ(FieldOf(text, delimiter, index), want) << why;
+        EXPECT_EQ(CountOf(text, delimiter), count) << why;
     }
 }
 

@@ -77,11 +77,7 @@ TEST_F(ThoroughSearchTest, AFileIsKnownHoweverItIsWritten)
     std::erase(unixLines, '\r');
     EXPECT_TRUE(IsFound({}, unixLines)) << "lines of other systems";
     const Text longSubject(140, u'x');
-    const struct {
-        const char* why;
-        Cells row;
-        Fields file;
-    } cases[] = {
+    const std::tuple<const char*, Cells, Fields> cases[] = {
         {"as it is", {}, {}},
         {"a tab that a client drops", {.subject = u"Minutesof us"}, {.subject = "Minutes\r\n\tof us"}},
         {"and that another does not", {.subject = u"Minutes of us"}, {.subject = "Minutes\n\tof us"}},
@@ -115,7 +111,7 @@ TEST_F(ThoroughSearchTest, AFileIsKnownHoweverItIsWritten)
          {.date = "Fri, 31 Dec 9999 23:59:59 -1400"}},
         {"no date in the file", {}, {.date = "", .received = ""}},
     };
-    for (const auto& c : cases) EXPECT_TRUE(IsFound(c.row, c.file)) << c.why;
+    for (const auto& [why, row, file] : cases) EXPECT_TRUE(IsFound(row, file)) << why;
     for (auto& column : client.columns)
         if (column.title == u"To") column.title = u"Size";
     EXPECT_TRUE(IsFound({.to = u""}, Fields{})) << "a column less";
