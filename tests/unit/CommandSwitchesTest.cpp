@@ -108,6 +108,8 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
         {"the window is closed", exportAll, after(2, [](auto& b) { b.program.AskToClose(); }), unsaved, 2,
          u""},
         {"the client ends", exportAll, after(2, [](auto& b) { b.fake.End(); }), unsaved, 2, u""},
+        {"mail comes behind the last one", inbox,
+         after(3, [](auto& b) { b.fake.Arrive(MailRow(u"New"), 9); }), unsaved, 3, u""},
         {"one fails, and goes", inbox,
          [&](auto& b) {
              b.fake.dialogDelays = {2'100};

@@ -38,10 +38,7 @@ protected:
 // Each at the second question for the number of selected rows, or at a key.
 TEST_F(ClientTest, ListChangesBetweenTwoQuestions)
 {
-    const struct {
-        const wchar_t* switches;
-        int downKeys, rowsBefore, selectedBefore, rows, selected;
-    } cases[] = {
+    const std::tuple<const wchar_t*, int, int, int, int, int> cases[] = {
         {L"--hold-back=1 --at=LVM_GETSELECTEDCOUNT:2:arrive", 0, 2, 0, 3, 1},
         {L"--hold-back=9 --at=LVM_GETSELECTEDCOUNT:2:arrive:2", 0, 0, -1, 2, -1},
         {L"--at=LVM_GETSELECTEDCOUNT:2:delete", 1, 3, 1, 2, 0},
@@ -52,14 +49,14 @@ TEST_F(ClientTest, ListChangesBetweenTwoQuestions)
         {L"--at=down:0:lose", 2, 3, 0, 3, 0}, // each time
         {L"--at=down:1:double", 1, 3, 2, 3, 2},
     };
-    for (const auto& c : cases) {
-        ASSERT_NO_FATAL_FAILURE(StartClient(c.switches));
-        for (int i = 0; i < c.downKeys; ++i) OfList(WM_KEYDOWN, VK_DOWN);
+    for (const auto& [switches, downKeys, rowsBefore, selectedBefore, rowsAfter, selectedAfter] : cases) {
+        ASSERT_NO_FATAL_FAILURE(StartClient(switches));
+        for (int i = 0; i < downKeys; ++i) OfList(WM_KEYDOWN, VK_DOWN);
         for (const bool first : {true, false}) {
-            const int selected = first ? c.selectedBefore : c.selected;
-            EXPECT_EQ(OfList(LVM_GETSELECTEDCOUNT), selected < 0 ? 0 : 1) << c.switches;
-            EXPECT_EQ(OfList(LVM_GETITEMCOUNT), first ? c.rowsBefore : c.rows) << c.switches;
-            EXPECT_EQ(OfList(LVM_GETNEXTITEM, WPARAM(-1), LVNI_SELECTED), selected) << c.switches;
+            const int selected = first ? selectedBefore : selectedAfter;
+            EXPECT_EQ(OfList(LVM_GETSELECTEDCOUNT), selected < 0 ? 0 : 1) << switches;
+            EXPECT_EQ(OfList(LVM_GETITEMCOUNT), first ? rowsBefore : rowsAfter) << switches;
+            EXPECT_EQ(OfList(LVM_GETNEXTITEM, WPARAM(-1), LVNI_SELECTED), selected) << switches;
         }
     }
 }

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-#include <map>
 
 namespace {
 
@@ -85,15 +84,14 @@ public:
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override
     {
-        const std::vector<std::string>& own = kMembers.at(kind_);
-        const auto at = std::find(own.begin(), own.end(), ToUtf8(FromWide(names[0])));
-        ids[0] = at == own.end() ? DISPID_UNKNOWN : static_cast<DISPID>(at - own.begin());
-        return at == own.end() ? DISP_E_UNKNOWNNAME : S_OK;
+        const auto at = std::find(kMembers.begin(), kMembers.end(), ToUtf8(FromWide(names[0])));
+        ids[0] = at == kMembers.end() ? DISPID_UNKNOWN : static_cast<DISPID>(at - kMembers.begin());
+        return at == kMembers.end() ? DISP_E_UNKNOWNNAME : S_OK;
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
                                      VARIANT* answer, EXCEPINFO* exception, UINT*) override
     {
-        const std::string& member = kMembers.at(kind_).at(static_cast<std::size_t>(id));
+        const std::string& member = kMembers.at(static_cast<std::size_t>(id));
         const bool puts = (flags & DISPATCH_PROPERTYPUT) != 0;
         if (puts && (arguments->cNamedArgs != 1 || arguments->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
             return DISP_E_PARAMNOTOPTIONAL;
@@ -105,7 +103,7 @@ public:
     }
 
 private:
-    static const std::map<std::string, std::vector<std::string>> kMembers; // by kind
+    static const std::vector<std::string> kMembers; // of all kinds
 
     static std::string NoteOf(const DISPPARAMS& arguments, WORD flags)
     {
@@ -187,16 +185,19 @@ private:
     std::size_t column_;
 };
 
-const std::map<std::string, std::vector<std::string>> FakeObject::kMembers = {
-    {"engine", {"SetOption", "CreateWorkspace", "OpenDatabase", "CreateDatabase"}},
-    {"workspace", {"BeginTrans", "CommitTrans", "Rollback", "Close"}},
-    {"database", {"Updatable", "OpenRecordset", "Execute", "Close"}},
-    {"recordset",
-     {"Updatable", "MoveFirst", "MoveLast", "RecordCount", "BOF", "EOF", "MoveNext", "Fields", "AddNew",
-      "Update", "Delete", "Close"}},
-    {"fields", {"Item"}},
-    {"field", {"Type", "Size", "Value"}},
-};
+const std::vector<std::string> FakeObject::kMembers = {"SetOption",    "CreateWorkspace",
+                                                       "OpenDatabase", "CreateDatabase",
+                                                       "BeginTrans",   "CommitTrans",
+                                                       "Rollback",     "Close",
+                                                       "Updatable",    "OpenRecordset",
+                                                       "Execute",      "MoveFirst",
+                                                       "MoveLast",     "RecordCount",
+                                                       "BOF",          "EOF",
+                                                       "MoveNext",     "Fields",
+                                                       "AddNew",       "Update",
+                                                       "Delete",       "Item",
+                                                       "Type",         "Size",
+                                                       "Value"};
 
 class EngineFactory final : public Counted<IClassFactory> {
 public:

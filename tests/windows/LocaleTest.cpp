@@ -26,23 +26,20 @@ bool UserHas(LCTYPE type, const wchar_t* wanted)
 
 TEST(WinLocale, DatesAreThoseOfTheUser)
 {
-    const struct {
-        const wchar_t *shortDate, *time;
-        const char16_t *morning, *midnight;
-        double readBack; // of 03/04/2007
-    } cases[] = {
+    // readBack: of 03/04/2007
+    const std::tuple<const wchar_t*, const wchar_t*, const char16_t*, const char16_t*, double> cases[] = {
         {L"dd/MM/yyyy", L"HH:mm:ss", u"03/04/2007 10:15:00", u"03/04/2007", 39175},
         {L"M/d/yyyy", L"h:mm:ss tt", u"4/3/2007 10:15:00 AM", u"4/3/2007", 39145},
     };
     WinLocale locale;
     bool known = false;
-    for (const auto& c : cases) {
-        if (!UserHas(LOCALE_SSHORTDATE, c.shortDate) || !UserHas(LOCALE_STIMEFORMAT, c.time)) continue;
+    for (const auto& [shortDate, time, morning, midnight, readBack] : cases) {
+        if (!UserHas(LOCALE_SSHORTDATE, shortDate) || !UserHas(LOCALE_STIMEFORMAT, time)) continue;
         known = true;
-        EXPECT_EQ(locale.DateText(kMorning), c.morning);
-        EXPECT_EQ(locale.DateText(39175), c.midnight) << "no time at midnight";
-        EXPECT_NEAR(locale.ParseDateText(u"03/04/2007 10:15").value_or(0), c.readBack + 10.25 / 24, 1e-9);
-        EXPECT_NEAR(locale.ParseDateText(c.morning).value_or(0), kMorning, 1e-9);
+        EXPECT_EQ(locale.DateText(kMorning), morning);
+        EXPECT_EQ(locale.DateText(39175), midnight) << "no time at midnight";
+        EXPECT_NEAR(locale.ParseDateText(u"03/04/2007 10:15").value_or(0), readBack + 10.25 / 24, 1e-9);
+        EXPECT_NEAR(locale.ParseDateText(morning).value_or(0), kMorning, 1e-9);
     }
     if (!known) GTEST_SKIP() << "dates of another kind";
 }

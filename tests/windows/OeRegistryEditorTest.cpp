@@ -90,7 +90,7 @@ TEST_F(OeRegistryEditor, ItsTreeIsReadItemByItem)
     EXPECT_EQ(ReadTreeItem(client, tree, 0).text, u"") << "no item";
 }
 
-TEST_F(OeRegistryEditor, ItsListIsReadByColumnAndRow)
+TEST_F(OeRegistryEditor, ItsListIsReadByColumnAndRowAndItsRowsAreSelected)
 {
     ASSERT_TRUE(ShowTestKey());
     EXPECT_EQ(ListColumnCount(client), 3);
@@ -116,11 +116,7 @@ TEST_F(OeRegistryEditor, ItsListIsReadByColumnAndRow)
     for (auto& [name, value] : want) value = value.substr(0, 128);
     EXPECT_EQ(seen, want);
     EXPECT_TRUE(ReadItemTexts(client, rows).empty()) << "behind the last row";
-}
 
-TEST_F(OeRegistryEditor, ItsRowsAreSelected)
-{
-    ASSERT_TRUE(ShowTestKey());
     SetListItemState(client, -1, 0);
     EXPECT_EQ(SelectedCount(client), 0);
     EXPECT_EQ(SelectedIndex(client), -1);

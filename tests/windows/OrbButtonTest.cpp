@@ -42,10 +42,7 @@ TEST_F(OrbButtonTest, EveryStateLooksDifferent)
     const auto send = [window](UINT message, WPARAM wParam, LPARAM lParam) {
         return [=] { SendMessageW(window, message, wParam, lParam); };
     };
-    const struct {
-        std::string state;
-        std::function<void()> enter, leave;
-    } states[] = {
+    const std::tuple<std::string, std::function<void()>, std::function<void()>> states[] = {
         {"normal", [] {}, [] {}},
         {"hot", send(WM_MOUSEMOVE, 0, MAKELPARAM(5, 5)), send(WM_MOUSELEAVE, 0, 0)},
         {"pressed", send(BM_SETSTATE, TRUE, 0), send(BM_SETSTATE, FALSE, 0)},
@@ -56,17 +53,16 @@ TEST_F(OrbButtonTest, EveryStateLooksDifferent)
     };
     const Picture normal(window);
     std::vector<Picture> seen;
-    for (const auto& state : states) {
+    for (const auto& [state, enter, leave] : states) {
         ValidateRect(window, nullptr);
-        state.enter();
-        EXPECT_TRUE(seen.empty() || GetUpdateRect(window, nullptr, FALSE) ||
-                    state.state == "pressed") // at once
-            << state.state << " is not drawn anew";
+        enter();
+        EXPECT_TRUE(seen.empty() || GetUpdateRect(window, nullptr, FALSE) || state == "pressed") // at once
+            << state << " is not drawn anew";
         const Picture picture(window);
-        EXPECT_EQ(std::count(seen.begin(), seen.end(), picture), 0) << state.state << " looks like another";
+        EXPECT_EQ(std::count(seen.begin(), seen.end(), picture), 0) << state << " looks like another";
         seen.push_back(picture);
-        state.leave();
-        EXPECT_TRUE(Picture(window) == normal) << "after " << state.state;
+        leave();
+        EXPECT_TRUE(Picture(window) == normal) << "after " << state;
     }
     SetFocus(window);
     const Picture focused(window);
@@ -90,11 +86,7 @@ TEST_F(OrbButtonTest, EachWayToPressItIsOneClick)
         SendMessageW(window, down, MK_LBUTTON, MAKELPARAM(5, 5));
         SendMessageW(window, WM_LBUTTONUP, 0, up);
     };
-    const struct {
-        const char* way;
-        int clicks;
-        std::function<void()> press;
-    } ways[] = {
+    const std::tuple<const char*, int, std::function<void()>> ways[] = {
         {"BM_CLICK", 1, [&] { SendMessageW(window, BM_CLICK, 0, 0); }},
         {"Space", 1, [&] { stroke(window, VK_SPACE); }},
         {"its mnemonic, from another control", 1, mnemonic},
@@ -104,11 +96,11 @@ TEST_F(OrbButtonTest, EachWayToPressItIsOneClick)
         {"Tab, back to the first", 0, [&] { stroke(neighbour, VK_TAB); }},
         {"Enter", 1, [&] { stroke(window, VK_RETURN); }},
     };
-    for (const auto& way : ways) {
+    for (const auto& [way, wanted, press] : ways) {
         clicks = otherNotices = 0;
-        way.press();
-        EXPECT_EQ(clicks, way.clicks) << way.way;
-        EXPECT_EQ(otherNotices, 0) << way.way;
+        press();
+        EXPECT_EQ(clicks, wanted) << way;
+        EXPECT_EQ(otherNotices, 0) << way;
     }
     EXPECT_EQ(GetFocus(), window);
     EXPECT_TRUE(SendMessageW(window, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON);
@@ -194,12 +186,8 @@ TEST_F(ControlsBench, HighContrastUsesTheSystemsColours)
     OrbVacuum display;
     display.Create(parent, 4, {0, 170, 302, 200}, SystemPalette);
     display.ShowText(L"W");
-    const struct {
-        const char* name;
-        HWND control;
-        POINT ground;
-        std::vector<int> colours; // that of the ground first
-    } cases[] = {
+    // colours: that of the ground first
+    const std::tuple<const char*, HWND, POINT, std::vector<int>> cases[] = {
         {"button", button.Window(), {10, 5}, {COLOR_BTNFACE, COLOR_BTNTEXT}},
         {"tabs", tab.Window(), {100, 50}, {COLOR_BTNFACE, COLOR_HIGHLIGHT, COLOR_WINDOWFRAME}},
         {"bar",
@@ -208,15 +196,14 @@ TEST_F(ControlsBench, HighContrastUsesTheSystemsColours)
          {COLOR_WINDOW, COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT, COLOR_WINDOWTEXT}},
         {"display", display.Window(), {1, 1}, {COLOR_WINDOW, COLOR_WINDOWTEXT}},
     };
-    for (const auto& c : cases) {
-        const Picture drawn(c.control);
-        EXPECT_EQ(drawn.At(c.ground.x, c.ground.y), GetSysColor(c.colours[0])) << c.name;
-        for (const int colour : c.colours)
-            EXPECT_TRUE(drawn.Has(GetSysColor(colour))) << c.name << " " << colour;
-        EXPECT_FALSE(drawn.Has(LightPalette().accent) || drawn.Has(LightPalette().border)) << c.name;
-        ShowWindow(c.control, SW_SHOW);
-        UpdateWindow(c.control);
-        ASSERT_FALSE(GetUpdateRect(c.control, nullptr, FALSE)) << c.name;
+    for (const auto& [name, control, ground, colours] : cases) {
+        const Picture drawn(control);
+        EXPECT_EQ(drawn.At(ground.x, ground.y), GetSysColor(colours[0])) << name;
+        for (const int colour : colours) EXPECT_TRUE(drawn.Has(GetSysColor(colour))) << name << " " << colour;
+        EXPECT_FALSE(drawn.Has(LightPalette().accent) || drawn.Has(LightPalette().border)) << name;
+        ShowWindow(control, SW_SHOW);
+        UpdateWindow(control);
+        ASSERT_FALSE(GetUpdateRect(control, nullptr, FALSE)) << name;
     }
     const Picture glass(display.Window());
     for (int x = 0; x < glass.Width(); ++x) { // nothing glows: through the middle of the W
@@ -224,8 +211,8 @@ TEST_F(ControlsBench, HighContrastUsesTheSystemsColours)
         EXPECT_TRUE(colour == GetSysColor(COLOR_WINDOW) || colour == GetSysColor(COLOR_WINDOWTEXT)) << x;
     }
     PassOnNewColours(parent, WM_SYSCOLORCHANGE, 0, 0);
-    for (const auto& c : cases)
-        EXPECT_TRUE(GetUpdateRect(c.control, nullptr, FALSE)) << c.name << ": new colours show at once";
+    for (const auto& [name, control, ground, colours] : cases)
+        EXPECT_TRUE(GetUpdateRect(control, nullptr, FALSE)) << name << ": new colours show at once";
 }
 
 TEST(OrbPaletteTest, DarkWindowsTakeTheSystemsColours)
