@@ -134,6 +134,15 @@ std::int64_t SecondsOfText(TextView text)
     return hour * 3600 + minute * 60 + second;
 }
 
+// 1 to 12; 0 for no name of a month.
+int MonthOfName(TextView name, Locale& locale)
+{
+    const bool abbreviated = name.size() == 3;
+    for (int number = 1; number <= 12; ++number)
+        if (EqualNoCase(name, locale.MonthName(number, abbreviated))) return number;
+    return 0;
+}
+
 // The seconds stay: the format it is used with does not show them.
 double RoundToMinute(double date)
 {
@@ -142,7 +151,7 @@ double RoundToMinute(double date)
 
 } // namespace
 
-double ParseHeaderDate(Text& text, Locale& locale)
+double HeaderDateOf(Text text, Locale& locale)
 {
     if (text.empty()) return kNoListDate;
     CollapseSpacesIn(text);
@@ -156,25 +165,26 @@ double ParseHeaderDate(Text& text, Locale& locale)
     const int offset = ZoneOffset(slots.zone);
     std::int64_t time = SecondsOfText(slots.time);
     if (slots.afternoon) time += 12 * 3600; // Kept: 12:30:00 pm is half past midnight
-    MonthNumber(slots.month, locale);
+    const int named = MonthOfName(slots.month, locale);
 
     const int year = Int16OfText(slots.year);
-    const int month = Int16OfText(slots.month);
+    const int month = named != 0 ? named : Int16OfText(slots.month);
     const int day = Int16OfText(slots.day);
     const double local = DateFromSeconds(SecondsOf(DateFromYmd(year, month, day)) + time);
-    const double date = AddHours(local, offset);
-    text = FormatDate(date, kSortableFormat);
+    return AddHours(local, offset);
+}
+
+double ParseHeaderDate(Text& text, Locale& locale)
+{
+    const double date = HeaderDateOf(text, locale);
+    if (!text.empty()) text = FormatDate(date, kSortableFormat);
     return date;
 }
 
 void MonthNumber(Text& month, Locale& locale)
 {
-    const bool abbreviated = month.size() == 3;
-    for (int number = 1; number <= 12; ++number) {
-        if (!EqualNoCase(month, locale.MonthName(number, abbreviated))) continue;
-        month = number < 10 ? u"0" + DecimalText(number) : DecimalText(number);
-        return;
-    }
+    const int number = MonthOfName(month, locale);
+    if (number != 0) month = number < 10 ? u"0" + DecimalText(number) : DecimalText(number);
 }
 
 Text MonthFromWeekday(TextView text, Locale& locale)

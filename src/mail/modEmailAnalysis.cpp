@@ -96,11 +96,6 @@ Text TakeText(std::string& bytes, CodePage& codePage)
     return codePage.FromAnsi(taken);
 }
 
-double DateOf(Text text, Locale& locale)
-{
-    return ParseHeaderDate(text, locale);
-}
-
 void FillAddresses(Text value, Text& shown, Text& key, CodePage& codePage)
 {
     shown = DecodeHeaderText(value, false, codePage);
@@ -123,15 +118,15 @@ void FillSubject(TextView value, Text& shown, Text& key, CodePage& codePage)
 void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& context)
 {
     CodePage& codePage = context.codePage;
-    summary.DeliveryDate = DateOf(TakeText(headers.deliveryDate, codePage), context.locale);
+    summary.DeliveryDate = HeaderDateOf(TakeText(headers.deliveryDate, codePage), context.locale);
     FillAddresses(TakeText(headers.from, codePage), summary.From, summary.FromKey, codePage);
     FillAddresses(TakeText(headers.to, codePage), summary.To, summary.ToKey, codePage);
     summary.Bcc = TakeText(headers.bcc, codePage);
     summary.Cc = TakeText(headers.cc, codePage);
     FillSubject(TakeText(headers.subject, codePage), summary.Subject, summary.SubjectKey, codePage);
-    summary.SentDate = DateOf(TakeText(headers.date, codePage), context.locale);
+    summary.SentDate = HeaderDateOf(TakeText(headers.date, codePage), context.locale);
     const Text received = TakeText(headers.received, codePage);
-    summary.ReceivedDate = DateOf(Text(TrimSpaces(FieldOf(received, u";", 2))), context.locale);
+    summary.ReceivedDate = HeaderDateOf(Text(TrimSpaces(FieldOf(received, u";", 2))), context.locale);
     summary.DeliveryDateText = FormatListDate(summary.DeliveryDate, false);
     summary.SentDateText = FormatListDate(summary.SentDate, false);
     summary.ReceivedDateText = FormatListDate(summary.ReceivedDate, false);
