@@ -1,6 +1,7 @@
 #include "store/clsCRC.h"
 
 #include <array>
+#include <bit>
 
 namespace {
 
@@ -125,11 +126,8 @@ void clsCRC::SetValue(std::int32_t value)
 Text CrcText(std::int32_t value)
 {
     auto rest = static_cast<std::uint32_t>(value);
-    std::array<char16_t, 8> digits;
-    std::size_t first = digits.size();
-    do {
-        digits[--first] = u"0123456789ABCDEF"[rest & 0xF];
-        rest >>= 4;
-    } while (rest != 0);
-    return {digits.begin() + first, digits.end()};
+    const auto bits = static_cast<std::size_t>(std::bit_width(rest | 1));
+    Text text((bits + 3) / 4, u'0');
+    for (std::size_t i = text.size(); i-- > 0; rest >>= 4) text[i] = u"0123456789ABCDEF"[rest & 0xF];
+    return text;
 }

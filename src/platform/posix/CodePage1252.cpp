@@ -21,6 +21,11 @@ constexpr std::array<char16_t, 256> kCharacters = [] {
     return characters;
 }();
 
+bool IsAscii(char16_t unit)
+{
+    return unit < kFirstHigh;
+}
+
 char ByteOf(char16_t unit)
 {
     if (unit < kFirstHigh || (unit >= kBehindHigh && unit < 0x100)) return static_cast<char>(unit);
@@ -32,8 +37,10 @@ char ByteOf(char16_t unit)
 
 std::string CodePage1252::ToAnsi(TextView text)
 {
-    std::string bytes(text.size(), '\0');
-    std::transform(text.begin(), text.end(), bytes.begin(), ByteOf);
+    std::string bytes(text.begin(), text.end()); // right for ASCII, which most of it is
+    for (auto unit = std::find_if_not(text.begin(), text.end(), IsAscii); unit != text.end();
+         unit = std::find_if_not(unit + 1, text.end(), IsAscii))
+        bytes[static_cast<std::size_t>(unit - text.begin())] = ByteOf(*unit);
     return bytes;
 }
 
