@@ -57,6 +57,7 @@ std::optional<std::int32_t> CheckShownFolder(FolderRun& run)
     if (run.view.Options().storeFolder.empty()) return std::nullopt;
     std::vector<Text> emlFiles;
     if (const Text reason = ListStoredFiles(run, emlFiles); !reason.empty()) {
+        run.view.MarkFolderNode(u"", u"envelope"); // an earlier verdict holds no more
         LogAndShow(run, BoxIcon::warning, reason);
         return std::nullopt;
     }

@@ -202,38 +202,40 @@ LoopEnd ExportEmails(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
     return LoopEnd::atLast;
 }
 
+enum class ListRead { done, failed, stopped };
+
 // A stop that was asked for on the last e-mail has come true by now, and keeps nobody from looking whether
-// that was the last: it is for what comes behind. Whoever does not want to wait asks once more. False when
-// the list was not read.
-bool ReadListAgain(FolderRun& run)
+// that was the last: it is for what comes behind. Whoever does not want to wait asks once more.
+ListRead ReadListAgain(FolderRun& run)
 {
     RunFlags& flags = run.Flags();
     const bool isOver = flags.stopRequested && !flags.closing && std::exchange(flags.stopAfterEmail, false);
     if (isOver) run.view.ShowStopButtons(StopButtons::shown);
     run.view.ShowText(u"Looking for e-mails that were missed...");
-    const bool isRead =
-        ReadFolderEntries(run.client,
-                          [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); }) &&
-        !flags.stopAfterEmail;
+    const bool isRead = ReadFolderEntries(
+        run.client, [&run](int percent) { run.view.ShowPercentage(Bar::currentFolder, percent); });
+    const bool isAsked = flags.stopAfterEmail && !run.client.silent;
     flags.stopAfterEmail = flags.stopAfterEmail || isOver;
-    return isRead;
+    return isAsked ? ListRead::stopped : isRead ? ListRead::done : ListRead::failed;
 }
 
 // The list may have grown since the loop's last row was counted, been sorted anew, or led the Down key
-// elsewhere. early: the client fell silent over it, or the user did not wait for it.
+// elsewhere. One that changes under the reading is read once more. early: the client fell silent over it, or
+// the user did not wait for it.
 LoopEnd LookAgain(FolderRun& run, bool partOfAllFolders, Outcome& outcome)
 {
     FolderTally& tally = outcome.tally;
-    if (const std::optional<std::int32_t> count = CountEmails(run)) { // else another folder is shown
+    tally.listAtEnd.reset();
+    for (int looks = 2; looks > 0 && !tally.listAtEnd; --looks) {
+        const std::optional<std::int32_t> count = CountEmails(run);
+        if (!count) break; // silence, or another folder's list, which tells nothing of this one
         tally.rows = *count;
-        tally.listAtEnd.reset();
-        if (!NeedsListAtEnd(tally, outcome.passed)) return LoopEnd::atLast;
-        if (ReadListAgain(run)) {
-            tally.rows = CountEmails(run).value_or(*count);
-            if (tally.rows == *count) tally.listAtEnd = CrcsByRow(run.client);
-        } else if (!run.client.silent && IsStopped(run, partOfAllFolders)) {
-            return LoopEnd::early;
-        }
+        if (!NeedsListAtEnd(tally, outcome.passed)) break;
+        const ListRead end = ReadListAgain(run);
+        if (end == ListRead::stopped && IsStopped(run, partOfAllFolders)) return LoopEnd::early;
+        const bool isWhole = run.client.folderEntries.size() == static_cast<std::size_t>(*count);
+        if (end == ListRead::done && isWhole && CountEmails(run) == count)
+            tally.listAtEnd = CrcsByRow(run.client);
     }
     if (run.client.silent) EndForSilentClient(run, partOfAllFolders);
     return run.client.silent ? LoopEnd::early : LoopEnd::atLast;
@@ -257,13 +259,16 @@ LoopEnd ExportMissed(FolderRun& run, bool partOfAllFolders, ExportStatistics& st
     }
 }
 
-void EndAtLast(FolderRun& run, bool partOfAllFolders, Outcome& outcome)
+void SayMissed(FolderRun& run, bool partOfAllFolders, const Outcome& outcome)
 {
-    if (LookAgain(run, partOfAllFolders, outcome) == LoopEnd::early) return;
-    const std::int32_t missed = NotLookedAt(outcome.tally, Extent::fromFirstRow);
-    if (missed == 0) return;
-    run.Log(DecimalText(missed) + u" e-mail(s) were not reached.");
-    if (!partOfAllFolders) run.Flags().runCompleted = false;
+    const FolderTally& tally = outcome.tally;
+    const std::int32_t missed = NotLookedAt(tally, Extent::fromFirstRow);
+    const bool isUnknown = !tally.listAtEnd && NeedsListAtEnd(tally, outcome.passed);
+    if (missed > 0)
+        run.Log(DecimalText(missed) + u" e-mail(s) were not reached.");
+    else if (isUnknown)
+        run.Log(u"The message list could not be read once more, so that e-mails may have been missed.");
+    if ((missed > 0 || isUnknown) && !partOfAllFolders) run.Flags().runCompleted = false;
 }
 
 // Nothing to export: said, and not left standing in a run that nobody watches.
@@ -292,10 +297,11 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
     run.client.saveDialog.blocked = 0;
     const HeldCrcs held(run.saved, run.currentFolder, [&run] { run.view.ProcessEvents(); });
     LoopEnd end = ExportEmails(run, partOfAllFolders, statistics, outcome);
-    if (end == LoopEnd::atLast && run.view.Options().selectRows)
-        end = ExportMissed(run, partOfAllFolders, statistics, outcome);
     if (end == LoopEnd::atLast)
-        EndAtLast(run, partOfAllFolders, outcome);
+        end = run.view.Options().selectRows ? ExportMissed(run, partOfAllFolders, statistics, outcome)
+                                            : LookAgain(run, partOfAllFolders, outcome);
+    if (end == LoopEnd::atLast)
+        SayMissed(run, partOfAllFolders, outcome);
     else if (!run.client.silent)
         outcome.tally.rows = CountEmails(run).value_or(outcome.tally.rows);
     return true;

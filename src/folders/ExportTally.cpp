@@ -38,8 +38,8 @@ std::set<std::int32_t> RowsRead(const FolderTally& tally)
     return rows;
 }
 
-// Of the handled e-mails. Those that look alike have one record together as a rule, and one file; it may be
-// that of one that this run has not handled.
+// Of the handled e-mails; none, and the log says so, when the directory cannot be read. Those that look alike
+// have one record together as a rule, and one file; it may be that of one that this run has not handled.
 std::int32_t SavedOf(FolderRun& run, const FolderTally& tally)
 {
     const Counts handled = HandledOfCrc(tally), listed = ListedOfCrc(tally, 0);
@@ -56,8 +56,12 @@ std::int32_t SavedOf(FolderRun& run, const FolderTally& tally)
         else
             saved += std::clamp(CountRecords(run.saved, crc, run.currentFolder) - others, 0, count);
     }
+    if (saved == 0) return 0;
     std::vector<Text> files;
-    (void)ListStoredFiles(run, files); // a directory that cannot be read shows nothing as saved
+    if (const Text reason = ListStoredFiles(run, files); !reason.empty()) {
+        run.Log(reason);
+        run.Flags().runCompleted = false;
+    }
     return std::min(saved, SizeOf(files.size()));
 }
 
@@ -194,9 +198,7 @@ void LogSkipReasons(FolderRun& run, const FolderTally& tally)
     const auto recorded = tally.skipped.find(SkipReason::recorded);
     if (recorded == tally.skipped.end() || recorded->second < SizeOf(tally.firstRows.size())) return;
     std::vector<Text> files;
-    if (const Text reason = ListStoredFiles(run, files); !reason.empty())
-        run.Log(reason);
-    else if (files.empty())
+    if (ListStoredFiles(run, files).empty() && files.empty())
         run.Log(u"All of them are recorded as saved, but there is no .eml file in " + run.exportFolder +
                 u" - another or emptied store folder?");
 }

@@ -100,5 +100,6 @@ void SweepNowAndThen(RemoteMemory& memory, std::int32_t operations)
 void ForgetRemoteMemory(RemoteMemory& memory)
 {
     memory.blocks.clear();
+    memory.api.LeaveKept();
     memory.sharedHandle = 0; // without it, the operation under way can neither read nor release
 }

@@ -193,7 +193,7 @@ void FindListAgain(OeClient& client)
     const auto isOver = [&] {
         OeHandles found = handles;
         FindListWindows(client.desktop, found);
-        return found.listViewFound || client.silent || client.flags.closing ||
+        return found.listViewFound || client.silent || client.flags.stopAfterEmail ||
                !client.desktop.IsThere(handles.mainWindow);
     };
     WaitUntil(client, handles.listViewFound ? kListTries : 0, kListInterval, isOver);

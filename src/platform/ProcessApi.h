@@ -16,6 +16,9 @@ struct ProcessApi {
     virtual bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) = 0;
     virtual bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) = 0;
     virtual bool FreeIn(std::int32_t process, RemoteAddress address) = 0; // VirtualFreeEx, MEM_RELEASE
+    // Whatever is kept of what was released stays where it is: nothing more is asked of a process that has
+    // fallen silent, as the system may wait for it.
+    virtual void LeaveKept() {}
     virtual bool Close(std::int32_t handle) = 0;
     // The older family: a page-file mapping is seen by every process at the same address.
     virtual std::int32_t CreateSharedMapping(std::uint32_t size) = 0; // 0: refused

@@ -1,6 +1,7 @@
 // ProcessApiTest.cpp: memory of another process, whose pages are used again.
 #include "platform/win32/WinProcessApi.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -69,6 +70,7 @@ TEST_F(ProcessApiTest, APageIsUsedAgainAsIfItWereNew)
     EXPECT_TRUE(api->Write(handle, second, secret.data(), kSize));
     EXPECT_TRUE(api->FreeIn(handle, second));
     EXPECT_FALSE(api->FreeIn(handle, second)) << "it is released already";
+    EXPECT_EQ(client.StateOf(second), DWORD{MEM_COMMIT}) << "it is kept";
     EXPECT_EQ(api->AllocateIn(handle, kSize), second);
     EXPECT_EQ(TextAt(handle, second), std::string(kSize, '\0'));
     EXPECT_EQ(TextAt(handle, first), secret) << "it is in use";
@@ -84,6 +86,17 @@ TEST_F(ProcessApiTest, APageIsUsedAgainAsIfItWereNew)
     for (const RemoteAddress each : {first, second}) EXPECT_EQ(client.StateOf(each), DWORD{MEM_FREE});
 }
 
+TEST_F(ProcessApiTest, NoMoreIsKeptThanTheAddressesOfAProcessAllow)
+{
+    const std::int32_t handle = Open(client);
+    std::vector<RemoteAddress> pages;
+    for (int i = 0; i < 300; ++i) pages.push_back(api->AllocateIn(handle, kSize));
+    for (const RemoteAddress page : pages) EXPECT_TRUE(api->FreeIn(handle, page));
+    const auto kept = std::count_if(pages.begin(), pages.end(),
+                                    [&](RemoteAddress page) { return client.StateOf(page) == MEM_COMMIT; });
+    EXPECT_EQ(kept, 256);
+}
+
 TEST_F(ProcessApiTest, EachProcessHasItsOwn)
 {
     const std::int32_t handle = Open(client), others = Open(other);
@@ -93,6 +106,10 @@ TEST_F(ProcessApiTest, EachProcessHasItsOwn)
     EXPECT_EQ(other.StateOf(there), DWORD{MEM_COMMIT});
     EXPECT_TRUE(api->FreeIn(others, there));
     EXPECT_EQ(client.StateOf(page), DWORD{MEM_FREE}) << "what was kept is given back for the other's";
+    const RemoteAddress left = api->AllocateIn(others, kSize);
+    EXPECT_TRUE(api->FreeIn(others, left));
+    api->LeaveKept();
+    EXPECT_EQ(other.StateOf(left), DWORD{MEM_COMMIT}) << "nothing is asked of a silent one";
     other.End();
     EXPECT_EQ(api->AllocateIn(others, kSize), RemoteAddress::none)
         << "nothing is left of what was kept there";

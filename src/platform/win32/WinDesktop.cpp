@@ -52,8 +52,10 @@ Answer SendAndWait(WindowHandle window, UINT message, WPARAM wParam, LPARAM lPar
         return {Reply::given, static_cast<std::int32_t>(answer)};
     const DWORD error = GetLastError();
     if (error == ERROR_ACCESS_DENIED) return {Reply::refused};
-    // Older systems tell a time-out by error 0, newer ones by ERROR_TIMEOUT; a window may also have gone.
-    return {IsWindow(WindowOf(window)) ? Reply::timedOut : Reply::gone};
+    // Older systems tell a time-out by error 0, newer ones by ERROR_TIMEOUT; a window may also have gone,
+    // which its handler need not have noticed.
+    const bool timedOut = error == ERROR_TIMEOUT || IsWindow(WindowOf(window));
+    return {timedOut ? Reply::timedOut : Reply::gone};
 }
 
 using AnswerPlace = std::shared_ptr<bool>;

@@ -151,7 +151,10 @@ FileError Walk(const Text& directory, Take take)
     while (FindNextFileW(search, &found));
     const DWORD end = GetLastError();
     FindClose(search);
-    return end == ERROR_NO_MORE_FILES ? FileError::none : ErrorOf(end, FileError::readFailed);
+    // A drive that was pulled meanwhile tells that nothing is there.
+    const FileError error = ErrorOf(end, FileError::readFailed);
+    if (end == ERROR_NO_MORE_FILES) return FileError::none;
+    return error == FileError::notFound ? FileError::readFailed : error;
 }
 
 bool IsDirectory(const WIN32_FIND_DATAW& found)

@@ -9,7 +9,7 @@ static_assert(sizeof(void*) == 4, "addresses of the mail client are 32-bit");
 namespace {
 
 constexpr std::uint32_t kPage = 4096;  // bytes; less is not to be had
-constexpr std::size_t kMostKept = 128; // pages; each takes 64 KB of the other process's addresses
+constexpr std::size_t kMostKept = 256; // pages; each takes 64 KB of the other process's addresses
 
 HANDLE HandleOf(std::int32_t number)
 {
@@ -109,6 +109,11 @@ void WinProcessApi::GiveBack()
 {
     for (const RemoteAddress page : kept_.pages)
         (void)VirtualFreeEx(kept_.process, PointerOf(page), 0, MEM_RELEASE);
+    LeaveKept();
+}
+
+void WinProcessApi::LeaveKept()
+{
     if (kept_.process) CloseHandle(kept_.process);
     kept_ = {};
 }

@@ -23,6 +23,7 @@ public:
     bool Write(std::int32_t process, RemoteAddress to, const void* from, std::uint32_t size) override;
     bool Read(std::int32_t process, RemoteAddress from, void* to, std::uint32_t size) override;
     bool FreeIn(std::int32_t process, RemoteAddress address) override;
+    void LeaveKept() override;
     bool Close(std::int32_t handle) override;
     std::int32_t CreateSharedMapping(std::uint32_t size) override;
     RemoteAddress MapView(std::int32_t mapping) override;
