@@ -234,8 +234,9 @@ LoopEnd LookAgain(FolderRun& run, bool partOfAllFolders, Outcome& outcome)
         const ListRead end = ReadListAgain(run);
         if (end == ListRead::stopped && IsStopped(run, partOfAllFolders)) return LoopEnd::early;
         const bool isWhole = run.client.folderEntries.size() == static_cast<std::size_t>(*count);
-        if (end == ListRead::done && isWhole && CountEmails(run) == count)
-            tally.listAtEnd = CrcsByRow(run.client);
+        const std::optional<std::int32_t> after = CountEmails(run);
+        if (end == ListRead::done && isWhole && after == count) tally.listAtEnd = CrcsByRow(run.client);
+        tally.rows = after.value_or(*count);
     }
     if (run.client.silent) EndForSilentClient(run, partOfAllFolders);
     return run.client.silent ? LoopEnd::early : LoopEnd::atLast;

@@ -17,11 +17,6 @@ bool HasGreenMark(const RunBench& bench)
                        [](const auto& mark) { return mark.second == u"green"; });
 }
 
-bool LooksForMissed(const RunBench& bench)
-{
-    return !bench.view.shown.empty() && bench.view.shown.back() == u"Looking for e-mails that were missed...";
-}
-
 // With another e-mail, but empty from the second count to the last given.
 void EmptyUntil(RunBench& bench, int last)
 {
@@ -98,44 +93,6 @@ TEST(DisturbedExport, SkippedIsNotAlwaysWell)
     above.fake.selected = {2};
     above.Export();
     EXPECT_EQ(above.view.log.back(), Closing(1, 2));
-}
-
-TEST(DisturbedExport, AStopOnTheLastEmailHidesNothingThatWasMissed)
-{
-    enum When { onLast, onReading };
-    const Text aborted = u"User aborted on email export.", missed = u"3 e-mail(s) were not reached.";
-    const struct {
-        const char* why;
-        bool isSortedAnew;
-        std::vector<When> stops;
-        bool isClosing;
-        Texts logged, notLogged;
-    } cases[] = {
-        {"undisturbed", false, {onLast}, false, {}, {aborted, missed}},
-        {"sorted anew", true, {onLast}, false, {missed}, {aborted}},
-        {"asked twice", true, {onLast, onReading}, false, {aborted}, {missed}},
-        {"asked while the list is read", true, {onReading}, false, {aborted}, {missed}},
-        {"closed", true, {onLast}, true, {aborted}, {missed}},
-    };
-    for (const auto& c : cases) {
-        RunBench bench;
-        if (c.isSortedAnew)
-            bench.AfterSave(3, [&] { std::reverse(bench.Mail().begin(), bench.Mail().end()); });
-        bench.view.onEvents = [&, stops = c.stops]() mutable {
-            if (bench.Count(u"- Exporting Mail") < 6) return;
-            if (std::erase(stops, LooksForMissed(bench) ? onReading : onLast) == 0) return;
-            bench.Stop();
-            bench.flags.closing = c.isClosing;
-        };
-        bench.Export();
-        bench.ExpectLog(c.why, c.logged, c.notLogged);
-        EXPECT_EQ(bench.flags.runCompleted, !c.isSortedAnew) << c.why;
-    }
-    RunBench all(2);
-    all.AfterSave(2, [&] { all.Stop(); });
-    all.SaveAll();
-    all.ExpectLog("all folders", {aborted});
-    EXPECT_EQ(all.fake.saved.size(), 2u) << "the stop is for what comes behind";
 }
 
 TEST(DisturbedCheck, AListThatMovesIsReadOnceMoreAndInDoubtNotSaved)
@@ -268,42 +225,6 @@ TEST(DisturbedSynchronise, APartOfTheFoldersIsNoList)
         EXPECT_EQ(bench.view.boxes, isBack ? Texts{} : Texts{kSilent});
         EXPECT_EQ(bench.view.unlocked, isBack);
     }
-}
-
-TEST(DisturbedExport, AListThatChangesWhileItIsReadAtTheEndProvesNothing)
-{
-    const struct {
-        const char* why;
-        std::function<void(RunBench&)> what;
-    } cases[] = {
-        {"another folder is shown", [](RunBench& bench) { bench.fake.ShowFolder(3); }},
-        {"an empty folder is shown", [](RunBench& bench) { bench.fake.ShowFolder(5); }},
-        {"an e-mail goes", [](RunBench& bench) { bench.Mail().pop_back(); }},
-        {"the list is filled anew",
-         [](RunBench& bench) {
-             bench.fake.Later(0, [&bench, mail = bench.Mail()] { bench.Mail() = mail; });
-             bench.Mail().resize(1);
-         }},
-    };
-    for (const auto& [why, what] : cases)
-        for (const bool selectRows : {false, true}) {
-            SCOPED_TRACE(why);
-            RunBench bench(
-                6,
-                {{u"Other", 2, {MailRow(u"Letter")}}, {u"Last", 2, {MailRow(u"Note")}}, {u"Empty", 2, {}}});
-            bench.view.options.selectRows = selectRows;
-            bench.AfterSave(3, [&] { std::reverse(bench.Mail().begin(), bench.Mail().end()); });
-            bench.fake.onMessage = [&, done = false](WindowHandle, std::uint32_t message) mutable {
-                const bool isRead = LooksForMissed(bench) && message == message::kListItemW;
-                if (isRead && !std::exchange(done, true)) what(bench);
-            };
-            bench.Export();
-            const bool isWhole = std::all_of(bench.Mail().begin(), bench.Mail().end(),
-                                             [&](const auto& row) { return bench.fake.IsStored(row[2]); });
-            EXPECT_TRUE(isWhole || !bench.flags.runCompleted);
-            EXPECT_TRUE(isWhole || bench.Logged(u"were not reached.") ||
-                        bench.Logged(u"could not be read once more"));
-        }
 }
 
 TEST(DisturbedStore, ADirectoryThatCannotBeReadIsNotEmpty)

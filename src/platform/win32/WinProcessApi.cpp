@@ -109,7 +109,7 @@ void WinProcessApi::GiveBack()
 {
     for (const RemoteAddress page : kept_.pages)
         (void)VirtualFreeEx(kept_.process, PointerOf(page), 0, MEM_RELEASE);
-    LeaveKept();
+    WinProcessApi::LeaveKept(); // by its name, as the destructor comes here, too
 }
 
 void WinProcessApi::LeaveKept()
