@@ -134,15 +134,6 @@ std::int64_t SecondsOfText(TextView text)
     return hour * 3600 + minute * 60 + second;
 }
 
-// 1 to 12; 0 for no name of a month.
-int MonthOfName(TextView name, Locale& locale)
-{
-    const bool abbreviated = name.size() == 3;
-    for (int number = 1; number <= 12; ++number)
-        if (EqualNoCase(name, locale.MonthName(number, abbreviated))) return number;
-    return 0;
-}
-
 // The seconds stay: the format it is used with does not show them.
 double RoundToMinute(double date)
 {
@@ -165,7 +156,7 @@ double HeaderDateOf(Text text, Locale& locale)
     const int offset = ZoneOffset(slots.zone);
     std::int64_t time = SecondsOfText(slots.time);
     if (slots.afternoon) time += 12 * 3600; // Kept: 12:30:00 pm is half past midnight
-    const int named = MonthOfName(slots.month, locale);
+    const int named = MonthNumber(slots.month, locale);
 
     const int year = Int16OfText(slots.year);
     const int month = named != 0 ? named : Int16OfText(slots.month);
@@ -181,10 +172,12 @@ double ParseHeaderDate(Text& text, Locale& locale)
     return date;
 }
 
-void MonthNumber(Text& month, Locale& locale)
+int MonthNumber(TextView month, Locale& locale)
 {
-    const int number = MonthOfName(month, locale);
-    if (number != 0) month = number < 10 ? u"0" + DecimalText(number) : DecimalText(number);
+    const bool abbreviated = month.size() == 3;
+    for (int number = 1; number <= 12; ++number)
+        if (EqualNoCase(month, locale.MonthName(number, abbreviated))) return number;
+    return 0;
 }
 
 Text MonthFromWeekday(TextView text, Locale& locale)

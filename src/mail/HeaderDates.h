@@ -12,9 +12,9 @@
 double ParseHeaderDate(Text& text, Locale& locale);
 double HeaderDateOf(Text text, Locale& locale); // the same, without the text of the result
 
-// Replaces a month name by its number, "01" to "12": a text of three characters is compared with the
-// abbreviated names, any other with the full ones. No match leaves it as it is.
-void MonthNumber(Text& month, Locale& locale);
+// Of a month's name, 1 to 12: a text of three characters is compared with the abbreviated names, any other
+// with the full ones. 0: no match.
+int MonthNumber(TextView month, Locale& locale);
 
 // "Tue, 3 2007": the first month, "1" to "12", in which that day of that year falls on the weekday; empty
 // when there is none.

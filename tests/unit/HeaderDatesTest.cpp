@@ -129,9 +129,7 @@ TEST(HeaderDates, NamesAreTheLocales)
     EXPECT_EQ(MonthFromWeekday(u"di, 3 2007", german), u"4");
     text = u"3 Apr 2007";
     EXPECT_THROW(ParseHeaderDate(text, german), ValueFault);
-    Text month = u"Mrz";
-    MonthNumber(month, german);
-    EXPECT_EQ(month, u"Mrz") << "no match leaves the text";
+    EXPECT_EQ(MonthNumber(u"Mrz", german), 0);
 }
 
 // A rule of this program's own for a date without month: the first that fits its weekday.
