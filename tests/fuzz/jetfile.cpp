@@ -7,6 +7,8 @@
 
 namespace {
 
+using Rows = std::vector<std::vector<Text>>;
+
 struct SeedFile {
     MemoryImage image;
     std::vector<std::uint64_t> pages; // those that hold something, which is where damage is of interest
