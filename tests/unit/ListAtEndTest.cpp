@@ -71,7 +71,8 @@ TEST(ListAtEnd, AListThatChangesWhileItIsReadAtTheEndProvesNothing)
                 {{u"Other", 2, {MailRow(u"Letter")}}, {u"Last", 2, {MailRow(u"Note")}}, {u"Empty", 2, {}}});
             bench.view.options.selectRows = selectRows;
             bench.AfterSave(3, [&] { std::reverse(bench.Mail().begin(), bench.Mail().end()); });
-            bench.fake.onMessage = [&, done = false](WindowHandle, std::uint32_t message) mutable {
+            bench.fake.onMessage = [&, what = what, done = false](WindowHandle,
+                                                                  std::uint32_t message) mutable {
                 const bool isRead = LooksForMissed(bench) && message == message::kListItemW;
                 if (isRead && !std::exchange(done, true)) what(bench);
             };
