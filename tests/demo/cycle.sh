@@ -40,7 +40,8 @@ run() {
 said() { grep -qE -- "$2" "$1.log" || { tail -n 40 "$1.log"; echo "FAILED: not said: $2"; exit 1; }; }
 
 make_mailbox
-run 1 left --client "--close-after=$((messages / 6))" --steps "export-all"
+# Between two e-mails: one over which the client ends may be saved twice.
+run 1 left --client "--at=down:$((messages / 6)):close" --steps "export-all"
 said left 'OE has closed unexpectedly$'
 run 0 cycle --steps "stop-email=$((messages / 8)) export-all stop-folder=$((messages / 5)) export-all restart \
     tick=Jump_to_remaining stop-email=$((messages / 5)) export-all restart export-all check-all compare=file check-all show"
