@@ -269,6 +269,7 @@ void SayMissed(FolderRun& run, bool partOfAllFolders, const Outcome& outcome)
         run.Log(DecimalText(missed) + u" e-mail(s) were not reached.");
     else if (isUnknown)
         run.Log(u"The message list could not be read once more, so that e-mails may have been missed.");
+    if (missed == 0 && isUnknown && partOfAllFolders) ++run.uncheckedFolders;
     if ((missed > 0 || isUnknown) && !partOfAllFolders) run.Flags().runCompleted = false;
 }
 
