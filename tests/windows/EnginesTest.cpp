@@ -1,11 +1,13 @@
-// EnginesTest.cpp: database files of the embedded engine in the hands of DAO, and the other way round, where
-// it is installed. The directory that QUILLBOX_DATABASES names may hold more files to try, large ones for
-// instance.
+// EnginesTest.cpp: database files of the embedded engine in the hands of DAO, and the other way round. On a
+// system without DAO a stand-in takes its part that keeps its rows by the embedded engine: then this shows
+// only that all of it runs. The directory that QUILLBOX_DATABASES names may hold more files to try, large
+// ones for instance.
 #include "platform/System.h"
 #include "platform/win32/Automation.h"
 #include "platform/win32/Dao.h"
 #include "tests/support/JetSamples.h"
 #include "tests/support/ScratchDirectory.h"
+#include "tests/windows/FakeDao.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -14,6 +16,8 @@
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr wchar_t kClass[] = L"{6B5A2E01-52C5-4F0B-9D63-0C1D5B7AE6E5}";
 
 // Of each row, in any order: large files are too much to keep twice.
 std::vector<std::size_t> HashesOf(Database& database)
@@ -29,12 +33,38 @@ std::vector<std::size_t> HashesOf(Database& database)
 
 class Engines : public testing::Test {
 protected:
+    Engines()
+    {
+        if (FakeRegistry::DaoIsInstalled()) return;
+        registry_.emplace();
+        standIn_.made = [this](const Text& path) {
+            CreateJetDatabase(files_, path, kCreateSaved, kSampleDate);
+        };
+        standIn_.opened = [this](const Text& path) {
+            path_ = path;
+            standIn_.rows.clear();
+            const auto database = OpenJetDatabase(files_, path, OpenMode::read);
+            const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
+            for (; !rows->AtEnd(); rows->MoveNext())
+                standIn_.rows.push_back(
+                    {rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
+        };
+        standIn_.extended = [this](const FakeDao::Row& row) {
+            AddRow(*OpenJetDatabase(files_, path_),
+                   {row[0].value_or(u""), row[1].value_or(u""), row[2].value_or(u"")});
+        };
+        standIn_.compacted = [](const Text& from, const Text& to) { fs::copy_file(from, to); };
+    }
+
     void SetUp() override
     {
-        CoInitialize(nullptr);
-        if (!IsDaoInstalled()) GTEST_SKIP() << "DAO is not installed";
+        // Only Wine lets a stand-in be registered by everybody.
+        const bool isWine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
+        if (!registry_) return;
+        if (!isWine) GTEST_SKIP() << "DAO is not installed";
+        registry_->Name(L"DAO.DBEngine.36", kClass);
+        registry_->Serve(kClass, standIn_);
     }
-    void TearDown() override { CoUninitialize(); }
 
     std::vector<std::size_t> RowsByDao(const Text& path) { return HashesOf(*OpenDaoDatabase(path)); }
     std::vector<std::size_t> RowsByUs(const Text& path)
@@ -87,8 +117,11 @@ protected:
         fs::remove(compacted);
     }
 
+    FakeDao standIn_; // outlives the registry's hold on it
+    std::optional<FakeRegistry> registry_;
     ScratchDirectory scratch_;
     SystemFiles files_;
+    Text path_; // of the file that the stand-in has opened
 };
 
 } // namespace

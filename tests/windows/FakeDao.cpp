@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <map>
 
 namespace {
 
@@ -84,14 +85,15 @@ public:
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override
     {
-        const auto at = std::find(kMembers.begin(), kMembers.end(), ToUtf8(FromWide(names[0])));
-        ids[0] = at == kMembers.end() ? DISPID_UNKNOWN : static_cast<DISPID>(at - kMembers.begin());
-        return at == kMembers.end() ? DISP_E_UNKNOWNNAME : S_OK;
+        const std::vector<std::string>& own = kMembers.at(kind_);
+        const auto at = std::find(own.begin(), own.end(), ToUtf8(FromWide(names[0])));
+        ids[0] = at == own.end() ? DISPID_UNKNOWN : static_cast<DISPID>(at - own.begin());
+        return at == own.end() ? DISP_E_UNKNOWNNAME : S_OK;
     }
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments,
                                      VARIANT* answer, EXCEPINFO* exception, UINT*) override
     {
-        const std::string& member = kMembers.at(static_cast<std::size_t>(id));
+        const std::string& member = kMembers.at(kind_).at(static_cast<std::size_t>(id));
         const bool puts = (flags & DISPATCH_PROPERTYPUT) != 0;
         if (puts && (arguments->cNamedArgs != 1 || arguments->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT))
             return DISP_E_PARAMNOTOPTIONAL;
@@ -103,7 +105,7 @@ public:
     }
 
 private:
-    static const std::vector<std::string> kMembers; // of all kinds
+    static const std::map<std::string, std::vector<std::string>> kMembers; // by kind
 
     static std::string NoteOf(const DISPPARAMS& arguments, WORD flags)
     {
@@ -139,8 +141,12 @@ private:
     {
         if (member == "CreateWorkspace") return Give(answer, "workspace", dao_);
         // Arguments stand in the order from the last to the first.
-        if (member == "CreateDatabase" && dao_.made)
-            dao_.made(FromWide(arguments.rgvarg[arguments.cArgs - 1].bstrVal));
+        const auto text = [&](UINT place) {
+            return FromWide(arguments.rgvarg[arguments.cArgs - 1 - place].bstrVal);
+        };
+        if (member == "CreateDatabase" && dao_.made) dao_.made(text(0));
+        if (member == "OpenDatabase" && dao_.opened) dao_.opened(text(0));
+        if (member == "CompactDatabase" && dao_.compacted) dao_.compacted(text(0), text(1));
         if (member == "OpenDatabase" || member == "CreateDatabase") return Give(answer, "database", dao_);
         if (member == "OpenRecordset") {
             dao_.current = 0;
@@ -162,6 +168,7 @@ private:
         if (member == "Size") return Give(answer, dao_.sizes[column_]);
         if (member == "AddNew") dao_.edited.assign(dao_.columns.size(), std::nullopt);
         if (member == "Update") dao_.rows.push_back(dao_.edited);
+        if (member == "Update" && dao_.extended) dao_.extended(dao_.edited);
         if (member == "Item") {
             const Text name = FromWide(arguments.rgvarg[0].bstrVal);
             const auto at = std::find(dao_.columns.begin(), dao_.columns.end(), name);
@@ -185,19 +192,16 @@ private:
     std::size_t column_;
 };
 
-const std::vector<std::string> FakeObject::kMembers = {"SetOption",    "CreateWorkspace",
-                                                       "OpenDatabase", "CreateDatabase",
-                                                       "BeginTrans",   "CommitTrans",
-                                                       "Rollback",     "Close",
-                                                       "Updatable",    "OpenRecordset",
-                                                       "Execute",      "MoveFirst",
-                                                       "MoveLast",     "RecordCount",
-                                                       "BOF",          "EOF",
-                                                       "MoveNext",     "Fields",
-                                                       "AddNew",       "Update",
-                                                       "Delete",       "Item",
-                                                       "Type",         "Size",
-                                                       "Value"};
+const std::map<std::string, std::vector<std::string>> FakeObject::kMembers = {
+    {"engine", {"SetOption", "CreateWorkspace", "OpenDatabase", "CreateDatabase", "CompactDatabase"}},
+    {"workspace", {"BeginTrans", "CommitTrans", "Rollback", "Close"}},
+    {"database", {"Updatable", "OpenRecordset", "Execute", "Close"}},
+    {"recordset",
+     {"Updatable", "MoveFirst", "MoveLast", "RecordCount", "BOF", "EOF", "MoveNext", "Fields", "AddNew",
+      "Update", "Delete", "Close"}},
+    {"fields", {"Item"}},
+    {"field", {"Type", "Size", "Value"}},
+};
 
 class EngineFactory final : public Counted<IClassFactory> {
 public:

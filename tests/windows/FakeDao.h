@@ -30,7 +30,11 @@ struct FakeDao {
     std::size_t failAt = 0;         // the failAt-th call fails, counted from 1
     bool failForGood = false;       // and all later ones
     FailWith failWith = FailWith::description;
-    std::function<void(const Text& path)> made; // a file
+    // For a stand-in that works on real files: a file is made, is opened, gets the last of the rows, is
+    // copied.
+    std::function<void(const Text&path)> made, opened;
+    std::function<void(const Row& row)> extended;
+    std::function<void(const Text& from, const Text& to)> compacted;
     int liveObjects = 0;
 
     std::vector<std::string> TakeCalls() { return std::exchange(calls, {}); }
