@@ -66,10 +66,10 @@ void FakeClient::PressSave(WindowHandle dialog)
 {
     const SaveDialog filled = dialogs_[dialog];
     boxesLeft_ = boxes;
-    if (boxes.empty() && !saveTo_.TakesFile(filled.typed))
-        boxesLeft_ = {{u"The path does not exist.", {u"OK"}}};
-    else if (boxes.empty() && !saveNothing && saveTo_.FileExists(filled.typed))
+    if (!saveNothing && saveTo_.FileExists(filled.typed)) // asked before anything is written
         boxesLeft_ = {{u"It exists. Replace it?", {u"&Yes", u"&No"}}};
+    else if (boxes.empty() && !saveTo_.TakesFile(filled.typed))
+        boxesLeft_ = {{u"The path does not exist.", {u"OK"}}};
     if (!boxesLeft_.empty()) return ShowNextBox(dialog);
     const auto save = [this, path = filled.typed, email = filled.email] { SaveTo(path, email); };
     if (fileAfter > 0 && writesSilently) FallSilent(fileAfter);

@@ -43,6 +43,7 @@ struct FaultBench : ProgramBench {
     std::string said;                        // the log of the run
     bool left = false;                       // something for another run
     std::vector<std::function<void()>> undo; // of what goes well again
+    std::vector<Text> others;                // files of another program, which hold "another's"
 
 private:
     int Rows(bool onlyLeft = false) const; // that the command is about
