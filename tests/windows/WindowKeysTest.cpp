@@ -1,4 +1,4 @@
-// WindowKeysTest.cpp: keys that are held, keys in texts, and the lists while a run writes to them.
+// WindowKeysTest.cpp: keys that are held, and keys in texts.
 #include "tests/windows/MailRun.h"
 
 namespace {
@@ -109,31 +109,6 @@ TEST_F(WindowKeysTest, EnterInATextOrListStartsNoExport)
     program.Type(VK_RETURN); // goes there: the root of the drive
     const std::wstring root = L"Store folder: " + program.Folder().substr(0, 3);
     EXPECT_TRUE(Eventually([&] { return TextOf(Control(lblStoreFolder)) == root; }, kPatience));
-}
-
-TEST_F(WindowKeysTest, TheLogCanBeReadWhileItGrows)
-{
-    ASSERT_TRUE(StartWithUnsaved(60));
-    const HWND list = Control(lstProgress);
-    const auto lines = [&] { return SendMessageW(list, LB_GETCOUNT, 0, 0); };
-    const auto top = [&] { return SendMessageW(list, LB_GETTOPINDEX, 0, 0); };
-    EXPECT_NE(Run(cmdCheckFolder).find(L"60 email(s) not saved"), std::wstring::npos);
-    const LRESULT first = lines();
-    EXPECT_GT(first, 59);
-    EXPECT_GT(top(), 10) << "the end is shown";
-    SendMessageW(list, LB_SETTOPINDEX, 5, 0); // scrolled back
-    Press(Control(cmdCheckFolder));
-    ASSERT_TRUE(Eventually([&] { return IsWindowVisible(Control(cmdStopAfterEmail)) != FALSE; }, kPatience));
-    SendMessageW(program.Window(), WM_COMMAND, MAKEWPARAM(lstProgress, LBN_DBLCLK), 0);
-    EXPECT_NE(GetWindowLongW(Control(lvResults), GWL_STYLE) & WS_VISIBLE, 0) << "in the run";
-    EXPECT_FALSE(IsWindowEnabled(Control(cmdSync)));
-    (void)EndOfRun();
-    EXPECT_GT(lines(), first + 59);
-    EXPECT_EQ(top(), 5);
-    const LRESULT second = lines();
-    SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(second - 1), 0);
-    (void)Run(cmdCheckFolder);
-    EXPECT_GT(top(), second) << "whoever is at the end stays there";
 }
 
 } // namespace

@@ -158,29 +158,6 @@ TEST_F(WindowRunTest, AStoppedRunEndsAndTheResultsAreMarkedFromTheKeyboard)
     EXPECT_TRUE(program.Close()) << "the box that stands open is no hindrance";
 }
 
-// Wine keeps other programs' colours and fonts as they were when they started: seen is that the window takes
-// its own anew.
-TEST_F(WindowRunTest, NewColoursAndFontsAreTakenAtOnce)
-{
-    ASSERT_TRUE(program.PassStartUp());
-    SetForegroundWindow(program.Window());
-    const HWND sync = Control(cmdSync);
-    RECT before = {}, after = {};
-    GetWindowRect(sync, &before);
-    SetWindowPos(sync, nullptr, 0, 0, 5, 5, SWP_NOZORDER | SWP_NOACTIVATE);
-    SendMessageW(program.Window(), WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS, 0);
-    GetWindowRect(sync, &after);
-    EXPECT_TRUE(EqualRect(&before, &after)) << "laid out by the font";
-
-    const HDC dc = GetDC(program.Window());
-    const COLORREF ground = GetPixel(dc, 2, 2), other = RGB(255, 0, 255);
-    SetPixel(dc, 2, 2, other);
-    EXPECT_EQ(GetPixel(dc, 2, 2), other);
-    SendMessageW(program.Window(), WM_SYSCOLORCHANGE, 0, 0);
-    EXPECT_TRUE(Eventually([&] { return GetPixel(dc, 2, 2) == ground; }, kPatience)) << "drawn anew";
-    ReleaseDC(program.Window(), dc);
-}
-
 TEST_F(WindowRunTest, ASecondCopyLeavesTheFirstOnesDatabaseAlone)
 {
     AddFolder(L"Inbox", 3);

@@ -1,9 +1,6 @@
 // WindowTest.cpp: the program as it starts, shows itself and closes, without a mail client.
-#include "controls/OrbPalette.h"
 #include "tests/windows/ProgramUnderTest.h"
-#include "tests/windows/SystemColours.h"
 
-#include <commctrl.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -44,35 +41,6 @@ TEST(WindowTest, StartsAndClosesWithoutSettingsAndClient)
                   "First folder=Local Folders\r\nTree Separator=[ - ]\r\n"
                   "OE Folder Settle Time=0\r\nApply DST=0\r\nTime Offset=0\r\n");
     EXPECT_NE(program.Read(L"saved.mdb"), "");
-}
-
-TEST(WindowTest, DarkColoursStayLegible)
-{
-    const SystemColours theUsers;
-    ProgramUnderTest program;
-    ASSERT_TRUE(program.PassStartUp());
-    SetForegroundWindow(program.Window());
-    SendMessageW(program.Control(nTab), TCM_SETCURFOCUS, 3, 0);
-    const HWND summary = program.Control(txtSummary);
-    SendMessageW(summary, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"WWWWWWWWWWWW"));
-    // Of the pixels on the screen. Of another program's windows Wine knows those of main windows alone.
-    const auto counts = [&](HWND window, COLORREF colour) {
-        RECT area = {};
-        GetClientRect(window, &area);
-        MapWindowPoints(window, program.Window(), reinterpret_cast<POINT*>(&area), 2);
-        const HDC dc = GetDC(program.Window());
-        int count = 0;
-        for (int y = 0; y < 30; ++y)
-            for (int x = 0; x < 60; ++x) count += GetPixel(dc, area.left + x, area.top + y) == colour;
-        ReleaseDC(program.Window(), dc);
-        return count;
-    };
-    EXPECT_TRUE(Eventually([&] { return counts(summary, GetSysColor(COLOR_WINDOWTEXT)) > 20; }, kPatience));
-    EXPECT_GT(counts(summary, GetSysColor(COLOR_WINDOW)), 500);
-    EXPECT_TRUE(
-        Eventually([&] { return counts(program.Window(), GetSysColor(COLOR_BTNFACE)) > 100; }, kPatience))
-        << "no light ground beside dark lists";
-    EXPECT_EQ(counts(program.Window(), LightPalette().window), 0);
 }
 
 } // namespace
