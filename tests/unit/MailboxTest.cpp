@@ -1,77 +1,12 @@
-// MailboxTest.cpp: what of a directory is mail, in what order, the pack that carries it elsewhere, and when
-// an export of it counts as whole.
+// MailboxTest.cpp: when an export of a mailbox counts as whole. What of a directory is mail is said by the
+// demo, which counts it.
 #include "demo/mailbox/Check.h"
-#include "demo/mailbox/LoadMailbox.h"
-#include "demo/mailbox/Names.h"
-#include "demo/mailbox/Pack.h"
 #include "tests/support/MailDirectory.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-// The tree as one line: name(source=bytes,...)[folder folder].
-std::string Drawn(const MailFolder& folder)
-{
-    std::string text = NameToUtf8(folder.name) + "(";
-    for (const MailMessage& message : folder.messages)
-        text += NameToUtf8(message.source) + "=" + message.bytes + ",";
-    text += ")";
-    for (const MailFolder& child : folder.folders) text.append("[").append(Drawn(child)).append("]");
-    return text;
-}
-
-TEST(MailboxTest, DirectoryBecomesFoldersAndMessages)
-{
-    MailDirectory scratch;
-    scratch.Write("own.eml", "0");
-    scratch.Write("Inbox/b.EML", "2");
-    scratch.Write("Inbox/A.eml", "1");
-    scratch.Write("Inbox/c.mbox", "From x\nM1\n\nFrom y\nM2\n");
-    scratch.Write("Inbox/empty.eml", "");
-    scratch.Write("Inbox/old", "From x\nM3");
-    scratch.Write("Inbox/readme", "Fromage");
-    scratch.Write("Inbox/notes.txt", "From x\nno mail");
-    scratch.Write("Inbox/.keep", "");
-    scratch.Write("Zoo/Sub/x.mbx", "From x\r\nM4");
-    scratch.Write("archive/keep.txt", "an empty folder");
-    const MailFolder root = LoadMailbox(scratch.Path());
-    EXPECT_EQ(Drawn(root), "Local Folders(own.eml=0,)[archive()]"
-                           "[Inbox(A.eml=1,b.EML=2,c.mbox#1=M1\n\n,c.mbox#2=M2\n,empty.eml=,old#1=M3,)]"
-                           "[Zoo()[Sub(x.mbx#1=M4,)]]");
-    EXPECT_EQ(CountMessages(root), 8u);
-    EXPECT_EQ(FindFolder(root, u"Local Folders/Zoo/Sub"), &root.folders[2].folders[0]);
-    EXPECT_EQ(FindFolder(root, u"zoo"), nullptr);
-    EXPECT_EQ(DefaultFolderPath(root), u"Inbox");
-    EXPECT_THROW(LoadMailbox(scratch.Path() / "none"), MailboxError);
-    EXPECT_THROW(LoadMailbox(scratch.Path() / "Inbox/old"), MailboxError) << "a file that is no pack";
-}
-
-// The format of RFC 4155, read strictly: a separator begins the file or follows an empty line.
-TEST(MailboxTest, MboxIsCutAtItsSeparatorsAndLosesNoByteOfAMessage)
-{
-    const std::tuple<std::string_view, std::vector<std::string_view>> cases[] = {
-        {"From a\nA\n\nFrom b\nB\n", {"A\n\n", "B\n"}},
-        {"From a\r\nA\r\n\r\nFrom b\r\nB\r\n", {"A\r\n\r\n", "B\r\n"}},
-        {"From a\nA\n\n From b\n>From c\n", {"A\n\n From b\n>From c\n"}},
-        {"From a\nA\n\nFrom b", {"A\n\n", ""}},
-        {"Subject: x\n\nFrom a\nA", {"Subject: x\n\n", "A"}}, // before the first separator
-        {"\r\nFrom a\nA", {"A"}},
-    };
-    for (const auto& [file, messages] : cases) EXPECT_EQ(SplitMbox(file), messages) << file;
-}
-
-TEST(MailboxTest, ADamagedPackIsRefused)
-{
-    const MailFolder root{
-        u"Local Folders", {{u"a.eml", std::string("\0\r\n\xFF", 4)}}, {{u"In\u20ACbox", {}, {}}}};
-    const std::string pack = WritePack(root);
-    EXPECT_EQ(Drawn(ReadPack(pack)), Drawn(root));
-    for (std::size_t i = 0; i < pack.size(); ++i)
-        EXPECT_THROW(ReadPack(std::string_view(pack).substr(0, i)), MailboxError) << "cut to " << i;
-}
-
-// When an export counts as whole.
 const char kFirst[] = "Subject: one\r\n\r\nA";
 const char kSecond[] = "Subject: two\r\n\r\nB";
 const char kTwin[] = "Subject: one\r\n\r\nC"; // same details as the first, other text
