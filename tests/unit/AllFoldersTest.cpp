@@ -104,31 +104,3 @@ TEST_F(AllFoldersTest, TheIgnoreNameDecidesWhereTheRunEnds)
     CheckAll();
     EXPECT_TRUE(view.log.empty()) << "no folders: no message";
 }
-
-TEST(AllFolders, TheFiguresOfARunAreThoseOfThatRun)
-{
-    RunBench bench(3);
-    Texts totalsLeft;
-    std::vector<int> bar, checkBar;
-    bench.fake.onSave = [&](int) {
-        totalsLeft.push_back(bench.view.statistics[Statistic::totalLeft]);
-        bar.push_back(bench.view.percentages.back().second);
-        EXPECT_EQ(bench.view.percentages.back().first, Bar::allFolders);
-    };
-    CountFoldersToCheck(bench.run);
-    bench.view.onEvents = [&] {
-        if (bench.fake.Asks() > 0 || bench.view.percentages.empty()) return;
-        const auto& [which, percent] = bench.view.percentages.back();
-        if (which == Bar::allFolders && (checkBar.empty() || checkBar.back() != percent))
-            checkBar.push_back(percent);
-    };
-    bench.SaveAll();
-    EXPECT_EQ(checkBar, (std::vector<int>{50, 75, 100, 0})) << "and empty when the export begins";
-    EXPECT_EQ(bench.view.statistics[Statistic::totalCount], u"6");
-    EXPECT_EQ(totalsLeft, (Texts{u"6", u"5", u"4", u"3", u"2", u"1"}));
-    EXPECT_EQ(bar, (std::vector<int>{0, 17, 33, 50, 67, 83}));
-    EXPECT_EQ(bench.run.runTotalSaved, 6);
-    bench.Mail().push_back(MailRow(u"New"));
-    bench.SaveAll();
-    EXPECT_EQ(bench.view.statistics[Statistic::totalCount], u"1") << "not added to the run before";
-}

@@ -62,24 +62,6 @@ TEST_F(ExportFolderTest, ExportsEveryEmailOnceAndRecordsIt)
     EXPECT_EQ(Records().size(), 4u);
 }
 
-TEST_F(ExportFolderTest, TheOptionsReachTheDialog)
-{
-    view.options.idOnly = true;
-    fake.selected = {2};
-    Export();
-    ExpectLog("begins with the selected e-mail", {u"-- Exporting 2 to 3 messages."});
-    ASSERT_EQ(fake.saved.size(), 2u);
-    EXPECT_EQ(fake.saved[1].path, kDirectory + u"0003.eml");
-    fake.ShowFolder(3);
-    fake.background = true; // no keys are typed there
-    view.options.sendKeys = true;
-    Export();
-    ExpectOutcome(u"0 passed, 1 failed, 0");
-    view.options.sendKeys = false;
-    Export();
-    EXPECT_EQ(fake.saved.size(), 3u);
-}
-
 TEST_F(ExportFolderTest, AnEmailWithoutAnyDetailsIsExportedAndAnUnreadOneIsNot)
 {
     Mail()[1] = std::vector<Text>(6);

@@ -1,5 +1,4 @@
 // JetCodecTest.cpp: texts, rows, data pages and usage maps against bytes written by hand.
-#include "jet/Display.h"
 #include "jet/RowCodec.h"
 #include "jet/UsageMap.h"
 #include "tests/support/Case.h"
@@ -92,32 +91,6 @@ TEST(JetCodec, RowsAreReadBackAndDamagedOnesRefused)
                             "030061006200FFFE6162630B00060007000200030003",  // overlap
                             "030061006200FFFE616263FF000B0006000200030003"}) // ends outside
         EXPECT_THROW(Row(table, ByteView(Unhex(bad), 1)), DatabaseError) << bad;
-}
-
-TEST(JetCodec, ValuesAreShownAsPeopleWriteThem)
-{
-    const std::tuple<ColumnType, std::string, Text> cases[] = {
-        {ColumnType::boolean, "01", u"True"},
-        {ColumnType::int16, "FEFF", u"-2"},
-        {ColumnType::int32, "00000080", u"-2147483648"},
-        {ColumnType::money, "C7CFFFFFFFFFFFFF", u"-1.2345"},
-        {ColumnType::money, "0100000000000000", u"0.0001"},
-        {ColumnType::float32, "CDCC8C3F", u"1.1"},
-        {ColumnType::float64, "9A9999999999B93F", u"0.1"},
-        {ColumnType::date, "ABAAAAAA8D20E340", u"2007-03-31 10:15:00"},
-        {ColumnType::date, "0000000000000041", u"2258-11-10 00:00:00"},
-        {ColumnType::date, "9A9999999999F97F", u"NaN"}, // no date: shown as it is
-        {ColumnType::binary, "00FF7A", u"00FF7A"},
-        {ColumnType::guid, "33221100554477668899AABBCCDDEEFF", u"{00112233-4455-6677-8899-AABBCCDDEEFF}"},
-    };
-    for (const auto& [type, hex, want] : cases) {
-        Column column;
-        column.type = type;
-        EXPECT_EQ(ToUtf8(DisplayText(column, ByteView(Unhex(hex), 1))), ToUtf8(want)) << hex;
-    }
-    Column decimal;
-    decimal.type = ColumnType::decimal;
-    EXPECT_THROW(DisplayText(decimal, ByteView(std::string(17, '\0'), 1)), DatabaseError);
 }
 
 TEST(JetCodec, RowsComeAndGoInTheirPage)

@@ -1,4 +1,4 @@
-// NumbersTest.cpp: numbers from text and text from numbers.
+// NumbersTest.cpp: numbers from text.
 #include "text/Numbers.h"
 
 #include <cmath>
@@ -59,21 +59,4 @@ TEST(Numbers, ATextIsOneOfSixteenBitsOrAFault)
     };
     for (const auto& [text, want] : cases) EXPECT_EQ(read(text), want) << ToUtf8(text);
     EXPECT_THROW(ToInt16(std::nan("")), ValueFault);
-}
-
-// As few digits as tell the number from its neighbours; the form is this program's own.
-TEST(Numbers, AFloatIsWrittenInAsFewDigitsAsBringItBack)
-{
-    const std::pair<float, const char16_t*> cases[] = {
-        {0.0f, u"0"},
-        {0.1f, u"0.1"},
-        {16777216.0f, u"16777216"},
-        {3.4028235e38f, u"3.4028235e+38"},
-        {1e20f, u"1e+20"},
-        {0.0001f, u"0.0001"},
-    };
-    for (const auto& [number, want] : cases) {
-        EXPECT_EQ(ShortestText(number), want);
-        EXPECT_EQ(static_cast<float>(LeadingNumber(want)), number);
-    }
 }

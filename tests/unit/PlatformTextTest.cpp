@@ -1,31 +1,8 @@
-// PlatformTextTest.cpp: the code page and the locale that stand in for the system's where there is no
-// Windows.
-#include "platform/posix/CodePage1252.h"
+// PlatformTextTest.cpp: the locale that stands in for the system's where there is no Windows. The code page
+// that does is held against Windows' own in tests/windows/LocaleTest.cpp.
 #include "platform/posix/EnglishLocale.h"
 
 #include <gtest/gtest.h>
-
-// The table that Windows has; tests/windows/LocaleTest.cpp holds all of it against the system's. Bytes that
-// stand for nothing are control characters.
-TEST(CodePage1252, EveryByteIsACharacterOfItsOwnAndComesBack)
-{
-    CodePage1252 page;
-    std::string all;
-    for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
-    EXPECT_EQ(page.ToAnsi(page.FromAnsi(all)), all);
-    EXPECT_EQ(page.FromAnsi("A\x80\x81\x8A\x96\x9E\x9F\xA3\xE9"),
-              u"A\u20AC\u0081\u0160\u2013\u017E\u0178\u00A3\u00E9");
-}
-
-// No best fit, as a rule of this program's own: it could make one text of two.
-TEST(CodePage1252, WhatDoesNotFitIsAQuestionMarkForEachUnit)
-{
-    CodePage1252 page;
-    EXPECT_EQ(page.ToAnsi(u"\u0141\u00F3d\u017A"), "?\xF3"
-                                                   "d?");
-    EXPECT_EQ(page.ToAnsi(u"\u0080\uFF21\u2212"), "???") << "the byte 80 is taken by the euro sign";
-    EXPECT_EQ(page.ToAnsi(u"a\U0001F600b"), "a??b");
-}
 
 // As a user in Britain has it; tests/windows/LocaleTest.cpp finds all its names in Windows.
 TEST(EnglishLocale, ADateIsShownDayFirstAndWithoutATimeAtMidnight)
