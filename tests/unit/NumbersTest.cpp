@@ -14,7 +14,7 @@ TEST(Numbers, ATextBeginsWithANumberOrIsOne)
         bool numeric;
     } cases[] = {
         {"white space at both ends, the CR of a header block included", u" \t-1.5 \r", -1.5, true},
-        {"exponent", u"2.5e2", 250, true},
+        {"exponent", u"2.5e+2", 250, true},
         {"no digits in the exponent: it is no part of the number", u"7e+", 7, false},
         {"point first", u".5", 0.5, true},
         {"point last", u"3.", 3, true},
