@@ -1,6 +1,7 @@
 """Opens the index page of stores in a browser: one that wants to break it, and one of forty thousand e-mails.
 usage: browser.py QUILLBOX_INSPECT [PICTURES]
   PICTURES   a directory that gets screenshots"""
+import base64
 import csv
 import io
 import pathlib
@@ -15,6 +16,7 @@ from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.common.print_page_options import PrintOptions
 from selenium.webdriver.support.wait import WebDriverWait
 
 HACK = "window.hacked=1"
@@ -56,6 +58,12 @@ class Browser(webdriver.Chrome):
 
     def resize(self, width, height, phone=False):
         self.chromium("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=phone)
+
+    def scheme(self, name):
+        self.chromium("Emulation.setEmulatedMedia", features=[{"name": "prefers-color-scheme", "value": name}])
+
+    def pages(self):  # of the page in view, printed
+        return base64.b64decode(self.print_page(PrintOptions())).count(b"/Type /Page\n")
 
     def eventually(self, script, *args):
         return WebDriverWait(self, 10, 0.1).until(lambda _: self.run(script, *args))
@@ -248,6 +256,38 @@ def test_many(browser, inspect, store, pictures):
         browser.press("/", "garden")
         browser.save_screenshot(pictures / "archive.png")
         browser.press("Escape")
+
+    # Printed are the rows that are chosen, not those in view.
+    browser.click(".year:nth-child(5)")
+    browser.click(".folder .label")
+    browser.press("/", "39991")
+    few, few_pages = shown(browser), browser.pages()
+    browser.press("Escape", "998")
+    more, more_pages = shown(browser), browser.pages()
+    assert few == 1 and few_pages == 1 and more > 60 and more_pages > 1, (few, few_pages, more, more_pages)
+    browser.press("Escape")
+
+    # In either light, the text stands out from its ground (WCAG 2.1, 1.4.3).
+    ratio = """
+        const light = c => { const [r, g, b] = c.match(/\\d+/g).map(v => { v /= 255;
+            return v <= 0.03928 ? v / 12.92 : Math.pow((v + 0.055) / 1.055, 2.4); }); return 0.2126*r + 0.7152*g + 0.0722*b; };
+        const ground = e => { for (; e; e = e.parentElement) { const c = getComputedStyle(e).backgroundColor;
+            if (c !== 'rgba(0, 0, 0, 0)') return c; } };
+        return arguments[0].map(css => { const e = document.querySelector(css), a = light(getComputedStyle(e).color),
+            b = light(ground(e)); return (Math.max(a, b) + 0.05) / (Math.min(a, b) + 0.05); });"""
+    browser.click(".year:nth-child(5)")
+    grounds = set()
+    for scheme in ("light", "dark"):
+        browser.scheme(scheme)
+        names = [".row a", ".row .date", ".row .where", "#count", ".year", ".folder .label", "[aria-selected=true] .folder",
+                 "#titles button", ".year[aria-pressed=true]"]
+        ratios = dict(zip(names, browser.run(ratio, names)))
+        assert min(ratios.values()) >= 4.5, (scheme, ratios)
+        grounds.add(browser.run("return getComputedStyle(document.body).backgroundColor"))
+    assert len(grounds) == 2
+    if pictures:
+        browser.save_screenshot(pictures / "archive-dark.png")
+    browser.scheme("light")
 
     # On a phone nothing runs over the edge, and the folders open on demand.
     browser.resize(390, 780, phone=True)
