@@ -115,6 +115,8 @@ TEST_F(ControlsTest, EachWayToPressAButtonIsOneClick)
         EXPECT_EQ(clicks, wanted) << way;
         EXPECT_EQ(otherNotices, 0) << way;
     }
+    EXPECT_TRUE(SendMessageW(window, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) << "Enter is its own";
+    EXPECT_TRUE(SendMessageW(neighbour, WM_GETDLGCODE, 0, 0) & DLGC_UNDEFPUSHBUTTON);
     button.Enable(false);
     mnemonic();
     EXPECT_EQ(clicks, 1) << "disabled";
@@ -170,7 +172,7 @@ TEST_F(ControlsTest, DarkWindowsTakeTheSystemsColours)
     display.ShowText(L"W");
     const std::pair<HWND, std::vector<int>> cases[] = {
         {button.Window(), {COLOR_BTNFACE, COLOR_BTNTEXT}},
-        {tab.Window(), {COLOR_BTNFACE, COLOR_HIGHLIGHT, COLOR_WINDOWFRAME}},
+        {tab.Window(), {COLOR_BTNFACE, COLOR_BTNTEXT, COLOR_HIGHLIGHT, COLOR_WINDOWFRAME}},
         {bar.Window(), {COLOR_WINDOW, COLOR_HIGHLIGHT, COLOR_HIGHLIGHTTEXT, COLOR_WINDOWTEXT}},
         {display.Window(), {COLOR_WINDOW, COLOR_WINDOWTEXT}},
     };
