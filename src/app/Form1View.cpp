@@ -133,7 +133,9 @@ void Form1::ShowStatistic(Statistic which, const Text& text)
 
 void Form1::ShowPercentage(Bar bar, int percent)
 {
-    controls_.Bar(bar == Bar::allFolders ? spMain : sProg).Properties().SetPercentage(percent);
+    SimpleProgressModel& properties = controls_.Bar(bar == Bar::allFolders ? spMain : sProg).Properties();
+    // Each set draws, and most e-mails of a long list leave the bar as it is.
+    if (properties.Percentage() != percent) properties.SetPercentage(percent);
 }
 
 int Form1::SelectedTab() const
