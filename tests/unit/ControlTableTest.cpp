@@ -68,24 +68,4 @@ TEST(ControlTableTest, KeysOfAPageAreUnique)
     }
 }
 
-// To the right, or down.
-TEST(ControlTableTest, TabGoesAsOneReads)
-{
-    std::map<ControlId, Place> last; // by parent
-    for (const ControlRow& row : ControlRows()) {
-        if (row.kind == Kind::name || (!HasKey(row) && !IsBox(row))) continue;
-        Place place = row.place;
-        if (row.kind == Kind::comboBox) place.height = 14; // its list counts too
-        const auto before = last.find(row.parent);
-        if (before != last.end()) {
-            const int higher = before->second.top, lower = higher + before->second.height;
-            const bool above = place.top + place.height <= higher;
-            const bool beside = !above && place.top < lower;
-            EXPECT_FALSE(above || (beside && place.left < before->second.left)) << NameOf(row);
-        }
-        last[row.parent] = place;
-    }
-    EXPECT_EQ(last.size(), 5u);
-}
-
 } // namespace
