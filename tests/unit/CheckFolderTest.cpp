@@ -243,24 +243,6 @@ TEST_F(CheckFolderTest, FileComparisonReadsTheFilesAndMendsTheDatabase)
     ExpectVerdict(verdict, "files can be compared without a database");
 }
 
-TEST_F(CheckFolderTest, WithoutAWritableRecordACheckByFilesRecordsNothingAndSaysSo)
-{
-    saved.whyReadOnly = u"The table has lost rows: it should have 5 and has 0";
-    const Text no = u"Nothing is recorded: ", lost = no + saved.whyReadOnly,
-               closed = no + u"the database of saved emails is not open";
-    Store(u"0000_a.eml", MailOf(0));
-    Check(ComparisonType::file);
-    ExpectVerdict(u"Inbox has 1 saved email(s). 3 email(s) not saved.");
-    EXPECT_EQ(Count(lost), 1);
-    EXPECT_TRUE(Records().empty());
-    Check(ComparisonType::database);
-    ExpectLog("it writes nothing", {u"Inbox has 0 saved email(s)."}, {u"Nothing is recorded"});
-    CloseSavedEmails(saved);
-    Check(ComparisonType::file);
-    ExpectLog("closed", {closed, u"Inbox has 1 saved email(s)."}, {lost});
-    EXPECT_EQ(Count(closed), 1);
-}
-
 TEST_F(CheckFolderTest, FileComparisonTellsTheDifferenceOfTheCounts)
 {
     for (int i = 0; i < 4; ++i) Store(u"000" + DecimalText(i) + u"_a.eml", MailOf(i));

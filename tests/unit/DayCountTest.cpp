@@ -65,24 +65,3 @@ TEST(DayCount, MonthsAndDaysBeyondTheCalendarCarryOver)
     EXPECT_THROW(DateFromYmd(100, 1, 0), ValueFault);
     EXPECT_THROW(DateFromYmd(10000, 1, 1), ValueFault);
 }
-
-TEST(DayCount, AddedMonthsKeepTheDayWhereTheMonthHasIt)
-{
-    const double last = DateFromYmd(2008, 1, 31) + 0.75;
-    const std::pair<double, const char16_t*> cases[] = {
-        {1, u"29/02/2008 18:00"},   {-2, u"30/11/2007 18:00"},  {11, u"31/12/2008 18:00"},
-        {1.5, u"31/03/2008 18:00"}, {0.5, u"31/01/2008 18:00"}, // halves go to the even number
-    };
-    for (const auto& [count, want] : cases)
-        EXPECT_EQ(FormatDate(AddMonths(last, count), kMinuteFormat), want) << count;
-    for (const double count : {1e300, -1e300, std::nan(""), 120000.0})
-        EXPECT_THROW(AddMonths(last, count), ValueFault) << count;
-}
-
-TEST(DayCount, AddedHoursPassDayZero)
-{
-    EXPECT_EQ(FormatDate(AddHours(kNoListDate, -72.5), kMinuteFormat), u"29/12/1899 00:00");
-    EXPECT_EQ(AddHours(kNoListDate, -63), -1.375) << "29 December 1899 09:00, fraction forward";
-    EXPECT_EQ(FormatDate(AddMinutes(0, -1), kMinuteFormat), u"29/12/1899 23:59");
-    EXPECT_THROW(AddHours(0, 1e10), ValueFault);
-}

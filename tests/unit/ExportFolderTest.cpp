@@ -119,16 +119,6 @@ TEST_F(ExportFolderTest, WhatCannotRunSaysWhy)
     }
 }
 
-TEST_F(ExportFolderTest, TheSelectedEmailIsShownInTheSummary)
-{
-    fake.selected = {1};
-    ShowSelectedEmail(run);
-    EXPECT_EQ(view.summary.substr(0, view.summary.find(u"\r\nCRC: ")),
-              u"Subject: Mail1\r\nFrom: Ann Archer\r\nTo: bob@example.com\r\nSent: 03/04/2007 10:15:00\r\n"
-              u"Rec: 03/04/2007 10:16:00");
-    EXPECT_EQ(view.shown.back(), u"Message ID: 1");
-}
-
 TEST(ExportStatistics, ShowRateRestAndTotals)
 {
     RecordingView view;

@@ -1,4 +1,4 @@
-// MessageDetailsTest.cpp: what the selected row and the rows of a folder tell of their e-mails.
+// MessageDetailsTest.cpp: what the selected row tells of its e-mail.
 #include "oe/MessageDetails.h"
 #include "tests/support/OeBench.h"
 
@@ -60,27 +60,4 @@ TEST_F(MessageDetailsTest, CellsBecomeAnEntry)
     const EmailEntry blank = BuildEmailEntry(client, GetMessageDetails(client));
     EXPECT_EQ(blank.From, std::vector<Text>{Text()}) << "no such column: one empty element";
     EXPECT_EQ(blank.Sent, kNoListDate);
-}
-
-TEST_F(MessageDetailsTest, FolderEntriesAreSortedButKeepTheirRows)
-{
-    fake.folders[2].rows = {MailRow(u"c", u"05/05/2008 10:00"),
-                            MailRow(u"a", u"01/05/2008 10:00"),
-                            MailRow(u"b", u"03/05/2008 10:00"),
-                            {u"", u"x", u"none", u"", u"", u""}};
-    std::vector<int> percent;
-    ReadFolderEntries(client, [&](int value) { percent.push_back(value); });
-    std::vector<std::int32_t> rows;
-    for (const EmailEntry& entry : client.folderEntries) rows.push_back(entry.row);
-    EXPECT_EQ(rows, (std::vector<std::int32_t>{3, 1, 2, 0}));
-    EXPECT_EQ(percent, (std::vector<int>{0, 33, 67, 100}));
-    EXPECT_EQ(fake.LiveBlocks(), 0u);
-
-    fake.folders[2].rows.resize(1);
-    percent.clear();
-    ReadFolderEntries(client, [&](int value) { percent.push_back(value); });
-    EXPECT_EQ(percent, std::vector<int>{100}) << "one row only";
-    fake.folders[2].rows.clear();
-    ReadFolderEntries(client, [&](int value) { percent.push_back(value); });
-    EXPECT_TRUE(client.folderEntries.empty()) << "those of the folder before are not this one's";
 }

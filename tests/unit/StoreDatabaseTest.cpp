@@ -21,7 +21,6 @@ struct StoreDatabaseTest : testing::Test, Disk, ProgramBench {
             CreateSaved(disk[FakeFiles::Key(path)]);
         };
         engine.open = [this](const Text& path) {
-            if (refused.count(path)) throw DatabaseError(u"damaged");
             opened.push_back(path);
             MemoryFiles& held = disk[FakeFiles::Key(path)];
             if (held.files.empty()) CreateSaved(held);
@@ -36,7 +35,6 @@ struct StoreDatabaseTest : testing::Test, Disk, ProgramBench {
     }
 
     std::vector<Text> made, opened;
-    std::set<Text> refused;
 };
 
 TEST_F(StoreDatabaseTest, EachStoreThatIsUsedHasItsOwn)
@@ -82,26 +80,6 @@ TEST_F(StoreDatabaseTest, LookingMakesNoneAndTakesNoOtherStores)
                                                u"file(s) looked through: nothing is wrong with the store.");
     Press(&Program::cmdIndexPage);
     EXPECT_EQ(made, Texts{u"C:\\Store\\saved.mdb"});
-}
-
-TEST_F(StoreDatabaseTest, OneThatCannotBeOpenedStopsOnlyItsStore)
-{
-    StartWith(true);
-    refused = {u"C:\\Store\\saved.mdb"};
-    EXPECT_TRUE(Press(&Program::cmdSaveAll).starts_with(u"The database of saved emails cannot be opened"));
-    EXPECT_TRUE(fake.saved.empty());
-    program.Store().Choose(u"C:\\Second");
-    Press(&Program::cmdExport);
-    EXPECT_EQ(fake.saved.size(), 3u);
-    program.Store().Choose(u"C:\\Store");
-    for (const bool isFree : {false, true}) { // each press tries again
-        if (isFree) refused.clear();
-        fake.selected = {0};
-        EXPECT_TRUE(program.IsEnabled(Needs::records));
-        EXPECT_EQ(Press(&Program::cmdExport).starts_with(u"The database of saved emails cannot be opened"),
-                  !isFree);
-        EXPECT_EQ(fake.saved.size(), isFree ? 6u : 3u);
-    }
 }
 
 TEST_F(StoreDatabaseTest, AMissingStoreGetsNoneInTheProgramsFolderUnasked)
