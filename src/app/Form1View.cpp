@@ -94,9 +94,9 @@ void Form1::ShowFirstBox(const Text& title, const Text& words)
 
 void Form1::CloseBox()
 {
-    // And what that one stands over.
+    // And what that one stands over. A box with "Yes" and "No" alone cannot be closed, only answered.
     for (HWND box = GetLastActivePopup(window_); box && box != window_; box = GetWindow(box, GW_OWNER))
-        PostMessageW(box, WM_CLOSE, 0, 0);
+        PostMessageW(box, GetDlgItem(box, IDNO) ? WM_COMMAND : WM_CLOSE, IDNO, 0);
 }
 
 void Form1::ShowBriefBox(BoxIcon icon, const Text& words)

@@ -55,12 +55,13 @@ void Program::StartUp(const CommandSwitches& told)
     if (told_.captions) return NameColumns();
     store_.GoTo(outside_.programFolder);
     const Text settingsFile = outside_.programFolder + u"settings.ini";
+    settingsUnread_ = WhyUnread(settingsFile);
     settings_ = LoadSettings(outside_.profile, outside_.files, settingsFile);
     const std::vector<RefusedExtra> refused =
         LoadExtras(settings_, outside_.profile, outside_.files, settingsFile);
     const RefusedCaptions captions =
         LoadCaptions(settings_.words, outside_.profile, outside_.files, settingsFile);
-    settingsUnread_ = WhyUnread(settingsFile);
+    if (settingsUnread_.empty()) settingsUnread_ = WhyUnread(settingsFile); // nor locked meanwhile
     store_.TakeFromSettings(settings_.store);
     window_.ShowSettings(settings_);
     window_.Appear();
@@ -128,7 +129,7 @@ void Program::UseDatabase()
     if (!databasePath_.empty() &&
         !EqualNoCase(databasePath_, DatabasePath())) { // nobody marks as saved here what was not found there
         window_.ClearResults();
-        LogLine(u"The results table was cleared, as it was of another store folder", Record::yes);
+        LogLine(kTableCleared, Record::yes);
     }
     CloseSavedEmails(saved_);
     OpenDatabase();
@@ -193,7 +194,6 @@ public:
         program_.running_ = true;
         program_.flags_ = {};
         program_.client_.missedExtras.clear();
-        program_.window_.BeginCommand();
     }
     ~Bracket() noexcept(false) // the window may lack memory: that is for its procedure to say
     {
@@ -213,6 +213,7 @@ void Program::Run(const std::function<void()>& command)
     {
         const Bracket bracket(*this);
         try {
+            window_.BeginCommand();
             command();
         } catch (const DatabaseError& error) {
             flags_.runCompleted = false;

@@ -17,6 +17,8 @@
 #include <functional>
 #include <set>
 
+inline const Text kTableCleared = u"The results table was cleared, as it was of another store folder";
+
 // The outside world, as the program meets it.
 struct Surroundings {
     Files& files;
@@ -118,6 +120,9 @@ private:
     void CheckAllFolders();
     void SaveAll();
     bool MayUseRecords(); // likewise, where these stand in the store
+    // Likewise, for the ticked rows of the results table. Those of another database have gone, which is said.
+    bool MayUseTicked();
+    bool HasFolders(); // a synchronisation may have found none
     bool MayExport();
     void BeginRunList(); // of folders to check and to export: empty
 

@@ -72,7 +72,18 @@ bool Program::HasStore()
 
 bool Program::MayUseRecords()
 {
-    return !settings_.databaseInStore || MayUseStore();
+    if (settings_.databaseInStore) return MayUseStore();
+    UseDatabase(); // the store's may still be open
+    return true;
+}
+
+bool Program::MayUseTicked()
+{
+    const bool areTicked = window_.NextTicked(-1) >= 0;
+    if (!MayUseRecords()) return false;
+    const bool haveGone = areTicked && window_.NextTicked(-1) < 0;
+    if (haveGone) window_.ShowBox(BoxIcon::warning, kTableCleared);
+    return !haveGone;
 }
 
 bool Program::MayExport()
@@ -95,6 +106,11 @@ void Program::cmdCheckFolder()
     });
 }
 
+bool Program::HasFolders()
+{
+    return !run_.nodes.empty() || SelectShownFolder(run_); // which says that there are none
+}
+
 void Program::BeginRunList()
 {
     CountFoldersToCheck(run_);
@@ -108,7 +124,7 @@ void Program::cmdCheckAllFolders()
 
 void Program::CheckAllFolders()
 {
-    if (!MayUseStore()) return;
+    if (!MayUseStore() || !HasFolders()) return;
     window_.EnterBusyLayout();
     window_.ClearResults();
     window_.SetSummary(u"");
@@ -142,7 +158,7 @@ void Program::cmdSaveAll()
 
 void Program::SaveAll()
 {
-    if (!MayExport()) return;
+    if (!MayExport() || !HasFolders()) return;
     window_.EnterBusyLayout();
     // Kept: otherwise it goes on with the list of the last check.
     if (settings_.options.freshRunList) BeginRunList();
@@ -254,7 +270,7 @@ void Program::cmdNewFolder()
 void Program::mnMarkSaved()
 {
     Run([this] {
-        if (!MayUseRecords()) return;
+        if (!MayUseTicked()) return;
         for (int place = window_.NextTicked(-1); place >= 0 && !closeAsked_;
              place = window_.NextTicked(place)) {
             const ResultsRow& row = window_.ResultsRowAt(place);
@@ -289,7 +305,7 @@ void Program::mnMarkSaved()
 void Program::mnForget()
 {
     Run([this] {
-        if (window_.NextTicked(-1) < 0 || !MayUseRecords()) return;
+        if (window_.NextTicked(-1) < 0 || !MayUseTicked()) return;
         (void)WritableDatabase(saved_); // or it throws, before anything is asked
         if (!window_.Ask(u"Forget that the ticked e-mails have been saved?\r\n\r\nTheir records are deleted, "
                          u"so that the next export saves these e-mails again. Files stay where they are."))

@@ -23,19 +23,20 @@ bool Program::TakesBox(const Text& words)
 void Program::RefuseSwitches()
 {
     code_ = ExitCode::wrongSwitches;
+    lastRecordsWritten_ = true; // none is known, and the session may end over the box
     log_.SetPath(outside_.programFolder + u"log.txt");
     window_.ShowBox(BoxIcon::warning,
                     told_.wrong +
                         u"\r\n\r\nquillbox.exe /sync /check|/export [/folder:NAME|/all] [/store:DIR] "
                         u"[/comparison:simple|database|file] [/jump] [/close]\r\n"
                         u"quillbox.exe /captions");
-    lastRecordsWritten_ = true;
     AskToClose();
 }
 
 void Program::NameColumns()
 {
     code_ = ExitCode::unusable;
+    lastRecordsWritten_ = true; // no other setting is known, or written
     log_.SetPath(outside_.programFolder + u"log.txt");
     const Text settingsFile = outside_.programFolder + u"settings.ini";
     (void)LoadCaptions(settings_.words, outside_.profile, outside_.files, settingsFile);
@@ -69,7 +70,6 @@ void Program::NameColumns()
                               u"in the box \"Extras\", too, if Outlook Express does not speak English."
                             : u"The titles of the columns could not be written to settings.ini");
     }
-    lastRecordsWritten_ = true; // no other setting is written
     AskToClose();
 }
 
@@ -144,6 +144,10 @@ void Program::RunAsTold(int line)
             const ExportTotals& totals = run_.exported;
             isSaved =
                 count && totals.saved >= *count && totals.saved == totals.handled && totals.notLookedAt == 0;
+        }
+        if (line >= 0 && run_.selectedFolder != line) {
+            LogLine(u"Outlook Express showed another folder than it was told to", Record::yes);
+            isSaved = false;
         }
     }
     if (isSaved) code_ = ExitCode::allSaved;

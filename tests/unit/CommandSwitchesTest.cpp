@@ -87,6 +87,12 @@ TEST(UnattendedRun, TellsByItsCodeWhatCameOfIt)
          u""},
         {"the one that is shown", {"/export"}, [](auto& b) { b.fake.selected = {1}; }, allSaved, 3, u""},
         {"another than is shown", {"/export", "/folder:Local Folders\\Sent"}, {}, allSaved, 1, u""},
+        {"a click on another one",
+         {"/export", "/folder:Local Folders\\Sent"},
+         [](auto& b) { b.window.onBusy = [&b] { b.fake.ShowFolder(2); }; },
+         unsaved,
+         3,
+         u"showed another folder than it was told to"},
         {"a folder that there is not", {"/export", "/folder:Inbox"}, {}, unsaved, 0, u"has no such folder"},
         {"a check finds what is missing", checkAll, {}, unsaved, 0, u"4 email(s) to be saved."},
         {"no folder is looked at", exportAll,
@@ -161,6 +167,7 @@ TEST(UnattendedRun, DoesNothingWithWrongSwitches)
 {
     for (const bool close : {false, true}) {
         ProgramBench bench;
+        bench.window.onBox = [&] { bench.program.EndSession(); };
         bench.program.StartUp(ParseSwitches(close ? Words{"/close", "/exprot"} : Words{"/exprot"}));
         EXPECT_EQ(bench.program.Code(), ExitCode::wrongSwitches);
         EXPECT_EQ(bench.window.boxes.size(), close ? 0u : 1u);
@@ -205,12 +212,14 @@ TEST(Captions, AreWrittenFromTheListThatIsOpen)
         bench.fake.columnTitles = {u"!", u"Von", u"Betreff", u"Erhalten", u"Gesendet", u"To"};
         if (c.before) c.before(bench);
         bench.window.chosenColumns = c.chosen;
+        if (c.code != allSaved) bench.window.onBox = [&] { bench.program.EndSession(); };
         bench.program.StartUp(ParseSwitches({"/captions"}));
         EXPECT_EQ(bench.program.Code(), c.code);
         ASSERT_EQ(bench.window.boxes.size(), c.boxes.size());
         for (std::size_t i = 0; i < c.boxes.size(); ++i)
             EXPECT_TRUE(bench.window.boxes[i].starts_with(c.boxes[i])) << ToUtf8(bench.window.boxes[i]);
         EXPECT_EQ(bench.window.steps.back(), u"destroy");
+        EXPECT_TRUE(bench.profile.refuse || bench.profile.written.empty() == (c.code != allSaved));
         if (c.code != allSaved) continue;
         EXPECT_EQ(bench.window.knownColumns, (std::vector<int>{-1, -1, 5, -1, -1}));
         using Written = std::vector<std::pair<Text, Text>>;

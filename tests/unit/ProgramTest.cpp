@@ -35,6 +35,7 @@ TEST_F(ProgramTest, WithoutAClientItStartsAndWaits)
     EXPECT_FALSE(window.unlocked);
     EXPECT_FALSE(program.IsEnabled(Needs::folders));
     EXPECT_TRUE(program.IsEnabled(Needs::idle));
+    EXPECT_EQ(Press(&Program::cmdCheckAllFolders), u"") << "there are no folders to speak of";
 }
 
 TEST_F(ProgramTest, ADatabaseIsWritableMendedOrSaidAtOnceAndExportingStaysOff)

@@ -66,9 +66,16 @@ TEST_F(StoreDatabaseTest, ResultsOfOneAreNotMarkedInAnother)
     window.results = {{u"In", u"0", u"One", u"", u"A1"}};
     window.ticked = {0};
     program.Store().Choose(u"C:\\Second");
-    Press(&Program::mnMarkSaved);
+    EXPECT_EQ(Press(&Program::mnMarkSaved), kTableCleared);
     EXPECT_TRUE(window.results.empty());
     EXPECT_FALSE(Logged(u"Mark as saved: "));
+    window.results = {{u"In", u"0", u"One", u"", u"A1"}};
+    window.ticked = {0};
+    window.chosenExtras = {{}};
+    for (const ExtraRow& row : ExtraRows()) window.chosenExtras[0].push_back(DecimalText(row.normal));
+    Press(&Program::cmdExtras);
+    EXPECT_EQ(Press(&Program::mnMarkSaved), kTableCleared);
+    EXPECT_EQ(opened.back(), u"C:\\Quillbox\\saved.mdb");
 }
 
 TEST_F(StoreDatabaseTest, LookingMakesNoneAndTakesNoOtherStores)
