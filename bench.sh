@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Measures what the program does beside what people would use instead, in turns, all answers compared first;
-# prints a table of ratios with their goals and ends with 1 when one is missed. Installs what is missing.
+# prints a table of ratios with their goals and ends with 1 when one is missed, with 2 when one could not be
+# measured. Installs what is missing.
 # usage: bench.sh [--quick] [--keep]
 #   --quick   fewer e-mails, rows and repetitions: a look, no figures to keep
 #   --keep    writes docs/performance.md and its plots, too
@@ -13,11 +14,16 @@ for argument in "$@"; do
         --quick) files=500 rows=10000 emails=10000 repetitions=3 wine=(1 200 20 500) ;;
         --keep) keep=(--keep) ;;
         *)
-            sed -n '4,6s/^# //p' "$0" >&2
+            sed -n '5,7s/^# //p' "$0" >&2
             exit 2
             ;;
     esac
 done
+if [ "$files" != 5000 ] && ((${#keep[@]})); then
+    echo "bench: --quick measures nothing to be kept" >&2
+    exit 2
+fi
+trap 'exit 2' ERR
 
 scripts/install-tools.sh bench
 scripts/build.sh bench bench-headers bench-database bench-comparison bench-growth demo-pack quillbox-inspect
@@ -42,4 +48,5 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 TZ=UTC scripts/wine-run.sh -t 0 -- python3 bench/wine.py build/win32 build/bench "$scratch" "$results/wine.json" "${wine[@]}" \
     >"$results/wine.txt" 2>&1 || { tail -n 5 "$results/wine.txt" >&2; exit 2; }
+trap - ERR
 python3 bench/report.py "${keep[@]}" "$results"/*.json

@@ -91,7 +91,8 @@ std::vector<Question> Questions(const Sample& sample)
 {
     std::mt19937 random(1);
     std::vector<Question> questions;
-    for (int i = 0; i < 4096; ++i) {
+    constexpr int kQuestions = 100'000; // pages of a large file are not all in memory then
+    for (int i = 0; i < kQuestions; ++i) {
         SavedRow row = sample.rows[random() % sample.rows.size()];
         if (i % 2) row.crc[0] = 'G';
         questions.push_back(
@@ -272,11 +273,11 @@ void RegisterAll(std::size_t count)
         FileError error = FileError::none;
         const auto file = files.Open(FromUtf8(CopyOf(SampleOf(count).JetPath())), OpenMode::exclusive, error);
         std::string page(jet::kPageSize, 'x');
-        const std::uint64_t last = file->Size() - jet::kPageSize;
+        const std::uint64_t last = file->Size() - jet::kPageSize, count = 2 * jet::kPageSize;
         for (auto _ : state) {
             for (int times = 0; times < 2; ++times) {
                 ++page[0];
-                if (file->WriteAt(last, page.data(), page.size()) != FileError::none ||
+                if (file->WriteAt(times == 0 ? last : count, page.data(), page.size()) != FileError::none ||
                     file->Flush() != FileError::none)
                     Fail("cannot write");
             }

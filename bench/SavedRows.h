@@ -45,13 +45,16 @@ inline const std::filesystem::path& Directory()
     return scratch.Path();
 }
 
-// SQLite with what makes it fast: an index for each kind of question.
+// SQLite with what makes it fast: an index for each kind of question, and as much memory and the file for
+// itself as the engine has it.
 class Sqlite {
 public:
     explicit Sqlite(const std::string& path)
     {
         if (sqlite3_open(path.c_str(), &database_) != SQLITE_OK) Fail(sqlite3_errmsg(database_));
         Run("PRAGMA synchronous=FULL");
+        Run("PRAGMA cache_size=-32000"); // KB
+        Run("PRAGMA locking_mode=EXCLUSIVE");
     }
     ~Sqlite() { sqlite3_close(database_); }
     Sqlite(const Sqlite&) = delete;

@@ -1,5 +1,6 @@
 """report.py [--keep] RESULTS...: ratios of medians from Google Benchmark's JSON files, with their goals. Ends with
-1 when a goal is missed. --keep writes the table of docs/performance.md and a plot for each of its parts."""
+1 when a goal is missed, with 2 when one was not measured. --keep writes the table of docs/performance.md and a plot
+for each of its parts, of a whole measurement alone."""
 import json
 import math
 import pathlib
@@ -12,8 +13,7 @@ BEFORE = ROOT / "bench/before.json"  # medians of the program as it was before t
 
 # Name of the plot, title, rows. A row: the work, the measured benchmark, what it is held against, the goal. A goal
 # "at most" is of the time over the other's, one "at least" of the speed over the other's. Both are processor time, but
-# by the clock where one waits for the disk or for another process.
-# and all under Wine
+# by the clock where one waits for the disk or for another process, as all do under Wine.
 BY_CLOCK = ("headers/python", "rows/mdb-export", "add/two-pages-synced", "add/lmdb", "condense/sqlite")
 PARTS = [
     ("headers", "The headers of 5,000 saved e-mails (200 MB)", [
@@ -263,11 +263,18 @@ def main(arguments):
     found = medians([pathlib.Path(argument) for argument in arguments if argument != "--keep"])
     before = json.loads(BEFORE.read_text())
     print_table(found, before)
+    values = [(row[0], figure(found, row), row[3]) for _, _, rows in PARTS for row in rows]
+    values += [(work, power(grown(found, name)), ("at most", MOST_POWER)) for work, name in GROWTH[2]]
+    if unmeasured := [work for work, value, _ in values if value is None]:
+        print("not measured: " + "; ".join(unmeasured), file=sys.stderr)
+        return 2
     if "--keep" in arguments:
         keep(found, before)
-    values = [(figure(found, row), row[3]) for _, _, rows in PARTS for row in rows]
-    values += [(power(grown(found, name)), ("at most", MOST_POWER)) for _, name in GROWTH[2]]
-    return 1 if any(value is not None and not is_met(value, goal) for value, goal in values) else 0
+    return 0 if all(is_met(value, goal) for _, value, goal in values) else 1
 
 
-sys.exit(main(sys.argv[1:]))
+try:
+    sys.exit(main(sys.argv[1:]))
+except (OSError, ValueError, KeyError, ZeroDivisionError) as error:
+    print(f"report: {error!r}", file=sys.stderr)
+    sys.exit(2)
