@@ -225,7 +225,7 @@ void Form1::ShowSettings(const Settings& settings)
         if (row.control == noControl) continue;
         const HWND control = controls_.At(row.control);
         const Text value = row.write(settings);
-        if (row.control == txtIgnore)
+        if (RowOf(row.control).kind == Kind::textBox)
             SetWindowTextW(control, Wide(value));
         else
             SendMessageW(control, BM_SETCHECK, value == u"1" ? BST_CHECKED : BST_UNCHECKED, 0);
@@ -240,7 +240,8 @@ void Form1::ReadSettings(Settings& settings)
         if (row.control == noControl) continue;
         const HWND control = controls_.At(row.control);
         const bool ticked = SendMessageW(control, BM_GETCHECK, 0, 0) == BST_CHECKED;
-        row.read(settings, row.control == txtIgnore ? TextOfWindow(control) : ticked ? u"1" : u"0");
+        const bool isText = RowOf(row.control).kind == Kind::textBox;
+        row.read(settings, isText ? TextOfWindow(control) : ticked ? u"1" : u"0");
     }
     const LRESULT type = SendMessageW(controls_.At(cboComparison), CB_GETCURSEL, 0, 0);
     if (type >= 0 && type <= 2) settings.options.comparison = static_cast<ComparisonType>(type);

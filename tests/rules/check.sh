@@ -34,8 +34,14 @@ printf '%s\0' "${sources[@]}" | xargs -0 -n 50 -P 2 clang-format --dry-run 2>&1 
 
 shellcheck -f gcc -x "${scripts[@]}" | wrong || true
 
-wc -l "${sources[@]}" "${scripts[@]}" |
+mapfile -d '' others < <(list '*.py' '*.js' '*.css')
+wc -l "${sources[@]}" "${scripts[@]}" "${others[@]}" |
     awk -v most="$longest" '$2 != "total" && $1 > most { print $2 ":" $1 ": longer than " most " lines" }' | wrong
+
+version=$(sed -n 's/^project(Quillbox VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
+[ "$(sed -n 's/^## //p' CHANGELOG.md | head -n 1)" = "$version" ] || wrong <<<"CHANGELOG.md: does not begin with $version"
+grep -q "version=\"$version.0\" .*name=\"Quillbox\"" src/app/Quillbox.manifest ||
+    wrong <<<"src/app/Quillbox.manifest: is of another version than $version"
 
 # What .gitignore names is made anew by whoever needs it. Of binaries only pictures and mail are source.
 git ls-files --cached --ignored --exclude-per-directory=.gitignore | sed 's/$/: tracked, though .gitignore names it/' | wrong

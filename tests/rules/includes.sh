@@ -33,6 +33,10 @@ awk '
         room = room_of(part[1])
         if (header ~ windows && part[1] ~ /^src\// && part[1] !~ /^src\/(platform\/win32|controls)\// && room != "quillbox")
             complain(header ", but is no window file")
+        if (header ~ /^[<"]platform\/(win32|posix)\// && part[1] ~ /^src\// && part[1] !~ /^src\/platform\// && room != "quillbox")
+            complain(header ", but is no part of that system")
+        if (header ~ /^<[^>]*\// && room_of(substr(header, 2)) in links)
+            complain(header ", which is ours, as if it were the system'"'"'s")
         if (header ~ /^"[^"]*\// && !reaches(room, room_of(substr(header, 2))))
             complain(header ", but " room " does not link " room_of(substr(header, 2)))
     }

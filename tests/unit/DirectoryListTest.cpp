@@ -1,4 +1,4 @@
-// FormDirectoryListTest.cpp: the lines of the folder list in which the store folder is chosen.
+// DirectoryListTest.cpp: the lines of the folder list in which the store folder is chosen.
 #include "app/DirectoryList.h"
 #include "tests/support/Case.h"
 
@@ -13,7 +13,7 @@ std::vector<Text> Written(const std::vector<DirectoryLine>& lines)
     return written;
 }
 
-TEST(FormDirectoryListTest, PathIsWrittenInOneForm)
+TEST(DirectoryListTest, PathIsWrittenInOneForm)
 {
     const Case<Text> cases[] = {
         {"a drive's root keeps its separator", u"C:\\", u"C:\\"},
@@ -26,7 +26,7 @@ TEST(FormDirectoryListTest, PathIsWrittenInOneForm)
     for (const auto& c : cases) EXPECT_EQ(NormalDirectoryPath(c.given), c.want) << c.why;
 }
 
-TEST(FormDirectoryListTest, FullPathsNameOnePlace)
+TEST(DirectoryListTest, FullPathsNameOnePlace)
 {
     for (const TextView path : {u"C:\\", u"z:\\Mail", u"\\\\server\\share", u"\\\\server\\share\\a"})
         EXPECT_TRUE(IsFullPath(path)) << ToUtf8(path);
@@ -35,7 +35,7 @@ TEST(FormDirectoryListTest, FullPathsNameOnePlace)
         EXPECT_FALSE(IsFullPath(path)) << ToUtf8(path);
 }
 
-TEST(FormDirectoryListTest, LinesLeadFromTheRootToTheSubdirectories)
+TEST(DirectoryListTest, LinesLeadFromTheRootToTheSubdirectories)
 {
     const std::vector<DirectoryLine> lines = DirectoryLines(u"C:\\Mail\\Old", {u"2001", u"2002"});
     EXPECT_EQ(Written(lines),
