@@ -16,6 +16,7 @@ constexpr std::size_t kVersionAt = 0x14, kObscuredAt = 0x18, kObscuredSize = 128
                       kPasswordAt = 0x42, kPasswordSize = 40, kMarkAt = 0x6A, kDateAt = 0x72,
                       kCountersAt = 0xE00;
 constexpr PageNumber kFewestPages = 3; // header, map of free pages, catalog
+constexpr TextView kTooShort = u"The file is too short to be a database";
 
 // RC4 with the key that all files share; the same call obscures and reveals.
 void Obscure(std::string& page)
@@ -52,14 +53,14 @@ bool HasPassword(ByteView page)
 
 void CheckHeader(PageFile& file)
 {
-    if (file.Count() == 0) throw DatabaseError(u"The file is too short to be a database");
+    if (file.Count() == 0) throw DatabaseError(Text(kTooShort));
     std::string page = *file.Read(0);
     if (!page.starts_with(kSignature)) throw DatabaseError(u"The file is not a Jet database");
     if (page[kVersionAt] == 0)
         throw DatabaseError(u"The database is of an older format (Jet 3), which is not supported");
     if (page[kVersionAt] != 1)
         throw DatabaseError(u"The database is of a newer format, which is not supported");
-    if (file.Count() < kFewestPages) throw DatabaseError(u"The file is too short to be a database");
+    if (file.Count() < kFewestPages) throw DatabaseError(Text(kTooShort));
     Obscure(page);
     const ByteView view(page, 0);
     if (view.U32(kKeyAt) != 0) throw DatabaseError(u"The database is encrypted, which is not supported");

@@ -332,7 +332,7 @@ std::unique_ptr<JetDatabase> OpenJetDatabase(Files& files, const Text& path, Ope
 {
     FileError error = FileError::none;
     std::unique_ptr<RandomFile> opened = files.Open(path, mode, error);
-    Text whyReadOnly = u"The database is open for reading only";
+    Text whyReadOnly(kOnlyRead);
     if (!opened && error == FileError::denied && mode == OpenMode::exclusive) {
         mode = OpenMode::read;
         opened = files.Open(path, mode, error);

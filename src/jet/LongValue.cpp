@@ -126,7 +126,8 @@ std::string StoreLongValue(WriteSet& writes, const Column& column, const std::st
                            FreeSpaces& spaces)
 {
     if (bytes.size() <= kMostInRow) return Header(bytes.size(), kInRow, 0) + bytes;
-    if (bytes.size() > kMostBytes) throw DatabaseError(u"The text is too long for the column " + column.name);
+    if (bytes.size() > kMostBytes)
+        throw DatabaseError(u"The text is longer than the column " + column.name + u" can take at all");
     if (bytes.size() <= kMostInOneRow)
         return Header(bytes.size(), kOneRow, ToPointer(StoreRow(writes, column, bytes, spaces)));
     // Last part first, so that each can point to the next.

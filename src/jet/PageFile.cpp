@@ -15,6 +15,11 @@ constexpr std::uint64_t Offset(PageNumber page)
     return std::uint64_t{page} * kPageSize;
 }
 
+void NeedPages(PageNumber last)
+{
+    if (last > kMostPages) throw DatabaseError(u"The database is full (2 GB)");
+}
+
 } // namespace
 
 PageFile::PageFile(std::unique_ptr<RandomFile> file, OpenMode mode, Text whyReadOnly) : file_(std::move(file))
@@ -43,7 +48,7 @@ void PageFile::CutTail()
 
 RandomFile& PageFile::File()
 {
-    if (!file_) throw DatabaseError(u"The database is closed");
+    if (!file_) throw DatabaseError(Text(kDatabaseClosed));
     return *file_;
 }
 
@@ -90,7 +95,7 @@ void PageFile::Write(PageNumber page, std::string bytes)
 {
     RandomFile& file = File();
     if (!whyReadOnly_.empty()) throw DatabaseError(whyReadOnly_);
-    if (page > kMostPages) throw DatabaseError(u"The database is full (2 GB)");
+    NeedPages(page);
     const bool extends = page == count_;
     const PageRef before = extends ? nullptr : Read(page);
     const FileError error = file.WriteAt(Offset(page), bytes.data(), kPageSize);
@@ -171,7 +176,7 @@ PageNumber WriteSet::Add(std::string bytes)
 
 void WriteSet::Commit()
 {
-    if (next_ > kMostPages + 1) throw DatabaseError(u"The database is full (2 GB)");
+    if (next_ > 0) NeedPages(next_ - 1);
     bool earlier = false; // something of an earlier phase is perhaps not on the disk
     for (Phase phase :
          {Phase::fresh, Phase::global, Phase::prepare, Phase::commit, Phase::tidy, Phase::count}) {

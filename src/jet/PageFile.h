@@ -13,13 +13,14 @@ namespace jet {
 
 inline constexpr PageNumber kMostPages = 0x7FFFF; // 2 GB less one page, the limit of the format
 
+inline constexpr TextView kOnlyRead = u"The database is open for reading only";
+
 using PageRef = std::shared_ptr<const std::string>; // kPageSize bytes; stays good when the cache moves on
 
 class PageFile {
 public:
     // Changes nothing. whyReadOnly is what a refused write is told when mode is OpenMode::read.
-    PageFile(std::unique_ptr<RandomFile> file, OpenMode mode,
-             Text whyReadOnly = u"The database is open for reading only");
+    PageFile(std::unique_ptr<RandomFile> file, OpenMode mode, Text whyReadOnly = Text(kOnlyRead));
 
     const Text& WhyReadOnly() const { return whyReadOnly_; } // empty: it may be written
     PageNumber Count() const { return count_; }              // of whole pages

@@ -10,6 +10,7 @@ namespace jet {
 namespace {
 
 constexpr std::size_t kColumnCount = 2; // bytes before the fixed columns
+constexpr TextView kCutShort = u"a row is cut short", kOutside = u"a column lies outside its row";
 
 // One byte a character is possible: no NUL, which ends such a stretch, and nothing beyond Latin-1.
 bool FitsNarrow(TextView text)
@@ -45,11 +46,11 @@ Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_
     if (columns_ == 0 || columns_ > table.mostColumns)
         ThrowDamaged(bytes.Page(), u"a row has too many columns");
     const std::size_t maskSize = (columns_ + 7) / 8;
-    if (bytes.Size() < kColumnCount + maskSize) ThrowDamaged(bytes.Page(), u"a row is cut short");
+    if (bytes.Size() < kColumnCount + maskSize) ThrowDamaged(bytes.Page(), kCutShort);
     mask_ = fixedEnd_ = bytes.Size() - maskSize;
     if (table.variableColumns == 0) return;
 
-    if (mask_ < kColumnCount + 4) ThrowDamaged(bytes.Page(), u"a row is cut short");
+    if (mask_ < kColumnCount + 4) ThrowDamaged(bytes.Page(), kCutShort);
     variableCount_ = bytes.U16(mask_ - 2);
     const std::size_t tableSize = 2 * (variableCount_ + 1);
     if (variableCount_ > table.variableColumns || mask_ - 2 < kColumnCount + tableSize)
@@ -61,8 +62,7 @@ Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_
         const std::size_t start = std::exchange(end, VariableOffset(i));
         if (start > end) ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
     }
-    if (fixedEnd_ < kColumnCount || end > offsetTable_)
-        ThrowDamaged(bytes.Page(), u"a column lies outside its row");
+    if (fixedEnd_ < kColumnCount || end > offsetTable_) ThrowDamaged(bytes.Page(), kOutside);
 }
 
 std::size_t Row::VariableOffset(std::size_t index) const
@@ -79,7 +79,7 @@ std::optional<std::string_view> Row::Cell(const Column& column) const
     if (!bit) return std::nullopt;
     if (column.fixed) {
         const std::size_t start = kColumnCount + column.fixedOffset;
-        if (start + column.length > fixedEnd_) ThrowDamaged(Page(), u"a column lies outside its row");
+        if (start + column.length > fixedEnd_) ThrowDamaged(Page(), kOutside);
         return bytes_.Bytes().substr(start, column.length);
     }
     if (column.variableIndex >= variableCount_) return std::nullopt;

@@ -55,6 +55,7 @@ struct ColumnNeed {
 
 // The reasons that every engine has cause for, in the same words.
 inline constexpr TextView kWriteProtected = u"The file is write-protected, or this user may not write it";
+inline constexpr TextView kDatabaseClosed = u"The database is closed";
 inline Text TakesNoText(const Text& column)
 {
     return u"The column " + column + u" does not take text";

@@ -4,7 +4,9 @@ which lists what is no message, with the reason.
 A message of the table is cut at each "...", which stands for what varies; several in one cell are parted by
 <br>. What is left must be the words of one string in src/, in one place. The other way round, each string of
 two words or more in the folders that speak to the user must be such a part of a message, or stand in
-words.txt; none may stand in two places. Blanks and punctuation at the ends do not count.
+words.txt; none may stand in two places. What the database engines say comes behind "Database error: ", or into the
+box that says why exporting stays off: none of it may stand in two places either. Blanks and punctuation at the ends
+do not count.
 """
 import pathlib
 import re
@@ -12,6 +14,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 ROOMS = "app", "archive", "folders", "oe", "store"
+ENGINES = "jet", "platform", "platform/win32"
 # Strings of these are captions and tips of controls, the extras' sentences, keys and defaults of settings.ini,
 # the mail client's words.
 NO_SPEAKERS = re.compile(r"app/(Captions|ControlTable|Extras|Form1Controls|Settings)|folders/RunView|oe/ClientWords")
@@ -39,9 +42,9 @@ def strings(source):
         yield begun
 
 
-def said():
+def said(rooms):
     places = {}
-    for room in ROOMS:
+    for room in rooms:
         for path in sorted((ROOT / "src" / room).glob("*.[ch]*")):
             if path.suffix not in (".cpp", ".h") or NO_SPEAKERS.search(path.as_posix()):
                 continue
@@ -72,7 +75,7 @@ def excused():
 
 
 def main():
-    places, parts, allowed = said(), told(), excused()
+    places, parts, allowed = said(ROOMS), told(), excused()
     wrong = []
     for part, place in {**allowed, **parts}.items():
         if part not in places:
@@ -86,6 +89,8 @@ def main():
             wrong.append(f"{where[0]}: not in README.md's table of messages: {words}")
         if len(where) > 1:
             wrong.append(f"{where[1]}: said in {where[0]}, too: {words}")
+    wrong += [f"{where[1]}: said in {where[0]}, too: {words}" for words, where in said(ENGINES).items()
+              if len(where) > 1 and words.count(" ") > 1]  # beginnings may be alike
     print("\n".join(wrong) if wrong else f"words: {len(parts)} parts of messages, each said once and told of")
     return 1 if wrong else 0
 

@@ -164,7 +164,7 @@ public:
 
     std::unique_ptr<DeletionBatch> BeginDeletions() override
     {
-        if (!workspace_) throw DatabaseError(u"The database is closed");
+        if (!workspace_) throw DatabaseError(Text(kDatabaseClosed));
         return std::make_unique<DaoBatch>(workspace_);
     }
 
@@ -179,7 +179,7 @@ public:
 private:
     std::unique_ptr<DaoRecordset> Open(const Text& sql)
     {
-        if (!database_) throw DatabaseError(u"The database is closed");
+        if (!database_) throw DatabaseError(Text(kDatabaseClosed));
         Variant statement{TextView(sql)};
         return std::make_unique<DaoRecordset>(
             AutomationObject{database_.Call(u"OpenRecordset", {&statement, 1}), u"OpenRecordset"});
