@@ -273,11 +273,11 @@ void RegisterAll(std::size_t count)
         FileError error = FileError::none;
         const auto file = files.Open(FromUtf8(CopyOf(SampleOf(count).JetPath())), OpenMode::exclusive, error);
         std::string page(jet::kPageSize, 'x');
-        const std::uint64_t last = file->Size() - jet::kPageSize, count = 2 * jet::kPageSize;
+        const std::uint64_t last = file->Size() - jet::kPageSize, other = 2 * jet::kPageSize;
         for (auto _ : state) {
             for (int times = 0; times < 2; ++times) {
                 ++page[0];
-                if (file->WriteAt(times == 0 ? last : count, page.data(), page.size()) != FileError::none ||
+                if (file->WriteAt(times == 0 ? last : other, page.data(), page.size()) != FileError::none ||
                     file->Flush() != FileError::none)
                     Fail("cannot write");
             }
