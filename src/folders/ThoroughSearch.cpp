@@ -215,8 +215,8 @@ private:
         const bool hasAllTexts = subject == same && from == same && to == same;
         const bool hasTexts = listed.subject || listed.from; // or dates alone would do
         if (isDated && hasAllDates && hasAllTexts && hasTexts) return Fit::whole;
-        const bool isSubject = subject == same && listed.subject.value_or(Text()) != Text();
-        const bool isSender = from == same && listed.from.value_or(Text()) != Text();
+        const bool isSubject = subject == same && !listed.subject.value_or(Text()).empty();
+        const bool isSender = from == same && !listed.from.value_or(Text()).empty();
         if (!isSubject && !isSender) return Fit::none;
         if (isDated) return hasAllDates && ShowsReception(entry, file) ? Fit::allDates : Fit::dated;
         const Minutes& minutes = minutes_[file];

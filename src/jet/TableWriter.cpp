@@ -128,7 +128,7 @@ std::vector<Text> TableWriter::Mend()
                 if (number == column.number) AddToMap(writes, column.ownedMap, page, Phase::commit);
         MarkFreshPagesUsed(writes);
         writes.Commit();
-        notes.push_back(u"pages with long texts were entered in their map");
+        notes.emplace_back(u"pages with long texts were entered in their map");
     }
     mended_ = true;
     return notes;
