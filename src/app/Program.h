@@ -17,7 +17,7 @@
 #include <functional>
 #include <set>
 
-inline const Text kTableCleared = u"The results table was cleared, as it was of another store folder";
+inline const Text kTableCleared = u"The results table was cleared, as it was of another database";
 
 // The outside world, as the program meets it.
 struct Surroundings {
