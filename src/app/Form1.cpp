@@ -152,8 +152,7 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_NOTIFY:
         if (Form1Controls::AnswerToolTip(*reinterpret_cast<NMHDR*>(lParam))) return 0;
-        OnNotify(*reinterpret_cast<NMHDR*>(lParam));
-        return 0;
+        return OnNotify(*reinterpret_cast<NMHDR*>(lParam));
     case WM_CONTEXTMENU:
         if (reinterpret_cast<HWND>(wParam) != controls_.At(lvResults) &&
             !IsChild(controls_.At(lvResults), reinterpret_cast<HWND>(wParam))) // its headers
@@ -263,16 +262,15 @@ void Form1::OnCommand(int id, int code)
     }
 }
 
-void Form1::OnNotify(NMHDR& notice)
+LRESULT Form1::OnNotify(NMHDR& notice)
 {
     if (notice.idFrom == lvResults) {
-        if (notice.code == LVN_GETDISPINFOW)
-            results_.FillCell(reinterpret_cast<NMLVDISPINFOW&>(notice));
-        else if (notice.code == LVN_COLUMNCLICK && IsIdle())
-            results_.SortBy(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem);
+        if (notice.code != LVN_COLUMNCLICK) return results_.Answer(notice);
+        if (IsIdle()) results_.SortBy(reinterpret_cast<const NMLISTVIEW&>(notice).iSubItem);
     }
     if (notice.idFrom == nTab && notice.code == static_cast<UINT>(TCN_SELCHANGE))
         ShowTab(static_cast<Tab>(SelectedTab()));
+    return 0;
 }
 
 // The button that has the keyboard, else the main one of the page, unless the control wants Enter for itself.

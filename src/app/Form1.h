@@ -75,7 +75,7 @@ private:
     static LRESULT CALLBACK WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void OnCommand(int id, int code);
-    void OnNotify(NMHDR& notice);
+    LRESULT OnNotify(NMHDR& notice);
     void Dispatch(MSG& message); // keys for moving about first
     bool PressByEnter(MSG& message);
     SIZE WindowSize(const SIZE& client) const; // with its edges, and no larger than the screen

@@ -9,39 +9,24 @@ namespace {
 
 constexpr int kColumns = static_cast<int>(std::tuple_size_v<ResultsRow>);
 
-// The list's rows carry their numbers; places is where each goes.
-int CALLBACK ComparePlaces(LPARAM a, LPARAM b, LPARAM places)
-{
-    const auto& of = *reinterpret_cast<const std::vector<int>*>(places);
-    return of[static_cast<std::size_t>(a)] - of[static_cast<std::size_t>(b)];
-}
-
 } // namespace
+
+void Form1Results::Attach(HWND list)
+{
+    list_ = list;
+    Tell(LVM_SETCALLBACKMASK, LVIS_STATEIMAGEMASK); // whether a row is ticked is asked for, too
+}
 
 void Form1Results::ShowAdded()
 {
-    const std::vector<std::size_t> places = table_.PlaceAdded();
-    if (places.empty()) return;
-    const QuietList quiet(list_);
-    for (const std::size_t place : places) InsertRow(table_.Places()[place], static_cast<int>(place));
+    if (!table_.HasAdded()) return;
+    Rearrange([this] { table_.PlaceAdded(); });
     if (!table_.KeepsSorted()) ShowArrow(-1); // they stand at the end, wherever they belong
-}
-
-void Form1Results::InsertRow(std::size_t number, int place)
-{
-    LVITEMW item = {};
-    item.mask = LVIF_TEXT | LVIF_PARAM;
-    item.iItem = place;
-    item.pszText = LPSTR_TEXTCALLBACKW;
-    item.lParam = static_cast<LPARAM>(number);
-    SendMessageW(list_, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    for (item.iSubItem = 1; item.iSubItem < kColumns; ++item.iSubItem)
-        SendMessageW(list_, LVM_SETITEMTEXTW, static_cast<WPARAM>(place), reinterpret_cast<LPARAM>(&item));
 }
 
 void Form1Results::Clear()
 {
-    SendMessageW(list_, LVM_DELETEALLITEMS, 0, 0);
+    Tell(LVM_DELETEALLITEMS);
     table_.Clear();
 }
 
@@ -49,21 +34,42 @@ void Form1Results::SortBy(int column)
 {
     if (column < 0 || column >= kColumns) return;
     ShowAdded();
-    table_.SortBy(static_cast<ResultsColumn>(column));
-    std::vector<int> placeOf(table_.Places().size());
-    for (std::size_t place = 0; place < placeOf.size(); ++place)
-        placeOf[table_.Places()[place]] = static_cast<int>(place);
-    const QuietList quiet(list_);
-    SendMessageW(list_, LVM_SORTITEMS, reinterpret_cast<WPARAM>(&placeOf),
-                 reinterpret_cast<LPARAM>(ComparePlaces));
+    Rearrange([&] { table_.SortBy(static_cast<ResultsColumn>(column)); });
     ShowArrow(column);
+}
+
+// The list knows by place which rows are selected, which has the keyboard and where Shift began.
+void Form1Results::Rearrange(const std::function<void()>& change)
+{
+    const std::vector<std::uint32_t> before = table_.Places();
+    change();
+    const std::vector<std::uint32_t>& after = table_.Places();
+    const QuietList quiet(list_);
+    Tell(LVM_SETITEMCOUNT, static_cast<LRESULT>(after.size()), LVSICF_NOINVALIDATEALL | LVSICF_NOSCROLL);
+    if (std::equal(before.begin(), before.end(), after.begin())) return; // rows came to the end
+
+    std::vector<LRESULT> placeOf(after.size());
+    for (std::size_t place = 0; place < after.size(); ++place)
+        placeOf[after[place]] = static_cast<LRESULT>(place);
+    const auto moved = [&](LRESULT place) { return placeOf[before[static_cast<std::size_t>(place)]]; };
+    std::vector<LRESULT> selected;
+    const auto count = static_cast<LRESULT>(before.size());
+    for (LRESULT at = Next(-1, LVNI_SELECTED); at >= 0 && at < count; at = Next(at, LVNI_SELECTED))
+        selected.push_back(moved(at));
+    std::sort(selected.begin(), selected.end()); // the list joins what lies side by side
+    const LRESULT focused = Next(-1, LVNI_FOCUSED), anchor = Tell(LVM_GETSELECTIONMARK);
+
+    SetState(-1, LVIS_SELECTED, false);
+    for (const LRESULT place : selected) SetState(place, LVIS_SELECTED, true);
+    if (focused >= 0) SetState(moved(focused), LVIS_FOCUSED, true);
+    if (anchor >= 0) Tell(LVM_SETSELECTIONMARK, 0, moved(anchor));
 }
 
 // Systems whose controls have no such arrow draw none.
 void Form1Results::ShowArrow(int column)
 {
     if (column < 0 && arrowColumn_ < 0) return;
-    const auto headers = reinterpret_cast<HWND>(SendMessageW(list_, LVM_GETHEADER, 0, 0));
+    const auto headers = reinterpret_cast<HWND>(Tell(LVM_GETHEADER));
     const auto draw = [headers](int of, int arrow) {
         HDITEMW header = {};
         header.mask = HDI_FORMAT;
@@ -77,13 +83,44 @@ void Form1Results::ShowArrow(int column)
     arrowColumn_ = column;
 }
 
-void Form1Results::FillCell(NMLVDISPINFOW& notice) const
+LRESULT Form1Results::Answer(NMHDR& notice)
 {
-    LVITEMW& item = notice.item;
+    switch (notice.code) {
+    case LVN_GETDISPINFOW:
+        FillItem(reinterpret_cast<NMLVDISPINFOW&>(notice).item);
+        return 0;
+    case LVN_ODFINDITEMW: { // letters were typed
+        const auto& [of, start, wanted] = reinterpret_cast<const NMLVFINDITEMW&>(notice);
+        if (wanted.flags & (LVFI_PARAM | LVFI_NEARESTXY)) return -1;
+        const auto place = table_.Find(static_cast<std::size_t>(std::max(start, 0)), FromWide(wanted.psz));
+        return place ? static_cast<LRESULT>(*place) : -1;
+    }
+    case LVN_KEYDOWN:
+        if (reinterpret_cast<const NMLVKEYDOWN&>(notice).wVKey == VK_SPACE && GetKeyState(VK_CONTROL) >= 0 &&
+            GetKeyState(VK_SHIFT) >= 0)
+            Toggle(static_cast<int>(Next(-1, LVNI_FOCUSED)));
+        return 0;
+    case NM_CLICK:
+    case NM_DBLCLK: { // the second of two quick clicks
+        LVHITTESTINFO hit = {};
+        hit.pt = reinterpret_cast<const NMITEMACTIVATE&>(notice).ptAction;
+        Tell(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+        if ((hit.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON) Toggle(hit.iItem);
+        return 0;
+    }
+    default:
+        return 0;
+    }
+}
+
+void Form1Results::FillItem(LVITEMW& item) const
+{
+    if (item.iItem < 0 || item.iItem >= Count() || item.iSubItem < 0 || item.iSubItem >= kColumns) return;
+    if (item.mask & LVIF_STATE && item.stateMask & LVIS_STATEIMAGEMASK)
+        item.state =
+            (item.state & ~LVIS_STATEIMAGEMASK) | INDEXTOSTATEIMAGEMASK(IsTicked(item.iItem) ? 2u : 1u);
     if (!(item.mask & LVIF_TEXT) || item.cchTextMax < 1) return;
-    const auto number = static_cast<std::size_t>(item.lParam);
-    if (number >= table_.Places().size() || item.iSubItem < 0 || item.iSubItem >= kColumns) return;
-    const Text& cell = table_.Row(number)[static_cast<std::size_t>(item.iSubItem)];
+    const Text& cell = RowAt(item.iItem)[static_cast<std::size_t>(item.iSubItem)];
     const std::size_t length = std::min(cell.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
     std::copy_n(Wide(cell), length, item.pszText);
     item.pszText[length] = L'\0';
@@ -92,11 +129,18 @@ void Form1Results::FillCell(NMLVDISPINFOW& notice) const
 void Form1Results::TickRows(RowChoice which, bool ticked)
 {
     const QuietList quiet(list_);
-    const LPARAM kind = which == RowChoice::all ? LVNI_ALL : LVNI_SELECTED;
-    const auto next = [&](LRESULT from) {
-        return SendMessageW(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(from), kind);
-    };
-    for (LRESULT place = next(-1); place >= 0; place = next(place)) Tick(static_cast<int>(place), ticked);
+    const int kind = which == RowChoice::all ? LVNI_ALL : LVNI_SELECTED;
+    for (LRESULT place = Next(-1, kind); place >= 0; place = Next(place, kind))
+        Tick(static_cast<int>(place), ticked);
+}
+
+// As a list that keeps its own ticks does it: a selected row takes the others that are selected along.
+void Form1Results::Toggle(int place)
+{
+    if (place < 0 || place >= Count()) return;
+    const bool ticked = !IsTicked(place);
+    Tick(place, ticked);
+    if (Tell(LVM_GETITEMSTATE, place, LVIS_SELECTED)) TickRows(RowChoice::selected, ticked);
 }
 
 void Form1Results::ShowMenu(HWND owner, LPARAM place) const
@@ -105,10 +149,8 @@ void Form1Results::ShowMenu(HWND owner, LPARAM place) const
     if (place == -1) { // asked for by a key: at the row that has the keyboard
         RECT row = {};
         row.left = LVIR_LABEL;
-        const LRESULT focused = SendMessageW(list_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED);
-        if (focused >= 0)
-            SendMessageW(list_, LVM_GETITEMRECT, static_cast<WPARAM>(focused),
-                         reinterpret_cast<LPARAM>(&row));
+        const LRESULT focused = Next(-1, LVNI_FOCUSED);
+        if (focused >= 0) Tell(LVM_GETITEMRECT, focused, reinterpret_cast<LPARAM>(&row));
         RECT inside = {};
         GetClientRect(list_, &inside);
         at = {std::clamp(row.left, 0l, inside.right), std::clamp(row.bottom, 0l, inside.bottom)};
@@ -126,18 +168,6 @@ void Form1Results::ShowMenu(HWND owner, LPARAM place) const
     DestroyMenu(mnResults);
 }
 
-const ResultsRow& Form1Results::RowAt(int place) const
-{
-    return table_.Row(table_.Places()[static_cast<std::size_t>(place)]);
-}
-
-bool Form1Results::IsTicked(int place) const
-{
-    constexpr LRESULT kTicked = 2; // of the two images; 1 is the empty box
-    return SendMessageW(list_, LVM_GETITEMSTATE, static_cast<WPARAM>(place), LVIS_STATEIMAGEMASK) >> 12 ==
-           kTicked;
-}
-
 int Form1Results::NextTicked(int after) const
 {
     for (int place = after + 1; place < Count(); ++place)
@@ -147,8 +177,25 @@ int Form1Results::NextTicked(int after) const
 
 void Form1Results::Tick(int place, bool ticked)
 {
+    table_.Tick(NumberAt(place), ticked);
+    Tell(LVM_REDRAWITEMS, place, place);
+    NotifyWinEvent(EVENT_OBJECT_STATECHANGE, list_, OBJID_CLIENT, place + 1); // for programs that read it out
+}
+
+LRESULT Form1Results::Tell(UINT message, LRESULT which, LPARAM what) const
+{
+    return SendMessageW(list_, message, static_cast<WPARAM>(which), what);
+}
+
+LRESULT Form1Results::Next(LRESULT after, int kind) const
+{
+    return Tell(LVM_GETNEXTITEM, after, kind);
+}
+
+void Form1Results::SetState(LRESULT place, UINT state, bool on) const
+{
     LVITEMW item = {};
-    item.state = INDEXTOSTATEIMAGEMASK(ticked ? 2u : 1u);
-    item.stateMask = LVIS_STATEIMAGEMASK;
-    SendMessageW(list_, LVM_SETITEMSTATE, static_cast<WPARAM>(place), reinterpret_cast<LPARAM>(&item));
+    item.state = on ? state : 0;
+    item.stateMask = state;
+    Tell(LVM_SETITEMSTATE, place, reinterpret_cast<LPARAM>(&item));
 }

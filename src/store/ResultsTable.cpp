@@ -18,32 +18,36 @@ Text NumberKey(const Text& cell)
 
 } // namespace
 
-std::vector<std::size_t> ResultsTable::PlaceAdded()
+void ResultsTable::Add(ResultsRow row)
 {
-    if (places_.size() == rows_.size()) return {};
+    rows_.push_back(std::move(row));
+    ticked_.push_back(false);
+}
+
+void ResultsTable::PlaceAdded()
+{
+    if (!HasAdded()) return;
     if (keepsSorted_) TakePrefixes();
     const auto precedes = [this](std::uint32_t a, std::uint32_t b) { return PrecedesAsText(a, b); };
     std::vector<std::uint32_t> added(rows_.size() - places_.size()), places;
     std::iota(added.begin(), added.end(), static_cast<std::uint32_t>(places_.size()));
     if (keepsSorted_) std::stable_sort(added.begin(), added.end(), precedes);
-    std::vector<std::size_t> taken;
     auto from = places_.begin();
     for (const std::uint32_t number : added) {
         const auto to =
             keepsSorted_ ? std::upper_bound(from, places_.end(), number, precedes) : places_.end();
         places.insert(places.end(), from, to);
-        taken.push_back(places.size());
         places.push_back(number);
         from = to;
     }
     places.insert(places.end(), from, places_.end());
     places_ = std::move(places);
-    return taken;
 }
 
 void ResultsTable::Clear()
 {
     rows_.clear();
+    ticked_.clear();
     places_.clear();
     prefixes_.clear();
 }
@@ -69,6 +73,17 @@ void ResultsTable::SortBy(ResultsColumn column)
     std::stable_sort(places_.begin(), places_.end(), [&](std::uint32_t a, std::uint32_t b) {
         return order_ == SortOrder::ascending ? keys[a] < keys[b] : keys[b] < keys[a];
     });
+}
+
+std::optional<std::size_t> ResultsTable::Find(std::size_t from, TextView beginning) const
+{
+    const Text sought = FoldCase(beginning);
+    for (std::size_t step = 0; step < places_.size(); ++step) {
+        const std::size_t place = (from + step) % places_.size();
+        const TextView cell = rows_[places_[place]].front();
+        if (FoldCase(cell.substr(0, sought.size())) == sought) return place;
+    }
+    return std::nullopt;
 }
 
 void ResultsTable::TakePrefixes()

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <vector>
 
 enum class ResultsColumn { folder, id, subject, date, crc };
@@ -23,11 +24,10 @@ public:
     // Dates are read back as the locale has written them.
     explicit ResultsTable(Locale& locale) : locale_(locale) {}
 
-    void Add(ResultsRow row) { rows_.push_back(std::move(row)); } // it has no place yet
-    // Gives the rows that were added since a place each, for many at a time: those behind them move.
-    // Answers these places, ascending.
-    std::vector<std::size_t> PlaceAdded();
-    void Clear(); // column and order of sorting stay
+    void Add(ResultsRow row); // not ticked; it has no place yet
+    bool HasAdded() const { return places_.size() < rows_.size(); }
+    void PlaceAdded(); // gives the rows that were added a place each, for many at a time: others may move
+    void Clear();      // column and order of sorting stay
 
     // What a click on the column's header does to the rows that have a place: the order turns round, whatever
     // the column was before. "ID" sorts by number, "Date" by time, the others as text without regard to case;
@@ -40,6 +40,13 @@ public:
     const ResultsRow& Row(std::size_t number) const { return rows_[number]; }
     const std::vector<std::uint32_t>& Places() const { return places_; } // the number of the row at each
 
+    bool IsTicked(std::size_t number) const { return ticked_[number]; }
+    void Tick(std::size_t number, bool ticked) { ticked_[number] = ticked; }
+
+    // The place of the first row from a place on, then from the top, whose first cell begins with a text in
+    // any letter case.
+    std::optional<std::size_t> Find(std::size_t from, TextView beginning) const;
+
 private:
     void TakePrefixes();
     bool PrecedesAsText(std::uint32_t a, std::uint32_t b) const; // rows with a prefix
@@ -47,6 +54,7 @@ private:
 
     Locale& locale_;
     std::deque<ResultsRow> rows_; // a vector holds three times as much while it grows
+    std::vector<bool> ticked_;    // by row
     std::vector<std::uint32_t> places_;
     std::vector<std::uint64_t> prefixes_; // by row, of the cells whose column is kept sorted
     ResultsColumn column_ = ResultsColumn::folder;

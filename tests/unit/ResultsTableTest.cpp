@@ -10,14 +10,14 @@ using Texts = std::vector<Text>;
 
 class ResultsTableTest : public testing::Test {
 protected:
-    std::vector<std::size_t> Add(ResultsColumn column, const Texts& cells)
+    void Add(ResultsColumn column, const Texts& cells)
     {
         for (const Text& cell : cells) {
             ResultsRow row;
             row[static_cast<std::size_t>(column)] = cell;
             table->Add(row);
         }
-        return table->PlaceAdded();
+        table->PlaceAdded();
     }
     Texts Shown(ResultsColumn column) const
     {
@@ -86,21 +86,39 @@ TEST_F(ResultsTableTest, EveryClickTurnsTheOrderAndKeepsEqualRows)
 
 TEST_F(ResultsTableTest, LaterRowsFindTheirPlaceAfterASortAsTextOnly)
 {
-    using Places = std::vector<std::size_t>;
+    using Places = std::vector<std::uint32_t>;
     for (const ResultsColumn column : {ResultsColumn::id, ResultsColumn::subject}) {
         table.emplace(locale);
         Add(column, {u"3", u"1", u"5"});
         table->SortBy(column);
-        EXPECT_EQ(Add(column, {u"4"}), Places{column == ResultsColumn::id ? 3u : 2u});
+        Add(column, {u"4"});
+        EXPECT_EQ(table->Places(), column == ResultsColumn::id ? (Places{1, 0, 2, 3}) : (Places{1, 0, 3, 2}));
     }
-    EXPECT_EQ(Add(ResultsColumn::subject, {u"4", u"6", u""}), (Places{0, 4, 6})) << "one behind its equal";
+    table->Tick(2, true);
+    Add(ResultsColumn::subject, {u"4", u"6", u""});
     EXPECT_EQ(Shown(ResultsColumn::subject), (Texts{u"", u"1", u"3", u"4", u"4", u"5", u"6"}));
-    EXPECT_EQ(table->Places()[3], 3u) << "the equal that came first";
+    EXPECT_EQ(table->Places(), (Places{6, 1, 0, 3, 4, 2, 5})) << "4 and 4 as they came";
+    for (std::size_t number = 0; number < 7; ++number) EXPECT_EQ(table->IsTicked(number), number == 2);
     table->SortBy(ResultsColumn::subject);
-    EXPECT_EQ(Add(ResultsColumn::subject, {u"4", u"4"}), (Places{4, 5})) << "from great to small";
-    EXPECT_LT(table->Places()[4], table->Places()[5]) << "as they came";
-    EXPECT_EQ(Add(ResultsColumn::subject, {}), Places{});
+    Add(ResultsColumn::subject, {u"4", u"4"});
+    EXPECT_EQ(table->Places(), (Places{5, 2, 3, 4, 7, 8, 0, 1, 6})) << "from great to small";
+    EXPECT_FALSE(table->HasAdded());
     table->Clear();
-    EXPECT_EQ(Add(ResultsColumn::subject, {u"1", u"2"}), (Places{0, 1})) << "a new check";
-    EXPECT_EQ(table->Places().front(), 1u);
+    Add(ResultsColumn::subject, {u"1", u"2", u"3"});
+    EXPECT_EQ(table->Places(), (Places{2, 1, 0})) << "a new check";
+    EXPECT_FALSE(table->IsTicked(2));
+}
+
+TEST_F(ResultsTableTest, ARowIsFoundByTheBeginningOfItsFolder)
+{
+    using Found = std::optional<std::size_t>;
+    EXPECT_EQ(table->Find(0, u"x"), Found{});
+    Add(ResultsColumn::folder, {u"Sent", u"Inbox", u"Drafts", u"In"});
+    EXPECT_EQ(table->Find(0, u"iN"), Found{1});
+    EXPECT_EQ(table->Find(2, u"in"), Found{3});
+    EXPECT_EQ(table->Find(4, u"s"), Found{0}) << "from the top";
+    EXPECT_EQ(table->Find(2, u"Inb"), Found{1});
+    EXPECT_EQ(table->Find(0, u"n"), Found{});
+    table->SortBy(ResultsColumn::folder);
+    EXPECT_EQ(table->Find(0, u"Sent"), Found{3}) << "by place";
 }

@@ -14,9 +14,11 @@ int textsAsked = 0; // by lists
 
 LRESULT CALLBACK ParentProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR data)
 {
-    if (message == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->code == LVN_GETDISPINFOW) {
-        ++textsAsked;
-        reinterpret_cast<Form1Results*>(data)->FillCell(*reinterpret_cast<NMLVDISPINFOW*>(lParam));
+    if (message == WM_NOTIFY) {
+        auto& notice = *reinterpret_cast<NMHDR*>(lParam);
+        if (notice.code == LVN_GETDISPINFOW && reinterpret_cast<NMLVDISPINFOW&>(notice).item.mask & LVIF_TEXT)
+            ++textsAsked;
+        return reinterpret_cast<Form1Results*>(data)->Answer(notice);
     }
     return DefSubclassProc(window, message, wParam, lParam);
 }
@@ -29,8 +31,8 @@ protected:
         parent = CreateWindowW(L"Static", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 600, 400, nullptr,
                                nullptr, nullptr, nullptr);
         SetWindowSubclass(parent, ParentProc, 1, reinterpret_cast<DWORD_PTR>(&results));
-        list = CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | LVS_REPORT, 0, 0, 580, 300, parent,
-                             nullptr, nullptr, nullptr);
+        list = CreateWindowW(WC_LISTVIEWW, L"", WS_CHILD | WS_VISIBLE | LVS_REPORT | LVS_OWNERDATA, 0, 0, 580,
+                             300, parent, nullptr, nullptr, nullptr);
         SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_CHECKBOXES | LVS_EX_FULLROWSELECT);
         for (int i = 0; i < 5; ++i) {
             LVCOLUMNW column = {};
@@ -64,12 +66,33 @@ protected:
     {
         results.Add({u"Inbox", DecimalText(id), subject, locale.DateText(39000 + id % 1000), u"A1"});
     }
-    void Select(int row, bool selected = true)
+    void Select(int row, bool selected = true, UINT state = LVIS_SELECTED)
     {
         LVITEMW item = {};
-        item.state = selected ? LVIS_SELECTED : 0;
-        item.stateMask = LVIS_SELECTED;
+        item.state = selected ? state : 0;
+        item.stateMask = state;
         SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+    }
+    Texts IdsOf(int kind) const // of LVM_GETNEXTITEM
+    {
+        Texts ids;
+        LRESULT row = -1;
+        while ((row = SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(row), kind)) >= 0)
+            ids.push_back(Shown(static_cast<int>(row), ResultsColumn::id));
+        return ids;
+    }
+    void Click(int row, int part)
+    {
+        RECT place = {};
+        place.left = part;
+        SendMessageW(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+        // Boxes stand before the icon, of which there is none.
+        const int x = part == LVIR_ICON ? place.left - 8 : (place.left + place.right) / 2;
+        const int y = (place.top + place.bottom) / 2;
+        PostMessageW(list, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+        SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
+        MSG message = {};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
     }
     Texts TickedIds() const
     {
@@ -111,6 +134,47 @@ TEST_F(ResultsTableTest, TicksAndSelectionGoWithTheirRows)
     SendMessageW(list, WM_KEYDOWN, VK_HOME, 0);
     SendMessageW(list, WM_KEYDOWN, VK_SPACE, 0);
     EXPECT_EQ(TickedIds().size(), 4u) << "the space bar ticks";
+}
+
+TEST_F(ResultsTableTest, WhatIsSelectedStaysSoAmongRowsThatMove)
+{
+    for (const int id : {1, 2, 3}) Add(id, u"Re: " + DecimalText(id));
+    results.SortBy(2);
+    Select(1);
+    Select(2);
+    Select(2, true, LVIS_FOCUSED);
+    SendMessageW(list, LVM_SETSELECTIONMARK, 0, 1);
+    Add(4, u"Re: 0");
+    Add(5, u"Re: 2b");
+    results.ShowAdded();
+    EXPECT_EQ(ShownIds(), (Texts{u"4", u"1", u"2", u"5", u"3"}));
+    EXPECT_EQ(IdsOf(LVNI_SELECTED), (Texts{u"2", u"3"}));
+    EXPECT_EQ(IdsOf(LVNI_FOCUSED), Texts{u"3"});
+    EXPECT_EQ(SendMessageW(list, LVM_GETSELECTIONMARK, 0, 0), 2) << "where Shift began";
+    results.SortBy(2);
+    EXPECT_EQ(IdsOf(LVNI_SELECTED), (Texts{u"3", u"2"}));
+    EXPECT_EQ(IdsOf(LVNI_FOCUSED), Texts{u"3"});
+    EXPECT_EQ(SendMessageW(list, LVM_GETSELECTIONMARK, 0, 0), 2);
+}
+
+TEST_F(ResultsTableTest, AClickOnABoxTicksOnceAndTakesTheSelectionAlong)
+{
+    for (const int id : {1, 2, 3}) Add(id);
+    results.ShowAdded();
+    Click(1, LVIR_ICON);
+    EXPECT_EQ(TickedIds(), Texts{u"2"});
+    Click(1, LVIR_ICON);
+    EXPECT_EQ(TickedIds(), Texts{});
+    Click(1, LVIR_LABEL);
+    EXPECT_EQ(TickedIds(), Texts{});
+    EXPECT_EQ(IdsOf(LVNI_SELECTED), Texts{u"2"});
+    Select(0);
+    Select(0, true, LVIS_FOCUSED);
+    SendMessageW(list, WM_KEYDOWN, VK_SPACE, 0);
+    EXPECT_EQ(TickedIds(), (Texts{u"1", u"2"}));
+    results.SortBy(0);
+    SendMessageW(list, WM_CHAR, 'i', 1);
+    EXPECT_EQ(IdsOf(LVNI_FOCUSED), Texts{u"2"}) << "letters go to the next row of such a folder";
 }
 
 TEST_F(ResultsTableTest, TheArrowShowsTheOrderAsLongAsItHolds)
