@@ -209,6 +209,14 @@ TEST_F(ResultsTableTest, SortingAndTickingAskForNoTextThatIsNotSeen)
     EXPECT_TRUE(results.IsTicked(999));
     UpdateWindow(list);
     EXPECT_LT(textsAsked, 5 * 5 * 50);
+    results.Tick(0, false);
+    EXPECT_TRUE(GetUpdateRect(list, nullptr, FALSE)) << "the box is drawn anew";
+    Select(0, true, LVIS_FOCUSED);
+    SendMessageW(list, LVM_ENSUREVISIBLE, 900, FALSE);
+    const LRESULT top = SendMessageW(list, LVM_GETTOPINDEX, 0, 0);
+    Add(1000);
+    results.ShowAdded();
+    EXPECT_EQ(SendMessageW(list, LVM_GETTOPINDEX, 0, 0), top) << "what is read does not move away";
 }
 
 } // namespace

@@ -67,7 +67,7 @@ TEST_F(WindowRunTest, ARunShowsItsFiguresAndGivesTheWindowBack)
         {11, L"25%"}, {11, L"75%"}, {13, L"8"},         {15, L"6"},         {15, L"1"}};
     for (const auto& [place, text] : figures) EXPECT_TRUE(seen[place].count(text)) << place;
     EXPECT_TRUE(seen[5].rbegin()->ends_with(L" / second"));
-    for (const std::size_t time : {7, 17}) EXPECT_TRUE(seen[time].rbegin()->starts_with(L"00:00:0")) << time;
+    for (const std::size_t time : {7, 17}) EXPECT_TRUE(seen[time].rbegin()->starts_with(L"00:0")) << time;
     EXPECT_EQ(program.Read(Stored(L"Inbox\\0003.eml")), Message("Inbox 3", 3)) << "named by its number alone";
 
     EXPECT_FALSE(IsShown(fraStats) || IsShown(cmdStopAfterEmail) || IsShown(cmdStopAfterFolder));
