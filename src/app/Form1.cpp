@@ -103,6 +103,7 @@ void Form1::HandleMessages()
 void Form1::Dispatch(MSG& message)
 {
     if (IsRepeatedPress(message)) return;
+    if (window_) controls_.TellToolTips(window_, message);
     if (message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) < 0) {
         const int count = static_cast<int>(std::size(fraTabs));
         const int step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;

@@ -186,7 +186,6 @@ void Form1Controls::Create(HWND form)
     SetFonts(form);
     ShowResults(false);
     ShowFrame(0);
-    MakeToolTips(form);
 }
 
 void Form1Controls::TakeFonts(HWND form)

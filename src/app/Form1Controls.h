@@ -32,6 +32,8 @@ public:
     // Statistics and bars reset; fraStats stands in the place of the folder tree, the tab strip below it.
     void EnterBusyLayout();
     void LeaveBusyLayout();
+    // Of each message before it is dispatched: tool tips follow the mouse.
+    void TellToolTips(HWND form, MSG& message);
     // The tool tip of a label that may end in an ellipsis is its whole text. False: not such a question.
     static bool AnswerToolTip(NMHDR& notice);
 
@@ -39,11 +41,12 @@ private:
     void MakeFonts();
     void SetFonts(HWND form);
     HWND Make(const ControlRow& row, HWND parent);
-    void MakeToolTips(HWND form) const;
+    void MakeToolTips(HWND form);
     void ArrangeIn(ControlId parent) const;
 
     std::array<HWND, kControls> windows_{}; // by row
     SimpleProgress bars_[2];
+    HWND toolTips_ = nullptr; // not before the mouse has come
     bool isBusy_ = false;
     DialogUnits units_;
     HFONT font_ = nullptr;

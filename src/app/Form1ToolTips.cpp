@@ -10,9 +10,9 @@ constexpr int kWidestTip = 300; // dialog units; longer ones are broken into lin
 
 } // namespace
 
-void Form1Controls::MakeToolTips(HWND form) const
+void Form1Controls::MakeToolTips(HWND form)
 {
-    const HWND tips = CreateWindowExW(
+    toolTips_ = CreateWindowExW(
         WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
         CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, GetModuleHandleW(nullptr), nullptr);
     for (const ControlRow& row : ControlRows()) {
@@ -20,13 +20,21 @@ void Form1Controls::MakeToolTips(HWND form) const
         Text words = row.tip;
         TTTOOLINFOW tool = {};
         tool.cbSize = TTTOOLINFOW_V2_SIZE; // the size that every version of the control takes
-        tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+        tool.uFlags = TTF_IDISHWND;
         tool.hwnd = form;
         tool.uId = reinterpret_cast<UINT_PTR>(At(row.id));
         tool.lpszText = words.empty() ? LPSTR_TEXTCALLBACKW : WideBuffer(words);
-        SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+        SendMessageW(toolTips_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
     }
-    SendMessageW(tips, TTM_SETMAXTIPWIDTH, 0, units_.Across(kWidestTip));
+    SendMessageW(toolTips_, TTM_SETMAXTIPWIDTH, 0, units_.Across(kWidestTip));
+}
+
+// A tool tip that subclasses its controls to see the mouse would have a hand in each of their messages.
+void Form1Controls::TellToolTips(HWND form, MSG& message)
+{
+    if (message.message < WM_MOUSEFIRST || message.message > WM_MOUSELAST) return;
+    if (!toolTips_) MakeToolTips(form);
+    SendMessageW(toolTips_, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&message));
 }
 
 bool Form1Controls::AnswerToolTip(NMHDR& notice)

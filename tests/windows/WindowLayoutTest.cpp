@@ -191,6 +191,18 @@ TEST_F(WindowLayoutTest, EverySizeKeepsControlsInsideAndApart)
     expectResults(true);
 }
 
+TEST_F(WindowLayoutTest, ATipShowsWhereTheMouseRests)
+{
+    ASSERT_TRUE(program.PassStartUp());
+    const auto isTipShown = [&] {
+        return FindProgramWindow(program.Process().Id(), TOOLTIPS_CLASSW) != nullptr;
+    };
+    EXPECT_FALSE(isTipShown());
+    const RECT place = PlaceOf(Control(cmdSync));
+    SetCursorPos(place.left + 9, place.top + 9);
+    EXPECT_TRUE(Eventually(isTipShown, kPatience));
+}
+
 TEST_F(WindowLayoutTest, KeyboardVisitsEverythingInOrder)
 {
     ASSERT_TRUE(program.PassStartUp());
