@@ -58,7 +58,6 @@ bool Form1::Create(HINSTANCE instance)
     progress_.Attach(controls_.At(lstProgress));
     results_.Attach(controls_.At(lvResults));
     tree_.Attach(controls_.At(tvOETree));
-    tree_.MakeImages();
     SendMessageW(controls_.At(txtSummary), EM_LIMITTEXT, 0, 0); // as much as the system can hold
     TakeWishedSize();
     return true;
@@ -169,7 +168,11 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
         }
         return 0;
     case WM_SIZE:
-        if (wParam != SIZE_MINIMIZED && controls_.At(nTab)) controls_.Arrange();
+        if (wParam != SIZE_MINIMIZED && controls_.At(nTab) &&
+            lParam != arrangedSize_) { // shown again, it is the same
+            arrangedSize_ = lParam;
+            controls_.Arrange();
+        }
         return 0;
     case WM_NEXTDLGCTL: { // how a label's mnemonic gets to the control behind it
         const HWND control = LOWORD(lParam) ? reinterpret_cast<HWND>(wParam)
@@ -184,7 +187,7 @@ LRESULT Form1::Handle(UINT message, WPARAM wParam, LPARAM lParam)
     }
     case WM_SETTINGCHANGE:
         if (wParam == SPI_SETNONCLIENTMETRICS) {
-            controls_.TakeFonts(window_);
+            controls_.TakeFonts();
             controls_.Arrange();
         }
         [[fallthrough]];

@@ -101,6 +101,7 @@ private:
     Form1Progress progress_;
     Form1Results results_;
     Program program_;
+    LPARAM arrangedSize_ = 0;       // of the client area that the controls stand in
     HWND lastFocus_ = nullptr;      // where the keyboard was when the window lost it
     HWND commandFocus_ = nullptr;   // where it was when the command under way began
     std::optional<Text> display_{}; // that ShowAdded will show

@@ -11,7 +11,8 @@
 namespace {
 
 constexpr wchar_t kFrameClass[] = L"Form1Frame";
-constexpr RECT kLater = {0, 0, 10, 10}; // until the layout gives it its place
+// Until the layout gives it its place: as wide as the tabs need, or the strip makes arrows to scroll them.
+constexpr RECT kLater = {0, 0, 1000, 100};
 
 constexpr int kResultWidths[] = {86, 34, 146, 74, 46}; // dialog units, of the columns of lvResults
 constexpr int kDisplayWidening = 120;                  // percent of the user's font
@@ -50,12 +51,6 @@ void RegisterFrame()
     description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     description.lpszClassName = kFrameClass;
     RegisterClassW(&description);
-}
-
-BOOL CALLBACK SetFont(HWND child, LPARAM font)
-{
-    SendMessageW(child, WM_SETFONT, static_cast<WPARAM>(font), FALSE);
-    return TRUE;
 }
 
 // The kinds that the system draws.
@@ -183,16 +178,16 @@ void Form1Controls::Create(HWND form)
                            row.shown == Shown::untilSynchronised;
         ShowWindow(window, shown ? SW_SHOW : SW_HIDE);
     }
-    SetFonts(form);
+    SetFonts();
     ShowResults(false);
     ShowFrame(0);
 }
 
-void Form1Controls::TakeFonts(HWND form)
+void Form1Controls::TakeFonts()
 {
     DeleteFonts();
     MakeFonts();
-    SetFonts(form);
+    SetFonts();
 }
 
 void Form1Controls::MakeFonts()
@@ -206,12 +201,13 @@ void Form1Controls::MakeFonts()
     units_ = UnitsOf(font_);
 }
 
-void Form1Controls::SetFonts(HWND form)
+void Form1Controls::SetFonts()
 {
-    EnumChildWindows(form, SetFont, reinterpret_cast<LPARAM>(font_));
     for (const ControlRow& row : ControlRows()) {
-        if (row.kind == Kind::heading) SetFont(At(row.id), reinterpret_cast<LPARAM>(boldFont_));
-        if (row.kind == Kind::display) SetFont(At(row.id), reinterpret_cast<LPARAM>(displayFont_));
+        const HFONT font = row.kind == Kind::heading   ? boldFont_
+                           : row.kind == Kind::display ? displayFont_
+                                                       : font_;
+        SendMessageW(At(row.id), WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
     }
     for (SimpleProgress& bar : bars_) {
         bar.Properties().SetBorderWidth(static_cast<std::int16_t>(units_.Down(1)));

@@ -16,7 +16,7 @@ public:
     SimpleProgress& Bar(ControlId id) { return bars_[id == spMain ? 1 : 0]; } // sProg or spMain
 
     // The user's font for messages, anew when the user has chosen another.
-    void TakeFonts(HWND form);
+    void TakeFonts();
     void DeleteFonts();
     // Sizes of the form's client area.
     SIZE SmallestClient() const;
@@ -39,7 +39,7 @@ public:
 
 private:
     void MakeFonts();
-    void SetFonts(HWND form);
+    void SetFonts();
     HWND Make(const ControlRow& row, HWND parent);
     void MakeToolTips(HWND form);
     void ArrangeIn(ControlId parent) const;

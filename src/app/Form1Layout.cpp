@@ -32,6 +32,8 @@ void Form1Controls::ArrangeIn(ControlId parent) const
     const int treeShare = isBusy_ ? 0 : higher < 0 ? 100 : kTreeShare;
     const auto moved = [](int growth, int percent) { return growth * percent / 100; };
     const auto down = [&](int percent) { return moved(higher, percent == kWithTree ? treeShare : percent); };
+    // What nobody sees yet needs no looking for what it uncovers.
+    const UINT redraw = IsWindowVisible(GetParent(At(nTab))) ? 0 : SWP_NOREDRAW;
     HDWP moves = BeginDeferWindowPos(kControls);
     for (const ControlRow& row : ControlRows()) {
         const Place& place = row.place;
@@ -42,7 +44,7 @@ void Form1Controls::ArrangeIn(ControlId parent) const
         const int bottom = units_.Down(place.top + place.height) + down(row.growth.bottom);
         if (moves)
             moves = DeferWindowPos(moves, At(row.id), nullptr, left, top, right - left, bottom - top,
-                                   SWP_NOZORDER | SWP_NOACTIVATE);
+                                   redraw | SWP_NOZORDER | SWP_NOACTIVATE);
     }
     if (moves) EndDeferWindowPos(moves);
 }

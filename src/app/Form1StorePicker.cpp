@@ -20,7 +20,6 @@ void Form1StorePicker::Attach(HWND label, HWND path, HWND drives, HWND folders, 
     drives_ = drives;
     folders_ = folders;
     savedFiles_ = savedFiles;
-    ListDrives();
 }
 
 void Form1StorePicker::ListDrives()

@@ -7,12 +7,6 @@
 #include <algorithm>
 #include <iterator>
 
-void Form1Tree::MakeImages()
-{
-    ImgLstTree_ = MakeTreeImages(GetSystemMetrics(SM_CXSMICON));
-    SendMessageW(tree_, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(ImgLstTree_));
-}
-
 void Form1Tree::DestroyImages()
 {
     SendMessageW(tree_, TVM_SETIMAGELIST, TVSIL_NORMAL, 0);
@@ -24,6 +18,10 @@ void Form1Tree::Show(const std::vector<FolderNode>& nodes)
     SendMessageW(tree_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(tree_, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
     nodes_.clear();
+    if (!ImgLstTree_) {
+        ImgLstTree_ = MakeTreeImages(GetSystemMetrics(SM_CXSMICON));
+        SendMessageW(tree_, TVM_SETIMAGELIST, TVSIL_NORMAL, reinterpret_cast<LPARAM>(ImgLstTree_));
+    }
     std::vector<HTREEITEM> lastOfLevel; // the last node added at each level, from level 1
     for (std::size_t i = 0; i < nodes.size(); ++i) {
         // A level that has no parent hangs below the deepest there is.

@@ -11,8 +11,7 @@
 class Form1Tree {
 public:
     void Attach(HWND tree) { tree_ = tree; }
-    void MakeImages(); // ImgLstTree; the tree does not own it, and gives it back before it goes
-    void DestroyImages();
+    void DestroyImages(); // before the tree goes, which does not own them
 
     void Show(const std::vector<FolderNode>& nodes);
     void Select(int index);                                                  // of Show's nodes
@@ -27,7 +26,7 @@ private:
     HTREEITEM SelectedNode() const; // null: none
 
     HWND tree_ = nullptr;
-    HIMAGELIST ImgLstTree_ = nullptr;
-    std::vector<HTREEITEM> nodes_; // by line of lstTree
+    HIMAGELIST ImgLstTree_ = nullptr; // not before there are folders
+    std::vector<HTREEITEM> nodes_;    // by line of lstTree
     std::optional<HTREEITEM> chosen_;
 };

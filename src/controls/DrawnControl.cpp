@@ -86,7 +86,7 @@ LRESULT Drawing::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
     }
     const HWND window = window_; // a click may close the window, and this with it
     const LRESULT answer = Handle(message, wParam, lParam);
-    if (ChangesTheLook(message)) InvalidateRect(window, nullptr, FALSE);
+    if (ChangesTheLook(message) && IsWindowVisible(window)) InvalidateRect(window, nullptr, FALSE);
     return answer;
 }
 
