@@ -116,6 +116,8 @@ TEST_F(OeClientTest, AClientThatHangsGetsItsMinuteAndLeavesThisThreadFree)
     EXPECT_LT(GetTickCount() - start, 1000u);
     EXPECT_EQ(desktop.Send(client.handles.listView, LVM_GETITEMCOUNT, 0, 0).reply, Reply::timedOut);
     EXPECT_GT(GetTickCount() - start, 50000u) << "a client that is merely slow gets its time";
+    process->End();
+    EXPECT_EQ(desktop.Send(client.handles.listView, LVM_GETITEMCOUNT, 0, 0).reply, Reply::gone);
 }
 
 } // namespace

@@ -80,6 +80,9 @@ TEST_F(ProcessApiTest, APageIsUsedAgainAsIfItWereNew)
 
     EXPECT_TRUE(api->Close(handle));
     EXPECT_FALSE(api->FreeIn(handle, first)) << "by a handle that is closed";
+    const HANDLE next = CreateEventW(nullptr, FALSE, FALSE, nullptr); // gets its number
+    EXPECT_FALSE(api->Close(handle));
+    EXPECT_TRUE(CloseHandle(next));
     const std::int32_t anew = Open(client);
     EXPECT_TRUE(api->FreeIn(anew, first) && api->FreeIn(anew, second));
     api.reset();

@@ -45,7 +45,7 @@ void Press(WORD key)
 // Every synchronous message takes this road.
 Answer SendAndWait(WindowHandle window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (window == 0 || !IsWindow(WindowOf(window))) return {Reply::gone};
+    if (window == 0) return {Reply::gone};
     DWORD_PTR answer = 0;
     SetLastError(0);
     if (SendMessageTimeoutA(WindowOf(window), message, wParam, lParam, SMTO_NORMAL, kAnswerLimit, &answer))

@@ -80,11 +80,10 @@ bool WinProcessApi::Read(std::int32_t process, RemoteAddress from, void* to, std
 bool WinProcessApi::FreeIn(std::int32_t process, RemoteAddress address)
 {
     const auto owner = processIds_.find(process);
-    if (owner != processIds_.end()) {
-        const std::uint32_t processId = owner->second;
-        if (IsKept(processId, address)) return false;
-        if (pagesInUse_.erase({processId, address}) != 0 && Keep(processId, address)) return true;
-    }
+    if (owner == processIds_.end()) return false;
+    const std::uint32_t processId = owner->second;
+    if (IsKept(processId, address)) return false;
+    if (pagesInUse_.erase({processId, address}) != 0 && Keep(processId, address)) return true;
     return VirtualFreeEx(HandleOf(process), PointerOf(address), 0, MEM_RELEASE) != FALSE;
 }
 
@@ -125,14 +124,15 @@ WinProcessApi::~WinProcessApi()
 
 bool WinProcessApi::Close(std::int32_t handle)
 {
-    processIds_.erase(handle);
-    return CloseHandle(HandleOf(handle)) != FALSE;
+    return processIds_.erase(handle) != 0 && CloseHandle(HandleOf(handle)) != FALSE;
 }
 
 std::int32_t WinProcessApi::CreateSharedMapping(std::uint32_t size)
 {
-    return reinterpret_cast<std::int32_t>(
+    const auto handle = reinterpret_cast<std::int32_t>(
         CreateFileMappingA(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, size, nullptr));
+    if (handle != 0) processIds_[handle] = 0;
+    return handle;
 }
 
 RemoteAddress WinProcessApi::MapView(std::int32_t mapping)

@@ -42,6 +42,8 @@ private:
         std::vector<RemoteAddress> pages{};
     };
     Kept kept_;
-    std::map<std::int32_t, std::uint32_t> processIds_;             // of the handles that are open
+    // Of the handles that are open, 0 for a mapping's. Windows is asked to do nothing by any other, whose
+    // number may be that of something else by now.
+    std::map<std::int32_t, std::uint32_t> processIds_;
     std::set<std::pair<std::uint32_t, RemoteAddress>> pagesInUse_; // by process
 };
