@@ -35,9 +35,9 @@ std::optional<Text> PlainLetters(TextView text)
 }
 
 // A header's value as a reader sees it; a damaged one tells nothing.
-std::optional<Text> PlainHeader(FolderRun& run, std::string_view block, std::string_view name)
+std::optional<Text> PlainHeader(FolderRun& run, std::string_view message, std::string_view name)
 {
-    const Text raw = run.codePage.FromAnsi(HeaderValue(block, name, true));
+    const Text raw = run.codePage.FromAnsi(HeaderValue(message, name, true));
     try {
         return PlainLetters(DecodeHeaderText(raw, false, run.codePage));
     } catch (const ValueFault&) {
@@ -46,9 +46,9 @@ std::optional<Text> PlainHeader(FolderRun& run, std::string_view block, std::str
 }
 
 // In Universal Time. Two digits of a year are not certain, nor is midnight, which may stand for no time.
-std::optional<std::int64_t> SecondsOfDate(std::string_view block)
+std::optional<std::int64_t> SecondsOfDate(std::string_view message)
 {
-    const std::string value = HeaderValue(block, "date:", true);
+    const std::string value = HeaderValue(message, "date:", true);
     const std::optional<std::int64_t> moment = ReadMessageDate(value);
     if (!moment || *moment % (24 * kHour) == 0) return std::nullopt;
     if (value.find(std::to_string(FieldsOfMoment(*moment).year)) == value.npos) return std::nullopt;
@@ -123,15 +123,14 @@ bool IsThatEmail(FolderRun& run, const EmailEntry& entry)
 Text WhyNotVerified(FolderRun& run, const EmailEntry& entry, const Text& path)
 {
     const auto isWhole = [&] { return CanBeOpened(run, path) || run.Flags().closing; };
-    std::string block;
+    std::string message;
     if (!WaitUntil(run.client, kWholeTries, kInterval, isWhole) || run.Flags().closing ||
-        run.files.ReadWhole(path, block) != FileError::none)
+        run.files.ReadWhole(path, message) != FileError::none)
         return u"it is empty, or still being written";
-    KeepHeaderBlock(block);
-    if (!IsSameSubject(entry.Subject, PlainHeader(run, block, "subject:")))
+    if (!IsSameSubject(entry.Subject, PlainHeader(run, message, "subject:")))
         return u"its subject is another one";
-    if (!IsSameSender(entry, PlainHeader(run, block, "from:"))) return u"its sender is another one";
-    if (!IsSameDate(run, entry, SecondsOfDate(block))) return u"its date is another one";
+    if (!IsSameSender(entry, PlainHeader(run, message, "from:"))) return u"its sender is another one";
+    if (!IsSameDate(run, entry, SecondsOfDate(message))) return u"its date is another one";
     return {};
 }
 

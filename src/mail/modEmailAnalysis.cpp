@@ -37,13 +37,6 @@ bool StartsWithName(std::string_view line, std::string_view name)
                                                     [](char a, char b) { return Lower(a) == Lower(b); });
 }
 
-std::string_view TrimmedBytes(std::string_view bytes)
-{
-    const std::size_t first = bytes.find_first_not_of(' ');
-    if (first == bytes.npos) return {};
-    return bytes.substr(first, bytes.find_last_not_of(' ') - first + 1);
-}
-
 // replacement is no longer than sought.
 void ReplaceInPlace(std::string& text, std::string_view sought, std::string_view replacement)
 {
@@ -62,20 +55,81 @@ void ReplaceInPlace(std::string& text, std::string_view sought, std::string_view
     text.resize(out);
 }
 
-// What the header block of a file says, in the order of the queries of ReadHeaders. A value stays bytes
-// until its turn comes: it may be as large as the file, and its text takes twice as much.
-struct Headers {
-    std::string deliveryDate, from, to, bcc, cc, subject, date, received;
-};
-
-Headers ReadHeaders(std::string_view block)
+std::string_view FirstLine(std::string_view text) // with its line end
 {
-    HeaderQuery queries[] = {{"Delivery-date:"}, {"From:"},          {"To:"}, {"Bcc:"}, {"Cc:"}, {"Subject:"},
-                             {"Date:"},          {"Received:", true}};
-    CollectHeaders(block, queries);
-    const auto value = [&queries](std::size_t i) { return std::move(queries[i].value); };
-    return {value(0), value(1), value(2), value(3), value(4), value(5), value(6), value(7)};
+    const std::size_t end = text.find("\r\n");
+    return text.substr(0, end == text.npos ? end : end + 2);
 }
+
+// Takes the first header off a message, with its line end: as it stands there, or joined of the lines that
+// continue it. Behind the last one nothing is left: an empty line ends the headers.
+std::string_view TakeHeader(std::string_view& message, std::string& joined)
+{
+    joined.clear();
+    std::string_view line;
+    for (;;) {
+        line = FirstLine(message);
+        message.remove_prefix(line.size());
+        if (message.starts_with('\t')) { // Kept: joined without a space
+            joined.append(line, 0, line.size() - 2);
+            message.remove_prefix(1);
+        } else if (message.starts_with(' ')) {
+            joined.append(line);
+        } else {
+            break;
+        }
+    }
+    if (message.starts_with("\r\n")) {
+        line.remove_suffix(1); // Kept: the CR of the last header stays in its value
+        message = {};
+    }
+    if (joined.empty()) return line;
+    joined.append(line);
+    ReplaceInPlace(joined, "\r\n ", " ");
+    return joined;
+}
+
+// Of what stands behind the name, line end included if there is one.
+std::string ValueOf(std::string_view line)
+{
+    std::string value(line);
+    for (std::size_t tab = value.find('\t'); tab != value.npos; tab = value.find('\t', tab)) value[tab] = ' ';
+    CollapseSpacesIn(value);
+    if (value.ends_with("\r\n")) value.resize(value.size() - 2);
+    value.resize(value.find_last_not_of(' ') + 1); // npos + 1 is 0
+    value.erase(0, std::min(value.find_first_not_of(' '), value.size()));
+    return value;
+}
+
+void CollectLine(std::string_view line, std::span<HeaderQuery> queries)
+{
+    const char first = Lower(line[0]); // tells most lines from all that is sought
+    for (HeaderQuery& query : queries) {
+        if (first != Lower(query.name[0]) || query.closed || !StartsWithName(line, query.name)) continue;
+        query.closed = query.firstOnly;
+        std::string value = ValueOf(line.substr(query.name.size()));
+        if (query.value.empty())
+            query.value = std::move(value);
+        else if (!value.empty())
+            query.value.append("; ").append(value);
+    }
+}
+
+// What the headers of a file say. A value stays bytes until its turn comes: it may be as large as the file,
+// and its text takes twice as much.
+struct Headers {
+    enum Name { deliveryDate, from, to, bcc, cc, subject, date, received }; // in the order of the queries
+    HeaderQuery queries[8] = {
+        {"Delivery-date:"}, {"From:"},          {"To:"}, {"Bcc:"}, {"Cc:"}, {"Subject:"},
+        {"Date:"},          {"Received:", true}};
+
+    // Turns the value into text and lets go of it.
+    Text Take(Name name, CodePage& codePage)
+    {
+        const std::string taken = std::move(queries[name].value);
+        return codePage.FromAnsi(taken);
+    }
+};
 
 // The file's bytes are gone when it is done.
 FileError ReadFile(const Text& path, Files& files, Headers& headers, bool& hasAttachment)
@@ -84,30 +138,31 @@ FileError ReadFile(const Text& path, Files& files, Headers& headers, bool& hasAt
     const FileError error = files.ReadWhole(path, message);
     if (error != FileError::none) return error;
     hasAttachment = HasAttachmentMark(message);
-    KeepHeaderBlock(message);
-    headers = ReadHeaders(message);
+    CollectHeaders(message, headers.queries);
     return FileError::none;
 }
 
-// Turns the bytes into text and lets go of them.
-Text TakeText(std::string& bytes, CodePage& codePage)
+// The two forms of a value, which encoded words alone make different. It has no runs of spaces any more.
+void DecodeInto(Text value, Text& shown, Text& key, CodePage& codePage)
 {
-    const std::string taken = std::move(bytes);
-    return codePage.FromAnsi(taken);
+    if (value.find(u"=?") != Text::npos) {
+        shown = DecodeHeaderText(value, false, codePage);
+        key = DecodeHeaderText(value, true, codePage);
+    } else {
+        key = value;
+        shown = std::move(value);
+    }
 }
 
 void FillAddresses(Text value, Text& shown, Text& key, CodePage& codePage)
 {
-    shown = DecodeHeaderText(value, false, codePage);
-    Text decoded = DecodeHeaderText(value, true, codePage);
-    Text().swap(value); // gives the memory back, as an assignment would not
-    key = DetagAddressList(std::move(decoded), false);
+    DecodeInto(std::move(value), shown, key, codePage);
+    key = DetagAddressList(std::move(key), false);
 }
 
-void FillSubject(TextView value, Text& shown, Text& key, CodePage& codePage)
+void FillSubject(Text value, Text& shown, Text& key, CodePage& codePage)
 {
-    shown = DecodeHeaderText(value, false, codePage);
-    key = DecodeHeaderText(value, true, codePage);
+    DecodeInto(std::move(value), shown, key, codePage);
     // Kept: the list shows the en dash as the control character 22, and the key must match the list.
     // Not in the code pages that have none, where the byte alone becomes a question mark.
     const Text enDash = codePage.FromAnsi(kEnDash);
@@ -118,14 +173,15 @@ void FillSubject(TextView value, Text& shown, Text& key, CodePage& codePage)
 void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& context)
 {
     CodePage& codePage = context.codePage;
-    summary.DeliveryDate = HeaderDateOf(TakeText(headers.deliveryDate, codePage), context.locale);
-    FillAddresses(TakeText(headers.from, codePage), summary.From, summary.FromKey, codePage);
-    FillAddresses(TakeText(headers.to, codePage), summary.To, summary.ToKey, codePage);
-    summary.Bcc = TakeText(headers.bcc, codePage);
-    summary.Cc = TakeText(headers.cc, codePage);
-    FillSubject(TakeText(headers.subject, codePage), summary.Subject, summary.SubjectKey, codePage);
-    summary.SentDate = HeaderDateOf(TakeText(headers.date, codePage), context.locale);
-    const Text received = TakeText(headers.received, codePage);
+    const auto take = [&](Headers::Name name) { return headers.Take(name, codePage); };
+    summary.DeliveryDate = HeaderDateOf(take(Headers::deliveryDate), context.locale);
+    FillAddresses(take(Headers::from), summary.From, summary.FromKey, codePage);
+    FillAddresses(take(Headers::to), summary.To, summary.ToKey, codePage);
+    summary.Bcc = take(Headers::bcc);
+    summary.Cc = take(Headers::cc);
+    FillSubject(take(Headers::subject), summary.Subject, summary.SubjectKey, codePage);
+    summary.SentDate = HeaderDateOf(take(Headers::date), context.locale);
+    const Text received = take(Headers::received);
     summary.ReceivedDate = HeaderDateOf(Text(TrimSpaces(FieldOf(received, u";", 2))), context.locale);
     summary.DeliveryDateText = FormatListDate(summary.DeliveryDate, false);
     summary.SentDateText = FormatListDate(summary.SentDate, false);
@@ -146,20 +202,20 @@ Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& sum
     summary = {};
     if (FileExtension(path) != u"eml") return {};
     try {
-        EmlSummary read;
         Headers headers;
-        const FileError error = ReadFile(path, context.files, headers, read.HasAttachment);
+        const FileError error = ReadFile(path, context.files, headers, summary.HasAttachment);
         if (error != FileError::none) return Describe(error);
-        read.FileName = FileNameOf(path);
-        read.FolderPath = FolderOf(path, context.firstFolder);
-        FillSummary(read, headers, context);
-        summary = std::move(read);
+        summary.FileName = FileNameOf(path);
+        summary.FolderPath = FolderOf(path, context.firstFolder);
+        FillSummary(summary, headers, context);
         return {};
     } catch (const ValueFault& fault) {
+        summary = {};
         return fault.Words();
     } catch (const std::bad_alloc&) {
     } catch (const std::length_error&) { // more characters than a text can have
     }
+    summary = {};
     return Describe(FileError::outOfMemory);
 }
 
@@ -182,50 +238,32 @@ Text FolderOf(TextView path, TextView firstFolder)
     return Text(path.substr(0, name - std::min<std::size_t>(name, 1)));
 }
 
-void CollectHeaders(std::string_view block, std::span<HeaderQuery> queries)
+void CollectHeaders(std::string_view message, std::span<HeaderQuery> queries)
 {
-    for (std::size_t start = 0; start < block.size();) {
-        const std::size_t end = std::min(block.find("\r\n", start), block.size());
-        const std::string_view line = block.substr(start, end - start);
-        start = end + 2;
-        if (line.empty()) continue;
-        const char first = Lower(line[0]); // tells most lines from all that is sought
-        for (HeaderQuery& query : queries) {
-            if (first != Lower(query.name[0]) || query.closed || !StartsWithName(line, query.name)) continue;
-            query.closed = query.firstOnly;
-            const std::string_view value = TrimmedBytes(line.substr(query.name.size()));
-            if (!value.empty()) query.value.append(query.value.empty() ? "" : "; ").append(value);
+    std::string joined; // whose memory serves for all
+    while (!message.empty()) {
+        std::string_view header = TakeHeader(message, joined);
+        while (!header.empty()) {
+            // Joining may lay bare another line end.
+            const std::string_view line = joined.empty() ? header : FirstLine(header);
+            header.remove_prefix(line.size());
+            CollectLine(line, queries);
         }
     }
 }
 
-std::string HeaderValue(std::string_view block, std::string_view name, bool firstOnly)
+std::string HeaderValue(std::string_view message, std::string_view name, bool firstOnly)
 {
     HeaderQuery query{name, firstOnly};
-    CollectHeaders(block, {&query, 1});
+    CollectHeaders(message, {&query, 1});
     return query.value;
-}
-
-void KeepHeaderBlock(std::string& message)
-{
-    // Kept: the block ends with the CR of its last line, which stays in that header's value.
-    const std::size_t blank = message.find("\r\n\r\n");
-    if (blank != message.npos) message.resize(blank + 1);
-    ReplaceInPlace(message, "\r\n\t", ""); // Kept: joined without a space
-    ReplaceInPlace(message, "\r\n ", " ");
-    for (std::size_t tab = message.find('\t'); tab != message.npos; tab = message.find('\t', tab))
-        message[tab] = ' ';
-    CollapseSpacesIn(message);
 }
 
 bool HasAttachmentMark(std::string_view message)
 {
     // Up to its semicolon, which in most messages is the rarest of its characters.
     static constexpr std::string_view kMark = "content-disposition: attachment", kRest = ";\r\n";
-    for (std::size_t at = message.find(';'); at != message.npos; at = message.find(';', at + 1)) {
-        if (at >= kMark.size() && message.substr(at, kRest.size()) == kRest &&
-            StartsWithName(message.substr(at - kMark.size()), kMark))
-            return true;
-    }
+    for (std::size_t at = message.find(kRest); at != message.npos; at = message.find(kRest, at + 1))
+        if (at >= kMark.size() && StartsWithName(message.substr(at - kMark.size()), kMark)) return true;
     return false;
 }

@@ -46,20 +46,18 @@ Text FileExtension(TextView path); // lower-cased; the whole name when it has no
 Text FileNameOf(TextView path);
 Text FolderOf(TextView path, TextView firstFolder);
 
-// One header to look for in a block of lines: every line that starts with name, in any letter case. The
-// values are trimmed of spaces, and those that are not empty joined by "; ".
+// One header to look for: every line that starts with name, in any letter case. The values are trimmed of
+// spaces, and those that are not empty joined by "; ".
 struct HeaderQuery {
     std::string_view name;  // with its colon
     bool firstOnly = false; // only the first line counts, even when its value is empty
     std::string value{};
     bool closed = false;
 };
-void CollectHeaders(std::string_view block, std::span<HeaderQuery> queries);
-std::string HeaderValue(std::string_view block, std::string_view name, bool firstOnly);
-
-// Cuts a message down to its header block, which ends before the first empty line (without one it is the
-// whole message), and joins continued lines, so that each header is one line.
-void KeepHeaderBlock(std::string& message);
+// Of a message's headers, which end before the first empty line (without one all of it is headers). Lines
+// that continue a header are joined with it.
+void CollectHeaders(std::string_view message, std::span<HeaderQuery> queries);
+std::string HeaderValue(std::string_view message, std::string_view name, bool firstOnly);
 
 // Whether a part of the message is marked as attachment.
 bool HasAttachmentMark(std::string_view message);
