@@ -12,10 +12,12 @@ constexpr char16_t kEscapable[] = {u'\'', u'"', u'<', u'>'};
 // Escapes become placeholders 1 to 4, line breaks one space each.
 Text ProtectEscapes(Text value)
 {
+    const auto isTouched = [](char16_t unit) { return unit == u'\\' || unit == u'\r' || unit == u'\n'; };
+    if (std::none_of(value.begin(), value.end(), isTouched)) return value;
     std::size_t size = 0;
     for (std::size_t i = 0; i < value.size(); ++i) {
         char16_t unit = value[i];
-        if (unit == u'\\' || unit == u'\r' || unit == u'\n') {
+        if (isTouched(unit)) {
             const char16_t next = i + 1 < value.size() ? value[i + 1] : u'\0';
             const char16_t* escaped = std::find(std::begin(kEscapable), std::end(kEscapable), next);
             if (unit != u'\\') {
@@ -56,16 +58,21 @@ struct Separators {
 // The quote character is the one of ' and " that comes first; a separator inside a quoted name is none.
 Separators FindSeparators(TextView value)
 {
-    const char16_t quote = value.find(u'\'') < value.find(u'"') ? u'\'' : u'"';
-    const auto total = static_cast<std::size_t>(std::count(value.begin(), value.end(), quote));
     Separators found;
-    std::size_t before = 0;
+    char16_t quote = 0;
+    std::size_t before = 0, total = 0; // of quotes; all are counted when it first matters
     for (std::size_t i = 0; i < value.size(); ++i) {
-        if (value[i] == quote) ++before;
+        if (value[i] == u'\'' || value[i] == u'"') {
+            if (before == 0) quote = value[i];
+            if (value[i] == quote) ++before;
+        }
         const bool comma = value[i] == u',';
         const bool semicolon = value[i] == u';' && i + 1 < value.size() && value[i + 1] == u' ';
         if (!comma && !semicolon) continue;
-        const bool quoted = before % 2 == 1 && (total - before) % 2 == 1;
+        const bool open = before % 2 == 1;
+        if (open && total == 0)
+            total = static_cast<std::size_t>(std::count(value.begin(), value.end(), quote));
+        const bool quoted = open && (total - before) % 2 == 1;
         if (!quoted) found.positions.push_back(i);
         (quoted ? (comma ? found.quotedCommas : found.quotedSemicolons)
                 : (comma ? found.commas : found.semicolons)) = true;
@@ -191,12 +198,12 @@ Text DetagAddressList(Text value, bool listMode)
     if (listMode) return AddressSeparator(value);
     if (value.empty()) return {};
     const Text whole = ProtectEscapes(std::move(value));
-    std::vector<std::size_t> ends = FindSeparators(whole).positions;
-    ends.push_back(whole.size());
+    const std::vector<std::size_t> separators = FindSeparators(whole).positions;
 
     Text joined;
     std::size_t start = 0;
-    for (const std::size_t end : ends) {
+    for (std::size_t i = 0; i <= separators.size(); ++i) {
+        const std::size_t end = i < separators.size() ? separators[i] : whole.size();
         const TextView piece = TrimSpaces(TextView(whole).substr(start, end - start));
         start = end + 1; // the space of "; " goes with the next piece
         Text name = EscapeParens(CleanGroupName(NameOrAddress(piece)));

@@ -39,13 +39,13 @@ bool HasColon(TextView text)
 }
 
 // "{ts '2007-04-03 10:15:00'}": what stands between the first two quotes, empty without both.
-Text QuotedPart(TextView text)
+TextView QuotedPart(TextView text)
 {
     const std::size_t open = text.find(u'\'');
     if (open == TextView::npos) return {};
     const std::size_t close = text.find(u'\'', open + 1);
     if (close == TextView::npos) return {};
-    return Text(text.substr(open + 1, close - open - 1));
+    return text.substr(open + 1, close - open - 1);
 }
 
 // "Tue Apr 3 10:15:00 2007", the year last.
@@ -65,17 +65,17 @@ DateSlots WeekdayFirst(TextView text, const Words& words, Locale& locale)
     return {day, Text(month), words[4], words[5], words[6]};
 }
 
-// The slots are parts of text, which a date literal first replaces by what it quotes.
-DateSlots SlotsOf(Text& text, Locale& locale)
+// The slots are parts of text, of which a date literal leaves what it quotes.
+DateSlots SlotsOf(TextView& text, Locale& locale)
 {
-    if (EqualNoCase(FieldOf(text, u" ", 1), u"{ts")) {
-        text = QuotedPart(text);
-        const Words words(text);
-        const TextView date = words[1];
-        return {FieldOf(date, u"-", 3), Text(FieldOf(date, u"-", 2)), FieldOf(date, u"-", 1), words[2], {}};
-    }
     const Words words(text);
     const TextView first = words[1];
+    if (EqualNoCase(first, u"{ts")) {
+        text = QuotedPart(text);
+        const Words quoted(text);
+        const TextView date = quoted[1];
+        return {FieldOf(date, u"-", 3), Text(FieldOf(date, u"-", 2)), FieldOf(date, u"-", 1), quoted[2], {}};
+    }
     if (first.find(u'/') != TextView::npos) { // month first
         const bool afternoon = EqualNoCase(words[3], u"pm");
         return {FieldOf(first, u"/", 2),
@@ -142,11 +142,11 @@ double RoundToMinute(double date)
 
 } // namespace
 
-double HeaderDateOf(Text text, Locale& locale)
+double HeaderDateOf(Text value, Locale& locale)
 {
-    if (text.empty()) return kNoListDate;
-    CollapseSpacesIn(text);
-    text = TrimSpaces(text);
+    if (value.empty()) return kNoListDate;
+    CollapseSpacesIn(value);
+    TextView text = TrimSpaces(value);
     DateSlots slots = SlotsOf(text, locale);
     if (LeadingNumber(slots.day) == 0) {
         const Words words(text);

@@ -101,6 +101,7 @@ ScannedNumber ScanNumber(TextView text)
     const char16_t next = end < text.size() ? text[end] : u' ';
     if (end > at && !IsDigit(next) && next != u'.' && next != u'e' && next != u'E')
         return {static_cast<double>(negative ? -whole : whole), end};
+    if (end == at && next != u'.') return {};
 
     Digits digits;
     for (; at < text.size() && IsDigit(text[at]); ++at) digits.Take(text[at], false);

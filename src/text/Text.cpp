@@ -226,7 +226,8 @@ bool SameNoCase(char16_t a, char16_t b)
 bool EqualNoCase(TextView a, TextView b)
 {
     if (a.size() != b.size()) return false;
-    const auto bytes = [](TextView text) { // compared many at a time
+    if (!a.empty() && !SameNoCase(a[0], b[0])) return false; // most that differ
+    const auto bytes = [](TextView text) {                   // compared many at a time
         return std::string_view(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
     };
     return bytes(a) == bytes(b) || std::equal(a.begin(), a.end(), b.begin(), SameNoCase);
