@@ -41,8 +41,12 @@ RowId StoreRow(WriteSet& writes, const Column& column, std::string_view row, Fre
 
 } // namespace
 
-LongValue::LongValue(PageFile& file, ByteView header) : page_(header.Page())
+void LongValue::Read(PageFile& file, ByteView header)
 {
+    page_ = header.Page();
+    whole_ = {};
+    parts_.clear();
+    places_.clear();
     const std::uint32_t word = header.U32(0), kind = word >> 30;
     const std::size_t size = word & kMostBytes;
     if (kind & kInRow) {

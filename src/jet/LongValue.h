@@ -11,12 +11,14 @@ namespace jet {
 
 class LongValue {
 public:
-    LongValue(PageFile& file, ByteView header); // whose bytes must outlive it
+    LongValue() = default;
+    LongValue(PageFile& file, ByteView header) { Read(file, header); } // whose bytes must outlive it
+    void Read(PageFile& file, ByteView header);                        // in place of what it was
     ByteView Bytes() const { return {(parts_.empty() ? whole_ : parts_), page_}; }
     const std::vector<RowId>& Places() const { return places_; } // none when it stands behind its header
 
 private:
-    PageNumber page_;        // of the header
+    PageNumber page_ = 0;    // of the header
     std::string_view whole_; // of one that is in one piece
     PageRef hold_;           // keeps it
     std::string parts_;      // put together

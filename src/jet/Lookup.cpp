@@ -7,11 +7,45 @@ namespace jet {
 
 namespace {
 
+// FNV-1a, a unit at a time. Texts that are equal without regard to case have the same.
+class Hash {
+public:
+    void Add(char16_t unit)
+    {
+        // In ASCII 0x20 tells small letters from capital ones; other pairs that it makes one do no harm.
+        hash_ = (hash_ ^ (unit < 0x80 ? unit | 0x20 : FoldCase(unit))) * 16777619;
+    }
+    // Of a product the low bits know little of the high ones.
+    std::uint32_t Value() const { return hash_ ^ hash_ >> 15; }
+
+private:
+    std::uint32_t hash_ = 2166136261;
+};
+
 std::uint32_t HashOf(TextView text)
 {
-    std::uint32_t hash = 2166136261; // FNV-1a, a unit at a time
-    for (char16_t unit : text) hash = (hash ^ FoldCase(unit)) * 16777619;
-    return hash ^ hash >> 15; // of a product the low bits know little of the high ones
+    Hash hash;
+    for (const char16_t unit : text) hash.Add(unit);
+    return hash.Value();
+}
+
+// Of a text as it is stored: none is made of it.
+std::uint32_t HashOf(const Table& table, const Row& row, const Column& column)
+{
+    LongValue held;
+    const std::optional<ByteView> text = table.Value(row, column, held);
+    Hash hash;
+    if (text)
+        ForEachStretch(
+            *text,
+            [&](std::string_view narrow) {
+                for (const char unit : narrow) hash.Add(static_cast<unsigned char>(unit));
+            },
+            [&](std::string_view wide) {
+                const ByteView units(wide, text->Page());
+                for (std::size_t at = 0; at < units.Size(); at += 2) hash.Add(units.U16(at));
+            });
+    return hash.Value();
 }
 
 } // namespace
@@ -43,10 +77,8 @@ std::vector<RowId> Lookup::Candidates(const Table& table, const Column& column, 
     auto known = columns_.find(column.number);
     if (known == columns_.end()) {
         RowsByHash rows;
-        Text text;
         table.ForEachRow([&](const StoredRow& stored) {
-            table.ReadColumn(Row(table.Definition(), stored.bytes), column, text);
-            rows.Add(HashOf(text), stored.id);
+            rows.Add(HashOf(table, Row(table.Definition(), stored.bytes), column), stored.id);
         });
         rows.Link();
         known = columns_.emplace(column.number, std::move(rows)).first;
@@ -61,7 +93,7 @@ void Lookup::Added(const Table& table, RowId id)
     const Row row(table.Definition(), stored->bytes);
     for (auto& [number, rows] : columns_) {
         for (const Column& column : table.Definition().columns)
-            if (column.number == number) rows.Add(HashOf(table.ColumnText(row, column)), id);
+            if (column.number == number) rows.Add(HashOf(table, row, column), id);
         rows.Link();
     }
 }

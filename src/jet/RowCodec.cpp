@@ -9,8 +9,7 @@ namespace jet {
 
 namespace {
 
-constexpr std::size_t kColumnCount = 2; // bytes before the fixed columns
-constexpr TextView kCutShort = u"a row is cut short", kOutside = u"a column lies outside its row";
+constexpr TextView kCutShort = u"a row is cut short";
 
 // One byte a character is possible: no NUL, which ends such a stretch, and nothing beyond Latin-1.
 bool FitsNarrow(TextView text)
@@ -18,28 +17,12 @@ bool FitsNarrow(TextView text)
     return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit >= 1 && unit <= 0xFF; });
 }
 
-// narrow(bytes) and wide(bytes) for each stretch of a text of one byte a character and of two.
-template <class Narrow, class Wide>
-void ForEachStretch(ByteView text, Narrow narrow, Wide wide)
-{
-    const std::size_t size = text.Size();
-    if (size < 2 || text.U16(0) != 0xFEFF) return wide(text.Sub(0, (size + 1) / 2 * 2).Bytes());
-    // They take turns; a zero byte in the place of a character ends one.
-    bool isNarrow = true;
-    for (std::size_t at = 2; at < size;) {
-        if (text.U8(at) == 0) {
-            isNarrow = !isNarrow;
-            ++at;
-            continue;
-        }
-        const std::string_view stretch =
-            isNarrow ? text.Bytes().substr(at, text.Bytes().find('\0', at) - at) : text.Sub(at, 2).Bytes();
-        isNarrow ? narrow(stretch) : wide(stretch);
-        at += stretch.size();
-    }
-}
-
 } // namespace
+
+void ThrowOutside(PageNumber page)
+{
+    ThrowDamaged(page, u"a column lies outside its row");
+}
 
 Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_(bytes.U16(0))
 {
@@ -62,29 +45,7 @@ Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_
         const std::size_t start = std::exchange(end, VariableOffset(i));
         if (start > end) ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
     }
-    if (fixedEnd_ < kColumnCount || end > offsetTable_) ThrowDamaged(bytes.Page(), kOutside);
-}
-
-std::size_t Row::VariableOffset(std::size_t index) const
-{
-    return bytes_.U16(offsetTable_ + 2 * (variableCount_ - index)); // stored last first
-}
-
-std::optional<std::string_view> Row::Cell(const Column& column) const
-{
-    static constexpr char kFalseTrue[] = {0, 1};
-    if (column.number >= columns_) return std::nullopt; // the row is older than the column
-    const bool bit = bytes_.U8(mask_ + column.number / 8) >> (column.number % 8) & 1;
-    if (column.type == ColumnType::boolean) return std::string_view(kFalseTrue + (bit ? 1 : 0), 1);
-    if (!bit) return std::nullopt;
-    if (column.fixed) {
-        const std::size_t start = kColumnCount + column.fixedOffset;
-        if (start + column.length > fixedEnd_) ThrowDamaged(Page(), kOutside);
-        return bytes_.Bytes().substr(start, column.length);
-    }
-    if (column.variableIndex >= variableCount_) return std::nullopt;
-    const std::size_t start = VariableOffset(column.variableIndex);
-    return bytes_.Bytes().substr(start, VariableOffset(column.variableIndex + std::size_t{1}) - start);
+    if (fixedEnd_ < kColumnCount || end > offsetTable_) ThrowOutside(bytes.Page());
 }
 
 std::string EncodeRow(const TableDefinition& table, const std::vector<std::optional<std::string>>& cells)

@@ -9,16 +9,38 @@ namespace jet {
 
 inline constexpr std::size_t kMostRowBytes = 4060; // a row must fit one page
 
+inline constexpr std::size_t kColumnCount = 2; // bytes before the fixed columns
+[[noreturn]] void ThrowOutside(PageNumber page);
+
 // The bytes of one row, taken apart once.
 class Row {
 public:
     Row(const TableDefinition& table, ByteView bytes);
     // Nothing for null. A long value is its header (see LongValue). A boolean has one byte, 0 or 1.
-    std::optional<std::string_view> Cell(const Column& column) const;
+    std::optional<std::string_view> Cell(const Column& column) const
+    {
+        static constexpr char kFalseTrue[] = {0, 1};
+        if (column.number >= columns_) return std::nullopt; // the row is older than the column
+        const bool bit = bytes_.U8(mask_ + column.number / 8) >> (column.number % 8) & 1;
+        if (column.type == ColumnType::boolean) return std::string_view(kFalseTrue + (bit ? 1 : 0), 1);
+        if (!bit) return std::nullopt;
+        if (column.fixed) {
+            const std::size_t start = kColumnCount + column.fixedOffset;
+            if (start + column.length > fixedEnd_) ThrowOutside(Page());
+            return bytes_.Bytes().substr(start, column.length);
+        }
+        if (column.variableIndex >= variableCount_) return std::nullopt;
+        const std::size_t start = VariableOffset(column.variableIndex);
+        return bytes_.Sub(start, VariableOffset(column.variableIndex + std::size_t{1}) - start).Bytes();
+    }
     PageNumber Page() const { return bytes_.Page(); }
 
 private:
-    std::size_t VariableOffset(std::size_t index) const; // index variableCount_: the end of the last one
+    // Index variableCount_: the end of the last one. They are stored last first.
+    std::size_t VariableOffset(std::size_t index) const
+    {
+        return bytes_.U16(offsetTable_ + 2 * (variableCount_ - index));
+    }
     ByteView bytes_;
     std::size_t columns_, variableCount_ = 0, offsetTable_ = 0, fixedEnd_ = 0, mask_ = 0;
 };
@@ -33,5 +55,26 @@ std::string EncodeText(TextView text, Compression compression);
 Text DecodeText(ByteView bytes);
 void DecodeText(ByteView bytes, Text& text); // in place of what it held
 void CheckText(ByteView bytes);              // throws where DecodeText would
+
+// narrow(bytes) and wide(bytes) for each stretch of a text of one byte a character and of two.
+template <class Narrow, class Wide>
+void ForEachStretch(ByteView text, Narrow narrow, Wide wide)
+{
+    const std::size_t size = text.Size();
+    if (size < 2 || text.U16(0) != 0xFEFF) return wide(text.Sub(0, (size + 1) / 2 * 2).Bytes());
+    // They take turns; a zero byte in the place of a character ends one.
+    bool isNarrow = true;
+    for (std::size_t at = 2; at < size;) {
+        if (text.U8(at) == 0) {
+            isNarrow = !isNarrow;
+            ++at;
+            continue;
+        }
+        const std::string_view stretch =
+            isNarrow ? text.Bytes().substr(at, text.Bytes().find('\0', at) - at) : text.Sub(at, 2).Bytes();
+        isNarrow ? narrow(stretch) : wide(stretch);
+        at += stretch.size();
+    }
+}
 
 } // namespace jet

@@ -1,7 +1,6 @@
 #include "jet/Table.h"
 
 #include "jet/Display.h"
-#include "jet/LongValue.h"
 
 namespace jet {
 
@@ -68,15 +67,13 @@ Text Table::ColumnText(const Row& row, const Column& column) const
 void Table::ReadColumn(const Row& row, const Column& column, Text& text) const
 {
     text.clear();
-    const std::optional<std::string_view> cell = row.Cell(column);
-    if (!cell || (column.IsLong() && cell->empty())) return; // a long value may lack even its header
-    ByteView bytes(*cell, row.Page());
-    std::optional<LongValue> value;
-    if (column.IsLong()) bytes = value.emplace(file_, bytes).Bytes();
-    if (column.type == ColumnType::text || column.type == ColumnType::memo)
-        DecodeText(bytes, text);
+    LongValue held;
+    const std::optional<ByteView> bytes = Value(row, column, held);
+    if (!bytes) return;
+    if (column.IsText())
+        DecodeText(*bytes, text);
     else
-        text = DisplayText(column, bytes);
+        text = DisplayText(column, *bytes);
 }
 
 } // namespace jet

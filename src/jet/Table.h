@@ -1,6 +1,7 @@
 // Table.h: the rows of one table, read in the order of its pages.
 // Fails by: DatabaseError for damaged pages.
 #pragma once
+#include "jet/LongValue.h"
 #include "jet/RowCodec.h"
 #include "jet/UsageMap.h"
 
@@ -55,6 +56,17 @@ public:
 
     // Nothing when the place holds no row any more.
     std::optional<StoredRow> Fetch(RowId row) const;
+    // A value as it is stored; nothing for null. A long one is read into `held`, which must outlive it.
+    std::optional<ByteView> Value(const Row& row, const Column& column, LongValue& held) const
+    {
+        const std::optional<std::string_view> cell = row.Cell(column);
+        if (!cell) return std::nullopt;
+        const ByteView bytes(*cell, row.Page());
+        if (!column.IsLong()) return bytes;
+        if (cell->empty()) return std::nullopt; // it may lack even its header
+        held.Read(file_, bytes);
+        return held.Bytes();
+    }
     Text ColumnText(const Row& row, const Column& column) const; // null is empty
     // The same into a text that is used again and again.
     void ReadColumn(const Row& row, const Column& column, Text& text) const;

@@ -36,6 +36,7 @@ struct Column {
     bool compressed = false; // texts; memos are compressed without it, too
     RowId ownedMap, freeMap; // of a long-value column; page 0: none
 
+    bool IsText() const { return type == ColumnType::text || type == ColumnType::memo; }
     bool IsLong() const { return type == ColumnType::memo || type == ColumnType::ole; }
 };
 

@@ -216,14 +216,11 @@ void TableWriter::InspectRow(const StoredRow& stored, Inspected& inspected) cons
     for (RowId place : stored.moves) inspected.places.push_back(ToPointer(place));
     const Row row(table_.Definition(), stored.bytes);
     for (const Column& column : table_.Definition().columns) {
-        const std::optional<std::string_view> cell = row.Cell(column);
-        if (!cell || cell->empty()) continue;
-        const ByteView bytes(*cell, row.Page());
-        if (column.type == ColumnType::text) CheckText(bytes);
+        const std::optional<ByteView> value = table_.Value(row, column, inspected.value);
+        if (!value) continue;
+        if (column.IsText()) CheckText(*value);
         if (!column.IsLong()) continue;
-        const LongValue value(table_.File(), bytes);
-        if (column.type == ColumnType::memo) CheckText(value.Bytes());
-        for (RowId place : value.Places()) {
+        for (RowId place : inspected.value.Places()) {
             const std::vector<PageNumber>& listed = inspected.longValuePages.at(column.number);
             inspected.places.push_back(ToPointer(place));
             if (!std::binary_search(listed.begin(), listed.end(), place.page))

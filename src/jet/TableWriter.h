@@ -40,6 +40,7 @@ public:
 private:
     struct Inspected {
         std::map<std::uint16_t, std::vector<PageNumber>> longValuePages; // by column number, as the maps say
+        LongValue value;                                                 // the last one
         std::vector<std::uint32_t> places; // outside their row, each of which only one row may use
         std::set<std::pair<std::uint16_t, PageNumber>> unlisted; // missing in longValuePages
     };

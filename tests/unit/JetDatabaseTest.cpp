@@ -70,7 +70,7 @@ TEST(JetDatabase, FindsByTextWithoutRegardToCase)
     SavedSample sample;
     sample.Add({{u"Inbox", u"a", u"A1"},
                 {u"INBOX", u"b", u"B2"},
-                {u"Sent", u"c", u"A1"},
+                {u"K\xD6LN", u"c", u"A1"},
                 {u"", u"d", u"a1"},
                 {u"O'Brien \x0416", u"e", u"C3"}});
     const auto subjects = [&](const Text& where) {
@@ -87,7 +87,7 @@ TEST(JetDatabase, FindsByTextWithoutRegardToCase)
         {u"efolder='Inbo'", ""},
         {u"efolder=''", "d"},
         {u"ecrc='A1' AND ecrc='B2'", ""},
-        {u"esubject='C' AND ecrc='A1' AND efolder='SENT'", "c"},
+        {u"efolder='k\xF6ln' AND ecrc='A1' AND esubject='C'", "c"},
     };
     for (int pass = 0; pass < 2; ++pass) // reading the table for the index, then with it
         for (const auto& [condition, want] : cases) EXPECT_EQ(subjects(condition), want) << ToUtf8(condition);
@@ -122,10 +122,14 @@ TEST(JetDatabase, OrdersByFoldedTextsAndThenByPlace)
                 {u"z", u"4", u"A"},
                 {u"a", u"5", u"B"},
                 {u"", u"6", u"B"}});
-    std::string order;
-    for (const auto& row : RowsOf(*sample.database, u"SELECT * FROM saved ORDER BY ecrc, efolder"))
-        order += ToUtf8(row[1]);
-    EXPECT_EQ(order, "462351");
+    const auto order = [&](const Text& clauses) {
+        std::string subjects;
+        for (const auto& row : RowsOf(*sample.database, u"SELECT * FROM saved " + clauses))
+            subjects += ToUtf8(row[1]);
+        return subjects;
+    };
+    EXPECT_EQ(order(u"ORDER BY ecrc, efolder"), "462351");
+    EXPECT_EQ(order(u"WHERE ecrc='b' AND efolder='A' ORDER BY ecrc"), "235");
 }
 
 // Without its end a batch deletes nothing; and nothing twice.
@@ -145,8 +149,10 @@ TEST(JetDatabase, ABatchThatIsGivenUpDeletesNothing)
         rows->Delete();
     }
     EXPECT_TRUE(sample.Image().Bytes() == before);
+    EXPECT_EQ(rows->Field(u"ecrc"), u"0");
     rows->Delete();
     EXPECT_EQ(RowsOf(*sample.database).size(), 4u) << "at once again";
+    EXPECT_THROW(rows->Field(u"ecrc"), DatabaseError) << "gone, though it was read before";
 }
 
 TEST(JetDatabase, RoomOfDeletedRowsIsFilledAndNoMore)

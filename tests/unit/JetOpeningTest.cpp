@@ -145,6 +145,14 @@ TEST(JetOpening, TellsWhyADatabaseCannotBeReadOrWritten)
         {"a subject cut short",
          Page(kSubjects, [](std::string& p) { Put16(p, 14, SlotAt(ByteView(p, 1), 0).start + 1); }),
          damaged + u"18): a long value is cut short"},
+        {"a subject that leads nowhere",
+         Page(kRows,
+              [](std::string& p) {
+                  const std::size_t pointer = p.find(std::string("\1\x13\0\0", 4)); // of the second row
+                  Put32(p, pointer - 4, 100);
+                  Put32(p, pointer, 0);
+              }),
+         damaged + u"18): a long value is cut short"},
         {"a deleted subject", Bytes(kSubjects, 15, "\xC0"),
          damaged + u"19): part of a long value was deleted"},
         {"a folder that ends in half a character",
