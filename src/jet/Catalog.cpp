@@ -21,10 +21,10 @@ PageNumber FindTable(PageFile& file, TextView name)
     if (!id || !nameColumn || !type) ThrowDamaged(kCatalogPage, u"the list of tables is not one");
 
     Text instead; // what bears the name but is not a table
+    StoredRow stored;
     for (RowId place : catalog.Rows()) {
-        const std::optional<StoredRow> stored = catalog.Fetch(place);
-        if (!stored) continue;
-        const Row row(catalog.Definition(), stored->bytes);
+        if (!catalog.Fetch(place, stored)) continue;
+        const Row row(catalog.Definition(), stored.bytes);
         const std::optional<std::string_view> idCell = row.Cell(*id), typeCell = row.Cell(*type);
         if (!idCell || !typeCell || !EqualNoCase(catalog.ColumnText(row, *nameColumn), name)) continue;
         switch (ByteView(*typeCell, place.page).U16(0)) {

@@ -8,6 +8,7 @@
 #include "jet/TableWriter.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -109,33 +110,37 @@ private:
     std::vector<std::shared_ptr<OpenTable>> tables_;
 };
 
-const Column& NeedColumn(const TableDefinition& table, const Text& name)
+// Its place among the table's columns.
+std::size_t NeedColumn(const TableDefinition& table, const Text& name)
 {
-    if (const Column* column = table.Find(name)) return *column;
+    if (const Column* column = table.Find(name))
+        return static_cast<std::size_t>(column - table.columns.data());
     throw DatabaseError(u"The table has no column " + name);
 }
 
-const Column& NeedTextColumn(const TableDefinition& table, const Text& name)
+std::size_t NeedTextColumn(const TableDefinition& table, const Text& name)
 {
-    const Column& column = NeedColumn(table, name);
-    if (column.type == ColumnType::text || column.type == ColumnType::memo) return column;
+    const std::size_t place = NeedColumn(table, name);
+    if (table.columns[place].IsText()) return place;
     throw DatabaseError(u"The column " + name + u" is not a text column and cannot be compared with text");
 }
 
-// Rows are sought when they are first asked for: a recordset that only adds reads none.
+// Rows are sought when they are first asked for, and looked at when their turn comes: a recordset that only
+// adds reads none, and one that is asked for its first reads no more.
 class JetRecordset final : public Recordset {
 public:
     JetRecordset(std::shared_ptr<OpenTable> table, Select select)
         : table_(std::move(table)), select_(std::move(select))
     {
-        const TableDefinition& definition = table_->Rows().Definition();
-        for (const Text& name : select_.columns) selected_.push_back(PlaceOf(NeedColumn(definition, name)));
-        for (const Condition& condition : select_.where) (void)NeedTextColumn(definition, condition.column);
-        for (const Text& name : select_.orderBy) (void)NeedTextColumn(definition, name);
+        const TableDefinition& definition = Definition();
+        for (const Text& name : select_.columns) selected_.push_back(NeedColumn(definition, name));
+        for (const Condition& condition : select_.where)
+            compared_.push_back(NeedTextColumn(definition, condition.column));
+        for (const Text& name : select_.orderBy) ordered_.push_back(NeedTextColumn(definition, name));
     }
 
-    bool AtBeginning() override { return Found().empty(); }
-    bool AtEnd() override { return current_ >= Found().size(); }
+    bool AtBeginning() override { return !HasRow(0); }
+    bool AtEnd() override { return current_ >= found_ && !HasRow(current_); }
 
     void MoveNext() override
     {
@@ -143,32 +148,27 @@ public:
         ++current_;
     }
 
-    std::int32_t Count() override { return static_cast<std::int32_t>(Found().size()); }
+    std::int32_t Count() override
+    {
+        (void)HasRow(std::numeric_limits<std::size_t>::max());
+        return static_cast<std::int32_t>(found_);
+    }
 
     Text Field(const Text& name) override
     {
-        const RowId id = Current();
-        const Table& table = table_->Rows();
-        table.File().NeedOpen();
-        if (!read_ || read_->stored.id != id || read_->changes != table_->Changes()) {
-            read_.reset();
-            std::optional<StoredRow> stored = table.Fetch(id);
-            if (!stored) throw DatabaseError(u"The current row was deleted");
-            const Row row(table.Definition(), stored->bytes);
-            read_.emplace(table_->Changes(), std::move(*stored), row);
-        }
-        return table.ColumnText(read_->row, Selected(name));
+        const Row* row = Read(Current());
+        if (!row) throw DatabaseError(u"The current row was deleted");
+        return table_->Rows().ColumnText(*row, ColumnAt(Selected(name)));
     }
 
     void Delete() override { table_->Delete(Current()); }
 
-    void AddNew() override { newRow_.emplace(table_->Rows().Definition().columns.size()); }
+    void AddNew() override { newRow_.emplace(Definition().columns.size()); }
 
     void SetField(const Text& name, const Text& value) override
     {
         if (!newRow_) throw DatabaseError(u"A field was set without a new row");
-        const Column& column = Selected(name);
-        (*newRow_)[PlaceOf(column)] = value;
+        (*newRow_)[Selected(name)] = value;
     }
 
     void Update() override
@@ -180,102 +180,129 @@ public:
     }
 
 private:
-    struct ReadRow {
-        ReadRow(unsigned c, StoredRow s, const Row& r) : changes(c), stored(std::move(s)), row(r) {}
-        unsigned changes; // of the table, when it was read
-        StoredRow stored; // holds the bytes
-        Row row;
-    };
+    const TableDefinition& Definition() const { return table_->Rows().Definition(); }
+    const Column& ColumnAt(std::size_t place) const { return Definition().columns.at(place); }
 
-    std::size_t PlaceOf(const Column& column) const
+    std::size_t Selected(const Text& name) const
     {
-        return static_cast<std::size_t>(&column - table_->Rows().Definition().columns.data());
-    }
-
-    const Column& Selected(const Text& name) const
-    {
-        const TableDefinition& definition = table_->Rows().Definition();
-        if (selected_.empty()) return NeedColumn(definition, name);
+        if (selected_.empty()) return NeedColumn(Definition(), name);
         for (const std::size_t place : selected_)
-            if (EqualNoCase(definition.columns.at(place).name, name)) return definition.columns[place];
+            if (EqualNoCase(ColumnAt(place).name, name)) return place;
         throw DatabaseError(u"The column " + name + u" was not selected");
     }
 
     RowId Current()
     {
         if (AtEnd()) throw DatabaseError(u"There is no current row");
-        return Found()[current_];
+        return rows_[current_];
     }
 
-    const std::vector<RowId>& Found()
+    // The row as it is now; null when there is none any more.
+    const Row* Read(RowId id)
     {
-        if (found_) return *found_;
-        table_->Refresh();
-        std::vector<RowId> rows = select_.where.empty() ? table_->Rows().Rows() : Matching();
-        if (!select_.orderBy.empty()) Sort(rows);
-        return found_.emplace(std::move(rows));
+        const Table& table = table_->Rows();
+        table.File().NeedOpen();
+        if (!row_ || stored_.id != id || readAt_ != table_->Changes()) {
+            row_.reset();
+            if (!table.Fetch(id, stored_)) return nullptr;
+            row_.emplace(table.Definition(), stored_.bytes);
+            readAt_ = table_->Changes();
+        }
+        return &*row_;
     }
 
-    std::vector<RowId> Matching()
+    // Whether a row is found for this place among them; looks no further than it must.
+    bool HasRow(std::size_t place)
+    {
+        if (!sought_) Seek();
+        for (; found_ <= place && looked_ < rows_.size(); ++looked_)
+            if (Matches(rows_[looked_])) rows_[found_++] = rows_[looked_];
+        for (; found_ <= place && page_ < pages_.size(); ++page_) {
+            for (const RowId id : table_->Rows().RowsOn(pages_[page_])) rows_.push_back(id);
+            found_ = looked_ = rows_.size();
+        }
+        return place < found_;
+    }
+
+    bool Matches(RowId id)
+    {
+        const Row* row = Read(id);
+        for (std::size_t i = 0; row && i < compared_.size(); ++i) {
+            table_->Rows().ReadColumn(*row, ColumnAt(compared_[i]), text_);
+            if (!EqualNoCase(text_, select_.where[i].value)) return false;
+        }
+        return row != nullptr;
+    }
+
+    void Seek()
+    {
+        table_->Refresh();
+        if (!ordered_.empty()) {
+            rows_ = Sorted();
+            found_ = looked_ = rows_.size();
+        } else if (!compared_.empty()) {
+            rows_ = Candidates();
+        } else {
+            pages_ = table_->Rows().Pages();
+        }
+        sought_ = true;
+    }
+
+    std::vector<RowId> Candidates()
     {
         const Table& table = table_->Rows();
         constexpr std::size_t kFew = 8; // no other condition is worth asking for its rows, too
         std::optional<std::vector<RowId>> rows;
-        for (const Condition& condition : select_.where) {
-            const Column& column = NeedColumn(table.Definition(), condition.column);
-            std::vector<RowId> found = table_->Index().Candidates(table, column, condition.value);
+        for (std::size_t i = 0; i < compared_.size(); ++i) {
+            std::vector<RowId> found =
+                table_->Index().Candidates(table, ColumnAt(compared_[i]), select_.where[i].value);
             if (!rows || found.size() < rows->size()) rows = std::move(found);
             if (rows->size() <= kFew) break;
         }
-        std::vector<const Column*> columns;
-        for (const Condition& condition : select_.where)
-            columns.push_back(&NeedColumn(table.Definition(), condition.column));
-        Text text;
-        std::erase_if(*rows, [&](RowId id) {
-            const std::optional<StoredRow> stored = table.Fetch(id);
-            if (!stored) return true;
-            const Row row(table.Definition(), stored->bytes);
-            for (std::size_t i = 0; i < columns.size(); ++i) {
-                table.ReadColumn(row, *columns[i], text);
-                if (!EqualNoCase(text, select_.where[i].value)) return true;
-            }
-            return false;
-        });
         return std::move(*rows);
     }
 
     // By the texts without regard to case, equal ones in the order of the file: as in Jet, texts that differ
     // in case only are one group, in which binary-equal ones need not stand together.
-    void Sort(std::vector<RowId>& rows) const
+    std::vector<RowId> Sorted()
     {
         const Table& table = table_->Rows();
-        std::vector<const Column*> columns;
-        for (const Text& name : select_.orderBy) columns.push_back(&NeedColumn(table.Definition(), name));
-        SortKeys keys(columns.size());
-        Text text;
-        const auto add = [&](const StoredRow& stored) {
-            const Row row(table.Definition(), stored.bytes);
-            for (const Column* column : columns) {
-                table.ReadColumn(row, *column, text);
-                keys.Add(text);
+        std::vector<RowId> rows;
+        SortKeys keys(ordered_.size());
+        const auto add = [&](RowId id, const Row& row) {
+            rows.push_back(id);
+            for (const std::size_t place : ordered_) {
+                table.ReadColumn(row, ColumnAt(place), text_);
+                keys.Add(text_);
             }
         };
-        std::erase_if(rows, [&](RowId id) {
-            const std::optional<StoredRow> stored = table.Fetch(id);
-            if (stored) add(*stored);
-            return !stored;
-        });
+        if (compared_.empty()) {
+            table.ForEachRow(
+                [&](const StoredRow& stored) { add(stored.id, Row(table.Definition(), stored.bytes)); });
+        } else {
+            for (const RowId id : Candidates())
+                if (Matches(id)) add(id, *Read(id));
+        }
         std::vector<RowId> sorted;
         for (const std::size_t place : keys.Order()) sorted.push_back(rows[place]);
-        rows = std::move(sorted);
+        return sorted;
     }
 
     std::shared_ptr<OpenTable> table_;
     Select select_;
-    std::vector<std::size_t> selected_; // places in the definition's columns; empty: all
-    std::optional<std::vector<RowId>> found_;
-    std::size_t current_ = 0;
-    std::optional<ReadRow> read_;                            // a current row
+    // Places in the definition's columns: of those selected (none: all), of the conditions and of the order.
+    std::vector<std::size_t> selected_, compared_, ordered_;
+    bool sought_ = false;
+    // Before found_ are those that match, from looked_ on those that nobody has looked at. Where all match,
+    // more come from pages_, from page_ on.
+    std::vector<RowId> rows_;
+    std::size_t found_ = 0, looked_ = 0, current_ = 0;
+    std::vector<PageNumber> pages_;
+    std::size_t page_ = 0;
+    StoredRow stored_;                                       // the row that was read last,
+    std::optional<Row> row_;                                 // its values (nothing: none was read)
+    unsigned readAt_ = 0;                                    // and the table's changes at that time
+    Text text_;                                              // used again for each that is compared
     std::optional<std::vector<std::optional<Text>>> newRow_; // by position in the definition's columns
 };
 

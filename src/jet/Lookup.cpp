@@ -88,9 +88,9 @@ std::vector<RowId> Lookup::Candidates(const Table& table, const Column& column, 
 
 void Lookup::Added(const Table& table, RowId id)
 {
-    const std::optional<StoredRow> stored = table.Fetch(id);
-    if (!stored) return;
-    const Row row(table.Definition(), stored->bytes);
+    StoredRow stored;
+    if (!table.Fetch(id, stored)) return;
+    const Row row(table.Definition(), stored.bytes);
     for (auto& [number, rows] : columns_) {
         for (const Column& column : table.Definition().columns)
             if (column.number == number) rows.Add(HashOf(table, row, column), id);

@@ -9,13 +9,12 @@ namespace jet {
 void SortKeys::Add(TextView text)
 {
     units_ += text;
-    std::transform(text.begin(), text.end(), units_.end() - std::ssize(text),
-                   [](char16_t unit) { return FoldCase(unit); });
     starts_.push_back(units_.size());
 }
 
-std::vector<std::uint32_t> SortKeys::Order() const
+std::vector<std::uint32_t> SortKeys::Order()
 {
+    units_ = FoldCase(units_);
     // Most rows differ in the beginning of the first text, which stands beside their place: the texts
     // themselves are all over the memory.
     struct Place {

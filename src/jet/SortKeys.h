@@ -9,13 +9,14 @@ public:
     explicit SortKeys(std::size_t columns) : columns_(columns) {} // at least 1
     void Add(TextView text);                                      // row by row, column by column
     // The places of the rows in the order in which they were added, sorted; equal ones stay in that order.
-    std::vector<std::uint32_t> Order() const;
+    // Asked once, behind the last Add.
+    std::vector<std::uint32_t> Order();
 
 private:
     TextView TextOf(std::size_t place, std::size_t column) const;
 
     std::size_t columns_;
-    Text units_;                            // of all texts, folded
+    Text units_;                            // of all texts; folded by Order
     std::vector<std::size_t> starts_ = {0}; // in units_, and the end
 };
 

@@ -22,27 +22,32 @@ ByteView Table::RowsView(PageNumber page, const std::string& bytes) const
     return view;
 }
 
-std::vector<RowId> Table::Rows() const
+std::vector<RowId> Table::RowsOn(PageNumber page) const
 {
     std::vector<RowId> rows;
-    PageRef hold;
-    for (PageNumber page : Pages()) {
-        hold = file_.Read(page);
-        const ByteView view = RowsView(page, *hold);
-        ForEachSlot(view, kMostSlots, [&](std::size_t slot, const Slot& found) {
-            if (IsRow(found)) rows.push_back({page, static_cast<std::uint8_t>(slot)});
-        });
-    }
+    const PageRef hold = file_.Read(page);
+    ForEachSlot(RowsView(page, *hold), kMostSlots, [&](std::size_t slot, const Slot& found) {
+        if (IsRow(found)) rows.push_back({page, static_cast<std::uint8_t>(slot)});
+    });
     return rows;
 }
 
-std::optional<StoredRow> Table::Fetch(RowId row) const
+std::vector<RowId> Table::Rows() const
 {
-    StoredRow stored{nullptr, ByteView({}, row.page), row, {}};
+    std::vector<RowId> rows;
+    for (const PageNumber page : Pages())
+        for (const RowId row : RowsOn(page)) rows.push_back(row);
+    return rows;
+}
+
+bool Table::Fetch(RowId row, StoredRow& stored) const
+{
+    stored.id = row;
+    stored.moves.clear();
     ByteView page = file_.View(row.page, stored.hold);
     NeedDataPage(page, definition_.page);
     Slot slot = SlotAt(page, row.slot);
-    if (!IsRow(slot)) return std::nullopt;
+    if (!IsRow(slot)) return false;
     stored.bytes = page.Sub(slot.start, slot.end - slot.start);
     while (slot.flags & kLookup) {
         const RowId next = FromPointer(stored.bytes.U32(0));
@@ -54,7 +59,7 @@ std::optional<StoredRow> Table::Fetch(RowId row) const
         stored.bytes = page.Sub(slot.start, slot.end - slot.start);
         stored.moves.push_back(next);
     }
-    return stored;
+    return true;
 }
 
 Text Table::ColumnText(const Row& row, const Column& column) const

@@ -9,7 +9,7 @@ namespace jet {
 
 struct StoredRow {
     PageRef hold;
-    ByteView bytes;
+    ByteView bytes{{}, 0};
     RowId id;
     std::vector<RowId> moves; // where it has moved, the last of them being where the bytes are
 };
@@ -24,13 +24,14 @@ public:
     PageFile& File() const { return file_; }
     const TableDefinition& Definition() const { return definition_; }
     std::vector<PageNumber> Pages() const { return PagesOf(file_, definition_.ownedMap); }
-    std::vector<RowId> Rows() const;
+    std::vector<RowId> RowsOn(PageNumber page) const;
+    std::vector<RowId> Rows() const; // of all pages
     // visit(StoredRow) for each row, without seeking each of them; visitPage(ByteView) before the rows of a
     // page.
     template <class VisitPage, class Visit>
     void ForEachRow(VisitPage visitPage, Visit visit) const
     {
-        StoredRow stored{nullptr, ByteView({}, 0), {}, {}};
+        StoredRow stored, moved;
         for (const PageNumber page : Pages()) {
             stored.hold = file_.Read(page);
             const ByteView view = RowsView(page, *stored.hold);
@@ -38,7 +39,8 @@ public:
             ForEachSlot(view, kMostSlots, [&](std::size_t slot, const Slot& found) {
                 const RowId id{page, static_cast<std::uint8_t>(slot)};
                 if (found.flags == kLookup) {
-                    visit(*Fetch(id));
+                    (void)Fetch(id, moved);
+                    visit(std::as_const(moved));
                 } else if (found.flags == 0) {
                     stored.id = id;
                     stored.bytes = view.Sub(found.start, found.end - found.start);
@@ -54,8 +56,7 @@ public:
         ForEachRow([](ByteView) {}, visit);
     }
 
-    // Nothing when the place holds no row any more.
-    std::optional<StoredRow> Fetch(RowId row) const;
+    bool Fetch(RowId row, StoredRow& stored) const; // false when the place holds no row any more
     // A value as it is stored; nothing for null. A long one is read into `held`, which must outlive it.
     std::optional<ByteView> Value(const Row& row, const Column& column, LongValue& held) const
     {

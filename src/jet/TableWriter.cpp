@@ -278,11 +278,11 @@ void TableWriter::Delete(std::span<const RowId> rows)
     std::vector<StoredRow> inPlace, moved;
     std::set<std::uint32_t> pointers;
     for (RowId id : rows) {
-        std::optional<StoredRow> stored = table_.Fetch(id);
-        if (!stored || !pointers.insert(ToPointer(id)).second)
+        StoredRow stored;
+        if (!table_.Fetch(id, stored) || !pointers.insert(ToPointer(id)).second)
             throw DatabaseError(u"The row was deleted before");
-        std::vector<StoredRow>& rowsLike = stored->moves.empty() ? inPlace : moved;
-        rowsLike.push_back(std::move(*stored));
+        std::vector<StoredRow>& rowsLike = stored.moves.empty() ? inPlace : moved;
+        rowsLike.push_back(std::move(stored));
     }
     if (!inPlace.empty()) DeleteTogether(inPlace);
     // Where it has moved to is a leftover only when the row itself is gone, so nothing else may be on the

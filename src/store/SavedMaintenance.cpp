@@ -26,10 +26,11 @@ Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
 {
     const auto rows = OpenedDatabase(saved).OpenRecordset(u"SELECT ecrc FROM saved WHERE efolder='" +
                                                           SqlQuote(folder) + u"'");
+    const Text column = u"ecrc";
     Text list(separator);
     Yielding yielding(yield);
     for (; !rows->AtEnd(); rows->MoveNext()) {
-        list.append(rows->Field(u"ecrc")).append(separator);
+        list.append(rows->Field(column)).append(separator);
         yielding.RowDone();
     }
     return list;
@@ -78,11 +79,12 @@ Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int perc
     };
     // Kept: a first row whose CRC and folder are both empty equals these and goes too.
     Text previousCrc, previousFolder;
+    const Text crcColumn = u"ecrc", folderColumn = u"efolder";
     std::int64_t looked = 0;
     Yielding yielding([&] { done.stopped = !goOn(static_cast<int>(looked * 100 / count)); });
     for (; !done.stopped && !rows->AtEnd(); rows->MoveNext()) {
-        Text crc = rows->Field(u"ecrc");
-        Text folder = rows->Field(u"efolder");
+        Text crc = rows->Field(crcColumn);
+        Text folder = rows->Field(folderColumn);
         if (crc == previousCrc && folder == previousFolder) {
             if (!batch) batch = database.BeginDeletions();
             rows->Delete();

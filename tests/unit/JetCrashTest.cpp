@@ -65,9 +65,10 @@ void ExpectListed(MemoryFiles& files)
     const Table table(file, kDefinition);
     const Column& subject = table.Definition().columns[1];
     const std::vector<PageNumber> listed = PagesOf(file, subject.ownedMap);
+    StoredRow stored;
     for (RowId id : table.Rows()) {
-        const std::optional<StoredRow> stored = table.Fetch(id);
-        const auto cell = Row(table.Definition(), stored->bytes).Cell(subject);
+        ASSERT_TRUE(table.Fetch(id, stored));
+        const auto cell = Row(table.Definition(), stored.bytes).Cell(subject);
         if (!cell) continue;
         const LongValue value(file, ByteView(*cell, id.page));
         for (RowId place : value.Places())
