@@ -106,5 +106,6 @@ private:
     HWND commandFocus_ = nullptr;   // where it was when the command under way began
     std::optional<Text> display_{}; // that ShowAdded will show
     DWORD lastShown_ = 0;           // GetTickCount of the last ShowAdded
+    DWORD showEvery_ = 0;           // milliseconds until the next in a run
     DWORD lastPainted_ = 0;         // ... and of the last look at what is to be painted
 };

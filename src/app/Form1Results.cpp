@@ -51,18 +51,37 @@ void Form1Results::Rearrange(const std::function<void()>& change)
     std::vector<LRESULT> placeOf(after.size());
     for (std::size_t place = 0; place < after.size(); ++place)
         placeOf[after[place]] = static_cast<LRESULT>(place);
-    const auto moved = [&](LRESULT place) { return placeOf[before[static_cast<std::size_t>(place)]]; };
-    std::vector<LRESULT> selected;
-    const auto count = static_cast<LRESULT>(before.size());
-    for (LRESULT at = Next(-1, LVNI_SELECTED); at >= 0 && at < count; at = Next(at, LVNI_SELECTED))
-        selected.push_back(moved(at));
-    std::sort(selected.begin(), selected.end()); // the list joins what lies side by side
-    const LRESULT focused = Next(-1, LVNI_FOCUSED), anchor = Tell(LVM_GETSELECTIONMARK);
+    const auto moved = [&](LRESULT place) { // -1: it is none
+        const auto at = static_cast<std::size_t>(place);
+        return place >= 0 && at < before.size() ? placeOf[before[at]] : -1;
+    };
+    std::vector<bool> was(after.size()), is(after.size());
+    LRESULT place = -1;
+    const LRESULT count = Tell(LVM_GETSELECTEDCOUNT);
+    for (LRESULT found = 0; found < count; ++found) {
+        place = Next(place, LVNI_SELECTED);
+        if (moved(place) < 0) break;
+        was[static_cast<std::size_t>(place)] = is[static_cast<std::size_t>(moved(place))] = true;
+    }
+    const LRESULT focused = moved(Next(-1, LVNI_FOCUSED)), anchor = moved(Tell(LVM_GETSELECTIONMARK));
 
-    SetState(-1, LVIS_SELECTED, false);
-    for (const LRESULT place : selected) SetState(place, LVIS_SELECTED, true);
-    if (focused >= 0) SetState(moved(focused), LVIS_FOCUSED, true);
-    if (anchor >= 0) Tell(LVM_SETSELECTIONMARK, 0, moved(anchor));
+    if (count > 0) Reselect(was, is);
+    if (focused >= 0) SetState(focused, LVIS_FOCUSED, true);
+    if (anchor >= 0) Tell(LVM_SETSELECTIONMARK, 0, anchor);
+}
+
+// Lists take long over each change, and as long as over some thousands to go through a large table for the
+// one message that selects none: it pays only where a sort has scattered much. Rows that come into a selected
+// range change no more than its parts' ends.
+void Form1Results::Reselect(const std::vector<bool>& was, const std::vector<bool>& is) const
+{
+    std::size_t changes = 0;
+    for (std::size_t place = 0; place < is.size(); ++place) changes += was[place] != is[place];
+    const bool anew = changes > is.size() / 8;
+    if (anew) SetState(-1, LVIS_SELECTED, false);
+    for (std::size_t place = 0; place < is.size(); ++place)
+        if (is[place] != (was[place] && !anew))
+            SetState(static_cast<LRESULT>(place), LVIS_SELECTED, is[place]);
 }
 
 // Systems whose controls have no such arrow draw none.

@@ -39,6 +39,7 @@ public:
 private:
     std::size_t NumberAt(int place) const { return table_.Places()[static_cast<std::size_t>(place)]; }
     void Rearrange(const std::function<void()>& change); // of the table; what is selected stays so
+    void Reselect(const std::vector<bool>& was, const std::vector<bool>& is) const; // by place
     void FillItem(LVITEMW& item) const;
     void Toggle(int place);                                               // no row's: nothing happens
     void ShowArrow(int column);                                           // below 0: on none

@@ -48,11 +48,13 @@ void Form1::AddProgress(const Text& line)
 
 void Form1::ShowAdded()
 {
-    lastShown_ = GetTickCount();
+    const DWORD start = GetTickCount();
     if (display_) OrbVacuum(controls_.At(OrbVac)).ShowText(Wide(*display_));
     display_.reset();
     results_.ShowAdded();
     progress_.ShowAdded();
+    lastShown_ = GetTickCount();
+    showEvery_ = std::max(kShowEvery, 4 * (lastShown_ - start)); // at most a fifth of a run's time
 }
 
 void Form1::WaitForKeysUp()
@@ -109,7 +111,7 @@ void Form1::ShowBriefBox(BoxIcon icon, const Text& words)
 void Form1::ProcessEvents()
 {
     const DWORD now = GetTickCount();
-    if (now - lastShown_ >= kShowEvery) ShowAdded();
+    if (now - lastShown_ >= showEvery_) ShowAdded();
     // Painting all that nobody can read so quickly would take a third of a run's own time.
     const bool paints = now - lastPainted_ >= kPaintEvery;
     if (paints) lastPainted_ = now;
