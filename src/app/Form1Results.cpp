@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr DWORD kTypingPause = 1000; // milliseconds after which another name begins
 constexpr int kColumns = static_cast<int>(std::tuple_size_v<ResultsRow>);
 
 } // namespace
@@ -111,13 +112,12 @@ LRESULT Form1Results::Answer(NMHDR& notice)
     case LVN_ODFINDITEMW: { // letters were typed
         const auto& [of, start, wanted] = reinterpret_cast<const NMLVFINDITEMW&>(notice);
         if (wanted.flags & (LVFI_PARAM | LVFI_NEARESTXY)) return -1;
+        if (*wanted.psz != L' ') lastLetter_ = GetTickCount(); // no name begins with a space that ticks
         const auto place = table_.Find(static_cast<std::size_t>(std::max(start, 0)), FromWide(wanted.psz));
         return place ? static_cast<LRESULT>(*place) : -1;
     }
     case LVN_KEYDOWN:
-        if (reinterpret_cast<const NMLVKEYDOWN&>(notice).wVKey == VK_SPACE && GetKeyState(VK_CONTROL) >= 0 &&
-            GetKeyState(VK_SHIFT) >= 0)
-            Toggle(static_cast<int>(Next(-1, LVNI_FOCUSED)));
+        OnKey(reinterpret_cast<const NMLVKEYDOWN&>(notice).wVKey);
         return 0;
     case NM_CLICK:
     case NM_DBLCLK: { // the second of two quick clicks
@@ -132,10 +132,19 @@ LRESULT Form1Results::Answer(NMHDR& notice)
     }
 }
 
+// A space soon after letters belongs to the name that is being typed: it must not tick the row found so far.
+void Form1Results::OnKey(WORD key)
+{
+    if (key != VK_SPACE) return lastLetter_.reset(); // a letter is told of once more, when it is looked for
+    if (lastLetter_ && GetTickCount() - *lastLetter_ < kTypingPause) return;
+    if (GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_SHIFT) >= 0)
+        Toggle(static_cast<int>(Next(-1, LVNI_FOCUSED)));
+}
+
 void Form1Results::FillItem(LVITEMW& item) const
 {
     if (item.iItem < 0 || item.iItem >= Count() || item.iSubItem < 0 || item.iSubItem >= kColumns) return;
-    if (item.mask & LVIF_STATE && item.stateMask & LVIS_STATEIMAGEMASK)
+    if (item.mask & LVIF_STATE)
         item.state =
             (item.state & ~LVIS_STATEIMAGEMASK) | INDEXTOSTATEIMAGEMASK(IsTicked(item.iItem) ? 2u : 1u);
     if (!(item.mask & LVIF_TEXT) || item.cchTextMax < 1) return;

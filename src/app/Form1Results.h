@@ -8,6 +8,7 @@
 #include <commctrl.h>
 
 #include <functional>
+#include <optional>
 
 // What the window hears of the menu's items by; no control has these numbers.
 enum ResultsMenuId : int { mnTickSel = 300, mnUntickSel, mnMarkSaved, mnCondenseDB, mnForget };
@@ -41,6 +42,7 @@ private:
     void Rearrange(const std::function<void()>& change); // of the table; what is selected stays so
     void Reselect(const std::vector<bool>& was, const std::vector<bool>& is) const; // by place
     void FillItem(LVITEMW& item) const;
+    void OnKey(WORD key);                                                 // virtual-key code
     void Toggle(int place);                                               // no row's: nothing happens
     void ShowArrow(int column);                                           // below 0: on none
     LRESULT Tell(UINT message, LRESULT which = 0, LPARAM what = 0) const; // the list
@@ -50,4 +52,5 @@ private:
     HWND list_ = nullptr;
     ResultsTable table_;
     int arrowColumn_ = -1;
+    std::optional<DWORD> lastLetter_; // GetTickCount, unless another key came since
 };

@@ -176,6 +176,10 @@ TEST_F(ResultsTableTest, AClickOnABoxTicksOnceAndTakesTheSelectionAlong)
     results.SortBy(0);
     SendMessageW(list, WM_CHAR, 'i', 1);
     EXPECT_EQ(IdsOf(LVNI_FOCUSED), Texts{u"2"}) << "letters go to the next row of such a folder";
+    SendMessageW(list, WM_KEYDOWN, VK_SPACE, 0);
+    EXPECT_EQ(TickedIds(), (Texts{u"1", u"2"})) << "a space within the name of a folder";
+    for (const WPARAM key : {VK_DOWN, VK_SPACE}) SendMessageW(list, WM_KEYDOWN, key, 0);
+    EXPECT_EQ(TickedIds(), (Texts{u"1", u"2", u"3"}));
 }
 
 TEST_F(ResultsTableTest, TheArrowShowsTheOrderAsLongAsItHolds)
