@@ -32,8 +32,6 @@ void Form1Controls::ArrangeIn(ControlId parent) const
     const int treeShare = isBusy_ ? 0 : higher < 0 ? 100 : kTreeShare;
     const auto moved = [](int growth, int percent) { return growth * percent / 100; };
     const auto down = [&](int percent) { return moved(higher, percent == kWithTree ? treeShare : percent); };
-    // What nobody sees yet needs no looking for what it uncovers.
-    const UINT redraw = IsWindowVisible(GetParent(At(nTab))) ? 0 : SWP_NOREDRAW;
     HDWP moves = BeginDeferWindowPos(kControls);
     for (const ControlRow& row : ControlRows()) {
         const Place& place = row.place;
@@ -44,7 +42,7 @@ void Form1Controls::ArrangeIn(ControlId parent) const
         const int bottom = units_.Down(place.top + place.height) + down(row.growth.bottom);
         if (moves)
             moves = DeferWindowPos(moves, At(row.id), nullptr, left, top, right - left, bottom - top,
-                                   redraw | SWP_NOZORDER | SWP_NOACTIVATE);
+                                   SWP_NOZORDER | SWP_NOACTIVATE);
     }
     if (moves) EndDeferWindowPos(moves);
 }

@@ -148,6 +148,8 @@ TEST_F(WindowLayoutTest, TextsFitTheirControls)
     }
     EXPECT_GT(measured, 40);
     EXPECT_EQ(SendMessageW(Control(nTab), TCM_GETROWCOUNT, 0, 0), 1);
+    EXPECT_EQ(SendMessageW(Control(lstProgress), LB_GETITEMHEIGHT, 0, 0), Measure(u"X", FW_NORMAL).cy)
+        << "the user's font";
 }
 
 TEST_F(WindowLayoutTest, EverySizeKeepsControlsInsideAndApart)
