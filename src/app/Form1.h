@@ -76,7 +76,8 @@ private:
     LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
     void OnCommand(int id, int code);
     LRESULT OnNotify(NMHDR& notice);
-    void Dispatch(MSG& message); // keys for moving about first
+    void Dispatch(MSG& message);      // keys for moving about first
+    bool DispatchWaiting(UINT which); // PM_QS_ flags, 0: all; whether the program goes on
     bool PressByEnter(MSG& message);
     SIZE WindowSize(const SIZE& client) const; // with its edges, and no larger than the screen
     RECT WorkArea() const;

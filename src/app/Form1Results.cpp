@@ -22,6 +22,7 @@ void Form1Results::ShowAdded()
 {
     if (!table_.HasAdded()) return;
     Rearrange([this] { table_.PlaceAdded(); });
+    UpdateWindow(list_); // clicks come before the system's painting: none may meet a row that is not seen yet
     if (!table_.KeepsSorted()) ShowArrow(-1); // they stand at the end, wherever they belong
 }
 

@@ -110,20 +110,29 @@ void Form1::ShowBriefBox(BoxIcon icon, const Text& words)
 
 void Form1::ProcessEvents()
 {
+    constexpr UINT kAllButPaint = PM_QS_INPUT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE;
     const DWORD now = GetTickCount();
-    if (now - lastShown_ >= showEvery_) ShowAdded();
+    if (now - lastShown_ >= showEvery_) {
+        if (!DispatchWaiting(kAllButPaint)) return; // a click is meant for the row that was seen there
+        ShowAdded();
+    }
     // Painting all that nobody can read so quickly would take a third of a run's own time.
     const bool paints = now - lastPainted_ >= kPaintEvery;
     if (paints) lastPainted_ = now;
-    const UINT which = paints ? 0 : PM_QS_INPUT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE;
+    DispatchWaiting(paints ? 0 : kAllButPaint);
+}
+
+bool Form1::DispatchWaiting(UINT which)
+{
     MSG message = {};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | which)) {
         if (message.message == WM_QUIT) { // for the outermost loop
             PostQuitMessage(static_cast<int>(message.wParam));
-            return;
+            return false;
         }
         Dispatch(message);
     }
+    return true;
 }
 
 void Form1::ShowStatistic(Statistic which, const Text& text)

@@ -148,6 +148,7 @@ TEST_F(ResultsTableTest, WhatIsSelectedStaysSoAmongRowsThatMove)
     Add(4, u"Re: 0");
     Add(5, u"Re: 2b");
     results.ShowAdded();
+    EXPECT_FALSE(GetUpdateRect(list, nullptr, FALSE)) << "a click meets what is seen";
     EXPECT_EQ(ShownIds(), (Texts{u"4", u"1", u"2", u"5", u"3"}));
     EXPECT_EQ(IdsOf(LVNI_SELECTED), (Texts{u"2", u"3"}));
     EXPECT_EQ(IdsOf(LVNI_FOCUSED), Texts{u"3"});
