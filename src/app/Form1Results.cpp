@@ -144,11 +144,13 @@ void Form1Results::OnKey(WORD key)
 
 void Form1Results::FillItem(LVITEMW& item) const
 {
+    const bool wantsText = item.mask & LVIF_TEXT && item.cchTextMax > 0;
+    if (wantsText) *item.pszText = L'\0'; // what lies there is of another cell
     if (item.iItem < 0 || item.iItem >= Count() || item.iSubItem < 0 || item.iSubItem >= kColumns) return;
     if (item.mask & LVIF_STATE)
         item.state =
             (item.state & ~LVIS_STATEIMAGEMASK) | INDEXTOSTATEIMAGEMASK(IsTicked(item.iItem) ? 2u : 1u);
-    if (!(item.mask & LVIF_TEXT) || item.cchTextMax < 1) return;
+    if (!wantsText) return;
     const Text& cell = RowAt(item.iItem)[static_cast<std::size_t>(item.iSubItem)];
     const std::size_t length = std::min(cell.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
     std::copy_n(Wide(cell), length, item.pszText);

@@ -48,7 +48,7 @@ protected:
     // What the list shows of a cell.
     Text Shown(int row, ResultsColumn column) const
     {
-        wchar_t text[2000] = {};
+        wchar_t text[2000] = L"from before";
         LVITEMW item = {};
         item.iSubItem = static_cast<int>(column);
         item.pszText = text;
@@ -125,6 +125,7 @@ TEST_F(ResultsTableTest, TicksAndSelectionGoWithTheirRows)
     EXPECT_EQ(TickedIds(), (Texts{u"10", u"30"}));
     results.SortBy(1);
     EXPECT_EQ(ShownIds(), (Texts{u"2", u"4", u"10", u"30"}));
+    EXPECT_EQ(Shown(0, ResultsColumn{5}), u"") << "there is no such column";
     EXPECT_EQ(TickedIds(), (Texts{u"10", u"30"}));
     Select(3, false);
     results.TickRows(RowChoice::selected, false);
