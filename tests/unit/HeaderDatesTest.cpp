@@ -42,6 +42,7 @@ TEST(HeaderDates, EveryShapeIsReadAndLeftInSortableForm)
 {
     const DateCase cases[] = {
         {"the usual one", u"Tue, 3 Apr 2007 10:15:00 +0100", "2007/04/03 09:15:00"},
+        {"blanks around it", u"  Tue, 3 Apr 2007 10:15:00 +0100 ", "2007/04/03 09:15:00"},
         {"year last", u"Tue Apr  3 10:15:00 2007", "2007/04/03 10:15:00"},
         {"year last with a zone", u"Tue Apr 3 10:15:00 2007 +0200", "2007/04/03 08:15:00"},
         {"year last, day from 12 on", u"Tue Apr 13 10:15:00 2007", "2007/04/13 10:15:00"},
