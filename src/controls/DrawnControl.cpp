@@ -69,8 +69,8 @@ LRESULT Drawing::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_ERASEBKGND:
         return 1; // Paint covers every pixel: no flicker
     case WM_NCPAINT:
-        if (PaintEdge()) return 0;
-        break;
+        PaintEdge();
+        return 0; // there is nothing else outside of what Paint covers
     case WM_PAINT:
         PaintOffScreen();
         return 0;
@@ -133,10 +133,10 @@ void Drawing::FollowMouse(int part)
     Redraw();
 }
 
-// The system's sunken edge, made a flat line. False: the control has none.
-bool Drawing::PaintEdge() const
+// The system's sunken edge, made a flat line, where the control has one.
+void Drawing::PaintEdge() const
 {
-    if (!(GetWindowLongPtrW(window_, GWL_EXSTYLE) & WS_EX_STATICEDGE)) return false;
+    if (!(GetWindowLongPtrW(window_, GWL_EXSTYLE) & WS_EX_STATICEDGE)) return;
     RECT place = {};
     GetWindowRect(window_, &place);
     OffsetRect(&place, -place.left, -place.top);
@@ -144,7 +144,6 @@ bool Drawing::PaintEdge() const
     SetDCBrushColor(dc, Palette().border);
     FrameRect(dc, &place, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
     ReleaseDC(window_, dc);
-    return true;
 }
 
 void Drawing::PaintFocus(const Canvas& canvas, const RECT& area, COLORREF colour)

@@ -52,7 +52,7 @@ private:
     static LRESULT CALLBACK WndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
     void FollowMouse(int part);
-    bool PaintEdge() const;
+    void PaintEdge() const;
     void PaintOffScreen();
     void PaintOn(HDC dc);
 
