@@ -65,7 +65,7 @@ std::vector<RowId> Lookup::RowsByHash::Find(std::uint32_t hash) const
     std::vector<RowId> rows;
     for (std::uint32_t place = ends_[hash & (ends_.size() - 1)]; place != 0;) {
         const Entry& entry = entries_[place - 1];
-        if (entry.hash == hash) rows.push_back(entry.row);
+        if (entry.hash == hash) rows.push_back(FromPointer(entry.row));
         place = entry.previous;
     }
     std::reverse(rows.begin(), rows.end());

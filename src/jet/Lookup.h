@@ -19,14 +19,14 @@ private:
     // A hash table with chains; their ends and links are places in entries, counted from 1. 0: none.
     class RowsByHash {
     public:
-        void Add(std::uint32_t hash, RowId row) { entries_.push_back({hash, row, 0}); }
+        void Add(std::uint32_t hash, RowId row) { entries_.push_back({hash, ToPointer(row), 0}); }
         void Link(); // those that were added, to be found
         std::vector<RowId> Find(std::uint32_t hash) const;
 
     private:
         struct Entry {
             std::uint32_t hash;
-            RowId row;
+            std::uint32_t row;      // as the file writes it: there are many
             std::uint32_t previous; // in its chain
         };
         std::uint32_t& EndOf(std::uint32_t hash) { return ends_[hash & (ends_.size() - 1)]; }
