@@ -14,7 +14,7 @@ void SortKeys::Add(TextView text)
 
 std::vector<std::uint32_t> SortKeys::Order()
 {
-    units_ = FoldCase(units_);
+    for (char16_t& unit : units_) unit = FoldCase(unit);
     // Most rows differ in the beginning of the first text, which stands beside their place: the texts
     // themselves are all over the memory.
     struct Place {
