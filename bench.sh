@@ -11,8 +11,8 @@ cd "$(dirname "$0")"
 files=5000 rows=100000 emails=100000 repetitions=9 wine=(3 4000 400 100000) keep=()
 for argument in "$@"; do
     case $argument in
-        --quick) files=500 rows=10000 emails=10000 repetitions=3 wine=(1 200 20 500) ;;
-        --keep) keep=(--keep) ;;
+        --quick) files=500 rows=10000 emails=10000 repetitions=3 wine=(1 200 20 20000) ;;
+        --keep) keep=("--keep=$(git log -1 --format='%h of %ad' --date=short)") ;;
         *)
             sed -n '5,7s/^# //p' "$0" >&2
             exit 2
@@ -21,6 +21,10 @@ for argument in "$@"; do
 done
 if [ "$files" != 5000 ] && ((${#keep[@]})); then
     echo "bench: --quick measures nothing to be kept" >&2
+    exit 2
+fi
+if ((${#keep[@]})) && ! git diff --quiet HEAD -- . ':!docs'; then
+    echo "bench: kept is what a commit has; there are changes beside it" >&2
     exit 2
 fi
 trap 'exit 2' ERR
@@ -49,4 +53,5 @@ trap 'rm -rf "$scratch"' EXIT
 TZ=UTC scripts/wine-run.sh -t 0 -- python3 bench/wine.py build/win32 build/bench "$scratch" "$results/wine.json" "${wine[@]}" \
     >"$results/wine.txt" 2>&1 || { tail -n 5 "$results/wine.txt" >&2; exit 2; }
 trap - ERR
+[ "$files" = 5000 ] || echo "A quick look: fewer of everything than the table says"
 python3 bench/report.py "${keep[@]}" "$results"/*.json

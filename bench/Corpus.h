@@ -45,14 +45,15 @@ inline std::string MadeMessage(std::mt19937& random)
     return out + "--=_part--\r\n";
 }
 
-// One file each, in a directory that is there.
-inline std::vector<std::string> MadeMessages(const std::filesystem::path& directory, std::size_t count)
+// One file each, in a directory that is there; of each message so many bytes at the most.
+inline std::vector<std::string> MadeMessages(const std::filesystem::path& directory, std::size_t count,
+                                             std::size_t most = std::string::npos)
 {
     std::mt19937 random(20070403);
     std::vector<std::string> paths;
     for (std::size_t i = 0; i < count; ++i) {
         paths.push_back((directory / (std::to_string(10000 + i) + ".eml")).string());
-        std::ofstream(paths.back(), std::ios::binary) << MadeMessage(random);
+        std::ofstream(paths.back(), std::ios::binary) << MadeMessage(random).substr(0, most);
     }
     return paths;
 }

@@ -1,10 +1,9 @@
-"""report.py [--keep] RESULTS...: ratios of medians from Google Benchmark's JSON files, with their goals. Ends with
-1 when a goal is missed, with 2 when one was not measured. --keep writes the table of docs/performance.md and a plot
-for each of its parts, of a whole measurement alone."""
+"""report.py [--keep=COMMIT] RESULTS...: ratios of medians from Google Benchmark's JSON files, with their goals. Ends
+with 1 when a goal is missed, with 2 when one was not measured. --keep writes the table of docs/performance.md, as
+measured at that commit, and a plot for each of its parts, of a whole measurement alone."""
 import json
 import math
 import pathlib
-import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -53,18 +52,33 @@ PARTS = [
     ]),
 ]
 
-# A row: the work and its benchmark, which is run for numbers of ten and a hundred times the first.
-GROWTH = ("growth", "How the time grows with the number", [
-    ("records added, one by one", "add"),
-    ("records asked for, one by one", "ask"),
-    ("records forgotten, one by one", "forget"),
-    ("condensing", "condense"),
-    ("rows come to the sorted results table", "results"),
-    ("files found in the order of the list", "find"),
-    ("folders side by side", "folders"),
-    ("folders whose directories would have one name", "folders-alike"),
-    ("e-mails of one minute, none of them saved", "one-minute"),
+def duration(nanoseconds):
+    for unit, name in (1e9, "s"), (1e6, "ms"), (1e3, "µs"):
+        if nanoseconds >= unit:
+            return f"{nanoseconds / unit:.3g} {name}"
+    return f"{nanoseconds:.3g} ns"
+
+
+# A row: the work, its benchmark, which is run for numbers of ten and a hundred times the first, and how what one takes
+# is told.
+GROWTH = ("growth", "How time and memory grow with the number", [
+    ("opening, to the first answer", "open", duration),
+    ("all rows", "rows", duration),
+    ("records added, one by one", "add", duration),
+    ("records asked for, one by one", "ask", duration),
+    ("records forgotten, one by one", "forget", duration),
+    ("a folder's CRCs", "crcs", duration),
+    ("condensing", "condense", duration),
+    ("headers of small files in a directory", "headers", duration),
+    ("rows come to the sorted results table", "results", duration),
+    ("files found in the order of the list", "find", duration),
+    ("folders side by side", "folders", duration),
+    ("folders whose directories would have one name", "folders-alike", duration),
+    ("e-mails of one minute, none of them saved", "one-minute", duration),
+    ("a check by database under Wine", "check", duration),
+    ("memory of such a check", "memory", lambda size: f"{size:,.0f} bytes"),
 ])
+COUNTS = (100, 1000, 10000, 100000, 1000000)
 # n log n is a power of 1.1 over these numbers; caches that become too small add to it.
 MOST_POWER = 1.3
 
@@ -96,17 +110,19 @@ def figure(found, row):
 
 
 def grown(found, name):
-    """Number and nanoseconds of processor time for each, by number."""
-    times = {int(key.rsplit("/", 1)[1]): value[1] for key, value in found.items()
-             if key.startswith(f"growth/{name}/")}
-    return sorted(times.items())
+    """Number and what each takes of it, nanoseconds of processor time or bytes, by number."""
+    each = {int(key.rsplit("/", 1)[1]): value[1] for key, value in found.items()
+            if key.startswith(f"growth/{name}/")}
+    return sorted(each.items())
 
 
-def power(times):
-    """With which power of the number the time for all grows; None where it was not measured."""
-    if len(times) < 2:
+def power(found, name):
+    """With which power of the number the whole grows from the first number to the last; None where it was not
+    measured at three."""
+    each = grown(found, name)
+    if len(each) < 3:
         return None
-    (few, first), (many, last) = times[0], times[-1]
+    (few, first), (many, last) = each[0], each[-1]
     return 1 + math.log(last / first) / math.log(many / few)
 
 
@@ -118,163 +134,138 @@ def number(value):
     return "–" if value is None else f"{value:.2g}" if value < 1 else f"{value:.2f}" if value < 10 else f"{value:.0f}"
 
 
-def lines(found, before):
-    for _, title, rows in PARTS:
-        yield title, "", "", "", ""
-        for row in rows:
-            value, goal = figure(found, row), row[3]
-            if value is not None:
-                yield ("  " + row[0], number(value), f"{goal[0]} {goal[1]:g}", number(figure(before, row)),
-                       "" if is_met(value, goal) else "MISSED")
-    yield GROWTH[1] + ": its power", "", "", "", ""
-    for work, name in GROWTH[2]:
-        if (value := power(grown(found, name))) is not None:
-            yield ("  " + work, number(value), f"at most {MOST_POWER:g}", number(power(grown(before, name))),
-                   "" if value <= MOST_POWER else "MISSED")
+class Line:
+    """Of a table: value and before are None where they were not measured."""
+
+    def __init__(self, work, value, goal, before, share):
+        self.work, self.value, self.goal, self.before = work, value, goal, before
+        self.is_met = value is None or is_met(value, goal)
+        self.share = share  # of what the goal allows, which such a value uses
+
+    def limit(self):
+        return f"{self.goal[0]} {self.goal[1]:g}"
+
+
+def shares_of(goal):
+    return lambda value: value / goal[1] if goal[0] == "at most" else goal[1] / value
+
+
+def parts(found, before):
+    """Name, title and lines of each table, that of the growth last."""
+    for name, title, rows in PARTS:
+        yield name, title, [Line(row[0], figure(found, row), row[3], figure(before, row), shares_of(row[3]))
+                            for row in rows]
+    name, title, rows = GROWTH
+    yield name, title, [Line(work, power(found, key), ("at most", MOST_POWER), power(before, key),
+                             lambda value: 10 ** (value - MOST_POWER))
+                        for work, key, _ in rows]
 
 
 def print_table(found, before):
-    for work, value, goal, was, missed in [("", "now", "goal", "before", ""), *lines(found, before)]:
-        print(f"{work:62} {value:>8}   {goal:16} {was:>8}  {missed}".rstrip())
+    print(f"{'':62} {'now':>8}   {'goal':16} {'before':>8}")
+    for name, title, lines in parts(found, before):
+        print(title + (": its power" if name == GROWTH[0] else ""))
+        for line in lines:
+            missed = "not measured" if line.value is None else "" if line.is_met else "MISSED"
+            told = f"  {line.work:60} {number(line.value):>8}   {line.limit():16} {number(line.before):>8}  {missed}"
+            print(told.rstrip())
 
 
+# What is marked has a rim in the colour of the page, so that it shows on a bar, too.
 STYLE = """
-  text { font: 13px sans-serif; fill: #24292f } .title { font-weight: bold; font-size: 15px }
-  .soft { fill: #57606a } .grid { stroke: #d0d7de } .goal { stroke: #24292f; stroke-width: 2 }
-  .met { fill: #2da44e } .missed { fill: #bc4c00 } .was { stroke: #24292f; stroke-width: 2; fill: none }
+  text { font: 13px sans-serif; fill: #1f2328 } .title { font-weight: bold; font-size: 15px }
+  .soft { fill: #59636e } .grid { stroke: #d1d9e0 } .goal { stroke: #1f2328; stroke-width: 2 }
+  .met { fill: #1a7f37 } .missed { fill: #bc4c00 } .bold { font-weight: bold }
+  .was { stroke: #1f2328; stroke-width: 2; fill: #ffffff } .rim { stroke: #ffffff; stroke-width: 5; fill: none }
   @media (prefers-color-scheme: dark) {
-    text { fill: #e6edf3 } .soft { fill: #9198a1 } .grid { stroke: #3d444d } .goal { stroke: #e6edf3 }
-    .met { fill: #3fb950 } .missed { fill: #f0883e } .was { stroke: #e6edf3 }
+    text { fill: #f0f6fc } .soft { fill: #9198a1 } .grid { stroke: #3d444d } .goal { stroke: #f0f6fc }
+    .was { stroke: #f0f6fc; fill: #0d1117 } .met { fill: #3fb950 } .missed { fill: #f0883e } .rim { stroke: #0d1117 }
   }"""
 
 
-def plot(title, rows, found, before):
-    """A bar for each row: how much of what its goal allows is used, on a logarithmic scale."""
-    shown = [row for row in rows if figure(found, row) is not None]
-    left, width, top, step = 410, 400, 70, 30
-    height = top + step * len(shown) + 12
+def plot(name, title, lines):
+    """A bar for each row from the goal on, to the left where it is reached, to the right where it is missed; how much
+    of what the goal allows is used, on a logarithmic scale."""
+    left, width, top, step = 400, 400, 78, 30
+    height = top + step * len(lines) + 12
 
-    def place(part):
-        return left + width * min(max((math.log10(part) + 1.5) / 2.5, 0), 1)  # 1/32 to 10 times the goal
+    def place(share):
+        return round(left + width * min(max((math.log10(share) + 1.5) / 2.5, 0), 1))  # 1/32 to 10 times the goal
 
-    def part(value, goal):
-        return value / goal[1] if goal[0] == "at most" else goal[1] / value
-
-    out = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {left + width + 80} {height}" role="img">',
+    marks = [(0.1, "10 times better"), (1, "goal"), (10, "10 times worse")]
+    how = "Green, left of the goal: it is reached. Orange, right of it: missed. Ring: before."
+    if name == GROWTH[0]:
+        marks = [(10 ** (1 - MOST_POWER), "the same"), (1, "goal"), (10 ** (2 - MOST_POWER), "10 times as much")]
+        how = "What each takes where there are ten times as many. " + how
+    out = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {left + width + 120} {height}" role="img">',
            f"<title>{title}</title><style>{STYLE}\n</style>", f'<text class="title" x="10" y="22">{title}</text>',
-           '<text class="soft" x="10" y="44">Left of the line: the goal is reached. A ring: before.</text>']
-    for mark, words in [(0.1, "10 times better"), (1, "goal"), (10, "10 times worse")]:
-        kind = "goal" if mark == 1 else "grid"
-        out.append(f'<text class="soft" x="{place(mark)}" y="{top - 10}" text-anchor="middle">{words}</text>'
-                   f'<line class="{kind}" x1="{place(mark)}" x2="{place(mark)}" y1="{top - 4}" y2="{height - 8}"/>')
-    for at, row in enumerate(shown):
-        value, was, goal, y = figure(found, row), figure(before, row), row[3], top + step * at
-        kind = "met" if is_met(value, goal) else "missed"
-        out.append(f'<text x="{left - 12}" y="{y + 18}" text-anchor="end">{row[0]}</text>'
-                   f'<rect class="{kind}" x="{left}" y="{y + 4}" width="{max(place(part(value, goal)) - left, 2):.0f}" '
-                   f'height="20" rx="2"/><text x="{left + width + 10}" y="{y + 18}">{number(value)}</text>')
-        if was is not None:
-            out.append(f'<circle class="was" cx="{place(part(was, goal)):.0f}" cy="{y + 14}" r="5"/>')
+           f'<text class="soft" x="10" y="44">{how}</text>']
+    for share, words in marks:
+        x = place(share)
+        out.append(f'<text class="soft" x="{x}" y="{top - 10}" text-anchor="middle">{words}</text>'
+                   f'<line class="grid" x1="{x}" x2="{x}" y1="{top - 4}" y2="{height - 8}"/>')
+    for at, line in enumerate(lines):
+        y, x, goal = top + step * at, place(line.share(line.value)), place(1)
+        x = min(x, goal - 5) if line.is_met else max(x, goal + 5)  # beside the line
+        kind = "met" if line.is_met else "missed"
+        told = number(line.value) if line.is_met else f'<tspan class="bold">{number(line.value)} missed</tspan>'
+        out.append(f'<text x="{left - 12}" y="{y + 18}" text-anchor="end">{line.work}</text>'
+                   f'<rect class="{kind}" x="{min(x, goal)}" y="{y + 4}" width="{abs(x - goal)}" height="20"/>'
+                   f'<text x="{left + width + 16}" y="{y + 18}">{told}</text>')
+    for kind in "rim", "goal":  # above the bars
+        out.append(f'<line class="{kind}" x1="{place(1)}" x2="{place(1)}" y1="{top - 4}" y2="{height - 8}"/>')
+    for kind in "rim", "was":
+        out += [f'<circle class="{kind}" cx="{place(line.share(line.before))}" cy="{top + step * at + 14}" r="5"/>'
+                for at, line in enumerate(lines) if line.before is not None]
     return "\n".join(out) + "\n</svg>\n"
 
 
-LINES = ("#2da44e", "#bc4c00", "#0969da", "#8250df", "#9a6700", "#cf222e", "#1b7c83", "#bf3989", "#6e7781")
-
-
-def growth_plot(found, before):
-    """Time for all over the number, both logarithmic; dashed: before."""
-    name, title, rows = GROWTH
-    left, top, width, height = 70, 60, 420, 330
-    out = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {left + width + 330} {top + height + 40}" role="img">',
-           f"<title>{title}</title><style>{STYLE}\n  polyline {{ fill: none; stroke-width: 2 }}\n</style>",
-           f'<text class="title" x="10" y="22">{title}</text>',
-           '<text class="soft" x="10" y="44">A step to the right: ten times as many. Dashed: before.</text>']
-
-    def place(count, nanoseconds):
-        across = (math.log10(count) - 2) / 3  # 100 to 100,000
-        up = (math.log10(nanoseconds) - 4) / 6.5  # 10 µs to half a minute
-        return f"{left + width * across:.0f},{top + height * (1 - up):.0f}"
-
-    for exponent in range(2, 6):
-        x = place(10 ** exponent, 1e4).split(",")[0]
-        out.append(f'<line class="grid" x1="{x}" x2="{x}" y1="{top}" y2="{top + height}"/>'
-                   f'<text class="soft" x="{x}" y="{top + height + 20}" text-anchor="middle">{10 ** exponent:,}</text>')
-    for nanoseconds, words in (1e5, "0.1 ms"), (1e6, "1 ms"), (1e7, "10 ms"), (1e8, "0.1 s"), (1e9, "1 s"), (1e10, "10 s"):
-        y = place(100, nanoseconds).split(",")[1]
-        out.append(f'<line class="grid" x1="{left}" x2="{left + width}" y1="{y}" y2="{y}"/>'
-                   f'<text class="soft" x="{left - 8}" y="{int(y) + 4}" text-anchor="end">{words}</text>')
-    for at, ((work, key), colour) in enumerate(zip(rows, LINES)):
-        for of, dashes in (found, ""), (before, ' stroke-dasharray="5 4"'):
-            points = " ".join(place(count, count * each) for count, each in grown(of, key))
-            if points:
-                out.append(f'<polyline stroke="{colour}"{dashes} points="{points}"/>')
-        y = top + 22 * at + 10
-        out.append(f'<line stroke="{colour}" stroke-width="3" x1="{left + width + 20}" x2="{left + width + 40}" '
-                   f'y1="{y}" y2="{y}"/><text x="{left + width + 48}" y="{y + 4}">{work}</text>')
-    return "\n".join(out) + "\n</svg>\n"
-
-
-def duration(nanoseconds):
-    for unit, name in (1e9, "s"), (1e6, "ms"), (1e3, "µs"):
-        if nanoseconds >= unit:
-            return f"{nanoseconds / unit:.3g} {name}"
-    return f"{nanoseconds:.3g} ns"
-
-
-def growth_table(found, before):
-    name, title, rows = GROWTH
-    told = ["", f"## {title}", "", f"![{title}](pictures/performance-{name}.svg)", "",
-            "| for each of | 100 | 1,000 | 10,000 | 100,000 | power | goal | before |", "|---|---|---|---|---|---|---|---|"]
-    for work, key in rows:
-        times = dict(grown(found, key))
-        if (value := power(grown(found, key))) is None:
-            continue
-        cells = " | ".join(duration(times[count]) if count in times else "" for count in (100, 1000, 10000, 100000))
-        bold = "" if value <= MOST_POWER else "**"
-        told.append(f"| {work} | {cells} | {bold}{number(value)}{bold} | at most {MOST_POWER:g} "
-                    f"| {number(power(grown(before, key)))} |")
+def table(name, lines, found):
+    """A row for each; that of the growth tells what each takes at every number, too."""
+    counts = COUNTS if name == GROWTH[0] else ()
+    heads = ["for each of" if counts else "", *(f"{count:,}" for count in counts), "power" if counts else "now", "goal",
+             "before"]
+    told = [f"| {' | '.join(heads)} |", "|---" * len(heads) + "|"]
+    for at, line in enumerate(lines):
+        cells = []
+        if counts:
+            _, key, tell = GROWTH[2][at]
+            each = dict(grown(found, key))
+            cells = [tell(each[count]) if count in each else "" for count in counts]
+        bold = "" if line.is_met else "**"
+        cells += [f"{bold}{number(line.value)}{bold}", line.limit(), number(line.before)]
+        told.append(f"| {line.work} | {' | '.join(cells)} |")
     return told
 
 
-def keep(found, before):
+def keep(found, before, commit):
     told = []
-    for name, title, rows in PARTS:
-        (ROOT / f"docs/pictures/performance-{name}.svg").write_text(plot(title, rows, found, before), encoding="utf-8")
-        told += ["", f"## {title}", "", f"![{title}](pictures/performance-{name}.svg)", "",
-                 "| | now | goal | before |", "|---|---|---|---|"]
-        for row in rows:
-            value, goal = figure(found, row), row[3]
-            if value is not None:
-                bold = "" if is_met(value, goal) else "**"
-                told.append(f"| {row[0]} | {bold}{number(value)}{bold} | {goal[0]} {goal[1]:g} "
-                            f"| {number(figure(before, row))} |")
-    if any(key.startswith("growth/") for key in found):
-        told += growth_table(found, before)
-        (ROOT / "docs/pictures/performance-growth.svg").write_text(growth_plot(found, before), encoding="utf-8")
-    commit = subprocess.run(["git", "log", "-1", "--format=%h of %ad", "--date=short"], cwd=ROOT, check=True,
-                            capture_output=True, text=True).stdout.strip()
+    for name, title, lines in parts(found, before):
+        picture = f"pictures/performance-{name}.svg"
+        (PAGE.parent / picture).write_text(plot(name, title, lines), encoding="utf-8")
+        told += ["", f"## {title}", "", f"![{title}]({picture})", "", *table(name, lines, found)]
     begin, end = "<!-- table -->", "<!-- end of table -->"
     head, rest = PAGE.read_text(encoding="utf-8").split(begin)
-    table = "\n".join([begin, f"Measured at {commit}. Bold: the goal is missed.", *told, "", end])
-    PAGE.write_text(head + table + rest.split(end)[1], encoding="utf-8")
+    inner = "\n".join([begin, f"Measured at {commit}. Bold: the goal is missed.", *told, "", end])
+    PAGE.write_text(head + inner + rest.split(end)[1], encoding="utf-8")
 
 
 def main(arguments):
-    found = medians([pathlib.Path(argument) for argument in arguments if argument != "--keep"])
+    commit = [argument.removeprefix("--keep=") for argument in arguments if argument.startswith("--keep=")]
+    found = medians([pathlib.Path(argument) for argument in arguments if not argument.startswith("--keep=")])
     before = json.loads(BEFORE.read_text())
     print_table(found, before)
-    values = [(row[0], figure(found, row), row[3]) for _, _, rows in PARTS for row in rows]
-    values += [(work, power(grown(found, name)), ("at most", MOST_POWER)) for work, name in GROWTH[2]]
-    if unmeasured := [work for work, value, _ in values if value is None]:
-        print("not measured: " + "; ".join(unmeasured), file=sys.stderr)
+    lines = [line for _, _, lines in parts(found, before) for line in lines]
+    if any(line.value is None for line in lines):
         return 2
-    if "--keep" in arguments:
-        keep(found, before)
-    return 0 if all(is_met(value, goal) for _, value, goal in values) else 1
+    if commit:
+        keep(found, before, commit[0])
+    return 0 if all(line.is_met for line in lines) else 1
 
 
-try:
-    sys.exit(main(sys.argv[1:]))
-except (OSError, ValueError, KeyError, ZeroDivisionError) as error:
-    print(f"report: {error!r}", file=sys.stderr)
-    sys.exit(2)
+if __name__ == "__main__":
+    try:
+        sys.exit(main(sys.argv[1:]))
+    except Exception as error:  # 1 is for goals alone
+        print(f"report: {error!r}", file=sys.stderr)
+        sys.exit(2)

@@ -1,5 +1,6 @@
 """wine.py PROGRAMS TOOLS SCRATCH RESULTS ROUNDS CHECKED EXPORTED HELD: inside a Wine, what Quillbox does with so many
-e-mails beside what cannot be left out of it, in turns; medians as Google Benchmark writes them."""
+e-mails beside what cannot be left out of it, in turns, and how time and memory of a check grow up to the last number;
+medians as Google Benchmark writes them."""
 import json
 import pathlib
 import re
@@ -8,7 +9,7 @@ import subprocess
 import sys
 
 sys.path.append(str(pathlib.Path(__file__).parent.parent / "tests/demo"))
-from bench import ROOT, Bench, Broken, subject_of, windows_path  # noqa: E402
+from bench import ROOT, Bench, Broken, message_of, stored_in, subject_of, windows_path  # noqa: E402
 
 FOLDER = "Inbox"
 # What Wine starts beside a program keeps its standard error open.
@@ -57,9 +58,19 @@ def check(mailbox, room=None):
     return time
 
 
+def read_cells(mailbox):
+    """Milliseconds, and the bytes of the texts."""
+    time, size = mailbox.bare("cells")
+    if size <= sum(2 * len(subject_of(FOLDER, number)) for number in range(mailbox.count)):
+        raise Broken("the bare reader has not read the subjects")
+    return time, size
+
+
 def export(mailbox, extras=""):
-    time, log = mailbox.run(mailbox.room(extras), "/export")
-    if f"{mailbox.count} passed, 0 failed" not in log:
+    room = mailbox.room(extras)
+    time, log = mailbox.run(room, "/export")
+    whole = stored_in(room / "store" / ROOT / FOLDER, FOLDER)[0]
+    if f"{mailbox.count} passed, 0 failed" not in log or set(whole.values()) != {1} or len(whole) != mailbox.count:
         raise Broken(f"the export did something else: {log[-300:]}")
     return time
 
@@ -67,7 +78,8 @@ def export(mailbox, extras=""):
 def export_barely(mailbox):
     store = mailbox.room() / "store"
     time = mailbox.bare("export", windows_path(store))[0]
-    if len(list(store.glob("*.eml"))) != mailbox.count:
+    saved = sorted(file.read_bytes() for file in store.glob("*.eml"))
+    if saved != sorted(message_of(FOLDER, number) for number in range(mailbox.count)):
         raise Broken("the bare driver saved something else")
     return time
 
@@ -82,15 +94,15 @@ def start_empty(mailbox):
     return bare(mailbox.bench.programs, "start", "EmptyWindow", empty, "window")[0]
 
 
-def memory(mailbox):
-    """Bytes that a check holds at the most."""
+def held(mailbox):
+    """Milliseconds of a check, and the bytes that the program holds in it at the most, as seen every 0.2 s."""
     room = mailbox.room()
     log = windows_path(room / "program/log.txt")
-    meter = subprocess.Popen(["wine", mailbox.bench.programs / "demo-meter.exe", log, "1000", "1"], **QUIET,
+    meter = subprocess.Popen(["wine", mailbox.bench.programs / "demo-meter.exe", log, "1000", "0"], **QUIET,
                              encoding="utf-8")
-    check(mailbox, room)
+    time = check(mailbox, room)
     meter.terminate()
-    return 1024 * max(map(int, re.findall(r"; Quillbox: \d+ handles, (\d+) KB", meter.communicate()[0])))
+    return time, 1024 * max(map(int, re.findall(r"; Quillbox: \d+ handles, (\d+) KB", meter.communicate()[0])))
 
 
 def texts(mailbox, cells):
@@ -105,28 +117,37 @@ def main():
     programs, tools, scratch, results = map(pathlib.Path, sys.argv[1:5])
     rounds, *counts = map(int, sys.argv[5:])
     single, to_check, to_export, to_hold = (Mailbox(programs, tools, scratch, count) for count in (1, *counts))
+    smaller = [Mailbox(programs, tools, scratch / "smaller", to_hold.count // part) for part in (100, 10)]
     found = {}
 
     def note(name, value):
-        found.setdefault(f"wine/{name}", []).append(value)
+        found.setdefault(name, []).append(value)
 
     for _ in range(rounds):
-        # Without starting, reading the folders and ending.
-        note("check", check(to_check) - check(single))
-        time, cells = to_check.bare("cells")
-        note("cells", time)
-        note("export", export(to_export) - export(single))
-        note("export-poll-10", export(to_export, "Poll Interval=10") - export(single, "Poll Interval=10"))
-        note("export-bare", export_barely(to_export))
         for _ in range(3):
-            note("start", start(single))
-            note("start-empty", start_empty(single))
-    note("memory", memory(to_hold))
-    note("texts", texts(to_hold, cells / to_check.count))
+            # Without starting, reading the folders and ending.
+            note("wine/check", check(to_check) - check(single))
+            time, cells = read_cells(to_check)
+            note("wine/cells", time)
+            note("wine/start", start(single))
+            note("wine/start-empty", start_empty(single))
+        note("wine/export", export(to_export) - export(single))
+        note("wine/export-poll-10", export(to_export, "Poll Interval=10") - export(single, "Poll Interval=10"))
+        note("wine/export-bare", export_barely(to_export))
+    without = [statistics.median(values) for values in zip(*(held(single) for _ in range(3)))]
+    for mailbox in (*smaller, to_hold):
+        for _ in range(1 if mailbox is to_hold else rounds):
+            time, size = held(mailbox)
+            note(f"growth/check/{mailbox.count}", (time - without[0]) / mailbox.count)
+            note(f"growth/memory/{mailbox.count}", (size - without[1]) / mailbox.count)
+    note("wine/memory", size)
+    note("wine/texts", texts(to_hold, cells / to_check.count))
+    runs = []
     for name, values in found.items():
-        print(name, *(f"{value:.0f}" for value in values))
-    runs = [{"run_name": name, "aggregate_name": "median", "time_unit": "ms", "real_time": statistics.median(values),
-             "cpu_time": statistics.median(values)} for name, values in found.items()]
+        print(name, *(f"{value:.5g}" for value in values))
+        value = statistics.median(values)
+        runs.append({"run_name": name, "aggregate_name": "median", "real_time": value, "cpu_time": value,
+                     "time_unit": "ns" if re.search("memory|texts", name) else "ms"})  # a byte as a nanosecond
     results.write_text(json.dumps({"benchmarks": runs}))
 
 
