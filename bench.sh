@@ -31,7 +31,7 @@ trap 'exit 2' ERR
 
 scripts/install-tools.sh bench
 scripts/build.sh bench bench-headers bench-database bench-comparison bench-growth demo-pack quillbox-inspect
-scripts/build.sh win32 quillbox demo-client demo-driver demo-meter bench-bare
+scripts/build.sh win32 quillbox demo-client demo-driver bench-bare
 results=build/bench/results
 rm -rf "$results"
 mkdir -p "$results"
