@@ -33,8 +33,8 @@ public:
 
     // Values by position in the definition's columns; nothing and empty text are stored as null.
     RowId Append(const std::vector<std::optional<Text>>& values);
-    // The count first, then the rows: two flushes, however many they are. Rows that have moved, which only
-    // other programs make, take two each.
+    // The count first, then the rows: two flushes, however many they are, and two more where a map of pages
+    // with room has to grow. Rows that have moved, which only other programs make, take two each.
     void Delete(std::span<const RowId> rows);
 
 private:
