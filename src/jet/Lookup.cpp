@@ -10,11 +10,7 @@ namespace {
 // FNV-1a, a unit at a time. Texts that are equal without regard to case have the same.
 class Hash {
 public:
-    void Add(char16_t unit)
-    {
-        // In ASCII 0x20 tells small letters from capital ones; other pairs that it makes one do no harm.
-        hash_ = (hash_ ^ (unit < 0x80 ? unit | 0x20 : FoldCase(unit))) * 16777619;
-    }
+    void Add(char16_t unit) { hash_ = (hash_ ^ FoldCase(unit)) * 16777619; }
     // Of a product the low bits know little of the high ones.
     std::uint32_t Value() const { return hash_ ^ hash_ >> 15; }
 

@@ -184,10 +184,9 @@ std::vector<Text> SplitAt(TextView text, TextView delimiter)
     return fields;
 }
 
-char16_t FoldCase(char16_t unit)
+char16_t FoldBeyondAscii(char16_t unit)
 {
     const auto shifted = [unit](int by) { return static_cast<char16_t>(unit + by); };
-    if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? shifted(32) : unit;
     if (unit >= 0xC0 && unit <= 0xDE) return unit == 0xD7 ? unit : shifted(32);
     if (unit >= 0x100 && unit <= 0x17F) {
         if (unit == 0x130 || unit == 0x131 || unit == 0x138 || unit == 0x149 || unit == 0x17F) return unit;

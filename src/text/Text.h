@@ -74,7 +74,12 @@ Text ReplaceAll(TextView text, TextView sought, TextView replacement);
 std::vector<Text> SplitAt(TextView text, TextView delimiter);
 
 // Letter case is folded unit by unit for Latin, Greek and Cyrillic, the scripts of the ANSI code pages.
-char16_t FoldCase(char16_t unit);
+char16_t FoldBeyondAscii(char16_t unit); // from U+0080 on
+inline char16_t FoldCase(char16_t unit)
+{
+    if (unit >= 0x80) return FoldBeyondAscii(unit);
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
+}
 Text FoldCase(TextView text);
 bool EqualNoCase(TextView a, TextView b);
 // Position of the first occurrence at or after from; npos when none. An empty sought text is found at from.
