@@ -45,7 +45,8 @@ void Press(WORD key)
 // Every synchronous message takes this road.
 Answer SendAndWait(WindowHandle window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (window == 0) return {Reply::gone};
+    // A client may answer anything for its header; by that number a message would go to every program.
+    if (window == 0 || WindowOf(window) == HWND_BROADCAST) return {Reply::gone};
     DWORD_PTR answer = 0;
     SetLastError(0);
     if (SendMessageTimeoutA(WindowOf(window), message, wParam, lParam, SMTO_NORMAL, kAnswerLimit, &answer))
