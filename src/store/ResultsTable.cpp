@@ -89,7 +89,7 @@ std::optional<std::size_t> ResultsTable::Find(std::size_t from, TextView beginni
 void ResultsTable::TakePrefixes()
 {
     while (prefixes_.size() < rows_.size())
-        prefixes_.push_back(SortPrefix(Cell(rows_[prefixes_.size()], column_)));
+        prefixes_.push_back(SortPrefix<kPrefixNumbers>(Cell(rows_[prefixes_.size()], column_)));
 }
 
 bool ResultsTable::PrecedesAsText(std::uint32_t a, std::uint32_t b) const

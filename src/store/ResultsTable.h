@@ -56,7 +56,9 @@ private:
     std::deque<ResultsRow> rows_; // a vector holds three times as much while it grows
     std::vector<bool> ticked_;    // by row
     std::vector<std::uint32_t> places_;
-    std::vector<std::uint64_t> prefixes_; // by row, of the cells whose column is kept sorted
+    // By row, of the cells whose column is kept sorted: beyond "Re: " and what else many begin with.
+    static constexpr std::size_t kPrefixNumbers = 3;
+    std::vector<std::array<std::uint64_t, kPrefixNumbers>> prefixes_;
     ResultsColumn column_ = ResultsColumn::folder;
     SortOrder order_ = SortOrder::descending; // so that the first click sorts from small to great
     bool keepsSorted_ = false;

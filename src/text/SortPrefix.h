@@ -1,8 +1,23 @@
-// SortPrefix.h: the beginning of a text as a number, to be compared first: texts themselves lie all over the
+// SortPrefix.h: the beginning of a text as numbers, to be compared first: texts themselves lie all over the
 // memory.
 #pragma once
 #include "text/Text.h"
 
-// Numbers that differ stand in the order of the texts, unit by unit and without regard to case. Equal ones
-// say nothing: of texts in Latin-1 they are the same for eight units.
-std::uint64_t SortPrefix(TextView text);
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+// Prefixes that differ stand in the order of the texts, unit by unit and without regard to case. Equal ones
+// say nothing: of texts in Latin-1 they are the same for eight units a number.
+template <std::size_t Numbers>
+std::array<std::uint64_t, Numbers> SortPrefix(TextView text)
+{
+    constexpr char16_t kBeyond = 0xFF; // Latin-1: the first such unit is like any other and ends the prefix
+    std::array<std::uint64_t, Numbers> prefix{}; // a missing unit is less than any
+    for (std::size_t at = 0; at < std::min(text.size(), 8 * Numbers); ++at) {
+        const char16_t folded = std::min(FoldCase(text[at]), kBeyond);
+        prefix[at / 8] |= std::uint64_t{folded} << (56 - 8 * (at % 8));
+        if (folded == kBeyond) break;
+    }
+    return prefix;
+}

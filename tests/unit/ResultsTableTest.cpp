@@ -45,6 +45,10 @@ TEST_F(ResultsTableTest, EachColumnHasItsOrder)
         {"late differences, and letters of other scripts",
          ResultsColumn::subject,
          {u"", u"Minutes", u"minutes o", u"MINUTES of", u"minutes, a", u"\u00FFb", u"\u0416b", u"\u0417a"}},
+        {"what begins alike",
+         ResultsColumn::subject,
+         {u"Re: the holiday letter 19", u"re: the holiday letter 2", u"RE: THE HOLIDAY LETTER 20",
+          u"Re: the holiday letter 21", u"Re: the \u0416b", u"re: the \u0436c", u"Re: the \u0417a"}},
         {"folders", ResultsColumn::folder, {u"Drafts", u"inbox", u"Inbox\\B"}},
         {"CRCs are texts", ResultsColumn::crc, {u"9", u"A0000000", u"FF"}},
     };
