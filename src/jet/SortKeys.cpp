@@ -18,12 +18,12 @@ std::vector<std::uint32_t> SortKeys::Order()
     // Most rows differ in the beginning of the first text, which stands beside their place: the texts
     // themselves are all over the memory.
     struct Place {
-        std::array<std::uint64_t, 1> prefix;
+        std::uint64_t prefix;
         std::uint32_t place;
     };
     std::vector<Place> places;
     for (std::uint32_t place = 0; place < (starts_.size() - 1) / columns_; ++place)
-        places.push_back({SortPrefix<1>(TextOf(place, 0)), place});
+        places.push_back({SortPrefix<1>(TextOf(place, 0)).front(), place});
     std::sort(places.begin(), places.end(), [this](const Place& a, const Place& b) {
         if (a.prefix != b.prefix) return a.prefix < b.prefix;
         for (std::size_t column = 0; column < columns_; ++column)

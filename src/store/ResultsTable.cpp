@@ -95,7 +95,7 @@ void ResultsTable::TakePrefixes()
 bool ResultsTable::PrecedesAsText(std::uint32_t a, std::uint32_t b) const
 {
     if (order_ == SortOrder::descending) std::swap(a, b);
-    if (prefixes_[a] != prefixes_[b]) return prefixes_[a] < prefixes_[b];
+    if (const auto order = prefixes_[a] <=> prefixes_[b]; order != 0) return order < 0;
     const Text &before = Cell(rows_[a], column_), &behind = Cell(rows_[b], column_);
     return std::lexicographical_compare(before.begin(), before.end(), behind.begin(), behind.end(),
                                         [](char16_t x, char16_t y) { return FoldCase(x) < FoldCase(y); });

@@ -14,10 +14,13 @@ std::array<std::uint64_t, Numbers> SortPrefix(TextView text)
 {
     constexpr char16_t kBeyond = 0xFF; // Latin-1: the first such unit is like any other and ends the prefix
     std::array<std::uint64_t, Numbers> prefix{}; // a missing unit is less than any
-    for (std::size_t at = 0; at < std::min(text.size(), 8 * Numbers); ++at) {
-        const char16_t folded = std::min(FoldCase(text[at]), kBeyond);
-        prefix[at / 8] |= std::uint64_t{folded} << (56 - 8 * (at % 8));
-        if (folded == kBeyond) break;
+    for (std::size_t number = 0; number < Numbers && 8 * number < text.size(); ++number) {
+        int bits = 64;
+        for (const char16_t unit : text.substr(8 * number, 8)) {
+            const char16_t folded = std::min(FoldCase(unit), kBeyond);
+            prefix[number] |= std::uint64_t{folded} << (bits -= 8);
+            if (folded == kBeyond) return prefix;
+        }
     }
     return prefix;
 }
