@@ -155,6 +155,32 @@ TEST(JetDatabase, ABatchThatIsGivenUpDeletesNothing)
     EXPECT_THROW(rows->Field(u"ecrc"), DatabaseError) << "gone, though it was read before";
 }
 
+// What cannot be read is no answer, however often it is asked for; nor is the row before it one.
+TEST(JetDatabase, ARowThatIsNotThereIsNotTakenForAnother)
+{
+    MemoryImage image = WithRows(40);
+    constexpr std::uint64_t kSubjects = 19, kMoreRows = 20;
+    image.Write(kSubjects * jet::kPageSize + 15, "\xC0", 1); // deletes the one of the row 1
+    image.Write(kMoreRows * jet::kPageSize, "\x09", 1);
+    SavedSample sample(image);
+    const auto rows = sample.database->OpenRecordset(u"SELECT * FROM saved");
+    for (int row = 0; row < 17; ++row, rows->MoveNext()) EXPECT_EQ(rows->Field(u"ecrc"), DecimalText(row));
+    for (int time = 0; time < 2; ++time) EXPECT_THROW((void)rows->AtEnd(), DatabaseError) << "damaged";
+
+    image.Write(kMoreRows * jet::kPageSize, "\x01", 1);
+    SavedSample other(image);
+    const auto found = other.database->OpenRecordset(u"SELECT * FROM saved WHERE ecrc='1' AND esubject='x'");
+    for (int time = 0; time < 2; ++time) EXPECT_THROW((void)found->AtEnd(), DatabaseError) << "damaged";
+
+    SavedSample whole(WithRows(3));
+    const auto left = whole.database->OpenRecordset(u"SELECT * FROM saved");
+    EXPECT_FALSE(left->AtEnd());
+    whole.Delete(u"1");
+    EXPECT_EQ(left->Field(u"ecrc"), u"0");
+    left->MoveNext();
+    for (int time = 0; time < 2; ++time) EXPECT_THROW(left->Field(u"ecrc"), DatabaseError) << "deleted";
+}
+
 TEST(JetDatabase, RoomOfDeletedRowsIsFilledAndNoMore)
 {
     SavedSample sample(WithRows(40));
