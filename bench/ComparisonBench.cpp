@@ -22,10 +22,11 @@ std::vector<EmlSummary> EveryOther(const std::vector<EmlSummary>& records)
     return half;
 }
 
+// So few that the first cache holds them, as it does one that was just made.
 std::vector<Text> Identities(const Mailbox& mailbox)
 {
     std::vector<Text> identities;
-    for (std::size_t i = 0; i < std::min<std::size_t>(1000, mailbox.entries.size()); ++i)
+    for (std::size_t i = 0; i < std::min<std::size_t>(64, mailbox.entries.size()); ++i)
         identities.push_back(IdentityString(mailbox.entries[i], locale));
     return identities;
 }
