@@ -4,10 +4,12 @@
 #include "text/Numbers.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
 constexpr std::int32_t kStepBack = 100; // records before the last match
+constexpr std::ptrdiff_t kCrowd = 64;   // files of a minute that are looked at without narrowing them down
 
 // From so many checks on, a score with one of them failed is rounded up to 100 (99.5, half to even).
 constexpr std::size_t kRoundsUp = 200;
@@ -74,6 +76,20 @@ struct Checks {
     int Score() const { return AllPassed() ? 100 : static_cast<int>(RoundHalfEven(passed * 100.0 / made)); }
 };
 
+// A file that contains a text contains its pieces, each of so many units: as many as fill a number.
+constexpr std::size_t kPiece = sizeof(std::uint64_t) / sizeof(char16_t);
+
+// Takes the numbers of all pieces, below limit; different ones may have the same number.
+template <class Take>
+void VisitPieces(TextView text, std::size_t limit, Take take)
+{
+    for (std::size_t i = 0; i + kPiece <= text.size(); ++i) {
+        std::uint64_t piece = 0;
+        std::memcpy(&piece, &text[i], sizeof piece);
+        take(static_cast<std::size_t>((piece * 0x9E3779B97F4A7C15 >> 32) * limit >> 32));
+    }
+}
+
 std::size_t MostChecks(const EmailEntry& entry)
 {
     return entry.From.size() + entry.To.size() + 3;
@@ -104,14 +120,14 @@ RecordSearch::RecordSearch(const std::vector<EmlSummary>& records) : records_(re
         const std::uint32_t delivery = MinuteNumber(summary.DeliveryDateText);
         const std::uint32_t date = MinuteNumber(summary.SentDateText);
         const std::uint32_t received = MinuteNumber(summary.ReceivedDateText);
-        bySent_.push_back({date, record});
-        if (delivery != date) bySent_.push_back({delivery, record});
-        byReceived_.push_back({date, record});
-        if (received != date) byReceived_.push_back({received, record});
+        bySent_.places.push_back({date, record});
+        if (delivery != date) bySent_.places.push_back({delivery, record});
+        byReceived_.places.push_back({date, record});
+        if (received != date) byReceived_.places.push_back({received, record});
         if (summary.DeliveryDateText == missing && summary.SentDateText == missing) unsent_.push_back(record);
     }
-    std::sort(bySent_.begin(), bySent_.end());
-    std::sort(byReceived_.begin(), byReceived_.end());
+    std::sort(bySent_.places.begin(), bySent_.places.end());
+    std::sort(byReceived_.places.begin(), byReceived_.places.end());
 }
 
 std::int32_t RecordSearch::Match(const EmailEntry& entry, const Places& passedOver)
@@ -130,19 +146,55 @@ bool RecordSearch::Fits(const EmailEntry& entry, std::int32_t record, const Plac
     return MatchScore(entry, records_[static_cast<std::size_t>(record)]) == 100;
 }
 
+// Of the minute's files all that may score 100: those with that piece of the e-mail's which the fewest have.
+const RecordSearch::PlaceList& RecordSearch::Narrowed(Index& index, std::uint32_t minute,
+                                                      const EmailEntry& entry)
+{
+    std::vector<PlaceList>& byPiece = index.byPiece[minute];
+    if (byPiece.empty()) {
+        const auto [begin, end] =
+            std::equal_range(index.places.begin(), index.places.end(), Place{minute, 0},
+                             [](const Place& a, const Place& b) { return a.minute < b.minute; });
+        byPiece.resize(static_cast<std::size_t>(end - begin));
+        for (auto place = begin; place != end; ++place) {
+            const EmlSummary& record = records_[static_cast<std::size_t>(place->record)];
+            for (const Text* text : {&record.Subject, &record.SubjectKey, &record.FromKey, &record.ToKey})
+                VisitPieces(*text, byPiece.size(), [&](std::size_t piece) {
+                    PlaceList& having = byPiece[piece];
+                    if (having.empty() || having.back() != *place) having.push_back(*place);
+                });
+        }
+    }
+    const PlaceList* fewest = &index.places;
+    const auto narrow = [&](const Text& text) {
+        VisitPieces(text, byPiece.size(), [&](std::size_t piece) {
+            if (byPiece[piece].size() < fewest->size()) fewest = &byPiece[piece];
+        });
+    };
+    narrow(entry.Subject);
+    for (const std::vector<Text>* addresses : {&entry.From, &entry.To})
+        if (IsChecked(*addresses)) std::for_each(addresses->begin(), addresses->end(), narrow);
+    return *fewest;
+}
+
 std::int32_t RecordSearch::FindByDates(const EmailEntry& entry, const Places& passedOver)
 {
     // A list without the column Sent has no date there, and most files have none in Delivery-date: these two
     // would fit each other throughout.
     const bool bySent = entry.Sent > kNoListDate || !IsChecked(entry.Received);
-    const std::vector<Place>& index = bySent ? bySent_ : byReceived_;
+    Index& index = bySent ? bySent_ : byReceived_;
+    const PlaceList* files = &index.places;
     const std::uint32_t minute = MinuteNumber(FormatListDate(bySent ? entry.Sent : entry.Received, false));
-    auto next = std::lower_bound(index.begin(), index.end(), Place{minute, start_});
+    auto next = std::lower_bound(files->begin(), files->end(), Place{minute, start_});
+    if (files->end() - next > kCrowd && next[kCrowd].minute == minute) {
+        files = &Narrowed(index, minute, entry);
+        next = std::lower_bound(files->begin(), files->end(), Place{minute, start_});
+    }
     // The check of a missing Sent passes twice then, which makes up for Received.
     auto unsent = bySent || !IsChecked(entry.Sent) ? unsent_.end()
                                                    : std::lower_bound(unsent_.begin(), unsent_.end(), start_);
     for (;;) {
-        const bool more = next != index.end() && next->minute == minute;
+        const bool more = next != files->end() && next->minute == minute;
         if (!more && unsent == unsent_.end()) return -1;
         const bool takeNext = more && (unsent == unsent_.end() || next->record <= *unsent);
         const std::int32_t record = takeNext ? (next++)->record : *unsent++;

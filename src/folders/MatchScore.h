@@ -4,6 +4,7 @@
 #include "store/EmailEntry.h"
 #include "text/DayCount.h"
 
+#include <map>
 #include <set>
 
 // Of an e-mail whose dates are not to be compared. kNoListDate is one that the file must lack, too.
@@ -33,13 +34,18 @@ private:
         std::int32_t record;
         auto operator<=>(const Place&) const = default;
     };
+    using PlaceList = std::vector<Place>; // sorted
+    struct Index {
+        PlaceList places;
+        std::map<std::uint32_t, std::vector<PlaceList>> byPiece; // of crowded minutes that were asked for
+    };
+    const PlaceList& Narrowed(Index& index, std::uint32_t minute, const EmailEntry& entry);
     std::int32_t FindByDates(const EmailEntry& entry, const Places& passedOver);
     std::int32_t FindInAll(const EmailEntry& entry, const Places& passedOver);
     bool Fits(const EmailEntry& entry, std::int32_t record, const Places& passedOver);
 
     const std::vector<EmlSummary>& records_;
-    // By the minutes that the checks of Sent and Received look at, sorted.
-    std::vector<Place> bySent_, byReceived_;
+    Index bySent_, byReceived_;        // by the minutes that the checks of Sent and Received look at
     std::vector<std::int32_t> unsent_; // those with neither Delivery-date nor Date
     std::int32_t start_ = 0;
     std::int64_t compared_ = 0;
