@@ -46,11 +46,12 @@ SavedEmails Opened(const std::string& path)
 template <class Take>
 void ReadAllHere(const std::string& path, Take take)
 {
-    static const Text names[] = {u"efolder", u"esubject", u"ecrc"};
     const auto database = OpenJetDatabase(files, FromUtf8(path), OpenMode::read);
     const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
+    const std::size_t columns[] = {rows->Column(u"efolder"), rows->Column(u"esubject"),
+                                   rows->Column(u"ecrc")};
     for (; !rows->AtEnd(); rows->MoveNext())
-        for (const Text& name : names) take(rows->Field(name));
+        for (const std::size_t column : columns) take(rows->Field(column));
 }
 
 std::string AllHere(const std::string& path)

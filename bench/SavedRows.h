@@ -95,11 +95,13 @@ public:
     {
         SavedSample sample; // in memory: there is nothing to wait for
         const auto adding = sample.database->OpenRecordset(u"SELECT * FROM saved");
+        const std::size_t folder = adding->Column(u"efolder"), subject = adding->Column(u"esubject"),
+                          crc = adding->Column(u"ecrc");
         for (const SavedRow& row : rows) {
             adding->AddNew();
-            adding->SetField(u"efolder", FromUtf8(row.folder));
-            adding->SetField(u"esubject", FromUtf8(row.subject));
-            adding->SetField(u"ecrc", FromUtf8(row.crc));
+            adding->SetField(folder, FromUtf8(row.folder));
+            adding->SetField(subject, FromUtf8(row.subject));
+            adding->SetField(crc, FromUtf8(row.crc));
             adding->Update();
         }
         std::ofstream(JetPath(), std::ios::binary) << sample.Image().Bytes();

@@ -195,8 +195,10 @@ std::vector<SavedRecord> ReadRecords(SavedEmails& saved)
 {
     std::vector<SavedRecord> records;
     const auto rows = OpenedDatabase(saved).OpenRecordset(u"SELECT efolder, esubject, ecrc FROM saved");
+    const std::size_t folder = rows->Column(u"efolder"), subject = rows->Column(u"esubject"),
+                      crc = rows->Column(u"ecrc");
     for (; !rows->AtEnd(); rows->MoveNext())
-        records.push_back({rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
+        records.push_back({rows->Field(folder), rows->Field(subject), rows->Field(crc)});
     return records;
 }
 

@@ -154,21 +154,32 @@ public:
         return static_cast<std::int32_t>(found_);
     }
 
-    Text Field(const Text& name) override
+    std::size_t Column(const Text& name) override
+    {
+        values_.resize(Definition().columns.size());
+        if (selected_.empty()) return NeedColumn(Definition(), name);
+        for (const std::size_t place : selected_)
+            if (EqualNoCase(ColumnAt(place).name, name)) return place;
+        throw DatabaseError(u"The column " + name + u" was not selected");
+    }
+
+    const Text& Field(std::size_t column) override
     {
         const Row* row = Read(Current());
         if (!row) throw DatabaseError(u"The current row was deleted");
-        return table_->Rows().ColumnText(*row, ColumnAt(Selected(name)));
+        Text& value = values_.at(column);
+        table_->Rows().ReadColumn(*row, ColumnAt(column), value);
+        return value;
     }
 
     void Delete() override { table_->Delete(Current()); }
 
     void AddNew() override { newRow_.emplace(Definition().columns.size()); }
 
-    void SetField(const Text& name, const Text& value) override
+    void SetField(std::size_t column, const Text& value) override
     {
         if (!newRow_) throw DatabaseError(u"A field was set without a new row");
-        (*newRow_)[Selected(name)] = value;
+        newRow_->at(column) = value;
     }
 
     void Update() override
@@ -181,15 +192,7 @@ public:
 
 private:
     const TableDefinition& Definition() const { return table_->Rows().Definition(); }
-    const Column& ColumnAt(std::size_t place) const { return Definition().columns.at(place); }
-
-    std::size_t Selected(const Text& name) const
-    {
-        if (selected_.empty()) return NeedColumn(Definition(), name);
-        for (const std::size_t place : selected_)
-            if (EqualNoCase(ColumnAt(place).name, name)) return place;
-        throw DatabaseError(u"The column " + name + u" was not selected");
-    }
+    const jet::Column& ColumnAt(std::size_t place) const { return Definition().columns.at(place); }
 
     RowId Current()
     {
@@ -290,8 +293,10 @@ private:
 
     std::shared_ptr<OpenTable> table_;
     Select select_;
-    // Places in the definition's columns: of those selected (none: all), of the conditions and of the order.
+    // Places in the definition's columns, as everywhere here: of those selected (none: all), of the
+    // conditions and of the order.
     std::vector<std::size_t> selected_, compared_, ordered_;
+    std::vector<Text> values_; // by column; those that Field has read
     bool sought_ = false;
     // Before found_ are those that match, from looked_ on those that nobody has looked at. Where all match,
     // more come from pages_, from page_ on.
@@ -303,7 +308,7 @@ private:
     std::optional<Row> row_;                                 // its values (nothing: none was read)
     unsigned readAt_ = 0;                                    // and the table's changes at that time
     Text text_;                                              // used again for each that is compared
-    std::optional<std::vector<std::optional<Text>>> newRow_; // by position in the definition's columns
+    std::optional<std::vector<std::optional<Text>>> newRow_; // by column
 };
 
 class OpenFile final : public JetDatabase {

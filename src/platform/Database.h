@@ -29,12 +29,15 @@ struct Recordset {
     virtual bool AtBeginning() = 0; // before the first row; true together with AtEnd when there are no rows
     virtual bool AtEnd() = 0;       // behind the last row
     virtual void MoveNext() = 0;
-    virtual std::int32_t Count() = 0;         // of all rows; only before the first MoveNext
-    virtual Text Field(const Text& name) = 0; // of the current row; null reads as empty text
+    virtual std::int32_t Count() = 0; // of all rows; only before the first MoveNext
+    // What Field and SetField take: asked for once, not for each row.
+    virtual std::size_t Column(const Text& name) = 0;
+    // Of the current row; null reads as empty text. Stays until the next one of this column.
+    virtual const Text& Field(std::size_t column) = 0;
     // The current row; the place stays until MoveNext. On disk when this returns, but see DeletionBatch.
     virtual void Delete() = 0;
     virtual void AddNew() = 0; // starts a row; nothing is stored before Update
-    virtual void SetField(const Text& name, const Text& value) = 0;
+    virtual void SetField(std::size_t column, const Text& value) = 0;
     virtual void Update() = 0; // the row is on disk when this returns
 };
 

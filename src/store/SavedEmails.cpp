@@ -106,9 +106,9 @@ void AddSavedEmail(SavedEmails& saved, const Text& folder, const EmailEntry& ent
 {
     const std::unique_ptr<Recordset> rows = WritableDatabase(saved).OpenRecordset(u"SELECT * FROM saved");
     rows->AddNew();
-    rows->SetField(u"efolder", folder);
-    rows->SetField(u"esubject", entry.Subject);
-    rows->SetField(u"ecrc", entry.Crc);
+    rows->SetField(rows->Column(u"efolder"), folder);
+    rows->SetField(rows->Column(u"esubject"), entry.Subject);
+    rows->SetField(rows->Column(u"ecrc"), entry.Crc);
     rows->Update();
 }
 

@@ -26,11 +26,11 @@ Text FolderCrcList(SavedEmails& saved, const Text& folder, TextView separator,
 {
     const auto rows = OpenedDatabase(saved).OpenRecordset(u"SELECT ecrc FROM saved WHERE efolder='" +
                                                           SqlQuote(folder) + u"'");
-    const Text column = u"ecrc";
+    const std::size_t crc = rows->Column(u"ecrc");
     Text list(separator);
     Yielding yielding(yield);
     for (; !rows->AtEnd(); rows->MoveNext()) {
-        list.append(rows->Field(column)).append(separator);
+        list.append(rows->Field(crc)).append(separator);
         yielding.RowDone();
     }
     return list;
@@ -79,19 +79,19 @@ Condensed CondenseDatabase(SavedEmails& saved, const std::function<bool(int perc
     };
     // Kept: a first row whose CRC and folder are both empty equals these and goes too.
     Text previousCrc, previousFolder;
-    const Text crcColumn = u"ecrc", folderColumn = u"efolder";
+    const std::size_t crcColumn = rows->Column(u"ecrc"), folderColumn = rows->Column(u"efolder");
     std::int64_t looked = 0;
     Yielding yielding([&] { done.stopped = !goOn(static_cast<int>(looked * 100 / count)); });
     for (; !done.stopped && !rows->AtEnd(); rows->MoveNext()) {
-        Text crc = rows->Field(crcColumn);
-        Text folder = rows->Field(folderColumn);
+        const Text& crc = rows->Field(crcColumn);
+        const Text& folder = rows->Field(folderColumn);
         if (crc == previousCrc && folder == previousFolder) {
             if (!batch) batch = database.BeginDeletions();
             rows->Delete();
             if (++inBatch == batch->Most()) store();
         }
-        previousCrc = std::move(crc);
-        previousFolder = std::move(folder);
+        previousCrc = crc;
+        previousFolder = folder;
         ++looked;
         yielding.RowDone();
     }

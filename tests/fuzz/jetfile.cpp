@@ -68,7 +68,7 @@ void ReadCatalog(JetDatabase& database)
     const std::vector<Text> columns = database.ColumnNames(u"MSysObjects");
     const auto rows = database.OpenRecordset(u"SELECT * FROM MSysObjects");
     for (; !rows->AtEnd(); rows->MoveNext())
-        for (const Text& column : columns) (void)rows->Field(column);
+        for (const Text& column : columns) (void)Value(*rows, column);
 }
 
 void ReadAndExtend(const MemoryImage& image)
@@ -96,7 +96,7 @@ void ReadAndExtend(const MemoryImage& image)
     std::vector<Text> first;
     const bool gone = Works([&] {
         const auto found = sample.database->OpenRecordset(u"SELECT * FROM saved");
-        first = {found->Field(u"efolder"), found->Field(u"esubject"), found->Field(u"ecrc")};
+        first = {Value(*found, u"efolder"), Value(*found, u"esubject"), Value(*found, u"ecrc")};
         found->Delete();
     });
     if (gone) rows.erase(std::find(rows.begin(), rows.end(), first));

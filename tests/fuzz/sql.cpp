@@ -110,7 +110,7 @@ void FindRows(const Text& sql)
         Require(static_cast<std::size_t>(opened->Count()) == wanted.size(), "as many rows");
         for (const auto& row : wanted) {
             for (const Text& name : columns)
-                Require(opened->Field(name) == row[columnOf(name)], "the same rows in the same order");
+                Require(Value(*opened, name) == row[columnOf(name)], "the same rows in the same order");
             opened->MoveNext();
         }
         Require(opened->AtEnd(), "and then no more");

@@ -16,13 +16,19 @@ inline void CreateSaved(MemoryFiles& files)
     CreateJetDatabase(files, kSavedPath, kCreateSaved, kSampleDate);
 }
 
+// Of the current row.
+inline const Text& Value(Recordset& rows, const Text& column)
+{
+    return rows.Field(rows.Column(column));
+}
+
 inline void AddRow(Database& database, const std::vector<Text>& row)
 {
     const auto rows = database.OpenRecordset(u"SELECT * FROM saved");
     rows->AddNew();
-    rows->SetField(u"efolder", row.at(0));
-    rows->SetField(u"esubject", row.at(1));
-    rows->SetField(u"ecrc", row.at(2));
+    std::size_t place = 0;
+    for (const char16_t* const column : {u"efolder", u"esubject", u"ecrc"})
+        rows->SetField(rows->Column(column), row.at(place++));
     rows->Update();
 }
 
@@ -31,7 +37,7 @@ inline Rows RowsOf(Database& database, const Text& sql = u"SELECT * FROM saved")
     Rows found;
     const auto rows = database.OpenRecordset(sql);
     for (; !rows->AtEnd(); rows->MoveNext())
-        found.push_back({rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
+        found.push_back({Value(*rows, u"efolder"), Value(*rows, u"esubject"), Value(*rows, u"ecrc")});
     return found;
 }
 

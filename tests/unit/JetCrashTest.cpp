@@ -234,7 +234,7 @@ TEST(JetCrash, AStopInABatchLosesNoOtherRow)
         const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
         const auto unstored = files.changes;
         for (; !rows->AtEnd(); rows->MoveNext())
-            if (rows->Field(u"ecrc").back() != u'7') rows->Delete();
+            if (Value(*rows, u"ecrc").back() != u'7') rows->Delete();
         EXPECT_EQ(files.changes, unstored) << "gathered";
         batch->Store();
     }

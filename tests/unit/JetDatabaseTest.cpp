@@ -47,9 +47,9 @@ TEST(JetDatabase, NewFileIsReadyForUse)
     const auto rows = sample.database->OpenRecordset(u"SELECT * FROM saved");
     EXPECT_TRUE(rows->AtEnd() && rows->AtBeginning());
     EXPECT_THROW(rows->MoveNext(), DatabaseError);
-    EXPECT_THROW(rows->Field(u"ecrc"), DatabaseError);
+    EXPECT_THROW(Value(*rows, u"ecrc"), DatabaseError);
     EXPECT_THROW(rows->Update(), DatabaseError);
-    EXPECT_THROW(rows->SetField(u"ecrc", u"1"), DatabaseError);
+    EXPECT_THROW(rows->SetField(rows->Column(u"ecrc"), u"1"), DatabaseError);
 
     const Text other = u"other.mdb";
     EXPECT_THROW(CreateSaved(files), DatabaseError) << "an existing file is not replaced";
@@ -149,10 +149,10 @@ TEST(JetDatabase, ABatchThatIsGivenUpDeletesNothing)
         rows->Delete();
     }
     EXPECT_TRUE(sample.Image().Bytes() == before);
-    EXPECT_EQ(rows->Field(u"ecrc"), u"0");
+    EXPECT_EQ(Value(*rows, u"ecrc"), u"0");
     rows->Delete();
     EXPECT_EQ(RowsOf(*sample.database).size(), 4u) << "at once again";
-    EXPECT_THROW(rows->Field(u"ecrc"), DatabaseError) << "gone, though it was read before";
+    EXPECT_THROW(Value(*rows, u"ecrc"), DatabaseError) << "gone, though it was read before";
 }
 
 // What cannot be read is no answer, however often it is asked for; nor is the row before it one.
@@ -164,7 +164,7 @@ TEST(JetDatabase, ARowThatIsNotThereIsNotTakenForAnother)
     image.Write(kMoreRows * jet::kPageSize, "\x09", 1);
     SavedSample sample(image);
     const auto rows = sample.database->OpenRecordset(u"SELECT * FROM saved");
-    for (int row = 0; row < 17; ++row, rows->MoveNext()) EXPECT_EQ(rows->Field(u"ecrc"), DecimalText(row));
+    for (int row = 0; row < 17; ++row, rows->MoveNext()) EXPECT_EQ(Value(*rows, u"ecrc"), DecimalText(row));
     for (int time = 0; time < 2; ++time) EXPECT_THROW((void)rows->AtEnd(), DatabaseError) << "damaged";
 
     image.Write(kMoreRows * jet::kPageSize, "\x01", 1);
@@ -176,9 +176,9 @@ TEST(JetDatabase, ARowThatIsNotThereIsNotTakenForAnother)
     const auto left = whole.database->OpenRecordset(u"SELECT * FROM saved");
     EXPECT_FALSE(left->AtEnd());
     whole.Delete(u"1");
-    EXPECT_EQ(left->Field(u"ecrc"), u"0");
+    EXPECT_EQ(Value(*left, u"ecrc"), u"0");
     left->MoveNext();
-    for (int time = 0; time < 2; ++time) EXPECT_THROW(left->Field(u"ecrc"), DatabaseError) << "deleted";
+    for (int time = 0; time < 2; ++time) EXPECT_THROW(Value(*left, u"ecrc"), DatabaseError) << "deleted";
 }
 
 TEST(JetDatabase, RoomOfDeletedRowsIsFilledAndNoMore)
@@ -214,15 +214,15 @@ TEST(JetDatabase, StatementsThatDoNotFitTheTableAreRefused)
                                 u"SELECT * FROM MSysObjects WHERE Id='2'", u"UPDATE saved SET ecrc='1'"})
         EXPECT_THROW(database.OpenRecordset(sql), DatabaseError) << ToUtf8(sql);
     const auto rows = database.OpenRecordset(u"SELECT ecrc FROM saved");
-    EXPECT_THROW(rows->Field(u"efolder"), DatabaseError);
+    EXPECT_THROW(Value(*rows, u"efolder"), DatabaseError);
     const auto system = database.OpenRecordset(u"SELECT * FROM MSysObjects");
     EXPECT_THROW(system->Delete(), DatabaseError);
     system->AddNew();
-    system->SetField(u"Name", u"x");
+    system->SetField(system->Column(u"Name"), u"x");
     EXPECT_THROW(system->Update(), DatabaseError);
 
     database.Close();
-    EXPECT_THROW(rows->Field(u"ecrc"), DatabaseError);
+    EXPECT_THROW(Value(*rows, u"ecrc"), DatabaseError);
     EXPECT_THROW(AddRow(database, {u"f", u"s", u"2"}), DatabaseError);
 
     sample.Image().Write(3 * 4096 + 40, "\x4E", 1); // a table with an index becomes a user's

@@ -23,7 +23,7 @@ std::vector<std::vector<Text>> AllOf(JetDatabase& database, const Text& table)
     const auto rows = database.OpenRecordset(u"SELECT * FROM " + table);
     for (; !rows->AtEnd(); rows->MoveNext()) {
         std::vector<Text>& row = found.emplace_back();
-        for (const Text& column : database.ColumnNames(table)) row.push_back(rows->Field(column));
+        for (const Text& column : database.ColumnNames(table)) row.push_back(Value(*rows, column));
     }
     return found;
 }
@@ -79,7 +79,7 @@ TEST(JetRealFile, OverflowRowsAreReadAddedAndDeleted)
     ASSERT_FALSE(rows->AtEnd());
     rows->Delete(); // one that has moved
     rows->AddNew();
-    rows->SetField(u"data10", u"added");
+    rows->SetField(rows->Column(u"data10"), u"added");
     rows->Update();
     sample.Open();
     Rows changed = expected;

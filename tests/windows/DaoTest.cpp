@@ -87,11 +87,12 @@ TEST_F(Dao, AddsFindsAndReadsRows)
 
     dao.calls.clear();
     const auto rows = saved.database->OpenRecordset(u"SELECT * FROM saved");
+    const std::size_t subject = rows->Column(u"esubject"), crc = rows->Column(u"ecrc");
     Text seen;
-    for (; !rows->AtEnd(); rows->MoveNext()) seen += rows->Field(u"esubject") + rows->Field(u"ecrc") + u";";
+    for (; !rows->AtEnd(); rows->MoveNext()) seen += rows->Field(subject) + rows->Field(crc) + u";";
     EXPECT_EQ(seen, withNul + u"A1;B2;");
     EXPECT_EQ(Count("recordset.Fields"), 2) << "each column is fetched once";
-    EXPECT_EQ(WordsOf([&] { rows->Field(u"nosuch"); }),
+    EXPECT_EQ(WordsOf([&] { rows->Column(u"nosuch"); }),
               u"The database engine failed at Item (error 8002000B)");
 }
 

@@ -25,8 +25,8 @@ std::vector<std::size_t> HashesOf(Database& database)
     std::vector<std::size_t> found;
     const auto rows = database.OpenRecordset(u"SELECT * FROM saved");
     for (; !rows->AtEnd(); rows->MoveNext())
-        found.push_back(std::hash<Text>()(rows->Field(u"efolder") + u'\t' + rows->Field(u"esubject") + u'\t' +
-                                          rows->Field(u"ecrc")));
+        found.push_back(std::hash<Text>()(Value(*rows, u"efolder") + u'\t' + Value(*rows, u"esubject") +
+                                          u'\t' + Value(*rows, u"ecrc")));
     std::sort(found.begin(), found.end());
     return found;
 }
@@ -47,7 +47,7 @@ protected:
             const auto rows = database->OpenRecordset(u"SELECT * FROM saved");
             for (; !rows->AtEnd(); rows->MoveNext())
                 standIn_.rows.push_back(
-                    {rows->Field(u"efolder"), rows->Field(u"esubject"), rows->Field(u"ecrc")});
+                    {Value(*rows, u"efolder"), Value(*rows, u"esubject"), Value(*rows, u"ecrc")});
         };
         standIn_.extended = [this](const FakeDao::Row& row) {
             AddRow(*OpenJetDatabase(files_, path_),

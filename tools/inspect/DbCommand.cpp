@@ -14,14 +14,15 @@ enum ExitCode { kYes = 0, kNo = 1, kFailed = 2 };
 int List(Files& files, const Text& path, const Text& table)
 {
     const auto database = OpenJetDatabase(files, path, OpenMode::read);
-    const std::vector<Text> columns = database->ColumnNames(table);
     const auto rows = database->OpenRecordset(u"SELECT * FROM [" + table + u"]");
+    std::vector<std::pair<std::string, std::size_t>> columns;
+    for (const Text& name : database->ColumnNames(table)) {
+        const std::string quoted = JsonText(name);
+        columns.emplace_back(quoted.substr(1, quoted.size() - 2), rows->Column(name));
+    }
     for (; !rows->AtEnd(); rows->MoveNext()) {
         JsonObject object;
-        for (const Text& column : columns) {
-            const std::string quoted = JsonText(column);
-            object.Add(std::string_view(quoted).substr(1, quoted.size() - 2), rows->Field(column));
-        }
+        for (const auto& [name, column] : columns) object.Add(name, rows->Field(column));
         object.Print();
     }
     return kYes;

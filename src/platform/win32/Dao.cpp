@@ -4,6 +4,7 @@
 #include "platform/win32/WideText.h"
 
 #include <array>
+#include <deque>
 
 namespace {
 
@@ -66,14 +67,25 @@ public:
         rows_.Call(u"MoveFirst");
         return count;
     }
-    Text Field(const Text& name) override { return Column(name).Get(u"Value").ToText(); }
+    // A column's object always tells of the current row.
+    std::size_t Column(const Text& name) override
+    {
+        AutomationObject fields{rows_.Get(u"Fields"), u"Fields"};
+        columns_.emplace_back(AutomationObject{fields.Item(name), name}, Text());
+        return columns_.size() - 1;
+    }
+    const Text& Field(std::size_t column) override
+    {
+        auto& [object, value] = columns_.at(column);
+        return value = object.Get(u"Value").ToText();
+    }
     void Delete() override { rows_.Call(u"Delete"); }
     void AddNew() override { rows_.Call(u"AddNew"); }
-    void SetField(const Text& name, const Text& value) override
+    void SetField(std::size_t column, const Text& value) override
     {
         // Jet refuses empty texts in a column that does not allow zero lengths, which it does not by default;
         // null reads back as empty everywhere, and the embedded engine stores the same.
-        Column(name).Put(u"Value", value.empty() ? Variant::Null() : Variant{TextView(value)});
+        columns_.at(column).first.Put(u"Value", value.empty() ? Variant::Null() : Variant{TextView(value)});
     }
     void Update() override { rows_.Call(u"Update"); }
 
@@ -82,7 +94,7 @@ public:
     {
         if (!rows_.Get(u"Updatable").ToBool()) return u"The database engine lets the table be read only";
         for (const ColumnNeed& need : needs) {
-            AutomationObject& column = Column(need.name);
+            AutomationObject& column = columns_[Column(need.name)].first;
             const std::int32_t type = column.Get(u"Type").ToNumber();
             if (type == kMemoColumn) continue;
             if (type != kTextColumn) return TakesNoText(need.name);
@@ -93,17 +105,8 @@ public:
     }
 
 private:
-    // A column's object always tells of the current row, so it is fetched once.
-    AutomationObject& Column(const Text& name)
-    {
-        for (auto& [known, column] : columns_)
-            if (known == name) return column;
-        AutomationObject fields{rows_.Get(u"Fields"), u"Fields"};
-        return columns_.emplace_back(name, AutomationObject{fields.Item(name), name}).second;
-    }
-
     AutomationObject rows_;
-    std::vector<std::pair<Text, AutomationObject>> columns_;
+    std::deque<std::pair<AutomationObject, Text>> columns_; // and the value that was given last
 };
 
 // A transaction. The workspace's object outlives it.
