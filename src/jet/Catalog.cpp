@@ -22,11 +22,15 @@ PageNumber FindTable(PageFile& file, TextView name)
 
     Text instead; // what bears the name but is not a table
     StoredRow stored;
+    LongValue held;
+    Text found;
     for (RowId place : catalog.Rows()) {
         if (!catalog.Fetch(place, stored)) continue;
         const Row row(catalog.Definition(), stored.bytes);
         const std::optional<std::string_view> idCell = row.Cell(*id), typeCell = row.Cell(*type);
-        if (!idCell || !typeCell || !EqualNoCase(catalog.ColumnText(row, *nameColumn), name)) continue;
+        if (!idCell || !typeCell) continue;
+        catalog.ReadColumn(row, *nameColumn, held, found);
+        if (!EqualNoCase(found, name)) continue;
         switch (ByteView(*typeCell, place.page).U16(0)) {
         case kTable:
             return ByteView(*idCell, place.page).U32(0);

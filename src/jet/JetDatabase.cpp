@@ -168,7 +168,7 @@ public:
         const Row* row = Read(Current());
         if (!row) throw DatabaseError(u"The current row was deleted");
         Text& value = values_.at(column);
-        table_->Rows().ReadColumn(*row, ColumnAt(column), value);
+        table_->Rows().ReadColumn(*row, ColumnAt(column), held_, value);
         return value;
     }
 
@@ -231,7 +231,7 @@ private:
     {
         const Row* row = Read(id);
         for (std::size_t i = 0; row && i < compared_.size(); ++i) {
-            table_->Rows().ReadColumn(*row, ColumnAt(compared_[i]), text_);
+            table_->Rows().ReadColumn(*row, ColumnAt(compared_[i]), held_, text_);
             if (!EqualNoCase(text_, select_.where[i].value)) return false;
         }
         return row != nullptr;
@@ -275,7 +275,7 @@ private:
         const auto add = [&](RowId id, const Row& row) {
             rows.push_back(id);
             for (const std::size_t place : ordered_) {
-                table.ReadColumn(row, ColumnAt(place), text_);
+                table.ReadColumn(row, ColumnAt(place), held_, text_);
                 keys.Add(text_);
             }
         };
@@ -307,7 +307,8 @@ private:
     StoredRow stored_;                                       // the row that was read last,
     std::optional<Row> row_;                                 // its values (nothing: none was read)
     unsigned readAt_ = 0;                                    // and the table's changes at that time
-    Text text_;                                              // used again for each that is compared
+    LongValue held_;                                         // used again for each value,
+    Text text_;                                              // and for each that is compared
     std::optional<std::vector<std::optional<Text>>> newRow_; // by column
 };
 

@@ -26,9 +26,8 @@ std::uint32_t HashOf(TextView text)
 }
 
 // Of a text as it is stored: none is made of it.
-std::uint32_t HashOf(const Table& table, const Row& row, const Column& column)
+std::uint32_t HashOf(const Table& table, const Row& row, const Column& column, LongValue& held)
 {
-    LongValue held;
     const std::optional<ByteView> text = table.Value(row, column, held);
     Hash hash;
     if (text)
@@ -49,7 +48,7 @@ std::uint32_t HashOf(const Table& table, const Row& row, const Column& column)
 void Lookup::RowsByHash::Link()
 {
     if (entries_.size() > ends_.size()) {
-        ends_.assign(std::bit_ceil(2 * entries_.size()), 0);
+        ends_.assign(std::bit_ceil(entries_.size()), 0);
         linked_ = 0;
     }
     for (; linked_ < entries_.size(); ++linked_)
@@ -70,11 +69,12 @@ std::vector<RowId> Lookup::RowsByHash::Find(std::uint32_t hash) const
 
 std::vector<RowId> Lookup::Candidates(const Table& table, const Column& column, TextView value)
 {
+    LongValue held;
     auto known = columns_.find(column.number);
     if (known == columns_.end()) {
         RowsByHash rows;
         table.ForEachRow([&](const StoredRow& stored) {
-            rows.Add(HashOf(table, Row(table.Definition(), stored.bytes), column), stored.id);
+            rows.Add(HashOf(table, Row(table.Definition(), stored.bytes), column, held), stored.id);
         });
         rows.Link();
         known = columns_.emplace(column.number, std::move(rows)).first;
@@ -85,11 +85,12 @@ std::vector<RowId> Lookup::Candidates(const Table& table, const Column& column, 
 void Lookup::Added(const Table& table, RowId id)
 {
     StoredRow stored;
+    LongValue held;
     if (!table.Fetch(id, stored)) return;
     const Row row(table.Definition(), stored.bytes);
     for (auto& [number, rows] : columns_) {
         for (const Column& column : table.Definition().columns)
-            if (column.number == number) rows.Add(HashOf(table, row, column), id);
+            if (column.number == number) rows.Add(HashOf(table, row, column, held), id);
         rows.Link();
     }
 }

@@ -63,32 +63,25 @@ void PageFile::Use(Cached& cached)
     young_ = 0;
 }
 
-void PageFile::Remember(PageNumber page, PageRef bytes)
+const PageRef& PageFile::Remember(PageNumber page, PageRef bytes)
 {
     if (page >= cache_.size()) cache_.resize(count_);
     cache_[page].bytes = std::move(bytes);
     Use(cache_[page]);
+    return cache_[page].bytes;
 }
 
-PageRef PageFile::Read(PageNumber page)
+const PageRef& PageFile::Read(PageNumber page)
 {
     if (page < cache_.size() && cache_[page].bytes) {
         Use(cache_[page]);
         return cache_[page].bytes;
     }
     if (page >= count_) ThrowDamaged(page, u"the file ends before this page, which it refers to");
-    std::string read(kPageSize, '\0');
-    if (!File().ReadAt(Offset(page), read.data(), kPageSize))
+    auto bytes = std::make_shared<std::string>(kPageSize, '\0');
+    if (!File().ReadAt(Offset(page), bytes->data(), kPageSize))
         throw DatabaseError(u"Page " + DecimalText(page) + u" of the database cannot be read");
-    PageRef bytes = std::make_shared<const std::string>(std::move(read));
-    Remember(page, bytes);
-    return bytes;
-}
-
-ByteView PageFile::View(PageNumber page, PageRef& hold)
-{
-    hold = Read(page);
-    return {*hold, page};
+    return Remember(page, std::move(bytes));
 }
 
 void PageFile::Write(PageNumber page, std::string bytes)

@@ -28,8 +28,13 @@ public:
     // cut short. Nothing reads them but this.
     std::string Tail();
     void CutTail();
-    PageRef Read(PageNumber page);
-    ByteView View(PageNumber page, PageRef& hold); // hold keeps the bytes alive
+    const PageRef& Read(PageNumber page); // good until the next call; a copy keeps the bytes alive
+    ByteView View(PageNumber page, PageRef& hold)
+    {
+        const PageRef& known = Read(page);
+        if (hold != known) hold = known; // to count its holders takes longer than to find it
+        return {*known, page};
+    }
 
     // Writes through. page == Count() makes the file one page longer. When the write fails, what stood
     // there before is put back as far as the disk allows.
@@ -45,7 +50,7 @@ private:
         unsigned generation = 0; // in which it was used last
     };
     RandomFile& File();
-    void Remember(PageNumber page, PageRef bytes);
+    const PageRef& Remember(PageNumber page, PageRef bytes);
     void Use(Cached& cached);
     void Forget() noexcept;
     [[noreturn]] void FailWrite(Text words, FileError error);

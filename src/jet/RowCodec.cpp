@@ -38,14 +38,15 @@ Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_
     const std::size_t tableSize = 2 * (variableCount_ + 1);
     if (variableCount_ > table.variableColumns || mask_ - 2 < kColumnCount + tableSize)
         ThrowDamaged(bytes.Page(), u"a row has too many columns of varying length");
-    offsetTable_ = mask_ - 2 - tableSize;
-    fixedEnd_ = VariableOffset(0);
-    std::size_t end = fixedEnd_;
-    for (std::size_t i = 1; i <= variableCount_; ++i) {
-        const std::size_t start = std::exchange(end, VariableOffset(i));
+    const std::size_t offsets = mask_ - 2 - tableSize; // last first
+    std::uint16_t end = 0;
+    for (std::size_t i = 0; i <= variableCount_; ++i) {
+        const std::uint16_t start = std::exchange(end, bytes.U16(offsets + 2 * (variableCount_ - i)));
         if (start > end) ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
+        starts_[i] = end;
     }
-    if (fixedEnd_ < kColumnCount || end > offsetTable_) ThrowOutside(bytes.Page());
+    fixedEnd_ = starts_[0];
+    if (fixedEnd_ < kColumnCount || end > offsets) ThrowOutside(bytes.Page());
 }
 
 std::string EncodeRow(const TableDefinition& table, const std::vector<std::optional<std::string>>& cells)
@@ -111,20 +112,19 @@ Text DecodeText(ByteView bytes)
 
 void DecodeText(ByteView bytes, Text& text)
 {
-    text.clear();
-    const auto room = [&text](std::size_t units) {
-        text.resize(text.size() + units);
-        return text.data() + text.size() - units;
-    };
+    text.resize(bytes.Size()); // as many units at the most, and no clearing of what will be written over
+    char16_t* end = text.data();
     ForEachStretch(
         bytes,
         [&](std::string_view narrow) {
-            std::transform(narrow.begin(), narrow.end(), room(narrow.size()),
-                           [](char unit) { return static_cast<unsigned char>(unit); });
+            end = std::transform(narrow.begin(), narrow.end(), end,
+                                 [](char unit) { return static_cast<unsigned char>(unit); });
         },
         [&](std::string_view wide) {
-            wide.copy(reinterpret_cast<char*>(room(wide.size() / 2)), wide.size());
+            wide.copy(reinterpret_cast<char*>(end), wide.size());
+            end += wide.size() / 2;
         });
+    text.resize(static_cast<std::size_t>(end - text.data()));
 }
 
 void CheckText(ByteView bytes)

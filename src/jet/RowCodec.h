@@ -3,6 +3,7 @@
 #pragma once
 #include "jet/TableDefinition.h"
 
+#include <array>
 #include <optional>
 
 namespace jet {
@@ -30,19 +31,15 @@ public:
             return bytes_.Bytes().substr(start, column.length);
         }
         if (column.variableIndex >= variableCount_) return std::nullopt;
-        const std::size_t start = VariableOffset(column.variableIndex);
-        return bytes_.Sub(start, VariableOffset(column.variableIndex + std::size_t{1}) - start).Bytes();
+        const std::size_t start = starts_[column.variableIndex];
+        return bytes_.Bytes().substr(start, starts_[column.variableIndex + std::size_t{1}] - start);
     }
     PageNumber Page() const { return bytes_.Page(); }
 
 private:
-    // Index variableCount_: the end of the last one. They are stored last first.
-    std::size_t VariableOffset(std::size_t index) const
-    {
-        return bytes_.U16(offsetTable_ + 2 * (variableCount_ - index));
-    }
     ByteView bytes_;
-    std::size_t columns_, variableCount_ = 0, offsetTable_ = 0, fixedEnd_ = 0, mask_ = 0;
+    std::size_t columns_, variableCount_ = 0, fixedEnd_ = 0, mask_ = 0;
+    std::array<std::uint16_t, kMostColumns + 1> starts_; // of those of varying length, and the end
 };
 
 // A row of all the table's columns; cells by position in table.columns, nothing for null.
@@ -63,17 +60,10 @@ void ForEachStretch(ByteView text, Narrow narrow, Wide wide)
     const std::size_t size = text.Size();
     if (size < 2 || text.U16(0) != 0xFEFF) return wide(text.Sub(0, (size + 1) / 2 * 2).Bytes());
     // They take turns; a zero byte in the place of a character ends one.
-    bool isNarrow = true;
-    for (std::size_t at = 2; at < size;) {
-        if (text.U8(at) == 0) {
-            isNarrow = !isNarrow;
-            ++at;
-            continue;
-        }
-        const std::string_view stretch =
-            isNarrow ? text.Bytes().substr(at, text.Bytes().find('\0', at) - at) : text.Sub(at, 2).Bytes();
-        isNarrow ? narrow(stretch) : wide(stretch);
-        at += stretch.size();
+    for (std::size_t at = 2; at < size; ++at) {
+        const std::size_t end = std::min(text.Bytes().find('\0', at), size);
+        narrow(text.Bytes().substr(at, end - at));
+        for (at = end + 1; at < size && text.U8(at) != 0; at += 2) wide(text.Sub(at, 2).Bytes());
     }
 }
 

@@ -15,18 +15,26 @@ bool IsRow(const Slot& slot)
 
 } // namespace
 
-ByteView Table::RowsView(PageNumber page, const std::string& bytes) const
+ByteView Table::RowsView(PageNumber page, PageRef& hold) const
 {
-    const ByteView view(bytes, page);
+    const ByteView view = file_.View(page, hold);
     NeedDataPage(view, definition_.page);
     return view;
+}
+
+Slot Table::Take(RowId place, StoredRow& stored) const
+{
+    const ByteView page = RowsView(place.page, stored.hold);
+    const Slot slot = SlotAt(page, place.slot);
+    stored.bytes = page.Sub(slot.start, slot.end - slot.start);
+    return slot;
 }
 
 std::vector<RowId> Table::RowsOn(PageNumber page) const
 {
     std::vector<RowId> rows;
-    const PageRef hold = file_.Read(page);
-    ForEachSlot(RowsView(page, *hold), kMostSlots, [&](std::size_t slot, const Slot& found) {
+    PageRef hold;
+    ForEachSlot(RowsView(page, hold), kMostSlots, [&](std::size_t slot, const Slot& found) {
         if (IsRow(found)) rows.push_back({page, static_cast<std::uint8_t>(slot)});
     });
     return rows;
@@ -44,38 +52,24 @@ bool Table::Fetch(RowId row, StoredRow& stored) const
 {
     stored.id = row;
     stored.moves.clear();
-    ByteView page = file_.View(row.page, stored.hold);
-    NeedDataPage(page, definition_.page);
-    Slot slot = SlotAt(page, row.slot);
+    Slot slot = Take(row, stored);
     if (!IsRow(slot)) return false;
-    stored.bytes = page.Sub(slot.start, slot.end - slot.start);
     while (slot.flags & kLookup) {
         const RowId next = FromPointer(stored.bytes.U32(0));
         if (stored.moves.size() >= kMostMoves) ThrowDamaged(row.page, u"a moved row runs in a circle");
-        page = file_.View(next.page, stored.hold);
-        NeedDataPage(page, definition_.page);
-        slot = SlotAt(page, next.slot);
+        slot = Take(next, stored);
         if (!(slot.flags & kTarget)) ThrowDamaged(next.page, u"a moved row leads to another row");
-        stored.bytes = page.Sub(slot.start, slot.end - slot.start);
         stored.moves.push_back(next);
     }
     return true;
 }
 
-Text Table::ColumnText(const Row& row, const Column& column) const
+void Table::ReadColumn(const Row& row, const Column& column, LongValue& held, Text& text) const
 {
-    Text text;
-    ReadColumn(row, column, text);
-    return text;
-}
-
-void Table::ReadColumn(const Row& row, const Column& column, Text& text) const
-{
-    text.clear();
-    LongValue held;
     const std::optional<ByteView> bytes = Value(row, column, held);
-    if (!bytes) return;
-    if (column.IsText())
+    if (!bytes)
+        text.clear();
+    else if (column.IsText())
         DecodeText(*bytes, text);
     else
         text = DisplayText(column, *bytes);

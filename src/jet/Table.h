@@ -33,8 +33,7 @@ public:
     {
         StoredRow stored, moved;
         for (const PageNumber page : Pages()) {
-            stored.hold = file_.Read(page);
-            const ByteView view = RowsView(page, *stored.hold);
+            const ByteView view = RowsView(page, stored.hold);
             visitPage(view);
             ForEachSlot(view, kMostSlots, [&](std::size_t slot, const Slot& found) {
                 const RowId id{page, static_cast<std::uint8_t>(slot)};
@@ -68,12 +67,12 @@ public:
         held.Read(file_, bytes);
         return held.Bytes();
     }
-    Text ColumnText(const Row& row, const Column& column) const; // null is empty
-    // The same into a text that is used again and again.
-    void ReadColumn(const Row& row, const Column& column, Text& text) const;
+    // As a text, in place of what it held; null is empty.
+    void ReadColumn(const Row& row, const Column& column, LongValue& held, Text& text) const;
 
 private:
-    ByteView RowsView(PageNumber page, const std::string& bytes) const; // of a page checked to be the table's
+    ByteView RowsView(PageNumber page, PageRef& hold) const; // of a page checked to be the table's
+    Slot Take(RowId place, StoredRow& stored) const;         // its bytes, whatever is there
 
     PageFile& file_;
     TableDefinition definition_;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t kRowCountAt = 16, kFixedPart = 63, kDistinctKeys = 12, kColumnRecord = 25,
                       kIndexRecord = 52, kLogicalIndexRecord = 28, kLongValueEntry = 10;
-constexpr std::size_t kMostColumns = 255, kMostIndexes = 4096;
+constexpr std::size_t kMostIndexes = 4096;
 constexpr std::uint16_t kEndMark = 0xFFFF;
 
 // The definition's bytes: the first page whole, of its continuations what follows their header.

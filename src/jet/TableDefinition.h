@@ -40,6 +40,8 @@ struct Column {
     bool IsLong() const { return type == ColumnType::memo || type == ColumnType::ole; }
 };
 
+inline constexpr std::size_t kMostColumns = 255;
+
 struct TableDefinition {
     PageNumber page = 0; // the first one; it names the table in the table's data pages
     std::uint32_t rowCount = 0;
