@@ -3,7 +3,7 @@
 #include "platform/Database.h"
 
 #include <algorithm>
-#include <utility>
+#include <functional>
 
 namespace jet {
 
@@ -38,15 +38,13 @@ Row::Row(const TableDefinition& table, ByteView bytes) : bytes_(bytes), columns_
     const std::size_t tableSize = 2 * (variableCount_ + 1);
     if (variableCount_ > table.variableColumns || mask_ - 2 < kColumnCount + tableSize)
         ThrowDamaged(bytes.Page(), u"a row has too many columns of varying length");
-    const std::size_t offsets = mask_ - 2 - tableSize; // last first
-    std::uint16_t end = 0;
-    for (std::size_t i = 0; i <= variableCount_; ++i) {
-        const std::uint16_t start = std::exchange(end, bytes.U16(offsets + 2 * (variableCount_ - i)));
-        if (start > end) ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
-        starts_[i] = end;
-    }
-    fixedEnd_ = starts_[0];
-    if (fixedEnd_ < kColumnCount || end > offsets) ThrowOutside(bytes.Page());
+    const std::size_t offsets = mask_ - 2 - tableSize;
+    bytes.Bytes().copy(reinterpret_cast<char*>(starts_.data()), tableSize, offsets);
+    const auto first = starts_.begin() + variableCount_;
+    if (!std::is_sorted(starts_.begin(), first + 1, std::greater<>()))
+        ThrowDamaged(bytes.Page(), u"the columns of a row overlap");
+    fixedEnd_ = *first;
+    if (fixedEnd_ < kColumnCount || starts_[0] > offsets) ThrowOutside(bytes.Page());
 }
 
 std::string EncodeRow(const TableDefinition& table, const std::vector<std::optional<std::string>>& cells)
@@ -112,7 +110,8 @@ Text DecodeText(ByteView bytes)
 
 void DecodeText(ByteView bytes, Text& text)
 {
-    text.resize(bytes.Size()); // as many units at the most, and no clearing of what will be written over
+    // As many units at the most. What will be written over is not cleared.
+    text.resize(IsCompressed(bytes) ? bytes.Size() - kMark : bytes.Size() / 2);
     char16_t* end = text.data();
     ForEachStretch(
         bytes,

@@ -31,20 +31,22 @@ public:
             return bytes_.Bytes().substr(start, column.length);
         }
         if (column.variableIndex >= variableCount_) return std::nullopt;
-        const std::size_t start = starts_[column.variableIndex];
-        return bytes_.Bytes().substr(start, starts_[column.variableIndex + std::size_t{1}] - start);
+        const std::uint16_t* const start = &starts_[variableCount_ - column.variableIndex];
+        return bytes_.Bytes().substr(*start, start[-1] - *start);
     }
     PageNumber Page() const { return bytes_.Page(); }
 
 private:
     ByteView bytes_;
     std::size_t columns_, variableCount_ = 0, fixedEnd_ = 0, mask_ = 0;
-    std::array<std::uint16_t, kMostColumns + 1> starts_; // of those of varying length, and the end
+    // Of the columns of varying length, last first, behind the end of the last.
+    std::array<std::uint16_t, kMostColumns + 1> starts_;
 };
 
 // A row of all the table's columns; cells by position in table.columns, nothing for null.
 std::string EncodeRow(const TableDefinition& table, const std::vector<std::optional<std::string>>& cells);
 
+inline constexpr std::size_t kMark = 2; // bytes before compressed text
 enum class Compression { plain, compressed };
 // Compressed only where it is possible and shortens. Leading U+FEFF are dropped: they would read back as
 // the mark of compression.
@@ -53,14 +55,19 @@ Text DecodeText(ByteView bytes);
 void DecodeText(ByteView bytes, Text& text); // in place of what it held
 void CheckText(ByteView bytes);              // throws where DecodeText would
 
+inline bool IsCompressed(ByteView text)
+{
+    return text.Size() >= kMark && text.U16(0) == 0xFEFF;
+}
+
 // narrow(bytes) and wide(bytes) for each stretch of a text of one byte a character and of two.
 template <class Narrow, class Wide>
 void ForEachStretch(ByteView text, Narrow narrow, Wide wide)
 {
     const std::size_t size = text.Size();
-    if (size < 2 || text.U16(0) != 0xFEFF) return wide(text.Sub(0, (size + 1) / 2 * 2).Bytes());
+    if (!IsCompressed(text)) return wide(text.Sub(0, (size + 1) / 2 * 2).Bytes());
     // They take turns; a zero byte in the place of a character ends one.
-    for (std::size_t at = 2; at < size; ++at) {
+    for (std::size_t at = kMark; at < size; ++at) {
         const std::size_t end = std::min(text.Bytes().find('\0', at), size);
         narrow(text.Bytes().substr(at, end - at));
         for (at = end + 1; at < size && text.U8(at) != 0; at += 2) wide(text.Sub(at, 2).Bytes());
