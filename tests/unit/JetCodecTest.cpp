@@ -86,11 +86,27 @@ TEST(JetCodec, RowsAreReadBackAndDamagedOnesRefused)
     EXPECT_EQ(Hex(fewer.Cell(table.columns[0]).value_or("none")), "61006200");
     EXPECT_FALSE(fewer.Cell(table.columns[2])) << "a row older than the column";
 
-    for (const char* bad : {"", "03", "0000", "0400616203", "030003", "0300FFFF03",
-                            "030061006200FFFE6162630B000B0006000200090003",  // nine columns of varying length
-                            "030061006200FFFE6162630B00060007000200030003",  // overlap
-                            "030061006200FFFE616263FF000B0006000200030003"}) // ends outside
+    for (const char* bad :
+         {"", "03", "0000", "0400616203", "030003", "0300FFFF03",
+          "030061006200FFFE6162630B000B0006000200090003",  // nine columns of varying length
+          "030061006200FFFE6162630B00060007000200030003",  // overlap: the second and the third,
+          "030061006200FFFE6162630B000B0006000700030003",  // the first and the second
+          "030061006200FFFE616263FF000B0006000200030003"}) // ends outside
         EXPECT_THROW(Row(table, ByteView(Unhex(bad), 1)), DatabaseError) << bad;
+}
+
+TEST(JetCodec, APageThatIsHeldStaysAsItWas)
+{
+    MemoryFiles files;
+    CreateSaved(files);
+    PageFile file = OpenPages(files);
+    PageRef hold;
+    (void)file.View(kMaps, hold);
+    const ByteView page = file.View(kDefinition, hold);
+    EXPECT_EQ(page.Bytes().data(), hold->data()) << "held in place of the one before";
+    file.Write(kDefinition, std::string(kPageSize, 'x'));
+    EXPECT_EQ(page.U8(0), 2);
+    EXPECT_EQ(file.View(kDefinition, hold).U8(0), 'x');
 }
 
 TEST(JetCodec, RowsComeAndGoInTheirPage)
