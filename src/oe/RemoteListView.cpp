@@ -4,7 +4,9 @@
 #include "oe/RemoteControls.h"
 #include "oe/RemoteText.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <numeric>
 
 namespace {
@@ -12,6 +14,7 @@ namespace {
 constexpr std::uint32_t kHeaderTextBytes = 255;
 constexpr std::uint32_t kListItemText = 1, kListItemState = 8, kHeaderItemText = 2; // mask bits
 constexpr std::uint32_t kFocused = 1, kSelected = 2;
+constexpr std::uint32_t kCellUnits = 256; // that a list may write; the first 128 are read
 
 WindowHandle HeaderOf(OeClient& client)
 {
@@ -63,6 +66,55 @@ bool ReadTitle(OeClient& client, WindowHandle header, std::int32_t index, const 
         RemoteRead(client.memory, blocks.text, bytes.data(), kHeaderTextBytes);
     if (answered) title = CutAtNul(client.codePage.FromAnsi({bytes.data(), bytes.size()}));
     return answered;
+}
+
+// A question for a cell and the room for its text. A list may write twice as much as is read: that must not
+// run into another cell's.
+struct RemoteCell {
+    RemoteListItem question;
+    std::array<char16_t, kCellUnits> text;
+};
+static_assert(sizeof(RemoteCell) == 552);
+constexpr std::size_t kCellsAtOnce = 14; // two pages of the client, however many columns a header claims
+
+std::uint32_t BytesOf(std::size_t cells)
+{
+    return static_cast<std::uint32_t>(cells * sizeof(RemoteCell));
+}
+
+// Reads the row's texts from a column on, as many as the block has room for; false when one of a column was
+// not answered. The block is written whole: what is answered without being written is empty, and not what
+// stood there before.
+bool ReadCells(OeClient& client, const RemoteBlock& block, std::int32_t item, std::size_t first,
+               std::vector<Text>& texts)
+{
+    std::vector<RemoteCell> cells(std::min(texts.size() - first, kCellsAtOnce));
+    const auto placeOf = [&block](std::size_t cell) {
+        return static_cast<std::uint32_t>(block.address) + BytesOf(cell);
+    };
+    for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+        RemoteListItem& question = cells[cell].question;
+        question.mask = kListItemText;
+        question.item = static_cast<std::uint32_t>(item);
+        question.subItem = static_cast<std::uint32_t>(first + cell);
+        question.text = static_cast<RemoteAddress>(placeOf(cell) + offsetof(RemoteCell, text));
+        question.textMax = kCellUnits;
+    }
+    std::vector<bool> answered(cells.size());
+    const bool isWritten = RemoteWrite(client.memory, block, cells.data(), BytesOf(cells.size()));
+    for (std::size_t cell = 0; isWritten && cell < cells.size(); ++cell)
+        answered[cell] = Ask(client, client.handles.listView, message::kListItemW, 0,
+                             static_cast<std::int32_t>(placeOf(cell)))
+                             .value_or(0) != 0;
+    const bool isRead = isWritten && RemoteRead(client.memory, block, cells.data(), BytesOf(cells.size()));
+    bool complete = true; // but for the text beyond the last column, which a list need not answer
+    for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+        if (isRead && answered[cell])
+            texts[first + cell] = CutAtNul({cells[cell].text.data(), kTextBytes / sizeof(char16_t)});
+        else
+            complete = complete && first + cell + 1 == texts.size();
+    }
+    return complete;
 }
 
 } // namespace
@@ -131,27 +183,12 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
     std::vector<Text> texts(static_cast<std::size_t>(count) + 1);
     if (item < 0) return texts;
 
-    RemoteMemory& memory = client.memory;
-    const WindowHandle list = client.handles.listView;
-    const RemoteBlock itemBlock = RemoteAlloc(memory, list, sizeof(RemoteListItem));
-    const RemoteBlock textBlock = RemoteAlloc(memory, list, kTextBytes);
-    bool complete = true; // but for the text beyond the last column, which a list need not answer
-    for (std::size_t column = 0; column < texts.size() && !client.silent; ++column) {
-        RemoteListItem request{};
-        request.mask = kListItemText;
-        request.item = static_cast<std::uint32_t>(item);
-        request.subItem = static_cast<std::uint32_t>(column);
-        request.text = textBlock.address;
-        request.textMax = kTextBytes;
-        // The text block needs no clearing: it is zero when fresh, and later a list that answers fills it. If
-        // it is not asked or does not answer, the block holds the cell before, which must not pass for this.
-        const bool isRead = RemoteWrite(memory, itemBlock, &request, sizeof request) &&
-                            Ask(client, list, message::kListItemW, 0, Param(itemBlock)).value_or(0) != 0 &&
-                            ReadRemoteText(memory, textBlock, texts[column]);
-        complete = complete && (isRead || column + 1 == texts.size());
-    }
-    RemoteFree(memory, textBlock);
-    RemoteFree(memory, itemBlock);
+    const RemoteBlock block =
+        RemoteAlloc(client.memory, client.handles.listView, BytesOf(std::min(texts.size(), kCellsAtOnce)));
+    bool complete = true;
+    for (std::size_t first = 0; first < texts.size() && !client.silent; first += kCellsAtOnce)
+        complete = ReadCells(client, block, item, first, texts) && complete;
+    RemoteFree(client.memory, block);
     if (!complete || client.silent) texts.clear();
     return texts;
 }

@@ -342,8 +342,10 @@ std::int32_t FakeClient::ListMessage(std::uint32_t message, std::int32_t wParam,
     }
     if (item->item >= Rows().size()) return 0;
     const std::vector<Text>& row = Rows()[item->item];
-    PutText(item->text, item->subItem < row.size() ? row[item->subItem] : Text(), item->textMax);
-    return 1;
+    // A text that it lacks is left as it is.
+    if (item->subItem < row.size() || item->subItem >= mute)
+        PutText(item->text, item->subItem < row.size() ? row[item->subItem] : u"?", item->textMax);
+    return item->subItem < mute;
 }
 
 std::int32_t FakeClient::HeaderMessage(std::uint32_t message, std::int32_t wParam, std::int32_t lParam)

@@ -23,6 +23,7 @@ struct Manners {
     bool keepsList = false;    // the list is filled anew instead of rebuilt
     bool captionFirst = false; // until the new list is there only the caption is the new folder's
     bool withoutNul = false;   // a text that is cut has no end
+    std::uint32_t mute = 99;   // from this column on it gives texts, but no answer
     bool noHeader = false;
     bool silentHeader = false; // the header answers neither order nor titles, but its count
     bool ignoreDownKey = false, doubleDownKey = false;

@@ -72,7 +72,7 @@ TEST_F(ExportFolderTest, AnEmailWithoutAnyDetailsIsExportedAndAnUnreadOneIsNot)
     fake.selected = {0};
     fake.calls.clear();
     view.onEvents = [this] {
-        fake.failAt = fake.calls.size() + kBeforeRow + 8;
+        fake.failAt = fake.calls.size() + kBeforeRow + 3;
     }; // in the row that comes next
     Export();
     ExpectOutcome(u"0 passed, 0 failed, 4");

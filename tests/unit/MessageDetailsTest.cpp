@@ -19,7 +19,7 @@ TEST_F(MessageDetailsTest, DetailsSayWhatIsMissing)
         {"row 0", [](FakeClient&) {}, u"Message details found"},
         {"a row without a text is an e-mail all the same", [](FakeClient& f) { f.folders[2].rows[0] = {}; },
          u"Message details found"},
-        {"an unread row", [](FakeClient& f) { f.failAt = kBeforeRow + 8; }, u"No message details found"},
+        {"an unread row", [](FakeClient& f) { f.failAt = kBeforeRow + 3; }, u"No message details found"},
     };
     for (const auto& [why, spoil, want] : cases) {
         TreeBench bench;

@@ -58,13 +58,36 @@ TEST_F(RemoteListView, RowsAreReadWithOneTextMoreThanColumnsAndCut)
     const std::vector<Text> texts = ReadItemTexts(client, 1);
     fake.onMessage = nullptr;
     ASSERT_EQ(texts.size(), 7u);
-    EXPECT_EQ(fake.calls.size() + messages, 7u * 3 + 2 + 8) << "three for a cell, the header, two blocks";
+    EXPECT_EQ(messages, 2u + 7) << "the header, each cell";
+    EXPECT_EQ(fake.calls,
+              (std::vector<std::string>{"open", "alloc 3864", "write 3864", "read 3864", "free", "close"}));
     EXPECT_EQ(texts[1], u"Ann Archer");
     EXPECT_EQ(texts[2], Text(128, u'x'));
     EXPECT_EQ(texts[3], u"03/04/2007 10:16");
     EXPECT_EQ(texts[6], u"");
     EXPECT_EQ(ReadItemTexts(client, -1), std::vector<Text>(7));
     EXPECT_TRUE(ReadItemTexts(client, 99).empty()) << "a row that is gone";
+    fake.mute = 6;
+    EXPECT_EQ(ReadItemTexts(client, 1), texts) << "the list need not answer what lies beyond its columns";
+    fake.mute = 5;
+    EXPECT_TRUE(ReadItemTexts(client, 1).empty());
+}
+
+TEST_F(RemoteListView, ManyColumnsAreReadThroughOneSmallBlock)
+{
+    std::vector<Text>& row = fake.folders[2].rows[1];
+    row.clear();
+    for (int i = 0; i < 32; ++i) row.push_back(DecimalText(i) + Text(300, u'x'));
+    fake.columnTitles.assign(40, u"");
+    fake.calls.clear();
+    const std::vector<Text> texts = ReadItemTexts(client, 1);
+    ASSERT_EQ(texts.size(), 41u);
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        EXPECT_EQ(texts[i], i < row.size() ? row[i].substr(0, 128) : Text())
+            << i << ": and none is another's";
+    EXPECT_EQ(fake.calls[1], "alloc 7728");
+    fake.mute = 39;
+    EXPECT_TRUE(ReadItemTexts(client, 1).empty());
 }
 
 TEST_F(RemoteListView, ARowIsReadWholeOrNotAtAll)

@@ -8,8 +8,8 @@ static_assert(sizeof(void*) == 4, "addresses of the mail client are 32-bit");
 
 namespace {
 
-constexpr std::uint32_t kPage = 4096;  // bytes; less is not to be had
-constexpr std::size_t kMostKept = 256; // pages; each takes 64 KB of the other process's addresses
+constexpr std::uint32_t kKeptSize = 8192; // bytes of each block that is kept, whatever was asked for
+constexpr std::size_t kMostKept = 256;    // blocks; each takes 64 KB of the other process's addresses
 
 HANDLE HandleOf(std::int32_t number)
 {
@@ -52,18 +52,19 @@ std::int32_t WinProcessApi::OpenProcessHandle(std::uint32_t access, std::uint32_
 RemoteAddress WinProcessApi::AllocateIn(std::int32_t process, std::uint32_t size)
 {
     const auto owner = processIds_.find(process);
-    const bool isPage = size <= kPage && owner != processIds_.end();
+    const bool isToKeep = size <= kKeptSize && owner != processIds_.end();
     RemoteAddress address = RemoteAddress::none;
-    if (isPage && owner->second == kept_.processId && !kept_.pages.empty()) {
-        constexpr char kZeros[kPage] = {};
-        address = kept_.pages.back();
-        kept_.pages.pop_back();
+    if (isToKeep && owner->second == kept_.processId && !kept_.blocks.empty()) {
+        constexpr char kZeros[kKeptSize] = {};
+        address = kept_.blocks.back();
+        kept_.blocks.pop_back();
         if (!Write(process, address, kZeros, size)) address = RemoteAddress::none; // the process has ended
     }
     if (address == RemoteAddress::none)
         address = static_cast<RemoteAddress>(reinterpret_cast<std::uint32_t>(
-            VirtualAllocEx(HandleOf(process), nullptr, size, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE)));
-    if (isPage && address != RemoteAddress::none) pagesInUse_.emplace(owner->second, address);
+            VirtualAllocEx(HandleOf(process), nullptr, isToKeep ? kKeptSize : size, MEM_COMMIT | MEM_RESERVE,
+                           PAGE_READWRITE)));
+    if (isToKeep && address != RemoteAddress::none) blocksInUse_.emplace(owner->second, address);
     return address;
 }
 
@@ -83,31 +84,31 @@ bool WinProcessApi::FreeIn(std::int32_t process, RemoteAddress address)
     if (owner == processIds_.end()) return false;
     const std::uint32_t processId = owner->second;
     if (IsKept(processId, address)) return false;
-    if (pagesInUse_.erase({processId, address}) != 0 && Keep(processId, address)) return true;
+    if (blocksInUse_.erase({processId, address}) != 0 && Keep(processId, address)) return true;
     return VirtualFreeEx(HandleOf(process), PointerOf(address), 0, MEM_RELEASE) != FALSE;
 }
 
-bool WinProcessApi::IsKept(std::uint32_t processId, RemoteAddress page) const
+bool WinProcessApi::IsKept(std::uint32_t processId, RemoteAddress block) const
 {
-    const auto& pages = kept_.pages;
-    return processId == kept_.processId && std::find(pages.begin(), pages.end(), page) != pages.end();
+    const auto& blocks = kept_.blocks;
+    return processId == kept_.processId && std::find(blocks.begin(), blocks.end(), block) != blocks.end();
 }
 
-bool WinProcessApi::Keep(std::uint32_t processId, RemoteAddress page)
+bool WinProcessApi::Keep(std::uint32_t processId, RemoteAddress block)
 {
     if (kept_.processId != processId) {
         GiveBack();
         kept_ = {processId, OpenProcess(PROCESS_VM_OPERATION, FALSE, processId)};
     }
-    if (!kept_.process || kept_.pages.size() == kMostKept) return false;
-    kept_.pages.push_back(page);
+    if (!kept_.process || kept_.blocks.size() == kMostKept) return false;
+    kept_.blocks.push_back(block);
     return true;
 }
 
 void WinProcessApi::GiveBack()
 {
-    for (const RemoteAddress page : kept_.pages)
-        (void)VirtualFreeEx(kept_.process, PointerOf(page), 0, MEM_RELEASE);
+    for (const RemoteAddress block : kept_.blocks)
+        (void)VirtualFreeEx(kept_.process, PointerOf(block), 0, MEM_RELEASE);
     WinProcessApi::LeaveKept(); // by its name, as the destructor comes here, too
 }
 

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-// A page that is released is kept for the next that is asked for in the same process, and given out full of
-// zeros as a new one is: having memory reserved by another process is by far the dearest of these calls, and
-// Wine 8 never returns from it when that process is killed under it.
+// A small block that is released is kept for the next that is asked for in the same process, and given out
+// full of zeros as a new one is: having memory reserved by another process is by far the dearest of these
+// calls, and Wine 8 never returns from it when that process is killed under it.
 class WinProcessApi : public ProcessApi {
 public:
     WinProcessApi() = default;
@@ -32,18 +32,18 @@ public:
     void MoveOut(void* to, RemoteAddress from, std::uint32_t size) override;
 
 private:
-    bool IsKept(std::uint32_t processId, RemoteAddress page) const; // and so is released already
-    bool Keep(std::uint32_t processId, RemoteAddress page);
+    bool IsKept(std::uint32_t processId, RemoteAddress block) const; // and so is released already
+    bool Keep(std::uint32_t processId, RemoteAddress block);
     void GiveBack();
 
     struct Kept { // of one process at a time
         std::uint32_t processId = 0;
         void* process = nullptr; // a handle: as long as it is open no other process gets the number
-        std::vector<RemoteAddress> pages{};
+        std::vector<RemoteAddress> blocks{};
     };
     Kept kept_;
     // Of the handles that are open, 0 for a mapping's. Windows is asked to do nothing by any other, whose
     // number may be that of something else by now.
     std::map<std::int32_t, std::uint32_t> processIds_;
-    std::set<std::pair<std::uint32_t, RemoteAddress>> pagesInUse_; // by process
+    std::set<std::pair<std::uint32_t, RemoteAddress>> blocksInUse_; // by process
 };
