@@ -48,7 +48,7 @@ std::uint32_t HashOf(const Table& table, const Row& row, const Column& column, L
 void Lookup::RowsByHash::Link()
 {
     if (entries_.size() > ends_.size()) {
-        ends_.assign(std::bit_ceil(entries_.size()), 0);
+        ends_.assign(std::bit_ceil(2 * entries_.size()), 0);
         linked_ = 0;
     }
     for (; linked_ < entries_.size(); ++linked_)
