@@ -111,6 +111,12 @@ void AppendUnescaped(Text& out, TextView payload, Charset charset)
     }
 }
 
+void AppendPlain(HeaderText& out, TextView text)
+{
+    out.shown += text;
+    out.key += text;
+}
+
 // The parts of an encoded word: "=?charset?encoding?payload?=".
 struct WordParts {
     Charset charset;
@@ -127,11 +133,11 @@ WordParts PartsOf(TextView word)
             word.substr(encodingEnd + 1, word.size() - encodingEnd - 3)};
 }
 
-void AppendWord(Text& out, TextView word, bool comparisonMode, CodePage& codePage)
+void AppendWord(HeaderText& out, TextView word, CodePage& codePage)
 {
     const WordParts parts = PartsOf(word);
     if (parts.charset == Charset::none) {
-        out += word;
+        AppendPlain(out, word);
         return;
     }
     if (parts.payload.empty()) return;
@@ -140,14 +146,14 @@ void AppendWord(Text& out, TextView word, bool comparisonMode, CodePage& codePag
     if (parts.base64) payload = decoded = Base64Decode(payload, codePage);
     if (parts.charset == Charset::utf8) {
         // Kept: the list shows the bytes as they stand, and quoted words keep their "=" escapes.
-        if (comparisonMode)
-            out += payload;
-        else
-            out += Utf8ToText(payload, codePage);
+        out.shown += Utf8ToText(payload, codePage);
+        out.key += payload;
         return;
     }
-    if (comparisonMode) out += u' '; // Kept: the list shows a space before each such word
-    AppendUnescaped(out, payload, parts.charset);
+    const std::size_t start = out.shown.size();
+    AppendUnescaped(out.shown, payload, parts.charset);
+    out.key += u' '; // Kept: the list shows a space before each such word
+    out.key.append(out.shown, start);
 }
 
 // Where the encoded word at the start of text ends; npos when it is never closed.
@@ -185,18 +191,20 @@ std::vector<HeaderSegment> SplitEncodedWords(TextView value)
     return segments;
 }
 
-Text DecodeHeaderText(TextView value, bool comparisonMode, CodePage& codePage)
+HeaderText DecodeHeaderText(TextView value, CodePage& codePage)
 {
-    Text out;
-    out.reserve(value.size());
+    HeaderText out;
+    out.shown.reserve(value.size());
+    out.key.reserve(value.size());
     while (!value.empty()) { // one by one: a long value may have millions
         const HeaderSegment segment = TakeSegment(value);
         if (segment.isWord)
-            AppendWord(out, segment.text, comparisonMode, codePage);
+            AppendWord(out, segment.text, codePage);
         else if (segment.text != u" ") // the space between two encoded words
-            out += segment.text;
+            AppendPlain(out, segment.text);
     }
-    CollapseSpacesIn(out);
+    CollapseSpacesIn(out.shown);
+    CollapseSpacesIn(out.key);
     return out;
 }
 

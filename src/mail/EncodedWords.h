@@ -11,9 +11,13 @@ struct HeaderSegment {
 // The runs of plain text and the encoded words of a value, in order; together they are the value.
 std::vector<HeaderSegment> SplitEncodedWords(TextView value);
 
-// Display mode gives what a reader is to see, comparison mode what the mail client's list shows. ISO-8859-1,
-// ISO-8859-15, Windows-1252 and UTF-8 are known; words in other sets stay as they are.
-Text DecodeHeaderText(TextView value, bool comparisonMode, CodePage& codePage);
+struct HeaderText {
+    Text shown; // what a reader is to see
+    Text key;   // what the mail client's list shows
+};
+
+// Decodes words in ISO-8859-1, ISO-8859-15, Windows-1252 and UTF-8; those in other sets stay as they are.
+HeaderText DecodeHeaderText(TextView value, CodePage& codePage);
 
 // Whole groups of four only; the bytes become text through the ANSI code page.
 Text Base64Decode(TextView text, CodePage& codePage);

@@ -146,8 +146,9 @@ FileError ReadFile(const Text& path, Files& files, Headers& headers, bool& hasAt
 void DecodeInto(Text value, Text& shown, Text& key, CodePage& codePage)
 {
     if (value.find(u"=?") != Text::npos) {
-        shown = DecodeHeaderText(value, false, codePage);
-        key = DecodeHeaderText(value, true, codePage);
+        HeaderText decoded = DecodeHeaderText(value, codePage);
+        shown = std::move(decoded.shown);
+        key = std::move(decoded.key);
     } else {
         key = value;
         shown = std::move(value);
