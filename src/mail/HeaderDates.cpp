@@ -142,11 +142,10 @@ double RoundToMinute(double date)
 
 } // namespace
 
-double HeaderDateOf(Text value, Locale& locale)
+double HeaderDateOf(TextView text, Locale& locale)
 {
-    if (value.empty()) return kNoListDate;
-    CollapseSpacesIn(value);
-    TextView text = TrimSpaces(value);
+    if (text.empty()) return kNoListDate;
+    text = TrimSpaces(text);
     DateSlots slots = SlotsOf(text, locale);
     if (LeadingNumber(slots.day) == 0) {
         const Words words(text);
@@ -167,7 +166,7 @@ double HeaderDateOf(Text value, Locale& locale)
 
 double ParseHeaderDate(Text& text, Locale& locale)
 {
-    const double date = HeaderDateOf(text, locale);
+    const double date = HeaderDateOf(CollapseSpaces(text), locale);
     if (!text.empty()) text = FormatDate(date, kSortableFormat);
     return date;
 }

@@ -10,7 +10,7 @@
 // zone, as it stands otherwise. The text is replaced by the result as "yyyy/mm/dd hh:nn:ss". Empty text:
 // kNoListDate, and the text stays empty. Month names are the locale's.
 double ParseHeaderDate(Text& text, Locale& locale);
-double HeaderDateOf(Text value, Locale& locale); // the same, without the text of the result
+double HeaderDateOf(TextView text, Locale& locale); // the same of a text without runs of spaces, which stays
 
 // Of a month's name, 1 to 12: a text of three characters is compared with the abbreviated names, any other
 // with the full ones. 0: no match.

@@ -183,7 +183,7 @@ void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& contex
     FillSubject(take(Headers::subject), summary.Subject, summary.SubjectKey, codePage);
     summary.SentDate = HeaderDateOf(take(Headers::date), context.locale);
     const Text received = take(Headers::received);
-    summary.ReceivedDate = HeaderDateOf(Text(TrimSpaces(FieldOf(received, u";", 2))), context.locale);
+    summary.ReceivedDate = HeaderDateOf(TrimSpaces(FieldOf(received, u";", 2)), context.locale);
     summary.DeliveryDateText = FormatListDate(summary.DeliveryDate, false);
     summary.SentDateText = FormatListDate(summary.SentDate, false);
     summary.ReceivedDateText = FormatListDate(summary.ReceivedDate, false);
