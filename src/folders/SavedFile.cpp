@@ -39,7 +39,7 @@ std::optional<Text> PlainHeader(FolderRun& run, std::string_view message, std::s
 {
     const Text raw = run.codePage.FromAnsi(HeaderValue(message, name, true));
     try {
-        return PlainLetters(DecodeHeaderText(raw, run.codePage).shown);
+        return PlainLetters(DecodeHeaderText(raw, false, run.codePage));
     } catch (const ValueFault&) {
         return std::nullopt;
     }

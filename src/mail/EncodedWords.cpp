@@ -111,10 +111,10 @@ void AppendUnescaped(Text& out, TextView payload, Charset charset)
     }
 }
 
-void AppendPlain(HeaderText& out, TextView text)
+void AppendPlain(HeaderTexts& out, TextView text)
 {
-    out.shown += text;
-    out.key += text;
+    out.display += text;
+    out.comparison += text;
 }
 
 // The parts of an encoded word: "=?charset?encoding?payload?=".
@@ -133,7 +133,7 @@ WordParts PartsOf(TextView word)
             word.substr(encodingEnd + 1, word.size() - encodingEnd - 3)};
 }
 
-void AppendWord(HeaderText& out, TextView word, CodePage& codePage)
+void AppendWord(HeaderTexts& out, TextView word, CodePage& codePage)
 {
     const WordParts parts = PartsOf(word);
     if (parts.charset == Charset::none) {
@@ -146,14 +146,14 @@ void AppendWord(HeaderText& out, TextView word, CodePage& codePage)
     if (parts.base64) payload = decoded = Base64Decode(payload, codePage);
     if (parts.charset == Charset::utf8) {
         // Kept: the list shows the bytes as they stand, and quoted words keep their "=" escapes.
-        out.shown += Utf8ToText(payload, codePage);
-        out.key += payload;
+        out.display += Utf8ToText(payload, codePage);
+        out.comparison += payload;
         return;
     }
-    const std::size_t start = out.shown.size();
-    AppendUnescaped(out.shown, payload, parts.charset);
-    out.key += u' '; // Kept: the list shows a space before each such word
-    out.key.append(out.shown, start);
+    const std::size_t start = out.display.size();
+    AppendUnescaped(out.display, payload, parts.charset);
+    out.comparison += u' '; // Kept: the list shows a space before each such word
+    out.comparison.append(out.display, start);
 }
 
 // Where the encoded word at the start of text ends; npos when it is never closed.
@@ -191,11 +191,11 @@ std::vector<HeaderSegment> SplitEncodedWords(TextView value)
     return segments;
 }
 
-HeaderText DecodeHeaderText(TextView value, CodePage& codePage)
+HeaderTexts DecodeHeaderTexts(TextView value, CodePage& codePage)
 {
-    HeaderText out;
-    out.shown.reserve(value.size());
-    out.key.reserve(value.size());
+    HeaderTexts out;
+    out.display.reserve(value.size());
+    out.comparison.reserve(value.size());
     while (!value.empty()) { // one by one: a long value may have millions
         const HeaderSegment segment = TakeSegment(value);
         if (segment.isWord)
@@ -203,8 +203,8 @@ HeaderText DecodeHeaderText(TextView value, CodePage& codePage)
         else if (segment.text != u" ") // the space between two encoded words
             AppendPlain(out, segment.text);
     }
-    CollapseSpacesIn(out.shown);
-    CollapseSpacesIn(out.key);
+    CollapseSpacesIn(out.display);
+    CollapseSpacesIn(out.comparison);
     return out;
 }
 

@@ -146,9 +146,9 @@ FileError ReadFile(const Text& path, Files& files, Headers& headers, bool& hasAt
 void DecodeInto(Text value, Text& shown, Text& key, CodePage& codePage)
 {
     if (value.find(u"=?") != Text::npos) {
-        HeaderText decoded = DecodeHeaderText(value, codePage);
-        shown = std::move(decoded.shown);
-        key = std::move(decoded.key);
+        HeaderTexts decoded = DecodeHeaderTexts(value, codePage);
+        shown = std::move(decoded.display);
+        key = std::move(decoded.comparison);
     } else {
         key = value;
         shown = std::move(value);

@@ -12,7 +12,7 @@ namespace {
 std::optional<Text> Shown(TextView value, CodePage& codePage)
 {
     try {
-        return DecodeHeaderText(value, codePage).shown;
+        return DecodeHeaderText(value, false, codePage);
     } catch (const ValueFault& fault) {
         Require(fault.Kind() == Fault::overflow, "only base64 can fail, by Overflow");
         return std::nullopt;

@@ -67,9 +67,8 @@ TEST(EncodedWords, WordsAreDecodedForTheReaderAndAsTheListShowsThem)
     };
     CodePage1252 codePage;
     for (const auto& [why, value, shown, comparison] : cases) {
-        const HeaderText decoded = DecodeHeaderText(value, codePage);
-        EXPECT_EQ(decoded.shown, shown) << why;
-        EXPECT_EQ(decoded.key, comparison) << why;
+        EXPECT_EQ(DecodeHeaderText(value, false, codePage), shown) << why;
+        EXPECT_EQ(DecodeHeaderText(value, true, codePage), comparison) << why;
     }
 }
 
