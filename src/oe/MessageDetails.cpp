@@ -32,15 +32,17 @@ double DateFrom(OeClient& client, const Text& cell)
     return AdjustedDate(client, ParseListDate(cell, client.locale));
 }
 
-// What stops a reading before the row itself; empty when nothing does.
-Text WhyNoDetails(OeClient& client)
+// What stops a reading before the row itself; empty when nothing does. Where the titles were answered there
+// is a header with columns.
+Text WhyNoDetails(OeClient& client, bool titlesKnown)
 {
     const WindowHandle list = client.handles.listView;
     if (Ask(client, list, message::kListItemCount) == 0) return u"ERROR: No items in message list.";
     const std::int32_t selected = SelectedCount(client).value_or(0);
-    if (Ask(client, list, message::kListHeader).value_or(0) == 0)
+    if (!titlesKnown && Ask(client, list, message::kListHeader).value_or(0) == 0)
         return u"ERROR: Could not find message list header.";
-    if (ListColumnCount(client).value_or(0) == 0) return u"ERROR: No columns in message list header.";
+    if (!titlesKnown && ListColumnCount(client).value_or(0) == 0)
+        return u"ERROR: No columns in message list header.";
     if (selected < 1) return u"ERROR: No email selected from message list.";
     return {};
 }
@@ -70,7 +72,7 @@ SelectedReading ReadSelected(OeClient& client)
 {
     SelectedReading reading;
     const bool titlesKnown = ReadListColumns(client);
-    reading.error = WhyNoDetails(client);
+    reading.error = WhyNoDetails(client, titlesKnown);
     if (!reading.error.empty()) return reading;
     reading.details = ReadSelectedRow(client);
     // An identity made of other columns' texts would be another e-mail's.

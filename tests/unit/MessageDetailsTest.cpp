@@ -12,6 +12,8 @@ TEST_F(MessageDetailsTest, DetailsSayWhatIsMissing)
 {
     const std::tuple<const char*, std::function<void(FakeClient&)>, Text> cases[] = {
         {"empty folder", [](FakeClient& f) { f.ShowFolder(1); }, u"ERROR: No items in message list."},
+        {"no header", [](FakeClient& f) { f.noHeader = true; },
+         u"ERROR: Could not find message list header."},
         {"no columns", [](FakeClient& f) { f.columnTitles.clear(); },
          u"ERROR: No columns in message list header."},
         {"nothing selected", [](FakeClient& f) { f.selected.clear(); },
