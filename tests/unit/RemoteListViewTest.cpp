@@ -86,6 +86,10 @@ TEST_F(RemoteListView, ManyColumnsAreReadThroughOneSmallBlock)
         EXPECT_EQ(texts[i], i < row.size() ? row[i].substr(0, 128) : Text())
             << i << ": and none is another's";
     EXPECT_EQ(fake.calls[1], "alloc 7728");
+    fake.calls.clear();
+    fake.failAt = 3;
+    EXPECT_TRUE(ReadItemTexts(client, 1).empty()) << "only the first cells could not be asked for";
+    fake.failAt = 0;
     fake.mute = 39;
     EXPECT_TRUE(ReadItemTexts(client, 1).empty());
 }
