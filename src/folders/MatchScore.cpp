@@ -4,12 +4,15 @@
 #include "text/Numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace {
 
 constexpr std::int32_t kStepBack = 100; // records before the last match
-constexpr std::ptrdiff_t kCrowd = 64;   // files of a minute that are looked at without narrowing them down
+constexpr std::int32_t kPatience = 64;  // files of a minute looked at in vain before they are narrowed down
+// Units of texts that are listed by their pieces, 8 bytes each: what is more is looked at file by file.
+constexpr std::size_t kMostListed = 4'000'000;
 
 // From so many checks on, a score with one of them failed is rounded up to 100 (99.5, half to even).
 constexpr std::size_t kRoundsUp = 200;
@@ -146,26 +149,39 @@ bool RecordSearch::Fits(const EmailEntry& entry, std::int32_t record, const Plac
     return MatchScore(entry, records_[static_cast<std::size_t>(record)]) == 100;
 }
 
+// Lists nothing where the texts are too long.
+void RecordSearch::ListByPiece(const PlaceList& places, std::uint32_t minute, std::vector<PlaceList>& byPiece)
+{
+    const auto [begin, end] =
+        std::equal_range(places.begin(), places.end(), Place{minute, 0},
+                         [](const Place& a, const Place& b) { return a.minute < b.minute; });
+    const auto textsOf = [this](const Place& place) {
+        const EmlSummary& record = records_[static_cast<std::size_t>(place.record)];
+        return std::array{&record.Subject, &record.SubjectKey, &record.FromKey, &record.ToKey};
+    };
+    std::size_t units = 0;
+    for (auto place = begin; place != end; ++place)
+        for (const Text* text : textsOf(*place)) units += text->size();
+    if (units > kMostListed - listed_) return;
+    listed_ += units;
+    byPiece.resize(static_cast<std::size_t>(end - begin));
+    for (auto place = begin; place != end; ++place)
+        for (const Text* text : textsOf(*place))
+            VisitPieces(*text, byPiece.size(), [&](std::size_t piece) {
+                PlaceList& having = byPiece[piece];
+                if (having.empty() || having.back() != *place) having.push_back(*place);
+            });
+}
+
 // Of the minute's files all that may score 100: those with that piece of the e-mail's which the fewest have.
 const RecordSearch::PlaceList& RecordSearch::Narrowed(Index& index, std::uint32_t minute,
                                                       const EmailEntry& entry)
 {
-    std::vector<PlaceList>& byPiece = index.byPiece[minute];
-    if (byPiece.empty()) {
-        const auto [begin, end] =
-            std::equal_range(index.places.begin(), index.places.end(), Place{minute, 0},
-                             [](const Place& a, const Place& b) { return a.minute < b.minute; });
-        byPiece.resize(static_cast<std::size_t>(end - begin));
-        for (auto place = begin; place != end; ++place) {
-            const EmlSummary& record = records_[static_cast<std::size_t>(place->record)];
-            for (const Text* text : {&record.Subject, &record.SubjectKey, &record.FromKey, &record.ToKey})
-                VisitPieces(*text, byPiece.size(), [&](std::size_t piece) {
-                    PlaceList& having = byPiece[piece];
-                    if (having.empty() || having.back() != *place) having.push_back(*place);
-                });
-        }
-    }
+    const auto [known, isNew] = index.byPiece.try_emplace(minute);
+    std::vector<PlaceList>& byPiece = known->second;
+    if (isNew) ListByPiece(index.places, minute, byPiece);
     const PlaceList* fewest = &index.places;
+    if (byPiece.empty()) return *fewest;
     const auto narrow = [&](const Text& text) {
         VisitPieces(text, byPiece.size(), [&](std::size_t piece) {
             if (byPiece[piece].size() < fewest->size()) fewest = &byPiece[piece];
@@ -186,14 +202,16 @@ std::int32_t RecordSearch::FindByDates(const EmailEntry& entry, const Places& pa
     const PlaceList* files = &index.places;
     const std::uint32_t minute = MinuteNumber(FormatListDate(bySent ? entry.Sent : entry.Received, false));
     auto next = std::lower_bound(files->begin(), files->end(), Place{minute, start_});
-    if (files->end() - next > kCrowd && next[kCrowd].minute == minute) {
-        files = &Narrowed(index, minute, entry);
-        next = std::lower_bound(files->begin(), files->end(), Place{minute, start_});
-    }
     // The check of a missing Sent passes twice then, which makes up for Received.
     auto unsent = bySent || !IsChecked(entry.Sent) ? unsent_.end()
                                                    : std::lower_bound(unsent_.begin(), unsent_.end(), start_);
+    std::int32_t patience = index.byPiece.count(minute) == 0 ? kPatience : 0;
     for (;;) {
+        if (patience-- == 0 && next != files->end() && next->minute == minute) {
+            const Place from = *next;
+            files = &Narrowed(index, minute, entry);
+            next = std::lower_bound(files->begin(), files->end(), from);
+        }
         const bool more = next != files->end() && next->minute == minute;
         if (!more && unsent == unsent_.end()) return -1;
         const bool takeNext = more && (unsent == unsent_.end() || next->record <= *unsent);

@@ -37,8 +37,9 @@ private:
     using PlaceList = std::vector<Place>; // sorted
     struct Index {
         PlaceList places;
-        std::map<std::uint32_t, std::vector<PlaceList>> byPiece; // of crowded minutes that were asked for
+        std::map<std::uint32_t, std::vector<PlaceList>> byPiece; // of crowded minutes; empty: too long
     };
+    void ListByPiece(const PlaceList& places, std::uint32_t minute, std::vector<PlaceList>& byPiece);
     const PlaceList& Narrowed(Index& index, std::uint32_t minute, const EmailEntry& entry);
     std::int32_t FindByDates(const EmailEntry& entry, const Places& passedOver);
     std::int32_t FindInAll(const EmailEntry& entry, const Places& passedOver);
@@ -48,5 +49,6 @@ private:
     Index bySent_, byReceived_;        // by the minutes that the checks of Sent and Received look at
     std::vector<std::int32_t> unsent_; // those with neither Delivery-date nor Date
     std::int32_t start_ = 0;
+    std::size_t listed_ = 0; // units of texts by pieces
     std::int64_t compared_ = 0;
 };

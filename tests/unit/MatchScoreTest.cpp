@@ -170,3 +170,17 @@ TEST(RecordSearchTest, ManyEmailsInAnyOrderNeedNoSearchThroughAll)
         EXPECT_LE(search.Compared(), kCount * (apart > 0 ? 1.2 : 3)) << sentIsListed << isInOrder << apart;
     }
 }
+
+TEST(RecordSearchTest, MinutesWithTooMuchTextAreSearchedFileByFile)
+{
+    std::vector<EmlSummary> records(100,
+                                    Record(Text(25000, u'x'), u"", u"", kNoonText, kNoonText, kNoonText));
+    records.insert(records.end(), 100,
+                   Record(Text(25000, u'x'), u"", u"", kLaterText, kLaterText, kLaterText));
+    records[99].SubjectKey = records[199].SubjectKey = u"bird";
+    RecordSearch search(records);
+    EXPECT_EQ(search.Match(Entry(u"bird", {}, {}, kNoon, kNoon)), 99);
+    EXPECT_EQ(search.Compared(), 64 + 1) << "narrowed down by what the file is found by";
+    EXPECT_EQ(search.Match(Entry(u"bird", {}, {}, kNoon + kMinute, kNoon + kMinute)), 199);
+    EXPECT_EQ(search.Compared(), 64 + 1 + 100) << "it is too much by now";
+}
