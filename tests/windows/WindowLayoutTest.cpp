@@ -239,7 +239,7 @@ TEST_F(WindowLayoutTest, KeyboardVisitsEverythingInOrder)
 TEST_F(WindowLayoutTest, KeysAloneExportAFolderAndStopIt)
 {
     AddFolder(L"Inbox", 3);
-    ASSERT_TRUE(Start("", L"--slow=1000"));
+    ASSERT_TRUE(Start("", L"--slow=2000"));
     ASSERT_TRUE(WaitForFocus(cmdSync));
     program.Type('e');
     ASSERT_TRUE(WaitForLog("- Exporting"));
@@ -251,7 +251,7 @@ TEST_F(WindowLayoutTest, KeysAloneExportAFolderAndStopIt)
     SetForegroundWindow(program.Window());
     ASSERT_TRUE(WaitForFocus(cmdStopAfterEmail));
     program.Type(VK_ESCAPE); // stops nothing
-    Sleep(200);              // the client's dialog is due in 800 ms
+    Sleep(200);              // the client's dialog is due in 1,800 ms
     ASSERT_TRUE(IsShown(Control(cmdStopAfterEmail)));
     program.Type(VK_RETURN);
     EXPECT_TRUE(WaitForFocus(cmdStopAfterFolder)) << "the other one has the keyboard now";
