@@ -40,11 +40,11 @@ constexpr Table MakeTable16()
 constexpr std::array<Table, 8> kTables32 = MakeTables32();
 constexpr Table kTable16 = MakeTable16();
 
-std::uint32_t Word(std::string_view bytes, std::size_t at)
+// Of bytes, or of a text in ASCII.
+template <class View> std::uint32_t Word(View characters, std::size_t at)
 {
-    std::uint32_t word = 0;
-    for (std::size_t i = 4; i-- > 0;) word = word << 8 | static_cast<unsigned char>(bytes[at + i]);
-    return word;
+    const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(characters[at + i] & 0xFF); };
+    return byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24;
 }
 
 std::uint32_t Step32(std::uint32_t crc, char byte)
@@ -53,12 +53,20 @@ std::uint32_t Step32(std::uint32_t crc, char byte)
 }
 
 // As eight steps.
-std::uint32_t StepsOfEight(std::uint32_t crc, std::string_view bytes)
+template <class View> std::uint32_t StepsOfEight(std::uint32_t crc, View characters)
 {
-    const std::uint32_t low = crc ^ Word(bytes, 0), high = Word(bytes, 4);
+    const std::uint32_t low = crc ^ Word(characters, 0), high = Word(characters, 4);
     return kTables32[7][low & 0xFF] ^ kTables32[6][low >> 8 & 0xFF] ^ kTables32[5][low >> 16 & 0xFF] ^
            kTables32[4][low >> 24] ^ kTables32[3][high & 0xFF] ^ kTables32[2][high >> 8 & 0xFF] ^
            kTables32[1][high >> 16 & 0xFF] ^ kTables32[0][high >> 24];
+}
+
+bool BeginsWithEightOfAscii(TextView text)
+{
+    if (text.size() < 8) return false;
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < 8; ++i) bits |= text[i];
+    return bits < 0x80;
 }
 
 } // namespace
@@ -92,6 +100,9 @@ std::int32_t clsCRC::AddBytes(std::string_view bytes)
 
 std::int32_t clsCRC::AddString(TextView text)
 {
+    if (crc32_) // ASCII is the same bytes in every ANSI code page of Windows
+        for (; BeginsWithEightOfAscii(text); text.remove_prefix(8))
+            register32_ = StepsOfEight(register32_, text);
     return AddBytes(codePage_.ToAnsi(text));
 }
 
@@ -103,7 +114,8 @@ std::int32_t clsCRC::CalculateBytes(std::string_view bytes)
 
 std::int32_t clsCRC::CalculateString(TextView text)
 {
-    return CalculateBytes(codePage_.ToAnsi(text));
+    Clear();
+    return AddString(text);
 }
 
 std::optional<std::int32_t> clsCRC::CalculateFile(Files& files, const Text& path)
