@@ -8,13 +8,15 @@
 #include <array>
 #include <cstddef>
 #include <numeric>
+#include <tuple>
+#include <utility>
 
 namespace {
 
-constexpr std::uint32_t kHeaderTextBytes = 255;
+constexpr std::uint32_t kTitleBytes = 255;
 constexpr std::uint32_t kListItemText = 1, kListItemState = 8, kHeaderItemText = 2; // mask bits
 constexpr std::uint32_t kFocused = 1, kSelected = 2;
-constexpr std::uint32_t kCellUnits = 256; // that a list may write; the first 128 are read
+constexpr std::uint32_t kTextUnits = 256; // that a list may write; the first 128 are read
 
 WindowHandle HeaderOf(OeClient& client)
 {
@@ -47,74 +49,62 @@ std::vector<std::int32_t> ReadColumnOrder(OeClient& client, std::int32_t count)
     return order;
 }
 
-// The blocks for one header item and its text, in the client.
-struct HeaderBlocks {
-    RemoteBlock item, text;
-};
-
-bool ReadTitle(OeClient& client, WindowHandle header, std::int32_t index, const HeaderBlocks& blocks,
-               Text& title)
+Text TextOf(OeClient&, const std::array<char16_t, kTextUnits>& units)
 {
-    RemoteHeaderItem item{};
-    item.mask = kHeaderItemText;
-    item.text = blocks.text.address;
-    item.textMax = kHeaderTextBytes;
-    std::array<char, kHeaderTextBytes> bytes{};
-    const bool answered =
-        RemoteWrite(client.memory, blocks.item, &item, sizeof item) &&
-        Ask(client, header, message::kHeaderItemA, index, Param(blocks.item)).value_or(0) != 0 &&
-        RemoteRead(client.memory, blocks.text, bytes.data(), kHeaderTextBytes);
-    if (answered) title = CutAtNul(client.codePage.FromAnsi({bytes.data(), bytes.size()}));
-    return answered;
+    return Text(CutAtNul({units.data(), kTextBytes / sizeof(char16_t)}));
 }
 
-// A question for a cell and the room for its text. A list may write twice as much as is read: that must not
-// run into another cell's.
+Text TextOf(OeClient& client, const std::array<char, kTextUnits>& bytes)
+{
+    return Text(CutAtNul(client.codePage.FromAnsi({bytes.data(), kTitleBytes})));
+}
+
+// A control's item and the room for its text. A list may write twice as much as is read: that must not run
+// into another's.
+template <class Item, class Unit>
 struct RemoteCell {
-    RemoteListItem question;
-    std::array<char16_t, kCellUnits> text;
+    Item item;
+    std::array<Unit, kTextUnits> text;
 };
-static_assert(sizeof(RemoteCell) == 552);
-constexpr std::size_t kCellsAtOnce = 14; // two pages of the client, however many columns a header claims
+using ListCell = RemoteCell<RemoteListItem, char16_t>;
+using TitleCell = RemoteCell<RemoteHeaderItem, char>;
+static_assert(sizeof(ListCell) == 552 && sizeof(TitleCell) == 292);
+constexpr std::size_t kCellsAtOnce = 14; // two pages of the client at most, whatever a header claims
 
-std::uint32_t BytesOf(std::size_t cells)
+// Asks the window for texts, each by one message, whose item and wParam `question` tells; through one block,
+// which is written and read once for as many as it has room for. What was not answered is nothing. The block
+// is written whole: what is answered without being written is empty, and not what stood there before.
+template <class Cell, class Question>
+std::vector<std::optional<Text>> AskForTexts(OeClient& client, WindowHandle window, std::uint32_t message,
+                                             std::size_t count, Question question)
 {
-    return static_cast<std::uint32_t>(cells * sizeof(RemoteCell));
-}
-
-// Reads the row's texts from a column on, as many as the block has room for; false when one of a column was
-// not answered. The block is written whole: what is answered without being written is empty, and not what
-// stood there before.
-bool ReadCells(OeClient& client, const RemoteBlock& block, std::int32_t item, std::size_t first,
-               std::vector<Text>& texts)
-{
-    std::vector<RemoteCell> cells(std::min(texts.size() - first, kCellsAtOnce));
-    const auto placeOf = [&block](std::size_t cell) {
-        return static_cast<std::uint32_t>(block.address) + BytesOf(cell);
-    };
-    for (std::size_t cell = 0; cell < cells.size(); ++cell) {
-        RemoteListItem& question = cells[cell].question;
-        question.mask = kListItemText;
-        question.item = static_cast<std::uint32_t>(item);
-        question.subItem = static_cast<std::uint32_t>(first + cell);
-        question.text = static_cast<RemoteAddress>(placeOf(cell) + offsetof(RemoteCell, text));
-        question.textMax = kCellUnits;
+    std::vector<std::optional<Text>> texts(count);
+    std::vector<Cell> cells(std::min(count, kCellsAtOnce));
+    const auto bytesOf = [](std::size_t some) { return static_cast<std::uint32_t>(some * sizeof(Cell)); };
+    const RemoteBlock block = RemoteAlloc(client.memory, window, bytesOf(cells.size()));
+    for (std::size_t first = 0; first < count && !client.silent; first += cells.size()) {
+        cells.assign(std::min(count - first, kCellsAtOnce), Cell());
+        std::vector<std::int32_t> wParams(cells.size());
+        const auto placeOf = [&block, &bytesOf](std::size_t cell) {
+            return static_cast<std::uint32_t>(block.address) + bytesOf(cell);
+        };
+        for (std::size_t cell = 0; cell < cells.size(); ++cell) {
+            std::tie(cells[cell].item, wParams[cell]) = question(first + cell);
+            cells[cell].item.text = static_cast<RemoteAddress>(placeOf(cell) + offsetof(Cell, text));
+        }
+        std::vector<bool> answered(cells.size());
+        const bool isWritten = RemoteWrite(client.memory, block, cells.data(), bytesOf(cells.size()));
+        for (std::size_t cell = 0; isWritten && cell < cells.size(); ++cell)
+            answered[cell] =
+                Ask(client, window, message, wParams[cell], static_cast<std::int32_t>(placeOf(cell)))
+                    .value_or(0) != 0;
+        const bool isRead =
+            isWritten && RemoteRead(client.memory, block, cells.data(), bytesOf(cells.size()));
+        for (std::size_t cell = 0; isRead && cell < cells.size(); ++cell)
+            if (answered[cell]) texts[first + cell] = TextOf(client, cells[cell].text);
     }
-    std::vector<bool> answered(cells.size());
-    const bool isWritten = RemoteWrite(client.memory, block, cells.data(), BytesOf(cells.size()));
-    for (std::size_t cell = 0; isWritten && cell < cells.size(); ++cell)
-        answered[cell] = Ask(client, client.handles.listView, message::kListItemW, 0,
-                             static_cast<std::int32_t>(placeOf(cell)))
-                             .value_or(0) != 0;
-    const bool isRead = isWritten && RemoteRead(client.memory, block, cells.data(), BytesOf(cells.size()));
-    bool complete = true; // but for the text beyond the last column, which a list need not answer
-    for (std::size_t cell = 0; cell < cells.size(); ++cell) {
-        if (isRead && answered[cell])
-            texts[first + cell] = CutAtNul({cells[cell].text.data(), kTextBytes / sizeof(char16_t)});
-        else
-            complete = complete && first + cell + 1 == texts.size();
-    }
-    return complete;
+    RemoteFree(client.memory, block);
+    return texts;
 }
 
 } // namespace
@@ -152,18 +142,20 @@ bool ReadListColumns(OeClient& client)
     // Kept: the order of a single column is just 0, which looks like an order that could not be read.
     if (std::accumulate(order.begin(), order.end(), std::int64_t{0}) <= 0) return true;
 
-    const HeaderBlocks blocks{RemoteAlloc(client.memory, header, sizeof(RemoteHeaderItem)),
-                              RemoteAlloc(client.memory, header, kHeaderTextBytes)};
+    const auto question = [&order](std::size_t place) {
+        RemoteHeaderItem item{};
+        item.mask = kHeaderItemText;
+        item.textMax = kTitleBytes;
+        return std::pair(item, order[place]);
+    };
+    const auto titles = AskForTexts<TitleCell>(client, header, message::kHeaderItemA, order.size(), question);
     std::size_t total = 0;
     bool answered = true;
-    for (std::size_t place = 0; answered && place < order.size(); ++place) {
-        ListColumn& column = client.columns[place];
-        column.index = static_cast<std::int16_t>(order[place]);
-        answered = ReadTitle(client, header, order[place], blocks, column.title);
-        total += column.title.size();
+    for (std::size_t place = 0; place < order.size(); ++place) {
+        client.columns[place] = {titles[place].value_or(Text()), static_cast<std::int16_t>(order[place])};
+        answered = answered && titles[place];
+        total += client.columns[place].title.size();
     }
-    RemoteFree(client.memory, blocks.text);
-    RemoteFree(client.memory, blocks.item);
     client.columnsKnown = answered && total >= 1;
     return answered;
 }
@@ -183,13 +175,22 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
     std::vector<Text> texts(static_cast<std::size_t>(count) + 1);
     if (item < 0) return texts;
 
-    const RemoteBlock block =
-        RemoteAlloc(client.memory, client.handles.listView, BytesOf(std::min(texts.size(), kCellsAtOnce)));
-    bool complete = true;
-    for (std::size_t first = 0; first < texts.size() && !client.silent; first += kCellsAtOnce)
-        complete = ReadCells(client, block, item, first, texts) && complete;
-    RemoteFree(client.memory, block);
-    if (!complete || client.silent) texts.clear();
+    const auto question = [item](std::size_t column) {
+        RemoteListItem cell{};
+        cell.mask = kListItemText;
+        cell.item = static_cast<std::uint32_t>(item);
+        cell.subItem = static_cast<std::uint32_t>(column);
+        cell.textMax = kTextUnits;
+        return std::pair(cell, 0);
+    };
+    const WindowHandle list = client.handles.listView;
+    auto cells = AskForTexts<ListCell>(client, list, message::kListItemW, texts.size(), question);
+    if (client.silent) return {};
+    for (std::size_t column = 0; column < texts.size(); ++column) {
+        // But for the text beyond the last column, which a list need not answer.
+        if (!cells[column] && column + 1 < texts.size()) return {};
+        if (cells[column]) texts[column] = std::move(*cells[column]);
+    }
     return texts;
 }
 

@@ -29,12 +29,16 @@ void RefuseEachCall(OeBench& bench, const std::function<void()>& work, const std
 
 TEST_F(RemoteListView, ColumnsComeInDisplayOrderAndAreFoundByTitle)
 {
-    fake.columnTitles = {u"", u"Subject", u"From", u"subject"};
+    fake.columnTitles = {u"", u"Subject", u"From" + Text(300, u'x'), u"subject"};
     fake.columnOrder = {2, 3, 0, 1};
     EXPECT_EQ(ColumnIndexByTitle(client, u"Nonsense"), 0) << "kept: no columns known yet";
+    fake.calls.clear();
     ReadListColumns(client);
+    EXPECT_EQ(fake.calls,
+              (std::vector<std::string>{"open", "alloc 16", "write 16", "read 16", "free", "close", "open",
+                                        "alloc 1168", "write 1168", "read 1168", "free", "close"}));
     ASSERT_EQ(client.columns.size(), 4u);
-    EXPECT_EQ(client.columns[0].title, u"From");
+    EXPECT_EQ(client.columns[0].title, u"From" + Text(251, u'x'));
     EXPECT_EQ(ColumnIndexByTitle(client, u"SUBJECT"), 3) << "the leftmost of two on the screen";
     EXPECT_EQ(ColumnIndexByTitle(client, u""), -1) << "a column without a title is never found";
     EXPECT_EQ(ColumnIndexByTitle(client, u"Sent"), -1);

@@ -136,7 +136,7 @@ TEST_F(OeRegistryEditor, WhatStaysBehindInItsMemoryIsSwept)
 {
     ASSERT_TRUE(ShowTestKey());
     const auto read = [this] {
-        for (int reading = 0; reading < 3; ++reading) ReadListColumns(client);
+        for (int reading = 0; reading < 3; ++reading) (void)ReadTreeItem(client, tree, Next(TVGN_CARET, 0));
     };
     read();
     SweepRemoteMemory(client.memory);
