@@ -1,6 +1,8 @@
 // BareDriver.cpp: bench-bare.exe: of the program's work on windows what cannot be left out, and no more.
 //   bench-bare cells -- CLIENT...            reads each cell of the client's list by three calls
-//   bench-bare export FOLDER -- CLIENT...    saves each e-mail of the list through the client's dialog
+//   bench-bare export FOLDER WAIT -- CLIENT...
+//                                            saves each e-mail of the list through the client's dialog; WAIT:
+//                                            milliseconds between two looks
 //   bench-bare run PROGRAM... -- CLIENT...   runs a program beside the client until it ends
 //   bench-bare start WINDOWCLASS PROGRAM...  starts a program until its window answers
 //   bench-bare window                        shows an empty window
@@ -90,17 +92,17 @@ void ReadCells(const ShownClient& client)
     std::printf("%.3f %u\n", watch.Milliseconds(), static_cast<unsigned>(units * sizeof(wchar_t)));
 }
 
-// Two seconds at the most, a tenth of one between two looks.
+// Two seconds at the most.
 template <class Look>
-void Await(Look look, const char* what)
+void Await(Look look, const char* what, DWORD wait)
 {
-    for (int tries = 0; !look(); ++tries) {
-        if (tries == 20) throw std::runtime_error(std::string("there is no ") + what);
-        Sleep(100);
+    for (DWORD waited = 0; !look(); waited += wait) {
+        if (waited >= 2000) throw std::runtime_error(std::string("there is no ") + what);
+        Sleep(wait);
     }
 }
 
-void Export(const ShownClient& client, const std::wstring& folder)
+void Export(const ShownClient& client, const std::wstring& folder, DWORD wait)
 {
     const Stopwatch watch;
     for (int row = 0, rows = client.Rows(); row < rows; ++row) {
@@ -109,7 +111,8 @@ void Export(const ShownClient& client, const std::wstring& folder)
         const std::wstring path = folder + name;
         HWND dialog = nullptr;
         PostMessageW(client.window, WM_COMMAND, 40101, 0);
-        Await([&] { return (dialog = FindWindowW(L"#32770", L"Save Message As")) != nullptr; }, "dialog");
+        Await([&] { return (dialog = FindWindowW(L"#32770", L"Save Message As")) != nullptr; }, "dialog",
+              wait);
         const HWND outer = FindWindowExW(dialog, nullptr, L"ComboBoxEx32", nullptr);
         const HWND combo = FindWindowExW(outer, nullptr, L"ComboBox", nullptr);
         const HWND edit = Needed(FindWindowExW(combo, nullptr, L"Edit", nullptr), "place for a name");
@@ -117,7 +120,7 @@ void Export(const ShownClient& client, const std::wstring& folder)
         const HWND save = Needed(FindWindowExW(dialog, nullptr, L"Button", L"&Save"), "button");
         SendMessageW(save, WM_LBUTTONDOWN, MK_LBUTTON, 0);
         SendMessageW(save, WM_LBUTTONUP, 0, 0);
-        Await([&] { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }, "file");
+        Await([&] { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }, "file", wait);
         SendMessageW(client.list, WM_KEYDOWN, VK_DOWN, 0);
         SendMessageW(client.list, WM_KEYUP, VK_DOWN, 0);
     }
@@ -178,12 +181,12 @@ try {
         return 0;
     }
     const auto end = std::find(words.begin(), words.end(), std::wstring_view(L"--"));
-    if (argc < 3 || end == words.end()) return 2;
+    if (argc < 3 || end == words.end() || (mode == L"export" && end - words.begin() != 4)) return 2;
     const ShownClient client(CommandLine({end + 1, words.end()}));
     if (mode == L"cells")
         ReadCells(client);
     else if (mode == L"export")
-        Export(client, argv[2]);
+        Export(client, argv[2], std::max(1ul, std::wcstoul(argv[3], nullptr, 10)));
     else
         RunToEnd(CommandLine({words.begin() + 2, end}));
     return 0;

@@ -76,9 +76,9 @@ def export(mailbox, extras=""):
     return time
 
 
-def export_barely(mailbox):
+def export_barely(mailbox, wait=100):
     store = mailbox.room() / "store"
-    time = mailbox.bare("export", windows_path(store))[0]
+    time = mailbox.bare("export", windows_path(store), str(wait))[0]
     saved = sorted(file.read_bytes() for file in store.glob("*.eml"))
     if saved != sorted(message_of(FOLDER, number) for number in range(mailbox.count)):
         raise Broken("the bare driver saved something else")
