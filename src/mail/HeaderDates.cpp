@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr TextView kEnglishMonths = u"JanFebMarAprMayJunJulAugSepOctNovDec";
+
 // The parts of a date as the text writes them.
 struct DateSlots {
     TextView day;
@@ -174,6 +176,12 @@ double ParseHeaderDate(Text& text, Locale& locale)
 int MonthNumber(TextView month, Locale& locale)
 {
     const bool abbreviated = month.size() == 3;
+    // Headers are in English, whose names many locales share: one is asked for then, not all up to it.
+    const std::size_t at = abbreviated ? kEnglishMonths.find(month) : TextView::npos;
+    if (at != TextView::npos && at % 3 == 0) {
+        const int likely = static_cast<int>(at / 3 + 1);
+        if (EqualNoCase(month, locale.MonthName(likely, true))) return likely;
+    }
     for (int number = 1; number <= 12; ++number)
         if (EqualNoCase(month, locale.MonthName(number, abbreviated))) return number;
     return 0;

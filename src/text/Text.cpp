@@ -235,8 +235,9 @@ bool EqualNoCase(TextView a, TextView b)
 std::size_t FindNoCase(TextView text, TextView sought, std::size_t from)
 {
     if (from > text.size()) return TextView::npos;
-    const auto at = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), sought.begin(),
-                                sought.end(), SameNoCase);
-    if (at == text.end() && !sought.empty()) return TextView::npos;
-    return static_cast<std::size_t>(at - text.begin());
+    if (sought.empty()) return from;
+    for (; text.size() - from >= sought.size(); ++from)
+        if (SameNoCase(text[from], sought[0]) && EqualNoCase(text.substr(from, sought.size()), sought))
+            return from;
+    return TextView::npos;
 }

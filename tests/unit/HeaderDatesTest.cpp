@@ -130,7 +130,14 @@ TEST(HeaderDates, NamesAreTheLocales)
     EXPECT_EQ(MonthFromWeekday(u"di, 3 2007", german), u"4");
     text = u"3 Apr 2007";
     EXPECT_THROW(ParseHeaderDate(text, german), ValueFault);
-    EXPECT_EQ(MonthNumber(u"Mrz", german), 0);
+    EXPECT_EQ(MonthNumber(u"Mrz", german) + MonthNumber(u"Mar", german), 0);
+    EnglishLocale english;
+    for (int number = 1; number <= 12; ++number) {
+        const Text name = english.MonthName(number, true);
+        for (const Text& month : {name, FoldCase(name), english.MonthName(number, false)})
+            EXPECT_EQ(MonthNumber(month, english), number) << ToUtf8(month);
+    }
+    EXPECT_EQ(MonthNumber(u"anF", english) + MonthNumber(u"", english), 0);
 }
 
 // A rule of this program's own for a date without month: the first that fits its weekday.

@@ -13,14 +13,6 @@ constexpr std::array<char16_t, 32> kHigh = {
 };
 constexpr unsigned kFirstHigh = 0x80, kBehindHigh = 0xA0;
 
-// Whole header blocks are converted, so a byte costs one look-up and no question.
-constexpr std::array<char16_t, 256> kCharacters = [] {
-    std::array<char16_t, 256> characters{};
-    for (unsigned byte = 0; byte < 256; ++byte) characters[byte] = static_cast<char16_t>(byte);
-    std::copy(kHigh.begin(), kHigh.end(), characters.begin() + kFirstHigh);
-    return characters;
-}();
-
 bool IsAscii(char16_t unit)
 {
     return unit < kFirstHigh;
@@ -47,8 +39,15 @@ std::string CodePage1252::ToAnsi(TextView text)
 Text CodePage1252::FromAnsi(std::string_view bytes)
 {
     Text text(bytes.size(), u'\0');
-    std::transform(bytes.begin(), bytes.end(), text.begin(),
-                   [](char byte) { return kCharacters[static_cast<unsigned char>(byte)]; });
+    unsigned bits = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        text[i] = byte;
+        bits |= byte;
+    }
+    if (bits < kFirstHigh) return text; // as most are
+    for (char16_t& unit : text)
+        if (unit >= kFirstHigh && unit < kBehindHigh) unit = kHigh[unit - kFirstHigh];
     return text;
 }
 
