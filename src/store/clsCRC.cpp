@@ -41,7 +41,8 @@ constexpr std::array<Table, 8> kTables32 = MakeTables32();
 constexpr Table kTable16 = MakeTable16();
 
 // Of bytes, or of a text in ASCII.
-template <class View> std::uint32_t Word(View characters, std::size_t at)
+template <class View>
+std::uint32_t Word(View characters, std::size_t at)
 {
     const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(characters[at + i] & 0xFF); };
     return byte(0) | byte(1) << 8 | byte(2) << 16 | byte(3) << 24;
@@ -53,7 +54,8 @@ std::uint32_t Step32(std::uint32_t crc, char byte)
 }
 
 // As eight steps.
-template <class View> std::uint32_t StepsOfEight(std::uint32_t crc, View characters)
+template <class View>
+std::uint32_t StepsOfEight(std::uint32_t crc, View characters)
 {
     const std::uint32_t low = crc ^ Word(characters, 0), high = Word(characters, 4);
     return kTables32[7][low & 0xFF] ^ kTables32[6][low >> 8 & 0xFF] ^ kTables32[5][low >> 16 & 0xFF] ^
