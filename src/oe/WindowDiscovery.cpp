@@ -21,8 +21,8 @@ struct WindowSearch {
 
     bool Matches(WindowHandle window) const
     {
-        if (parent > 0 && desktop.ParentOf(window) != parent) return false;
         if (FindNoCase(desktop.ClassOf(window, kClassBuffer), className) == Text::npos) return false;
+        if (parent > 0 && desktop.ParentOf(window) != parent) return false;
         return !caption || FindNoCase(desktop.CaptionOf(window, kCaptionBuffer), *caption) != Text::npos;
     }
     WindowHandle Run()
@@ -145,8 +145,12 @@ WindowHandle FindTopWindowOf(OeClient& client, TextView caption, TextView classN
 {
     WindowHandle found = 0;
     const WindowSearch search{client.desktop, caption, className, 0};
+    ProcessApi& api = client.memory.api;
+    const std::uint32_t own = api.ProcessIdOf(client.handles.mainWindow);
+    if (own == 0) return 0;
+    // Most windows are others', and their names take longer to ask for.
     client.desktop.EnumTopWindows([&](WindowHandle window) {
-        if (search.Matches(window) && IsOfClient(client, window)) found = window;
+        if (api.ProcessIdOf(window) == own && search.Matches(window)) found = window;
         return found == 0;
     });
     return found;
