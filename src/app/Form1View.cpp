@@ -260,10 +260,9 @@ void Form1::ReadSettings(Settings& settings)
 
 void Form1::Appear()
 {
-    UpdateCommands();
     ShowWindow(window_, SW_SHOWDEFAULT);
     UpdateWindow(window_);
-    SetFocus(controls_.At(cmdSync));
+    commandFocus_ = controls_.At(cmdSync); // which is disabled until then
 }
 
 void Form1::UpdateCommands()

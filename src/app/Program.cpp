@@ -64,8 +64,8 @@ void Program::StartUp(const CommandSwitches& told)
     if (settingsUnread_.empty()) settingsUnread_ = WhyUnread(settingsFile); // nor locked meanwhile
     store_.TakeFromSettings(settings_.store);
     window_.ShowSettings(settings_);
-    window_.Appear();
     Run([&, this] {
+        window_.Appear(); // its buttons disabled already: they are drawn once
         log_.SetPath(outside_.programFolder + u"log.txt");
         if (!settings_.databaseInStore) OpenDatabase();
         if (!settingsUnread_.empty()) window_.ShowBox(BoxIcon::warning, settingsUnread_);

@@ -19,7 +19,7 @@ struct ProgramWindow : RunView {
     // Into the controls that have a row in SettingRows, and back; the latter with the comparison type.
     virtual void ShowSettings(const Settings& settings) = 0;
     virtual void ReadSettings(Settings& settings) = 0;
-    // From here on the user sees it.
+    // Within the first command: from here on the user sees it.
     virtual void Appear() = 0;
     // The first box of all, with a title of its own.
     virtual void ShowFirstBox(const Text& title, const Text& words) = 0;

@@ -14,7 +14,7 @@ TEST_F(ProgramTest, StartsInItsOrder)
     files.readOnly = true;
     window.onBox = [this] { EXPECT_TRUE(window.log.empty()) << "nothing before the first box"; };
     program.StartUp();
-    EXPECT_EQ(window.steps, (Texts{u"store C:\\Quillbox", u"store C:\\Store", u"appear", u"begin",
+    EXPECT_EQ(window.steps, (Texts{u"store C:\\Quillbox", u"store C:\\Store", u"begin", u"appear",
                                    u"IMPORTANT! Please Read", u"end"}));
     EXPECT_EQ(window.log, (Texts{Text(61, u'-'), u"Started " + ProgramTitle() + u" - " + ProgramVersion(),
                                  u"The program's folder cannot be written: settings and log are not kept.",
