@@ -178,7 +178,7 @@ int MonthNumber(TextView month, Locale& locale)
     const bool abbreviated = month.size() == 3;
     // Headers are in English, whose names many locales share: one is asked for then, not all up to it.
     const std::size_t at = abbreviated ? kEnglishMonths.find(month) : TextView::npos;
-    if (at != TextView::npos && at % 3 == 0) {
+    if (at != TextView::npos) {
         const int likely = static_cast<int>(at / 3 + 1);
         if (EqualNoCase(month, locale.MonthName(likely, true))) return likely;
     }

@@ -16,7 +16,8 @@ namespace {
 constexpr std::uint32_t kTitleBytes = 255;
 constexpr std::uint32_t kListItemText = 1, kListItemState = 8, kHeaderItemText = 2; // mask bits
 constexpr std::uint32_t kFocused = 1, kSelected = 2;
-constexpr std::uint32_t kTextUnits = 256; // that a list may write; the first 128 are read
+// For a text, of which about half is read. Who writes more than it was told must not run into another's.
+constexpr std::size_t kRoomBytes = 512;
 
 WindowHandle HeaderOf(OeClient& client)
 {
@@ -49,26 +50,25 @@ std::vector<std::int32_t> ReadColumnOrder(OeClient& client, std::int32_t count)
     return order;
 }
 
-Text TextOf(OeClient&, const std::array<char16_t, kTextUnits>& units)
+Text TextOf(OeClient&, const std::array<char16_t, kRoomBytes / sizeof(char16_t)>& units)
 {
     return Text(CutAtNul({units.data(), kTextBytes / sizeof(char16_t)}));
 }
 
-Text TextOf(OeClient& client, const std::array<char, kTextUnits>& bytes)
+Text TextOf(OeClient& client, const std::array<char, kRoomBytes>& bytes)
 {
     return Text(CutAtNul(client.codePage.FromAnsi({bytes.data(), kTitleBytes})));
 }
 
-// A control's item and the room for its text. A list may write twice as much as is read: that must not run
-// into another's.
+// A control's item and the room for its text.
 template <class Item, class Unit>
 struct RemoteCell {
     Item item;
-    std::array<Unit, kTextUnits> text;
+    std::array<Unit, kRoomBytes / sizeof(Unit)> text;
 };
 using ListCell = RemoteCell<RemoteListItem, char16_t>;
 using TitleCell = RemoteCell<RemoteHeaderItem, char>;
-static_assert(sizeof(ListCell) == 552 && sizeof(TitleCell) == 292);
+static_assert(sizeof(ListCell) == 552 && sizeof(TitleCell) == 548);
 constexpr std::size_t kCellsAtOnce = 14; // two pages of the client at most, whatever a header claims
 
 // Asks the window for texts, each by one message, whose item and wParam `question` tells; through one block,
@@ -180,7 +180,7 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
         cell.mask = kListItemText;
         cell.item = static_cast<std::uint32_t>(item);
         cell.subItem = static_cast<std::uint32_t>(column);
-        cell.textMax = kTextUnits;
+        cell.textMax = kRoomBytes / sizeof(char16_t);
         return std::pair(cell, 0);
     };
     const WindowHandle list = client.handles.listView;

@@ -36,7 +36,7 @@ TEST_F(RemoteListView, ColumnsComeInDisplayOrderAndAreFoundByTitle)
     ReadListColumns(client);
     EXPECT_EQ(fake.calls,
               (std::vector<std::string>{"open", "alloc 16", "write 16", "read 16", "free", "close", "open",
-                                        "alloc 1168", "write 1168", "read 1168", "free", "close"}));
+                                        "alloc 2192", "write 2192", "read 2192", "free", "close"}));
     ASSERT_EQ(client.columns.size(), 4u);
     EXPECT_EQ(client.columns[0].title, u"From" + Text(251, u'x'));
     EXPECT_EQ(ColumnIndexByTitle(client, u"SUBJECT"), 3) << "the leftmost of two on the screen";

@@ -262,7 +262,7 @@ TEST_F(WindowLayoutTest, KeysAloneExportAFolderAndStopIt)
     ASSERT_TRUE(program.WaitUntilIdle(kPatience));
     EXPECT_TRUE(Contains(Log(), "User aborted on email export."));
     EXPECT_TRUE(Contains(Log(), " passed, 0 failed, 0 skipped")) << Log();
-    EXPECT_FALSE(Contains(Log(), "3 passed")) << Log();
+    EXPECT_TRUE(Contains(Log(), "1 passed") || Contains(Log(), "2 passed")) << Log(); // not the third
     ExpectOrder("after a run");
     SetForegroundWindow(program.Window()); // the client's dialog has been in front
     ASSERT_TRUE(WaitForFocus(nTab)) << "the command's own page is hidden";
