@@ -1,23 +1,49 @@
 #include "mail/Addresses.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace {
+
+// What a value has of the characters that take more than a copy: most have few, and none takes no pass.
+enum Marks : unsigned char { escapes = 1, placeholders = 2, parentheses = 4, colons = 8, separators = 16 };
+
+constexpr std::array<unsigned char, 128> MakeMarks()
+{
+    std::array<unsigned char, 128> marks{};
+    const auto set = [&marks](TextView units, Marks mark) {
+        for (const char16_t unit : units) marks[unit] = mark;
+    };
+    set(u"\\\r\n", escapes);
+    set(u"\1\2\3\4", placeholders);
+    set(u"()\5\6", parentheses);
+    set(u":", colons);
+    set(u",;", separators);
+    return marks;
+}
+
+constexpr std::array<unsigned char, 128> kMarks = MakeMarks();
+
+unsigned MarksOf(TextView value) // or more: units that are alike in their last seven bits count the same
+{
+    unsigned marks = 0;
+    for (const char16_t unit : value) marks |= kMarks[unit % kMarks.size()];
+    return marks;
+}
 
 // Escaped characters stand as control characters while a list is taken apart. Kept: such a control character
 // in the list itself comes out as the escape.
 constexpr char16_t kEscapable[] = {u'\'', u'"', u'<', u'>'};
 
 // Escapes become placeholders 1 to 4, line breaks one space each.
-Text ProtectEscapes(Text value)
+Text ProtectEscapes(TextView value)
 {
-    const auto isTouched = [](char16_t unit) { return unit == u'\\' || unit == u'\r' || unit == u'\n'; };
-    if (std::none_of(value.begin(), value.end(), isTouched)) return value;
+    Text text(value);
     std::size_t size = 0;
     for (std::size_t i = 0; i < value.size(); ++i) {
         char16_t unit = value[i];
-        if (isTouched(unit)) {
+        if (unit == u'\\' || unit == u'\r' || unit == u'\n') {
             const char16_t next = i + 1 < value.size() ? value[i + 1] : u'\0';
             const char16_t* escaped = std::find(std::begin(kEscapable), std::end(kEscapable), next);
             if (unit != u'\\') {
@@ -28,20 +54,18 @@ Text ProtectEscapes(Text value)
                 ++i;
             }
         }
-        value[size++] = unit;
+        text[size++] = unit;
     }
-    value.resize(size);
-    return value;
+    text.resize(size);
+    return text;
 }
 
-Text RestoreEscapes(Text value)
+Text RestoreEscapes(TextView value)
 {
-    const auto isPlaceholder = [](char16_t unit) { return unit >= 1 && unit <= 4; };
-    if (std::none_of(value.begin(), value.end(), isPlaceholder)) return value;
     Text out;
     out.reserve(value.size());
     for (const char16_t unit : value) {
-        if (isPlaceholder(unit))
+        if (unit >= 1 && unit <= 4)
             out.append({u'\\', kEscapable[unit - 1]});
         else
             out += unit;
@@ -127,9 +151,9 @@ Text NameOrAddress(TextView piece)
     Text outside;
     TextView address;
     PieceReader reader(piece);
-    const bool tagged = reader.Open() != TextView::npos && reader.Close() != TextView::npos;
-    if (!tagged) outside = piece;
-    while (tagged && !reader.AtEnd()) {
+    if (reader.Open() == TextView::npos || reader.Close() == TextView::npos)
+        outside = reader.TakeUntil(piece.size());
+    while (!reader.AtEnd()) {
         const std::size_t open = reader.Open(), close = reader.Close();
         if (close == TextView::npos)
             outside += reader.TakeUntil(piece.size());
@@ -157,10 +181,8 @@ Text CleanGroupName(Text piece)
 }
 
 // Every parenthesis behind exactly one backslash.
-Text EscapeParens(Text text)
+Text EscapeParens(TextView text)
 {
-    const auto isParen = [](char16_t unit) { return unit == u'(' || unit == u')' || unit == 5 || unit == 6; };
-    if (std::none_of(text.begin(), text.end(), isParen)) return text;
     Text out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -193,31 +215,39 @@ TextView StripEdges(TextView text, char16_t what)
 
 } // namespace
 
-Text DetagAddressList(Text value, bool listMode)
+Text DetagAddressList(TextView value, bool listMode)
 {
     if (listMode) return AddressSeparator(value);
-    if (value.empty()) return {};
-    const Text whole = ProtectEscapes(std::move(value));
-    const std::vector<std::size_t> separators = FindSeparators(whole).positions;
+    unsigned marks = MarksOf(value);
+    Text unescaped;
+    if (marks & escapes) {
+        value = unescaped = ProtectEscapes(value);
+        marks |= placeholders;
+    }
+    Separators found;
+    if (marks & separators) found = FindSeparators(value);
 
     Text joined;
     std::size_t start = 0;
-    for (std::size_t i = 0; i <= separators.size(); ++i) {
-        const std::size_t end = i < separators.size() ? separators[i] : whole.size();
-        const TextView piece = TrimSpaces(TextView(whole).substr(start, end - start));
+    for (std::size_t i = 0; i <= found.positions.size(); ++i) {
+        const std::size_t end = i < found.positions.size() ? found.positions[i] : value.size();
+        const TextView piece = TrimSpaces(value.substr(start, end - start));
         start = end + 1; // the space of "; " goes with the next piece
-        Text name = EscapeParens(CleanGroupName(NameOrAddress(piece)));
+        Text name = NameOrAddress(piece);
+        if (marks & colons) name = CleanGroupName(std::move(name));
+        if (marks & parentheses) name = EscapeParens(name);
         if (joined.empty())
             joined = std::move(name);
         else if (!name.empty())
             joined.append(u"; ").append(name);
     }
-    return RestoreEscapes(std::move(joined));
+    if (marks & placeholders) return RestoreEscapes(joined);
+    return joined;
 }
 
 Text AddressSeparator(TextView value)
 {
-    const Separators found = FindSeparators(ProtectEscapes(Text(value)));
+    const Separators found = FindSeparators(ProtectEscapes(value));
     if (found.semicolons) return u"; ";
     if (found.commas) return u",";
     if (found.quotedSemicolons) return u"; ";

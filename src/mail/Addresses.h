@@ -5,7 +5,7 @@
 
 // "Ann" <a@x.org>, b@x.org becomes "Ann"; b@x.org: each address becomes its display name, or the bare address
 // when it has none, joined by "; ". With listMode the answer is AddressSeparator(value) instead.
-Text DetagAddressList(Text value, bool listMode);
+Text DetagAddressList(TextView value, bool listMode);
 
 // What joins the addresses of a value: "; ", "," or nothing. One that stands inside a quoted name is the
 // answer only when there is no other.

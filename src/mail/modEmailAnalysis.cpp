@@ -123,6 +123,16 @@ struct Headers {
         {"Delivery-date:"}, {"From:"},          {"To:"}, {"Bcc:"}, {"Cc:"}, {"Subject:"},
         {"Date:"},          {"Received:", true}};
 
+    // Cuts what stands between the first semicolons out of the value. (In no code page a semicolon is part of
+    // another character.)
+    void KeepSecondField(Name name)
+    {
+        std::string& value = queries[name].value;
+        const std::size_t first = value.find(';');
+        value.erase(0, first == value.npos ? first : first + 1);
+        value.resize(std::min(value.find(';'), value.size()));
+    }
+
     // Turns the value into text and lets go of it.
     Text Take(Name name, CodePage& codePage)
     {
@@ -142,28 +152,27 @@ FileError ReadFile(const Text& path, Files& files, Headers& headers, bool& hasAt
     return FileError::none;
 }
 
-// The two forms of a value, which encoded words alone make different. It has no runs of spaces any more.
-void DecodeInto(Text value, Text& shown, Text& key, CodePage& codePage)
+// The two forms of a value, which encoded words alone make different: what is shown, and the answer, which
+// may be part of either text. The value has no runs of spaces any more.
+TextView DecodeInto(Text value, Text& shown, Text& listed, CodePage& codePage)
 {
-    if (value.find(u"=?") != Text::npos) {
-        HeaderTexts decoded = DecodeHeaderTexts(value, codePage);
-        shown = std::move(decoded.display);
-        key = std::move(decoded.comparison);
-    } else {
-        key = value;
-        shown = std::move(value);
-    }
+    shown = std::move(value);
+    if (shown.find(u"=?") == Text::npos) return shown;
+    HeaderTexts decoded = DecodeHeaderTexts(shown, codePage);
+    shown = std::move(decoded.display);
+    return listed = std::move(decoded.comparison);
 }
 
 void FillAddresses(Text value, Text& shown, Text& key, CodePage& codePage)
 {
-    DecodeInto(std::move(value), shown, key, codePage);
-    key = DetagAddressList(std::move(key), false);
+    Text listed;
+    key = DetagAddressList(DecodeInto(std::move(value), shown, listed, codePage), false);
 }
 
 void FillSubject(Text value, Text& shown, Text& key, CodePage& codePage)
 {
-    DecodeInto(std::move(value), shown, key, codePage);
+    Text listed;
+    key = DecodeInto(std::move(value), shown, listed, codePage);
     // Kept: the list shows the en dash as the control character 22, and the key must match the list.
     // Not in the code pages that have none, where the byte alone becomes a question mark.
     const Text enDash = codePage.FromAnsi(kEnDash);
@@ -182,8 +191,8 @@ void FillSummary(EmlSummary& summary, Headers& headers, const EmlContext& contex
     summary.Cc = take(Headers::cc);
     FillSubject(take(Headers::subject), summary.Subject, summary.SubjectKey, codePage);
     summary.SentDate = HeaderDateOf(take(Headers::date), context.locale);
-    const Text received = take(Headers::received);
-    summary.ReceivedDate = HeaderDateOf(TrimSpaces(FieldOf(received, u";", 2)), context.locale);
+    headers.KeepSecondField(Headers::received);
+    summary.ReceivedDate = HeaderDateOf(TrimSpaces(take(Headers::received)), context.locale);
     summary.DeliveryDateText = FormatListDate(summary.DeliveryDate, false);
     summary.SentDateText = FormatListDate(summary.SentDate, false);
     summary.ReceivedDateText = FormatListDate(summary.ReceivedDate, false);
@@ -196,17 +205,28 @@ std::size_t NameStart(TextView path)
     return path.rfind(separator) + 1; // npos + 1 is 0
 }
 
+TextView NameIn(TextView path)
+{
+    return path.substr(NameStart(path));
+}
+
+TextView ExtensionOf(TextView name)
+{
+    return name.substr(name.rfind(u'.') + 1); // npos + 1 is 0: the whole name
+}
+
 } // namespace
 
 Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& summary)
 {
     summary = {};
-    if (FileExtension(path) != u"eml") return {};
+    const TextView name = NameIn(path);
+    if (!EqualNoCase(ExtensionOf(name), u"eml")) return {};
     try {
         Headers headers;
         const FileError error = ReadFile(path, context.files, headers, summary.HasAttachment);
         if (error != FileError::none) return Describe(error);
-        summary.FileName = FileNameOf(path);
+        summary.FileName = name;
         summary.FolderPath = FolderOf(path, context.firstFolder);
         FillSummary(summary, headers, context);
         return {};
@@ -222,13 +242,12 @@ Text ReadEmlSummary(const Text& path, const EmlContext& context, EmlSummary& sum
 
 Text FileExtension(TextView path)
 {
-    const TextView name = path.substr(NameStart(path));
-    return FoldCase(name.substr(name.rfind(u'.') + 1)); // npos + 1 is 0: the whole name
+    return FoldCase(ExtensionOf(NameIn(path)));
 }
 
 Text FileNameOf(TextView path)
 {
-    return Text(path.substr(NameStart(path)));
+    return Text(NameIn(path));
 }
 
 Text FolderOf(TextView path, TextView firstFolder)

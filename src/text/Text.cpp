@@ -236,8 +236,9 @@ std::size_t FindNoCase(TextView text, TextView sought, std::size_t from)
 {
     if (from > text.size()) return TextView::npos;
     if (sought.empty()) return from;
+    const char16_t first = FoldCase(sought[0]);
     for (; text.size() - from >= sought.size(); ++from)
-        if (SameNoCase(text[from], sought[0]) && EqualNoCase(text.substr(from, sought.size()), sought))
+        if (FoldCase(text[from]) == first && EqualNoCase(text.substr(from, sought.size()), sought))
             return from;
     return TextView::npos;
 }
