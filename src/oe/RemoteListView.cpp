@@ -26,7 +26,10 @@ WindowHandle HeaderOf(OeClient& client)
 
 std::optional<std::int32_t> ColumnCountOf(OeClient& client, WindowHandle header)
 {
-    return header < 1 ? 0 : Ask(client, header, message::kHeaderItemCount);
+    constexpr std::int32_t kMost = 1000; // what claims more gives no answer to rely on
+    if (header < 1) return 0;
+    const std::optional<std::int32_t> count = Ask(client, header, message::kHeaderItemCount);
+    return count > kMost ? std::nullopt : count;
 }
 
 std::int32_t Param(const RemoteBlock& block)
@@ -69,7 +72,7 @@ struct RemoteCell {
 using ListCell = RemoteCell<RemoteListItem, char16_t>;
 using TitleCell = RemoteCell<RemoteHeaderItem, char>;
 static_assert(sizeof(ListCell) == 552 && sizeof(TitleCell) == 548);
-constexpr std::size_t kCellsAtOnce = 14; // two pages of the client at most, whatever a header claims
+constexpr std::size_t kCellsAtOnce = 14; // two pages of the client at most
 
 // Asks the window for texts, each by one message, whose item and wParam `question` tells; through one block,
 // which is written and read once for as many as it has room for. What was not answered is nothing. The block

@@ -102,5 +102,6 @@ TEST(EncodedWords, TextThatHoldsUtf8BytesIsRecognised)
     EXPECT_EQ(Utf8ToText(u"\u00C3\u00A9", codePage), u"\u00E9");
     EXPECT_EQ(Utf8ToText(u"\u00E9", codePage, BytesIn::ansi), u"\u00E9");
     EXPECT_EQ(TextToBytes(u"\u20AC\u0416", codePage), "\x80?");
+    EXPECT_EQ(codePage.FromAnsi("a\x80\x9F\xE9"), u"a\u20AC\u0178\u00E9");
     EXPECT_EQ(TextToBytes(u"\u20AC", codePage, BytesIn::utf8), "\xE2\x82\xAC");
 }

@@ -96,6 +96,12 @@ TEST_F(RemoteListView, ManyColumnsAreReadThroughOneSmallBlock)
     fake.failAt = 0;
     fake.mute = 39;
     EXPECT_TRUE(ReadItemTexts(client, 1).empty());
+    fake.mute = 2000;
+    fake.columnTitles.resize(1000);
+    EXPECT_EQ(ReadItemTexts(client, 1).size(), 1001u);
+    fake.columnTitles.resize(1001);
+    EXPECT_TRUE(ReadItemTexts(client, 1).empty()) << "as many as no list has";
+    EXPECT_FALSE(ReadListColumns(client));
 }
 
 TEST_F(RemoteListView, ARowIsReadWholeOrNotAtAll)
