@@ -41,6 +41,12 @@ TEST(Addresses, AListIsReducedToTheNamesThatTheClientShows)
         {"a group loses its quotes", u"\"Friends\": 'Ann' <a@x.org>", u"Friends :  Ann"},
         {"not without a blank behind the colon", u"\"Friends\":'Ann' <a@x.org>", u"\"Friends\":'Ann'"},
         {"control characters come out as what they stand for", Text{1, u'a', 2, 5}, u"\\'a\\\"\\("},
+        {"each by itself", Text{3}, u"\\<"},
+        {"the last, too", Text{4}, u"\\>"},
+        {"parentheses, too", Text{6}, u"\\)"},
+        {"a single parenthesis", u"Ann) <a@x.org>", u"Ann\\)"},
+        {"a line break of one character", u"Ann\rLee", u"Ann Lee"},
+        {"or the other", u"Ann\nLee", u"Ann Lee"},
         {"empty", u"", u""},
     };
     for (const auto& c : cases) EXPECT_EQ(DetagAddressList(c.given, false), c.want) << c.why;
