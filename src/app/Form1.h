@@ -89,7 +89,7 @@ private:
     void UpdateCommands();
     int SelectedTab() const;
     void RefreshStore();  // the lists of the page "Store", if it is shown
-    void ShowAdded();     // brings lstProgress and lvResults up to date
+    void ShowAdded();     // brings lists, figures and display up to date
     void WaitForKeysUp(); // Enter and Space, for a short time: held, they would press what is shown next
     void ShowBox(const Text& title, BoxIcon icon, const Text& words);
     int ShowMessage(const Text& title, UINT kind, const Text& words); // 0: nobody is there to answer it
@@ -102,11 +102,14 @@ private:
     Form1Progress progress_;
     Form1Results results_;
     Program program_;
-    LPARAM arrangedSize_ = 0;       // of the client area that the controls stand in
-    HWND lastFocus_ = nullptr;      // where the keyboard was when the window lost it
-    HWND commandFocus_ = nullptr;   // where it was when the command under way began
-    std::optional<Text> display_{}; // that ShowAdded will show
-    DWORD lastShown_ = 0;           // GetTickCount of the last ShowAdded
-    DWORD showEvery_ = 0;           // milliseconds until the next in a run
-    DWORD lastPainted_ = 0;         // ... and of the last look at what is to be painted
+    LPARAM arrangedSize_ = 0;     // of the client area that the controls stand in
+    HWND lastFocus_ = nullptr;    // where the keyboard was when the window lost it
+    HWND commandFocus_ = nullptr; // where it was when the command under way began
+    // What ShowAdded will show.
+    std::optional<Text> display_{};
+    std::map<ControlId, Text> captions_{};   // of the statistics
+    std::map<ControlId, int> percentages_{}; // of the bars
+    DWORD lastShown_ = 0;                    // GetTickCount of the last ShowAdded
+    DWORD showEvery_ = 0;                    // milliseconds until the next in a run
+    DWORD lastPainted_ = 0;                  // ... and of the last look at what is to be painted
 };

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr DWORD kShowEvery = 100;    // milliseconds
+constexpr DWORD kShowEvery = 250;    // milliseconds: what changes more often nobody can read
 constexpr DWORD kPaintEvery = 50;    // milliseconds, in a run
 constexpr DWORD kKeysUpLimit = 2000; // milliseconds
 constexpr UINT kBoxMilliseconds = 60'000;
@@ -39,7 +39,7 @@ void Form1::ShowText(const Text& text)
     if (IsIdle()) ShowAdded();
 }
 
-// A line at a time, lists would spend most of a run on redrawing themselves.
+// A line at a time, lists would spend most of a run on redrawing themselves, and so would the figures.
 void Form1::AddProgress(const Text& line)
 {
     progress_.Add(line);
@@ -51,6 +51,14 @@ void Form1::ShowAdded()
     const DWORD start = GetTickCount();
     if (display_) OrbVacuum(controls_.At(OrbVac)).ShowText(Wide(*display_));
     display_.reset();
+    for (const auto& [label, text] : captions_) controls_.SetCaption(label, text);
+    captions_.clear();
+    for (const auto& [bar, percent] : percentages_) {
+        SimpleProgressModel& properties = controls_.Bar(bar).Properties();
+        // Each set draws, and most e-mails of a long list leave the bar as it is.
+        if (properties.Percentage() != percent) properties.SetPercentage(percent);
+    }
+    percentages_.clear();
     results_.ShowAdded();
     progress_.ShowAdded();
     lastShown_ = GetTickCount();
@@ -139,14 +147,14 @@ void Form1::ShowStatistic(Statistic which, const Text& text)
 {
     static constexpr ControlId kLabels[] = {lblCount,      lblPerSecond, lblTime,     lblLeft,
                                             lblTotalCount, lblTotalLeft, lblTotalTime}; // by Statistic
-    controls_.SetCaption(kLabels[static_cast<int>(which)], text);
+    captions_[kLabels[static_cast<int>(which)]] = text;
+    if (IsIdle()) ShowAdded();
 }
 
 void Form1::ShowPercentage(Bar bar, int percent)
 {
-    SimpleProgressModel& properties = controls_.Bar(bar == Bar::allFolders ? spMain : sProg).Properties();
-    // Each set draws, and most e-mails of a long list leave the bar as it is.
-    if (properties.Percentage() != percent) properties.SetPercentage(percent);
+    percentages_[bar == Bar::allFolders ? spMain : sProg] = percent;
+    if (IsIdle()) ShowAdded();
 }
 
 int Form1::SelectedTab() const
@@ -282,6 +290,7 @@ void Form1::EnterBusyLayout()
     splash_.Release(window_); // a run that is told by the command line meets no box before
     tree_.KeepChoice();
     ShowStopButtons(StopButtons::shown);
+    ShowAdded(); // or figures of before would come after it
     controls_.EnterBusyLayout();
     MoveFocus(controls_.At(cmdStopAfterEmail));
 }
