@@ -19,7 +19,6 @@ ActEnd AwaitAct(OeClient& client, const std::function<bool()>& isEnough)
     const std::uint32_t began = client.desktop.Milliseconds();
     bool told = false;
     while (!client.desktop.IsActOver()) {
-        if (isEnough && isEnough()) return ActEnd::enough;
         if (client.desktop.Milliseconds() - began >= kPatience) return ActEnd::timedOut;
         client.desktop.AwaitMessage(kEventInterval);
         if (client.desktop.IsActOver()) break;
@@ -28,6 +27,7 @@ ActEnd AwaitAct(OeClient& client, const std::function<bool()>& isEnough)
             told = true;
             client.reporter.LogLine(u"Stopping as soon as Outlook Express has answered", Record::no);
         }
+        if (isEnough && isEnough()) return ActEnd::enough; // most acts are over before this is asked
     }
     return ActEnd::over;
 }
@@ -80,11 +80,16 @@ int LookInterval(OeClient& client, int intervalMilliseconds)
     return chosen < kUsualPollInterval ? std::min(intervalMilliseconds, chosen) : intervalMilliseconds;
 }
 
+// What events take is part of the pause.
 void Pause(OeClient& client, int milliseconds)
 {
-    for (int left = milliseconds; left > 0; left -= kEventInterval) {
-        client.desktop.Sleep(std::min(left, kEventInterval));
+    const std::uint32_t began = client.desktop.Milliseconds();
+    for (int left = milliseconds, now = 0; left > 0;) {
+        now = std::min(left, kEventInterval);
+        client.desktop.Sleep(now);
         client.reporter.ProcessEvents();
+        const auto passed = static_cast<int>(client.desktop.Milliseconds() - began);
+        left = std::min(left - now, milliseconds - passed);
     }
 }
 
