@@ -49,18 +49,29 @@ Text WhyNoDetails(OeClient& client, bool titlesKnown)
 
 // The list lives on while it is read: a row is the selected one only if it still is when its last cell has
 // come. When mail arrives above it, say, the same number is another e-mail's.
-MessageDetails ReadSelectedRow(OeClient& client)
+MessageDetails ReadSelectedRow(OeClient& client, const ColumnChoice& columns)
 {
     MessageDetails details;
     for (int reading = 0; reading < kReadings && !client.silent; ++reading) {
         const std::optional<std::int32_t> row = SelectedIndex(client);
         details = {row.value_or(-1), {}};
         if (!row || *row < 0) break;
-        details.cells = ReadItemTexts(client, *row);
+        details.cells = ReadItemTexts(client, *row, columns);
         if (SelectedIndex(client) == row) return details;
     }
     details.cells.clear();
     return details;
+}
+
+// Those that make the identity; while no titles are known, the one that stands for each.
+ColumnChoice ColumnsOfIdentity(const OeClient& client)
+{
+    ColumnChoice choice{{}, client.columns.size()};
+    for (const TextView title : client.words.ColumnTitles())
+        if (const int column = ColumnIndexByTitle(client, title); column >= 0)
+            choice.columns.push_back(static_cast<std::uint32_t>(column));
+    if (choice.columns.empty() || !client.columnsKnown) choice.columns = {0};
+    return choice;
 }
 
 struct SelectedReading {
@@ -72,11 +83,11 @@ SelectedReading ReadSelected(OeClient& client)
 {
     SelectedReading reading;
     const bool titlesKnown = ReadListColumns(client);
+    if (titlesKnown) reading.details = ReadSelectedRow(client, AllColumns(client.columns.size()));
+    if (reading.details.id >= 0) return reading; // so that there are e-mails, and one is selected
     reading.error = WhyNoDetails(client, titlesKnown);
-    if (!reading.error.empty()) return reading;
-    reading.details = ReadSelectedRow(client);
     // An identity made of other columns' texts would be another e-mail's.
-    if (!titlesKnown) reading.details.cells.clear();
+    if (!titlesKnown && reading.error.empty()) reading.details.id = SelectedIndex(client).value_or(-1);
     return reading;
 }
 
@@ -168,8 +179,10 @@ std::vector<Text> MissingColumns(const OeClient& client)
 
 std::optional<EmailEntry> ReadSelectedEntry(OeClient& client)
 {
-    const MessageDetails details = Patiently(
-        client, [&] { return SelectedCount(client) == 1 ? ReadSelectedRow(client) : MessageDetails(); });
+    const ColumnChoice columns = ColumnsOfIdentity(client);
+    const MessageDetails details = Patiently(client, [&] {
+        return SelectedCount(client) == 1 ? ReadSelectedRow(client, columns) : MessageDetails();
+    });
     if (details.cells.empty()) return std::nullopt;
     return BuildEmailEntry(client, details);
 }

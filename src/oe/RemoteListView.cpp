@@ -175,24 +175,37 @@ std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item)
 {
     const std::int32_t count = ListColumnCount(client).value_or(0);
     if (count < 1) return {};
-    std::vector<Text> texts(static_cast<std::size_t>(count) + 1);
+    return ReadItemTexts(client, item, AllColumns(static_cast<std::size_t>(count)));
+}
+
+ColumnChoice AllColumns(std::size_t count)
+{
+    ColumnChoice choice{std::vector<std::uint32_t>(count + 1), count};
+    std::iota(choice.columns.begin(), choice.columns.end(), 0u);
+    return choice;
+}
+
+std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item, const ColumnChoice& choice)
+{
+    const std::vector<std::uint32_t>& columns = choice.columns;
+    std::vector<Text> texts(*std::max_element(columns.begin(), columns.end()) + 1);
     if (item < 0) return texts;
 
-    const auto question = [item](std::size_t column) {
+    const auto question = [item, &columns](std::size_t place) {
         RemoteListItem cell{};
         cell.mask = kListItemText;
         cell.item = static_cast<std::uint32_t>(item);
-        cell.subItem = static_cast<std::uint32_t>(column);
+        cell.subItem = columns[place];
         cell.textMax = kRoomBytes / sizeof(char16_t);
         return std::pair(cell, 0);
     };
     const WindowHandle list = client.handles.listView;
-    auto cells = AskForTexts<ListCell>(client, list, message::kListItemW, texts.size(), question);
+    auto cells = AskForTexts<ListCell>(client, list, message::kListItemW, columns.size(), question);
     if (client.silent) return {};
-    for (std::size_t column = 0; column < texts.size(); ++column) {
+    for (std::size_t place = 0; place < columns.size(); ++place) {
         // But for the text beyond the last column, which a list need not answer.
-        if (!cells[column] && column + 1 < texts.size()) return {};
-        if (cells[column]) texts[column] = std::move(*cells[column]);
+        if (!cells[place] && columns[place] < choice.count) return {};
+        if (cells[place]) texts[columns[place]] = std::move(*cells[place]);
     }
     return texts;
 }

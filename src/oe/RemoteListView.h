@@ -26,6 +26,15 @@ int ColumnIndexByTitle(const OeClient& client, TextView title);
 // with a part of its details an e-mail would pass for another.
 std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item);
 
+// The same without asking how many columns the list has, `count`; of some of them alone, the other texts are
+// empty.
+struct ColumnChoice {
+    std::vector<std::uint32_t> columns; // one at least
+    std::size_t count;
+};
+ColumnChoice AllColumns(std::size_t count); // and the one beyond
+std::vector<Text> ReadItemTexts(OeClient& client, std::int32_t item, const ColumnChoice& choice);
+
 enum class OtherItems { keep, clear };
 // Selects and focuses a row. Kept: does nothing when as many rows are selected as the row's number says.
 void SelectListItem(OeClient& client, std::int32_t item, OtherItems others);
