@@ -43,8 +43,9 @@ bool IsStopped(FolderRun& run, bool partOfAllFolders)
 
 bool IsClientThere(FolderRun& run)
 {
-    WindowHandle mainWindow = 0;
-    if (IsOeRunning(run.client.desktop, mainWindow)) return true;
+    WindowHandle mainWindow = run.client.handles.mainWindow;
+    // Another one may have taken its place. To list all windows takes longer than to ask for the known one.
+    if (run.client.desktop.IsThere(mainWindow) || IsOeRunning(run.client.desktop, mainWindow)) return true;
     run.Log(u"Terminated unexpectedly");
     run.Log(u"OE has closed unexpectedly");
     run.Flags().runCompleted = false;

@@ -58,6 +58,8 @@ struct SaveDialogState {
     int writtenOff = 0; // asks of which nothing came within a minute: as many dialogs may be another e-mail's
     Text savedPath{};   // of the e-mail that was saved last
     int blocked = 0;    // e-mails in a row for which the client's main window was disabled
+    // Windows that can be no dialog of the client, by process or class, as seen since the e-mail was begun.
+    std::set<WindowHandle> others{};
 };
 
 struct OeClient {

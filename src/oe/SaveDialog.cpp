@@ -228,6 +228,7 @@ SaveResult SaveCurrentEmail(OeClient& client, const SaveRequest& request)
     const std::uint32_t processId = client.memory.api.ProcessIdOf(client.handles.mainWindow);
     if (processId != 0 && client.saveDialog.processId != processId)
         client.saveDialog = {processId}; // it was started anew
+    client.saveDialog.others.clear();
     if (!AwaitOverdueDialog(client)) return SaveResult::untried;
 
     const auto logFailure = [&] { LogFailedEmail(client.reporter, request.id, request.subject); };

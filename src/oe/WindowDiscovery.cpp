@@ -141,21 +141,6 @@ bool IsOfClient(OeClient& client, WindowHandle window)
     return own != 0 && api.ProcessIdOf(window) == own;
 }
 
-WindowHandle FindTopWindowOf(OeClient& client, TextView caption, TextView className)
-{
-    WindowHandle found = 0;
-    const WindowSearch search{client.desktop, caption, className, 0};
-    ProcessApi& api = client.memory.api;
-    const std::uint32_t own = api.ProcessIdOf(client.handles.mainWindow);
-    if (own == 0) return 0;
-    // Most windows are others', and their names take longer to ask for.
-    client.desktop.EnumTopWindows([&](WindowHandle window) {
-        if (api.ProcessIdOf(window) == own && search.Matches(window)) found = window;
-        return found == 0;
-    });
-    return found;
-}
-
 Text GetWindowCaption(Desktop& desktop, WindowHandle window)
 {
     return desktop.CaptionOf(window, kCaptionBuffer);
@@ -231,7 +216,24 @@ void NoteOtherLanguage(OeClient& client)
 WindowHandle FindSaveDialog(OeClient& client)
 {
     if (client.settings.anyLanguage) return FindDialogByParts(client);
-    return FindTopWindowOf(client, client.words.saveDialog, kDialogClass);
+    WindowHandle found = 0;
+    const WindowSearch ofClass{client.desktop, {}, kDialogClass, 0};
+    std::set<WindowHandle>& others = client.saveDialog.others;
+    ProcessApi& api = client.memory.api;
+    const std::uint32_t own = api.ProcessIdOf(client.handles.mainWindow);
+    if (own == 0) return 0;
+    client.desktop.EnumTopWindows([&](WindowHandle window) {
+        if (others.count(window)) return true;
+        // Most windows are others', and their names take longer to ask for.
+        if (api.ProcessIdOf(window) != own || !ofClass.Matches(window)) {
+            others.insert(window);
+            return true;
+        }
+        const Text caption = GetWindowCaption(client.desktop, window);
+        if (FindNoCase(caption, client.words.saveDialog) != Text::npos) found = window;
+        return found == 0;
+    });
+    return found;
 }
 
 WindowHandle FindButtonOf(OeClient& client, WindowHandle dialog, TextView caption, DialogButton id)

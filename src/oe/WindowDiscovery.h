@@ -12,8 +12,6 @@ WindowHandle FindTopWindowEx(Desktop& desktop, TextView caption, TextView classN
 // classes that are sought below a window.
 WindowHandle FindChildWindow(Desktop& desktop, WindowHandle parent, TextView className);
 WindowHandle FindChildWindowEx(Desktop& desktop, WindowHandle parent, TextView caption, TextView className);
-// FindTopWindowEx among the windows of the client's process alone.
-WindowHandle FindTopWindowOf(OeClient& client, TextView caption, TextView className);
 bool IsOfClient(OeClient& client, WindowHandle window);       // of the process of client.handles.mainWindow
 Text GetWindowCaption(Desktop& desktop, WindowHandle window); // at most 255 characters
 
