@@ -179,9 +179,10 @@ std::vector<Text> MissingColumns(const OeClient& client)
 
 std::optional<EmailEntry> ReadSelectedEntry(OeClient& client)
 {
-    const ColumnChoice columns = ColumnsOfIdentity(client);
+    // The titles of an earlier reading may be other columns' by now.
     const MessageDetails details = Patiently(client, [&] {
-        return SelectedCount(client) == 1 ? ReadSelectedRow(client, columns) : MessageDetails();
+        const bool isOne = SelectedCount(client) == 1 && ReadListColumns(client);
+        return isOne ? ReadSelectedRow(client, ColumnsOfIdentity(client)) : MessageDetails();
     });
     if (details.cells.empty()) return std::nullopt;
     return BuildEmailEntry(client, details);

@@ -29,7 +29,8 @@ double EntryDateKey(const EmailEntry& entry);
 // for, in that order, as the columns were last read.
 std::vector<Text> MissingColumns(const OeClient& client);
 
-// The one row that is selected, with its identity; nothing when it is not exactly one, or could not be read.
+// The one row that is selected, with its identity by the titles as they are now; nothing when it is not
+// exactly one, or could not be read.
 std::optional<EmailEntry> ReadSelectedEntry(OeClient& client);
 
 // A row of the list; its Crc is empty when it could not be read.

@@ -2,10 +2,13 @@
 #include "oe/SaveDialog.h"
 #include "oe/Conversation.h"
 #include "oe/MessageDetails.h"
+#include "oe/RemoteControls.h"
 #include "oe/WindowDiscovery.h"
 #include "tests/support/OeBench.h"
 
 #include <gtest/gtest.h>
+
+#include <utility>
 
 namespace {
 
@@ -111,6 +114,20 @@ TEST_F(SaveDialogTest, KeysAreTypedIntoNoOtherProgram)
     fake.onMessage = [this](WindowHandle, std::uint32_t message) { fake.background |= message == 0; };
     EXPECT_EQ(Save(), SaveResult::failed);
     EXPECT_EQ(fake.Asks(), 0u) << "it came in front while the client was waited for";
+}
+
+TEST_F(SaveDialogTest, AnEmailThatWasReadByTheTitlesOfOtherColumnsIsNotSaved)
+{
+    bool isMoved = false; // behind the titles, and before the cells
+    fake.onMessage = [&](WindowHandle, std::uint32_t sent) {
+        if (sent != message::kListItemW || std::exchange(isMoved, true)) return;
+        std::swap(fake.columnTitles[1], fake.columnTitles[2]);
+        std::swap(fake.folders[0].rows[0][1], fake.folders[0].rows[0][2]);
+    };
+    ReadSelected();
+    EXPECT_EQ(Save(), SaveResult::failed);
+    ReadSelected();
+    EXPECT_EQ(Save(), SaveResult::saved);
 }
 
 TEST_F(SaveDialogTest, ADialogOfAnEarlierEmailIsNeverUsed)
