@@ -26,6 +26,7 @@ struct Outcome {
     std::int32_t passed = 0, failed = 0, skipped = 0;
     FolderTally tally{};
     AlikeList alike{};
+    std::vector<Text> missingColumns{}; // as they were said last
 };
 
 enum class LoopEnd { atLast, early };
@@ -117,6 +118,10 @@ bool ExportSelected(FolderRun& run, Outcome& outcome)
         ++outcome.skipped;
         NoteSkipped(tally, SkipReason::unread);
         return true;
+    }
+    if (std::vector<Text> missing = MissingColumns(run.client); missing != outcome.missingColumns) {
+        outcome.missingColumns = std::move(missing);
+        LogMissingColumns(run);
     }
     const Text subject = SubjectOf(run.client, details);
     run.Log(u"- Exporting " + subject);
@@ -295,7 +300,6 @@ bool ExportList(FolderRun& run, bool partOfAllFolders, ExportStatistics& statist
     (void)GetMessageDetails(run.client); // for the row to begin with
     run.Log(u"-- Exporting " + DecimalText(run.client.currentEmailId) + u" to " +
             DecimalText(statistics.count - 1) + u" messages.");
-    if (run.client.detailsFound) LogMissingColumns(run);
     outcome.tally.firstRow = std::max(run.client.currentEmailId, 0);
     run.client.saveDialog.blocked = 0;
     const HeldCrcs held(run.saved, run.currentFolder, [&run] { run.view.ProcessEvents(); });

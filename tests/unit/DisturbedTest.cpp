@@ -185,6 +185,11 @@ TEST(DisturbedCheck, LookAlikesAndMissingColumnsAreNamed)
     bench.Check();
     bench.ExpectLog("those that could not be read look like nothing", {}, {u"look exactly like"});
     EXPECT_EQ(bench.Count(u"Not saved "), 4);
+
+    RunBench later;
+    later.fake.onMessage = At(message::kKeyDown, 2, [&later] { later.fake.columnTitles[4] = u"Gesendet"; });
+    later.Export();
+    EXPECT_EQ(later.Count(u"The message list has no column titled: Sent"), 1);
 }
 
 TEST(DisturbedFolders, AFolderThatIsNotKnownIsNotTheRoot)
