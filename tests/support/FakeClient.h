@@ -30,6 +30,7 @@ struct Manners {
     bool noDialog = false, twoDialogs = false, noCombo = false, noEdit = false, noSaveButton = false;
     std::vector<int> dialogDelays; // milliseconds, for the first commands in turn
     int dialogDelay = 0;           // of the rest
+    int nameAfter = 0;             // milliseconds until the dialog has its name
     bool takesAtOpening = false; // the dialog takes the row selected when it opens, not when it was asked for
     bool keepDialog = false;     // it stays open after Save and after Cancel
     bool deafEdit = false;       // the box for the name takes no text

@@ -51,6 +51,10 @@ FakeClient::Email FakeClient::Selected() const
 void FakeClient::OpenDialog(Email email)
 {
     const WindowHandle dialog = AddWindow(u"#32770", u"Save Message As", 0, ownerless ? 0 : main_);
+    if (nameAfter > 0)
+        Later(nameAfter, [&window = windows_[dialog], name = std::exchange(windows_[dialog].caption, u"")] {
+            window.caption = name;
+        });
     if (takesAtOpening) email = Selected();
     dialogs_[dialog] = {std::move(email), u"C:\\Proposed.eml"};
     if (!noSaveButton) AddWindow(u"Button", u"&Save", dialog);

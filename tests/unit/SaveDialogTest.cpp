@@ -130,6 +130,15 @@ TEST_F(SaveDialogTest, AnEmailThatWasReadByTheTitlesOfOtherColumnsIsNotSaved)
     EXPECT_EQ(Save(), SaveResult::saved);
 }
 
+TEST_F(SaveDialogTest, ADialogIsFoundThoughItsNameComesLastAndItsHandleWasAnothers)
+{
+    fake.nameAfter = 150;
+    EXPECT_EQ(Save(), SaveResult::saved);
+    request.id = 6;
+    for (WindowHandle each = 0x10010; each < 0x12000; ++each) client.saveDialog.others.insert(each);
+    EXPECT_EQ(Save(), SaveResult::saved);
+}
+
 TEST_F(SaveDialogTest, ADialogOfAnEarlierEmailIsNeverUsed)
 {
     fake.noCombo = true;
