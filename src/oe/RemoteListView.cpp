@@ -136,6 +136,7 @@ std::optional<std::int32_t> SelectedCount(OeClient& client)
 bool ReadListColumns(OeClient& client)
 {
     client.columnsKnown = false;
+    client.columns.clear(); // nobody is told those of before
     const WindowHandle header = HeaderOf(client);
     const std::int32_t count = ColumnCountOf(client, header).value_or(0);
     if (count < 1) return false;

@@ -185,6 +185,10 @@ TEST(DisturbedCheck, LookAlikesAndMissingColumnsAreNamed)
     bench.Check();
     bench.ExpectLog("those that could not be read look like nothing", {}, {u"look exactly like"});
     EXPECT_EQ(bench.Count(u"Not saved "), 4);
+    bench.fake.silentHeader = false;
+    bench.fake.onMessage = At(message::kListItemW, 10, [&bench] { bench.fake.noHeader = true; });
+    bench.Check();
+    bench.ExpectLog("a header that goes", {u"no column titled: From"}, {u"Its columns are titled"});
 
     RunBench later;
     later.fake.onMessage = At(message::kKeyDown, 2, [&later] { later.fake.columnTitles[4] = u"Gesendet"; });
