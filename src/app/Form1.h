@@ -12,6 +12,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <map>
 
 class Form1 final : public ProgramWindow {
 public:

@@ -6,7 +6,8 @@
 
 namespace {
 
-// What a value has of the characters that take more than a copy: most have few, and none takes no pass.
+// The characters that a list is gone over for. Most lists have few of them: for what is not there, none of
+// the passes is made.
 enum Marks : unsigned char { escapes = 1, placeholders = 2, parentheses = 4, colons = 8, separators = 16 };
 
 constexpr std::array<unsigned char, 128> MakeMarks()
